@@ -1,0 +1,40 @@
+# Language level, warnings, strict Qt definitions and sanitizers, for everything in this tree.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+add_library(nox_options INTERFACE)
+
+target_compile_options(nox_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-align -Wcast-qual
+    -Wformat=2 -Wimplicit-fallthrough -Wold-style-cast -Woverloaded-virtual -Wnull-dereference
+    -Wundef -Wunused -Wdouble-promotion -Wzero-as-null-pointer-constant
+    $<$<BOOL:${NOX_WARNINGS_AS_ERRORS}>:-Werror>
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op -Wduplicated-branches>
+)
+
+target_compile_definitions(nox_options INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_KEYWORDS
+    QT_NO_FOREACH
+    QT_NO_JAVA_STYLE_ITERATORS
+    QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x050F00
+)
+
+if(NOX_SANITIZE)
+    add_compile_options(-fsanitize=${NOX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${NOX_SANITIZE})
+endif()

@@ -1,0 +1,15 @@
+# What the library is built on: Qt Core and Gui of the chosen major version, and jsoncpp.
+
+if(NOT NOX_QT_MAJOR MATCHES "^[56]$")
+    message(FATAL_ERROR "NOX_QT_MAJOR is \"${NOX_QT_MAJOR}\"; it must be 6 or 5")
+endif()
+
+set(NOX_QT Qt${NOX_QT_MAJOR})
+if(NOX_QT_MAJOR EQUAL 6)
+    set(NOX_QT_MINIMUM 6.4)
+else()
+    set(NOX_QT_MINIMUM 5.15)
+endif()
+
+find_package(${NOX_QT} ${NOX_QT_MINIMUM} REQUIRED COMPONENTS Core Gui)
+find_package(jsoncpp 1.9 REQUIRED)

@@ -1,0 +1,23 @@
+#pragma once
+
+/**
+ * @file
+ * Every public header of the library in one.
+ */
+#include <nox/Export.h>
+#include <nox/front/ToolEnvironment.h>
+#include <nox/front/WebMediaDownloader.h>
+#include <nox/front/WebMediaDownloaderFactory.h>
+#include <nox/front/WebMediaInfoExtractor.h>
+#include <nox/log/Logger.h>
+#include <nox/log/ModuleLog.h>
+#include <nox/model/FileMediaInfo.h>
+#include <nox/model/MediaInfo.h>
+#include <nox/model/MediaList.h>
+#include <nox/model/MediaProfile.h>
+#include <nox/model/MediaType.h>
+#include <nox/model/WebMediaInfo.h>
+#include <nox/parse/JsonHelper.h>
+#include <nox/parse/YdOutputParser.h>
+#include <nox/util/ByteNumber.h>
+#include <nox/util/Utilities.h>

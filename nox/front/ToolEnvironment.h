@@ -1,0 +1,14 @@
+#pragma once
+
+#include <nox/Export.h>
+
+#include <QString>
+
+/**
+ * @file
+ * Where the external programs are: both stand in the folder of the host's executable, the Python
+ * interpreter at "python3.10/bin/python3.10" and "ffmpeg" directly in it.
+ */
+
+/** Path of the interpreter that runs the tool. Whether a file is there is not tested. */
+NOX_EXPORT QString GetPythonExecPath();

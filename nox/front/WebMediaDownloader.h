@@ -1,0 +1,65 @@
+#pragma once
+
+#include <nox/Export.h>
+#include <nox/model/MediaProfile.h>
+
+#include <QObject>
+#include <QString>
+
+namespace Nox {
+
+/**
+ * Downloads one stream of a web page, with its audio companion where one is named, into one file.
+ * From WebMediaDownloaderFactory::createDownloader(); the host owns it and may delete it at any time
+ * outside its notifications (inside one, use `deleteLater()`). Make a new one for every download.
+ *
+ * Belongs to one thread, whose event loop delivers the notifications.
+ */
+class NOX_EXPORT WebMediaDownloader : public QObject
+{
+    Q_OBJECT
+
+public:
+    /**
+     * Starts a download and returns at once. Refused, with a log record only, while one runs.
+     * @param url address of the page; pass only one that Utilities::isValidUrl() accepts
+     * @param profile the stream, as the extractor reported it. For a DASH profile whose preferred
+     *        audio code is set, both streams are fetched and joined into an MP4 file
+     * @param destFile path of the finished file; it must not exist. Temporary files stand beside it
+     */
+    virtual void download(QString url, MediaProfile profile, QString destFile) = 0;
+
+    /**
+     * Stops the download and removes its files, a finished destination file included. What the
+     * stopped process reports still arrives as error().
+     */
+    virtual void cancel() = 0;
+
+    /** Removes leftover partial files; stops nothing. The first stream's finished file stays. */
+    virtual void clear() = 0;
+
+Q_SIGNALS:
+    /** The tool has been started for a stream; comes twice for a video with an audio companion. */
+    void started();
+
+    /**
+     * How far the download is.
+     * @param total expected size in bytes
+     * @param finish bytes done
+     * @param speed bytes per second
+     */
+    void progress(qint64 total, qint64 finish, qint64 speed);
+
+    /**
+     * The download failed.
+     * @param errorCode -1 no format code, or the tool's process failed; -4 the tool or ffmpeg
+     *        reported failure; -5 it crashed; -7 ffmpeg's process failed; -8 the finished file could
+     *        not get its final name
+     */
+    void error(qint32 errorCode);
+
+    /** The destination file is complete. */
+    void finished();
+};
+
+} // namespace Nox
