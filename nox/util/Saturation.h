@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <limits>
+
+/**
+ * Arithmetic that stops at the range's ends. What the tool prints may hold any number, and neither a
+ * wrapped count nor undefined behaviour may come of it.
+ */
+namespace Nox::Saturation {
+
+/** @p value truncated toward zero; the nearest end beyond the range, 0 for NaN. */
+template <typename Integer>
+constexpr Integer fromDouble(double value)
+{
+    using Limits = std::numeric_limits<Integer>;
+    // The largest value itself may have no exact double; twice half of the range always has.
+    constexpr double upperBound = 2.0 * static_cast<double>(Limits::max() / 2 + 1);
+    if (value >= upperBound)
+        return Limits::max();
+    if (value < -upperBound)
+        return Limits::min();
+    return value == value ? static_cast<Integer>(value) : Integer{0};
+}
+
+/** Sum of two counts. */
+constexpr qint64 sum(qint64 a, qint64 b)
+{
+    using Limits = std::numeric_limits<qint64>;
+    if (b > 0 && a > Limits::max() - b)
+        return Limits::max();
+    if (b < 0 && a < Limits::min() - b)
+        return Limits::min();
+    return a + b;
+}
+
+/** Product of two 32-bit values. */
+constexpr int product(int a, int b)
+{
+    const qint64 exact = qint64{a} * b;
+    return static_cast<int>(qBound(qint64{std::numeric_limits<int>::min()}, exact,
+                                   qint64{std::numeric_limits<int>::max()}));
+}
+
+} // namespace Nox::Saturation

@@ -1,0 +1,141 @@
+// Texts and URLs.
+
+#include <nox/util/Utilities.h>
+
+#include <QFontMetrics>
+#include <QStringView>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace Nox {
+
+namespace {
+
+// A stand-in for one character: the character and how many characters of text it takes up.
+struct Escape {
+    QChar character;
+    qsizetype length;
+};
+
+int hexDigitValue(QChar character)
+{
+    const char16_t unit = character.unicode();
+    if (unit >= u'0' && unit <= u'9')
+        return unit - u'0';
+    if (unit >= u'a' && unit <= u'f')
+        return unit - u'a' + 10;
+    if (unit >= u'A' && unit <= u'F')
+        return unit - u'A' + 10;
+    return -1;
+}
+
+// "uXXXX", behind the backslash.
+std::optional<Escape> readUnicodeEscape(QStringView text)
+{
+    constexpr qsizetype length = 5;
+    if (text.size() < length || text[0] != QLatin1Char('u'))
+        return std::nullopt;
+    unsigned code = 0;
+    for (qsizetype i = 1; i < length; ++i) {
+        const int digit = hexDigitValue(text[i]);
+        if (digit < 0)
+            return std::nullopt;
+        code = code * 16 + static_cast<unsigned>(digit);
+    }
+    return Escape{QChar(static_cast<ushort>(code)), length};
+}
+
+// "#NNN;", behind the ampersand. Only the low 16 bits of the number count.
+std::optional<Escape> readCharacterReference(QStringView text)
+{
+    if (text.size() < 3 || text[0] != QLatin1Char('#'))
+        return std::nullopt;
+    unsigned code = 0;
+    qsizetype i = 1;
+    for (; i < text.size() && text[i].isDigit(); ++i)
+        code = (code * 10 + static_cast<unsigned>(text[i].digitValue())) & 0xffffU;
+    if (i == 1 || i == text.size() || text[i] != QLatin1Char(';'))
+        return std::nullopt;
+    return Escape{QChar(static_cast<ushort>(code)), i + 1};
+}
+
+void append(QString &result, QStringView text)
+{
+    result.append(text.data(), static_cast<QString::size_type>(text.size()));
+}
+
+/*
+ * Replaces what `read` recognises behind each `mark`. By hand rather than by regular expression: these
+ * run over whole documents, which may hold lone surrogates that QRegularExpression refuses.
+ */
+template <typename Reader>
+QString replaceEscapes(const QString &text, QChar mark, Reader read)
+{
+    const QStringView view(text);
+    QString result;
+    qsizetype copied = 0;
+    qsizetype position = text.indexOf(mark);
+    while (position >= 0) {
+        qsizetype next = position + 1;
+        if (const std::optional<Escape> escape = read(view.mid(next))) {
+            if (result.isEmpty())
+                result.reserve(text.size());
+            append(result, view.mid(copied, position - copied));
+            result.append(escape->character);
+            next += escape->length;
+            copied = next;
+        }
+        position = view.indexOf(mark, next);
+    }
+    if (copied == 0)
+        return text;
+    append(result, view.mid(copied));
+    return result;
+}
+
+} // namespace
+
+QString Utilities::elidedText(QString text, const QFont &font, Qt::TextElideMode mode, int width)
+{
+    return QFontMetrics(font).elidedText(text, mode, width, 0);
+}
+
+bool Utilities::isValidUrl(QString url)
+{
+    const QStringView view(url);
+    for (const QLatin1String scheme : {QLatin1String("http://"), QLatin1String("https://")}) {
+        if (view.startsWith(scheme) && view.size() > scheme.size())
+            return std::none_of(view.begin(), view.end(), [](QChar character) { return character.isSpace(); });
+    }
+    return false;
+}
+
+QString Utilities::convertHttpSpecificChar2(QString text)
+{
+    return replaceEscapes(text, QLatin1Char('\\'), readUnicodeEscape);
+}
+
+QString Utilities::convertHttpSpecificChar(QString text)
+{
+    return replaceEscapes(text, QLatin1Char('&'), readCharacterReference);
+}
+
+QString Utilities::stringList2String(QStringList &list)
+{
+    QString result;
+    for (const QString &item : std::as_const(list))
+        result += item + QLatin1Char(' ');
+    return result;
+}
+
+QString Utilities::escapeUrl(QString url)
+{
+    if (url.indexOf(QLatin1String("?v=")) <= 0)
+        return url;
+    const auto ampersand = url.indexOf(QLatin1Char('&'));
+    return ampersand < 0 ? url : url.left(ampersand);
+}
+
+} // namespace Nox
