@@ -6,6 +6,8 @@
 #
 # Nothing is asked of apt when nothing is missing, so that the other scripts can call this one every time.
 set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+. "$(dirname "$0")/common.sh"
 
 # Every package that the project needs stands here, in the group of what it is for, and nowhere else.
 declare -A packages=(
@@ -55,7 +57,7 @@ apt() {
 }
 
 case "${1-}" in
-    -h | --help) sed -n '2,/^set /{/^set /d;s/^# \{0,1\}//;p}' "$0"; exit 0 ;;
+    -h | --help) print_help; exit 0 ;;
     --list) list_groups; exit 0 ;;
 esac
 

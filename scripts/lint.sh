@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# Checks the sources without running them: formatting, spelling, the scripts, the code under clang and clang-tidy.
+#
+#   scripts/lint.sh [CHECK...]     all of them, or those named: format scripts spelling cppcheck clang tidy
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+. "$(dirname "$0")/common.sh"
+cd "$root"
+
+readonly checks=(format scripts spelling cppcheck clang tidy)
+mapfile -t code_folders < <(ls -d nox hosts tests benchmarks fuzz 2>/dev/null)
+readonly clang_dir=$root/build/clang
+
+# Prints the sources of ours that match the find expression given, each ended by a null character.
+sources() {
+    find "${code_folders[@]}" -type f \( "$@" \) -print0 | sort -z
+}
+
+check_format() {
+    sources -name '*.cpp' -o -name '*.h' | xargs -0 clang-format --dry-run -Werror
+}
+
+check_scripts() {
+    shellcheck -x scripts/*.sh .ci/run
+    local script
+    for script in scripts/*.py; do
+        /usr/bin/python3 -I -c 'import ast, sys; ast.parse(open(sys.argv[1]).read(), sys.argv[1])' "$script"
+    done
+}
+
+check_spelling() {
+    codespell --quiet-level 2 --skip '*.ts' "${code_folders[@]}" cmake docs scripts ./*.md
+}
+
+check_cppcheck() {
+    cppcheck --quiet --error-exitcode=1 --inline-suppr --std=c++17 --library=qt -j "$jobs" \
+        --enable=warning,performance,portability --suppress=internalAstError -I . "${code_folders[@]}"
+}
+
+# The other compiler, with its warnings; clang-tidy reads the command lines that this leaves.
+check_clang() {
+    configure release "$clang_dir" -DCMAKE_CXX_COMPILER=clang++
+    compile "$clang_dir"
+}
+
+check_tidy() {
+    [[ -e $clang_dir/build.ninja ]] || check_clang
+    # Largest first, so that none is left running alone at the end.
+    sources -name '*.cpp' | xargs -0 ls -S | tr '\n' '\0' |
+        xargs -0 -n 1 -P "$jobs" clang-tidy --quiet -p "$clang_dir" 2> >(grep -v 'warnings generated' >&2)
+}
+
+case ${1-} in
+    -h | --help) print_help; exit 0 ;;
+esac
+[[ $# -gt 0 ]] || set -- "${checks[@]}"
+for check in "$@"; do
+    if ! declare -F "check_$check" >/dev/null; then
+        echo "lint.sh: no check named '$check'; the checks are: ${checks[*]}" >&2
+        exit 2
+    fi
+done
+
+scripts/setup.sh build run lint
+for check in "$@"; do
+    say "lint: $check"
+    "check_$check"
+done
