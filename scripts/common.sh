@@ -4,6 +4,9 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 jobs=${NOX_JOBS:-$(nproc)}
 
+# Qt, the tool and ffmpeg take file names in the locale's encoding.
+[[ $(locale charmap) == UTF-8 ]] || export LC_ALL=C.UTF-8
+
 say() {
     printf '\n== %s\n' "$*"
 }
@@ -27,4 +30,32 @@ compile() {
     shift
     [[ $# -eq 0 ]] || set -- --target "$@"
     cmake --build "$dir" -j "$jobs" "$@"
+}
+
+scratch=
+server=
+
+clean_up() {
+    [[ -z $server ]] || { kill "$server" && wait "$server"; } 2>/dev/null || true
+    [[ -z $scratch ]] || rm -rf "$scratch"
+}
+
+# Makes the folder in $scratch. It goes away, and the server with it, when the script ends.
+make_scratch() {
+    scratch=$(mktemp -d)
+    trap clean_up EXIT
+}
+
+# serve_clip BYTES_PER_SECOND: makes the clip and serves its page at $url. Needs $scratch.
+serve_clip() {
+    local media=$root/build/demo-media tries
+    "$root/scripts/make-clip.sh" "$media"
+    "$root/scripts/demo-server.py" --media "$media" --rate "$1" --port-file "$scratch/port" >/dev/null &
+    server=$!
+    for ((tries = 0; tries < 100; tries++)); do
+        [[ ! -s $scratch/port ]] || break
+        sleep 0.1
+    done
+    # shellcheck disable=SC2034 # the caller reads it
+    url=http://127.0.0.1:$(<"$scratch/port")/
 }

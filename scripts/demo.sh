@@ -24,33 +24,14 @@ compile "$root/build/release" nox-fetch
 bin=$root/build/release/bin
 "$root/scripts/stage-programs.sh" "$bin"
 
-scratch=
-server=
-clean_up() {
-    [[ -z $server ]] || { kill "$server" && wait "$server"; } 2>/dev/null || true
-    [[ -z $scratch ]] || rm -rf "$scratch"
-}
-trap clean_up EXIT
-
-# Makes the clip and serves it; the page's address is then in url.
-serve_clip() {
-    local media=$root/build/demo-media
-    scratch=$(mktemp -d)
-    "$root/scripts/make-clip.sh" "$media"
-    "$root/scripts/demo-server.py" --media "$media" --rate $bytes_per_second --port-file "$scratch/port" >/dev/null &
-    server=$!
-    for ((tries = 0; tries < 100; tries++)); do
-        [[ ! -s $scratch/port ]] || break
-        sleep 0.1
-    done
-    url=http://127.0.0.1:$(<"$scratch/port")/
-}
-
+demonstration=no
 if [[ $# -eq 0 ]]; then
+    demonstration=yes
     say "a page on this machine"
-    serve_clip
+    make_scratch
+    serve_clip $bytes_per_second
     cd "$scratch"
-    echo "$url"
+    printf '%s\n' "$url"
     say "nox-fetch --list $url"
     "$bin/nox-fetch" --list "$url"
 else
@@ -65,3 +46,12 @@ say "the result"
 printf '%s\n' "$file"
 ffprobe -v error -show_entries stream=codec_type,codec_name,width,height,sample_rate:format=duration,size \
     -of default=noprint_wrappers=1 "$file"
+
+if [[ $demonstration == yes ]]; then
+    streams=$(ffprobe -v error -show_entries stream=codec_type -of csv=p=0 "$file" | sort | xargs)
+    if [[ $streams != "audio video" ]]; then
+        echo "demo.sh: expected one video and one audio stream, found: $streams" >&2
+        exit 1
+    fi
+    printf '\nOne video and one audio stream, as it should be.\n'
+fi
