@@ -3,6 +3,8 @@
 #include <nox/model/ListRearrangement.h>
 #include <nox/model/PictureRank.h>
 
+#include <QSet>
+
 #include <algorithm>
 #include <iterator>
 #include <limits>
@@ -26,13 +28,11 @@ Index findByUrl(const QList<MediaProfile> &profiles, const QString &url)
 // The distinct formats of a list, in the order of their code units.
 std::vector<QString> sortedFormats(const QList<MediaProfile> &profiles)
 {
-    std::vector<QString> formats;
-    for (const MediaProfile &profile : profiles) {
-        const QString format = profile.getFormat();
-        const auto place = std::lower_bound(formats.begin(), formats.end(), format);
-        if (place == formats.end() || *place != format)
-            formats.insert(place, format);
-    }
+    QSet<QString> distinct;
+    for (const MediaProfile &profile : profiles)
+        distinct.insert(profile.getFormat());
+    std::vector<QString> formats(distinct.cbegin(), distinct.cend());
+    std::sort(formats.begin(), formats.end());
     return formats;
 }
 

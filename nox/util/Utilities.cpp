@@ -3,6 +3,7 @@
 #include <nox/util/Utilities.h>
 
 #include <nox/util/Saturation.h>
+#include <nox/util/TextScan.h>
 
 #include <QStringView>
 
@@ -26,13 +27,6 @@ constexpr DecimalUnit decimalUnits[] = {
     {QLatin1Char('G'), 1'000'000'000},
     {QLatin1Char('T'), 1'000'000'000'000},
 };
-
-qsizetype endOfDigits(QStringView text, qsizetype position)
-{
-    while (position < text.size() && text[position].isDigit())
-        ++position;
-    return position;
-}
 
 // Power of 1024 that a unit letter stands for, or -1.
 qsizetype unitPower(QStringView text, qsizetype position)
@@ -93,16 +87,10 @@ qint64 Utilities::getBytes(QString text)
             ++start;
             continue;
         }
-        const qsizetype wholeEnd = endOfDigits(view, start);
-        qsizetype end = wholeEnd;
-        if (end < view.size() && view[end] == QLatin1Char('.'))
-            end = qMax(endOfDigits(view, end + 1), end);
-        // "12." has no fraction: the digits behind the dot are not optional.
-        if (end == wholeEnd + 1)
-            end = wholeEnd;
+        const qsizetype end = TextScan::skipNumber(view, start);
         if (const qsizetype power = unitPower(view, end); power >= 0)
             return scaled(view.mid(start, end - start), power);
-        start = wholeEnd;
+        start = TextScan::skipDigits(view, start);
     }
     return -1;
 }

@@ -1,0 +1,159 @@
+#include <nox/parse/YdOutputParser.h>
+
+#include <nox/log/LogCall.h>
+#include <nox/model/WebMediaInfo.h>
+#include <nox/parse/JsonMembers.h>
+#include <nox/parse/YdFormat.h>
+#include <nox/parse/YdStatusLines.h>
+#include <nox/util/Saturation.h>
+#include <nox/util/Utilities.h>
+
+#include <QDebug>
+#include <QFile>
+#include <QThread>
+
+#include <json/reader.h>
+#include <json/value.h>
+
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace Nox {
+
+namespace {
+
+// The tool's text as the JSON reader gets it: character references and "\u" escapes replaced, in UTF-8.
+QByteArray preparedDocument(QString output)
+{
+    output = Utilities::convertHttpSpecificChar(std::move(output));
+    output = Utilities::convertHttpSpecificChar2(std::move(output));
+    return output.toUtf8();
+}
+
+// Reads the first JSON value of the document. Returns whether there is one; `error` says why not.
+bool readDocument(const QByteArray &document, Json::Value &root, std::string &error)
+{
+    try {
+        Json::Reader reader;
+        const bool ok = reader.parse(document.constData(), document.constData() + document.size(), root, false);
+        if (!ok)
+            error = reader.getFormattedErrorMessages();
+        return ok;
+    } catch (const std::exception &exception) {
+        // The reader throws on deep nesting.
+        error = exception.what();
+        return false;
+    }
+}
+
+template <size_t Size>
+QString text(const Json::Value &object, const char (&name)[Size])
+{
+    return JsonMembers::toString(JsonMembers::find(object, name), QLatin1String(""));
+}
+
+void readPage(const Json::Value &page, WebMediaInfo &info)
+{
+    const QString title = text(page, "title");
+    qDebug().noquote() << QStringLiteral("title: %1").arg(title);
+    info.setTitle(title);
+    info.setFileName(Utilities::filterInvalidCharsOfFileName(title, QStringLiteral(" ")));
+
+    const int duration = JsonMembers::toInt(JsonMembers::find(page, "duration"), 0);
+    qDebug().noquote() << QStringLiteral("duration: %1").arg(duration);
+    info.setDuration(duration);
+
+    QString thumbnail = text(page, "thumbnail");
+    // The largest picture does not exist for every page; the medium one does.
+    thumbnail.replace(QLatin1String("maxresdefault"), QLatin1String("mqdefault"));
+    qDebug().noquote() << QStringLiteral("thumbnail: %1").arg(thumbnail);
+    info.setThumbnailUrl(thumbnail);
+}
+
+void readFormats(const Json::Value &page, WebMediaInfo &info)
+{
+    const Json::Value *formats = JsonMembers::find(page, "formats");
+    if (formats == nullptr || !formats->isArray())
+        return;
+    const QString description = text(page, "description");
+    for (const Json::Value &entry : *formats) {
+        if (auto profile = YdFormat::toProfile(entry, description))
+            info.addMediaProfileToHead(std::move(*profile));
+    }
+}
+
+} // namespace
+
+YdOutputParser::YdOutputParser()
+    : m_defaultFormat(QStringLiteral("FLV"))
+{
+    const auto add = [this](QLatin1String container, std::initializer_list<int> codes) {
+        for (const int code : codes)
+            m_formats.insert(QString::number(code), container);
+    };
+    add(QLatin1String("3GP"), {13});
+    add(QLatin1String("MP4"), {17, 18, 22, 37, 38});
+    add(QLatin1String("WEBM"), {43, 44, 45, 46});
+}
+
+YdOutputParser *YdOutputParser::instance()
+{
+    static YdOutputParser *parser = nullptr;
+    if (parser == nullptr)
+        parser = new YdOutputParser;
+    return parser;
+}
+
+void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir)
+{
+    Q_UNUSED(tempDir)
+    Json::Value page;
+    std::string error;
+    if (!readDocument(preparedDocument(std::move(output)), page, error)) {
+        NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());
+        return;
+    }
+    readPage(page, info);
+    readFormats(page, info);
+}
+
+int YdOutputParser::parseDownloadeInfo(QString text, qint64 &total, qint64 &finish, qint64 &speed)
+{
+    // A read that names a file never counts as progress.
+    if (YdStatusLines::findAlreadyDownloaded(text) || YdStatusLines::findDestination(text))
+        return 0;
+    const auto line = YdStatusLines::findProgress(text);
+    if (!line)
+        return 0;
+
+    const float percentage = line->percentage.toString().toFloat();
+    total = Utilities::getBytes(line->size.toString());
+    speed = Utilities::getBytes(line->speed.toString());
+    finish = Saturation::fromDouble<qint64>(static_cast<double>(percentage) * static_cast<double>(total) / 100.0);
+    return 0;
+}
+
+QString YdOutputParser::getYdFormat(QString ydCode)
+{
+    return m_formats.value(ydCode, m_defaultFormat);
+}
+
+int YdOutputParser::getYdFormatLen(QString ydCode)
+{
+    return static_cast<int>(getYdFormat(std::move(ydCode)).size());
+}
+
+bool YdOutputParser::waitFile(QString filePath)
+{
+    constexpr int attempts = 30;
+    constexpr unsigned long pause = 100; // milliseconds
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (QFile::exists(filePath))
+            return true;
+        QThread::msleep(pause);
+    }
+    return false;
+}
+
+} // namespace Nox

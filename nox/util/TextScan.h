@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QStringView>
+
+/** Steps of the hand-written matchers: each takes a position in a text and returns where it ends. */
+namespace Nox::TextScan {
+
+/** Behind the white space at @p position. */
+inline qsizetype skipSpaces(QStringView text, qsizetype position)
+{
+    while (position < text.size() && text[position].isSpace())
+        ++position;
+    return position;
+}
+
+/** Behind the digits at @p position. */
+inline qsizetype skipDigits(QStringView text, qsizetype position)
+{
+    while (position < text.size() && text[position].isDigit())
+        ++position;
+    return position;
+}
+
+/** Behind a number such as 12 or 12.34 at @p position; a dot without digits behind it stays outside. */
+inline qsizetype skipNumber(QStringView text, qsizetype position)
+{
+    const qsizetype wholeEnd = skipDigits(text, position);
+    if (wholeEnd == position || wholeEnd == text.size() || text[wholeEnd] != QLatin1Char('.'))
+        return wholeEnd;
+    const qsizetype end = skipDigits(text, wholeEnd + 1);
+    return end == wholeEnd + 1 ? wholeEnd : end;
+}
+
+/** Whether @p token stands at @p position. */
+inline bool isAt(QStringView text, qsizetype position, QStringView token)
+{
+    return text.mid(position, token.size()) == token;
+}
+
+} // namespace Nox::TextScan
