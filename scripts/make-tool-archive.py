@@ -27,10 +27,10 @@ COMPRESSION = zipfile.ZIP_DEFLATED
 
 
 def package_folder():
-    spec = importlib.util.find_spec("yt_dlp")
-    if spec is None:
+    found = importlib.util.find_spec("yt_dlp")
+    if found is None:
         sys.exit("make-tool-archive.py: no yt_dlp package; scripts/setup.sh run installs it")
-    return pathlib.Path(spec.origin).parent
+    return pathlib.Path(found.origin).parent
 
 
 def origin_text(folder):
