@@ -34,7 +34,7 @@ inline qsizetype skipNumber(QStringView text, qsizetype position)
 /** Whether @p token stands at @p position. */
 inline bool isAt(QStringView text, qsizetype position, QStringView token)
 {
-    return text.mid(position, token.size()) == token;
+    return text.size() - position >= token.size() && text.mid(position, token.size()) == token;
 }
 
 } // namespace Nox::TextScan

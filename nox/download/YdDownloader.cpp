@@ -1,0 +1,355 @@
+#include <nox/download/YdDownloader.h>
+
+#include <nox/download/MergeCommand.h>
+#include <nox/front/ToolCommand.h>
+#include <nox/log/LogCall.h>
+#include <nox/log/ModuleMarker.h>
+#include <nox/parse/YdOutputParser.h>
+#include <nox/parse/YdStatusLines.h>
+#include <nox/util/Utilities.h>
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QPointer>
+#include <QUuid>
+
+#include <utility>
+
+namespace Nox {
+
+namespace {
+
+// What error() carries.
+enum Failure : qint32 {
+    ProcessFailed = -1, // or there is no format code to start a process for
+    ExitedWithError = -4,
+    Crashed = -5,
+    MergeProcessFailed = -7,
+    RenameFailed = -8,
+};
+
+constexpr int teardownWait = 50; // milliseconds
+constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
+
+// QFile reports a missing file as a failure of its own; here it is the usual case.
+void removeFile(const QString &file)
+{
+    if (!file.isEmpty() && QFile::exists(file))
+        QFile::remove(file);
+}
+
+// The name under which the tool holds a file while it transfers it.
+void removePart(const QString &file)
+{
+    if (!file.isEmpty())
+        removeFile(file + QLatin1String(".part"));
+}
+
+} // namespace
+
+YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
+    : m_toolPath(toolPath)
+    , m_pycacheDir(pycacheDir)
+{
+}
+
+YdDownloader::~YdDownloader()
+{
+    // From here on nothing that the processes report may notify the host or start another one.
+    m_ydProcess.disconnect(this);
+    m_ffmpegProcess.disconnect(this);
+    m_ydProcess.waitForFinished(teardownWait);
+    YdDownloader::clear();
+}
+
+void YdDownloader::download(QString url, MediaProfile profile, QString destFile)
+{
+    if (isRunning()) {
+        NOX_LOG_ERROR("Yd download is running already. url %s", LogCall::utf8(url).constData());
+        return;
+    }
+    reset();
+    m_url = std::move(url);
+    m_profile = std::move(profile);
+    m_destFile = std::move(destFile);
+    NOX_LOG_DEBUG("url %s \r\nresolution %s \r\nformat %s \r\ndestfile %s", LogCall::utf8(m_url).constData(),
+                  LogCall::utf8(MediaInfo::resolutionStringMix(m_profile.getVResolution())).constData(),
+                  LogCall::utf8(m_profile.getFormat()).constData(), LogCall::utf8(m_destFile).constData());
+    initYdDownloaderCommand();
+}
+
+void YdDownloader::cancel()
+{
+    NOX_LOG_INFO("Download canceling...");
+    disconnect(&m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
+    m_ydProcess.killGroup();
+    m_ffmpegProcess.killGroup();
+
+    removeFile(m_item1File);
+    removeFile(m_item2File);
+    removeFile(m_mergedFile);
+    removeFile(m_destFile);
+    removePart(m_item1File);
+    removePart(m_item2File);
+    removePart(m_destFile);
+}
+
+void YdDownloader::clear()
+{
+    try {
+        removeFile(m_item2File);
+        removeFile(m_mergedFile);
+        removePart(m_item1File);
+        removePart(m_item2File);
+        removePart(m_destFile);
+    } catch (...) {
+        NOX_LOG_ERROR("Cancel download failed.");
+    }
+}
+
+bool YdDownloader::isRunning() const
+{
+    return m_ydProcess.state() != QProcess::NotRunning || m_ffmpegProcess.state() != QProcess::NotRunning;
+}
+
+bool YdDownloader::isUsingYt() const
+{
+    return ToolCommand::needsCertificateSwitch(m_toolPath);
+}
+
+// What an earlier download has left in the object must not reach into the next one.
+void YdDownloader::reset()
+{
+    clearLeftovers();
+    m_ydProcess.disconnect(this);
+    m_ffmpegProcess.disconnect(this);
+    m_itemCount = 0;
+    m_itemIndex = 0;
+    m_item1File.clear();
+    m_item2File.clear();
+    m_outDir.clear();
+    m_mergedFile.clear();
+}
+
+void YdDownloader::initYdDownloaderCommand()
+{
+    qDebug() << "entering yd...";
+    connect(&m_ydProcess, &QProcess::readyReadStandardOutput, this, &YdDownloader::ydReadOutputData);
+    connect(&m_ydProcess, &QProcess::readyReadStandardError, this, &YdDownloader::ydReadError);
+    connect(&m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
+    connect(&m_ydProcess, &QProcess::errorOccurred, this, &YdDownloader::ydProcessError);
+
+    const QString ydCode = m_profile.getName();
+    m_itemCount = m_profile.isDash() && !m_profile.getPreferredDashAudioYdCode().isEmpty() ? 2 : 1;
+    m_itemIndex = 1;
+    m_progress = DownloadProgress(m_itemCount, m_profile.getSize());
+    if (ydCode.isEmpty()) {
+        NOX_LOG_ERROR("Yd download format is empty. url %s", LogCall::utf8(m_url).constData());
+        Q_EMIT error(ProcessFailed);
+        return;
+    }
+
+    const QString command = itemCommand(ydCode);
+    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    m_ydProcess.launch(command);
+    Q_EMIT started();
+}
+
+void YdDownloader::downloadNextItem()
+{
+    const QString ydCode = m_profile.getPreferredDashAudioYdCode();
+    ++m_itemIndex;
+    if (ydCode.isEmpty()) {
+        NOX_LOG_ERROR("yd download format is empty. url %s", LogCall::utf8(m_url).constData());
+        Q_EMIT error(ProcessFailed);
+        return;
+    }
+
+    const QString command = itemCommand(ydCode);
+    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    m_ydProcess.launch(command);
+    qDebug().noquote() << QStringLiteral("ydStarted : %1").arg(m_url);
+    Q_EMIT started();
+}
+
+QString YdDownloader::itemCommand(const QString &ydCode)
+{
+    QString command = ToolCommand::head(m_toolPath, m_pycacheDir) + QStringLiteral(" -f %1 ").arg(ydCode);
+    if (isUsingYt())
+        command += ToolCommand::certificateSwitch;
+    m_outDir = QFileInfo(m_destFile).dir().absolutePath();
+    command += QStringLiteral("-o \"%1/%2%3%4\" ")
+                   .arg(ToolCommand::escaped(m_outDir), QUuid::createUuid().toString(), YD_TEMP_MARK,
+                        QStringLiteral(".%(ext)s"));
+    return command + Utilities::escapeUrl(m_url);
+}
+
+void YdDownloader::ydReadOutputData()
+{
+    const QString text = QString::fromUtf8(m_ydProcess.readAll());
+    NOX_LOG_DEBUG("Yd download output: %s", LogCall::latin1(text).constData());
+    rememberItemFile(text);
+
+    DownloadProgress::Figures item{0, 0, 0};
+    YdOutputParser::instance()->parseDownloadeInfo(text, item.total, item.finish, item.speed);
+    qDebug().noquote()
+        << QStringLiteral("ydProgress : %1B %2B %3B/s").arg(item.total).arg(item.finish).arg(item.speed);
+    if (const auto figures = m_progress.fold(m_itemIndex, item))
+        Q_EMIT progress(figures->total, figures->finish, figures->speed);
+}
+
+// Where a read names a file in both ways, the destination line wins.
+void YdDownloader::rememberItemFile(const QString &text)
+{
+    auto file = YdStatusLines::findDestination(text);
+    if (!file)
+        file = YdStatusLines::findAlreadyDownloaded(text);
+    if (!file)
+        return;
+    if (m_itemIndex == 1)
+        m_item1File = file->toString();
+    else if (m_itemIndex == 2)
+        m_item2File = file->toString();
+}
+
+void YdDownloader::ydReadError()
+{
+    const QString text = QString::fromLocal8Bit(m_ydProcess.readAllStandardError());
+    NOX_LOG_ERROR("Yd process read error: %s ", LogCall::latin1(text).constData());
+}
+
+void YdDownloader::ydProcessError(QProcess::ProcessError error)
+{
+    NOX_LOG_ERROR("Yd process error: %d ", static_cast<int>(error));
+    Q_EMIT this->error(ProcessFailed);
+}
+
+void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
+    const QByteArray url = LogCall::utf8(Utilities::escapeUrl(m_url));
+    if (exitCode == 0 && exitStatus == QProcess::NormalExit) {
+        NOX_LOG_INFO("Yd download finished: %s", url.constData());
+        if (m_itemIndex < m_itemCount)
+            downloadNextItem();
+        else if (m_itemCount >= 2)
+            proceedMerge();
+        else
+            finishSingleItem();
+        return;
+    }
+
+    const bool hasCrashed = exitStatus == QProcess::CrashExit;
+    if (hasCrashed)
+        NOX_LOG_ERROR("Yd process crashed: %s ", url.constData());
+    else
+        NOX_LOG_ERROR("Yd process terminated abnormally: %s  \n ExitCode: %d", url.constData(), exitCode);
+    m_isClearPending = true;
+    if (report(hasCrashed ? Crashed : ExitedWithError))
+        clearLeftovers();
+}
+
+void YdDownloader::finishSingleItem()
+{
+    if (QFile::rename(m_item1File, m_destFile)) {
+        Q_EMIT finished();
+        return;
+    }
+    const QByteArray from = LogCall::latin1(m_item1File);
+    const QByteArray to = LogCall::latin1(m_destFile);
+    m_isClearPending = true;
+    const bool isAlive = report(RenameFailed);
+    NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
+    if (isAlive)
+        clearLeftovers();
+}
+
+void YdDownloader::proceedMerge()
+{
+    connect(&m_ffmpegProcess, &QProcess::readyReadStandardOutput, this, &YdDownloader::ffmpegReadOutputData);
+    connect(&m_ffmpegProcess, &QProcess::readyReadStandardError, this, &YdDownloader::ffmpegReadStandardError);
+    connect(&m_ffmpegProcess, processFinished, this, &YdDownloader::ffmpegFinished);
+    connect(&m_ffmpegProcess, &QProcess::errorOccurred, this, &YdDownloader::ffmpegProcessError);
+
+    if (m_item1File.isEmpty() || m_item2File.isEmpty()) {
+        NOX_LOG_ERROR("FFMPEG not started: the tool has not named both files!");
+        Q_EMIT error(ExitedWithError);
+        return;
+    }
+    if (!MergeCommand::copiesVideo(m_item1File))
+        NOX_MODULE_MARKER();
+    m_mergedFile = MergeCommand::freeOutputName(m_item1File);
+    const QStringList arguments = MergeCommand::arguments(m_item1File, m_item2File, m_mergedFile);
+    qDebug() << arguments;
+    const QString command = MergeCommand::text(arguments);
+    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    m_ffmpegProcess.launch(command);
+}
+
+void YdDownloader::ffmpegReadOutputData()
+{
+    const QString text = QString::fromUtf8(m_ffmpegProcess.readAll());
+    NOX_LOG_INFO("FFMPEG read output: %s", LogCall::utf8(text).constData());
+}
+
+void YdDownloader::ffmpegReadStandardError()
+{
+    const QString text = QString::fromUtf8(m_ffmpegProcess.readAllStandardError());
+    NOX_LOG_ERROR("FFMPEG read error: %s", LogCall::utf8(text).constData());
+}
+
+void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
+{
+    Q_EMIT this->error(MergeProcessFailed);
+    NOX_LOG_ERROR("FFMPEG process error: %d", static_cast<int>(error));
+}
+
+void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    NOX_LOG_INFO("FFMPEG process finished");
+    if (exitStatus == QProcess::CrashExit) {
+        NOX_LOG_ERROR("FFMPEG crashed!");
+        Q_EMIT error(Crashed);
+        return;
+    }
+    if (exitCode != 0) {
+        NOX_LOG_ERROR("FFMPEG terminated abnormally!");
+        Q_EMIT error(ExitedWithError);
+        return;
+    }
+
+    if (!QFile::remove(m_item1File))
+        NOX_MODULE_MARKER();
+    if (!QFile::remove(m_item2File))
+        NOX_MODULE_MARKER();
+    if (!QFile::rename(m_mergedFile, m_destFile)) {
+        const QByteArray from = LogCall::latin1(m_mergedFile);
+        const QByteArray to = LogCall::latin1(m_destFile);
+        Q_EMIT error(RenameFailed);
+        NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
+        return;
+    }
+    const QPointer<YdDownloader> self(this);
+    Q_EMIT progress(m_progress.expectedTotal(), m_progress.expectedTotal(), 0);
+    if (!self.isNull())
+        Q_EMIT finished();
+}
+
+// Returns whether the object is still there: the host may have deleted it in answer.
+bool YdDownloader::report(qint32 errorCode)
+{
+    const QPointer<YdDownloader> self(this);
+    Q_EMIT error(errorCode);
+    return !self.isNull();
+}
+
+// Not when the host has answered a failure by starting anew: then it has happened already.
+void YdDownloader::clearLeftovers()
+{
+    if (std::exchange(m_isClearPending, false))
+        clear();
+}
+
+} // namespace Nox

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <nox/download/DownloadProgress.h>
+#include <nox/front/ChildProcess.h>
+#include <nox/front/WebMediaDownloader.h>
+
+#include <QProcess>
+#include <QString>
+
+namespace Nox {
+
+/**
+ * The downloader that runs the tool once for each item (the chosen stream, and its audio companion
+ * where one is named) and ffmpeg to join two items into one file.
+ *
+ * The tool writes beside the destination, under a name of its own; only a complete file gets the
+ * destination's name.
+ */
+class YdDownloader final : public WebMediaDownloader
+{
+    Q_OBJECT
+
+public:
+    /** @see WebMediaDownloaderFactory::createDownloader() */
+    YdDownloader(const QString &toolPath, const QString &pycacheDir);
+    ~YdDownloader() override;
+
+    void download(QString url, MediaProfile profile, QString destFile) override;
+    void cancel() override;
+    void clear() override;
+
+protected Q_SLOTS:
+    void ydReadOutputData();
+    void ydFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    void ydProcessError(QProcess::ProcessError error);
+    void ydReadError();
+    void ffmpegReadOutputData();
+    void ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    void ffmpegProcessError(QProcess::ProcessError error);
+    void ffmpegReadStandardError();
+
+private:
+    bool isRunning() const;
+    bool isUsingYt() const;
+    void reset();
+    void initYdDownloaderCommand();
+    void downloadNextItem();
+    QString itemCommand(const QString &ydCode);
+    void rememberItemFile(const QString &text);
+    void finishSingleItem();
+    void proceedMerge();
+    bool report(qint32 errorCode);
+    void clearLeftovers();
+
+    ChildProcess m_ydProcess;
+    ChildProcess m_ffmpegProcess;
+    QString m_url;
+    MediaProfile m_profile;
+    QString m_destFile;
+    int m_itemCount = 0;
+    int m_itemIndex = 0; // the item that runs or ran last, counted from 1
+    DownloadProgress m_progress;
+    QString m_item1File; // as the tool announced it
+    QString m_item2File;
+    QString m_outDir;
+    QString m_mergedFile;
+    bool m_isClearPending = false; // a failed run's leftovers are still there
+    QString m_toolPath;
+    QString m_pycacheDir;
+};
+
+} // namespace Nox

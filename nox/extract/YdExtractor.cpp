@@ -1,0 +1,133 @@
+#include <nox/extract/YdExtractor.h>
+
+#include <nox/front/ChildProcess.h>
+#include <nox/front/ToolCommand.h>
+#include <nox/log/LogCall.h>
+#include <nox/parse/YdOutputParser.h>
+#include <nox/util/Utilities.h>
+
+#include <QDebug>
+#include <QDir>
+#include <QPointer>
+
+#include <utility>
+
+namespace Nox {
+
+namespace {
+
+constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
+
+} // namespace
+
+YdExtractor::YdExtractor(const QString &toolPath, const QString &pycacheDir)
+    : m_tempDir(QDir::tempPath())
+    , m_toolPath(toolPath)
+    , m_pycacheDir(pycacheDir)
+{
+}
+
+WebMediaInfo YdExtractor::getMediaInfo(QString url)
+{
+    beginRequest(url);
+    NOX_LOG_DEBUG("url %s ", LogCall::utf8(url).constData());
+    // Nobody reads the tool's error output here; it must not pile up in memory meanwhile.
+    m_process->setStandardErrorFile(QProcess::nullDevice());
+    initYdExtractorCommand();
+    if (!m_process->waitForFinished(-1))
+        NOX_LOG_DEBUG("Yd extract process finished abnormally: %d", static_cast<int>(m_process->error()));
+    ydReadOutputData();
+
+    const WebMediaInfo result = m_mediaInfo;
+    Q_EMIT finished(result);
+    return result;
+}
+
+void YdExtractor::getMediaInfoBySignal(QString url)
+{
+    beginRequest(url);
+    NOX_LOG_DEBUG("url %s ", LogCall::utf8(url).constData());
+    connect(m_process, &QProcess::readyReadStandardError, this, &YdExtractor::ydReadError);
+    connect(m_process, processFinished, this, &YdExtractor::ydFinished);
+    connect(m_process, &QProcess::errorOccurred, this, &YdExtractor::ydProcessError);
+    initYdExtractorCommand();
+}
+
+void YdExtractor::cancel()
+{
+    NOX_LOG_ERROR("Cancel getMediaInfo...");
+    if (m_process == nullptr)
+        return;
+    disconnect(m_process, processFinished, this, &YdExtractor::ydFinished);
+    m_process->killGroup();
+}
+
+// A request that still runs is replaced: it must not report into the new one.
+void YdExtractor::beginRequest(const QString &url)
+{
+    if (m_process != nullptr && m_process->state() != QProcess::NotRunning) {
+        m_process->disconnect(this);
+        m_process->killGroup();
+    }
+    m_url = url;
+    m_mediaInfo.setUrl(url);
+    m_process = new ChildProcess(this);
+}
+
+void YdExtractor::initYdExtractorCommand()
+{
+    qDebug() << "entering yd...";
+    QString command = ToolCommand::head(m_toolPath, m_pycacheDir) + QLatin1String(" --dump-json ");
+    // The whole text so far counts: a folder of that name brings the switch as well.
+    if (ToolCommand::needsCertificateSwitch(command))
+        command += ToolCommand::certificateSwitch;
+    command += Utilities::escapeUrl(m_url);
+    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    m_process->launch(command);
+}
+
+void YdExtractor::ydReadOutputData()
+{
+    QString output = QString::fromLocal8Bit(m_process->readAllStandardOutput());
+    NOX_LOG_DEBUG("%s \r\n%s ", LogCall::utf8(m_mediaInfo.getUrl()).constData(), LogCall::utf8(output).constData());
+    YdOutputParser::instance()->parseWebMediaInfo(std::move(output), m_mediaInfo, m_tempDir);
+    NOX_LOG_DEBUG("duration : %d", static_cast<int>(m_mediaInfo.getDuration()));
+}
+
+void YdExtractor::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
+    if (exitCode != 0) {
+        qDebug().noquote() << m_process->errorString();
+        Q_EMIT error(-1);
+        return;
+    }
+    ydReadOutputData();
+    Q_EMIT finished(m_mediaInfo);
+}
+
+void YdExtractor::ydProcessError(QProcess::ProcessError error)
+{
+    NOX_LOG_ERROR("Yd extract process terminated with error: %d", static_cast<int>(error));
+    reportFailure(error);
+}
+
+void YdExtractor::ydReadError()
+{
+    const QString text = QString::fromLocal8Bit(m_process->readAllStandardError());
+    NOX_LOG_ERROR("Yd extract read error: %s", LogCall::latin1(text).constData());
+    m_mediaInfo.setErrorDetail(text);
+    if (!text.startsWith(QLatin1String("WARNING")))
+        reportFailure(-1);
+}
+
+void YdExtractor::reportFailure(qint32 errorCode)
+{
+    const QPointer<YdExtractor> self(this);
+    Q_EMIT finished(m_mediaInfo);
+    // The host may have deleted the extractor in answer to the first notification.
+    if (!self.isNull())
+        Q_EMIT error(errorCode);
+}
+
+} // namespace Nox

@@ -1,0 +1,73 @@
+#include <nox/front/ChildProcess.h>
+
+#include <csignal>
+#include <sys/types.h>
+#include <unistd.h>
+#if defined(Q_OS_LINUX)
+#  include <sys/prctl.h>
+#endif
+
+namespace Nox {
+
+namespace {
+
+// Runs in the child before the program starts: only what is safe between fork and exec.
+void prepareChild(pid_t host)
+{
+    ::setpgid(0, 0);
+#if defined(Q_OS_LINUX)
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The host may have died before the signal was asked for.
+    if (::getppid() != host)
+        ::_exit(EXIT_FAILURE);
+#else
+    Q_UNUSED(host)
+#endif
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(QObject *parent)
+    : ModifiableProcess(parent)
+{
+    setChildProcessModifier([host = ::getpid()] { prepareChild(host); });
+    connect(this, &QProcess::started, this, [this] { m_group = processId(); });
+    connect(this, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this, &ChildProcess::killDescendants);
+}
+
+ChildProcess::~ChildProcess()
+{
+    if (state() == QProcess::NotRunning)
+        return;
+    // Nobody acts on a process that is being destroyed.
+    disconnect();
+    killGroup();
+    waitForFinished();
+}
+
+void ChildProcess::launch(const QString &command)
+{
+    QStringList arguments = splitCommand(command);
+    const QString program = arguments.isEmpty() ? QString() : arguments.takeFirst();
+    start(program, arguments, QIODevice::ReadWrite);
+}
+
+void ChildProcess::killGroup()
+{
+    if (state() == QProcess::NotRunning)
+        return;
+    m_group = processId();
+    killDescendants();
+    // A child so young that it has no group yet has no descendants either.
+    kill();
+}
+
+// The group's number stays taken as long as one of its members lives.
+void ChildProcess::killDescendants()
+{
+    if (m_group > 0)
+        ::kill(static_cast<pid_t>(-m_group), SIGKILL);
+    m_group = 0;
+}
+
+} // namespace Nox

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <nox/front/ModifiableProcess.h>
+
+namespace Nox {
+
+/**
+ * An external program, started from a command text, in a process group of its own: whatever the
+ * program starts itself is stopped with it and goes when it ends, and on Linux it does not outlive
+ * the host.
+ *
+ * Destroying the object stops a program that still runs, and waits for its end.
+ */
+class ChildProcess final : public ModifiableProcess
+{
+public:
+    explicit ChildProcess(QObject *parent = nullptr);
+    ~ChildProcess() override;
+    Q_DISABLE_COPY_MOVE(ChildProcess)
+
+    /**
+     * Starts the program for reading and writing. The text is split at blanks outside double quotes;
+     * three double quotes stand for one.
+     */
+    void launch(const QString &command);
+
+    /** Kills the program with its whole process group; does nothing when it does not run. */
+    void killGroup();
+
+private:
+    void killDescendants();
+
+    qint64 m_group = 0; // process group of the last program; 0 when nothing can be left of it
+};
+
+} // namespace Nox
