@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QStringView>
 
 /** Steps of the hand-written matchers: each takes a position in a text and returns where it ends. */
