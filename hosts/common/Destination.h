@@ -1,0 +1,47 @@
+#pragma once
+
+#include <nox/model/MediaProfile.h>
+#include <nox/model/WebMediaInfo.h>
+
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+namespace NoxHost {
+
+/** Naming the file that a download makes. */
+class Destination
+{
+    Q_DECLARE_TR_FUNCTIONS(NoxHost::Destination)
+
+public:
+    Destination() = delete;
+
+    /**
+     * A path to propose: the page's title as a file name, in @p folder, numbered when it is taken.
+     * @param stream the chosen stream, its preferred audio code set when two are to be joined
+     * @param taken paths that other downloads are going to use
+     */
+    static QString proposed(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream, const QString &folder,
+                            const QStringList &taken = {});
+
+    /** @p path, or with a number behind its base name when it is on disk or among @p taken. */
+    static QString free(const QString &path, const QStringList &taken = {});
+
+    /** Suffix of the file that @p stream makes, without a dot: mp4 when two streams are joined. */
+    static QString suffix(const Nox::MediaProfile &stream);
+
+    /** Why no file can be made at @p path, in words; empty when one can. */
+    static QString problem(const QString &path);
+
+    /** Why @p name cannot be a file's name, in words; empty when it can. */
+    static QString nameProblem(const QString &name);
+
+    /** Why no file can be made in @p folder, in words; empty when one can. */
+    static QString folderProblem(const QString &folder);
+
+private:
+    static QString baseName(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream);
+};
+
+} // namespace NoxHost

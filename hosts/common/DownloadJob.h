@@ -1,0 +1,98 @@
+#pragma once
+
+#include "common/FailureText.h"
+#include "common/PartialFolder.h"
+#include "common/ToolSetup.h"
+#include "common/TransferFigures.h"
+
+#include <nox/front/WebMediaDownloader.h>
+#include <nox/model/MediaProfile.h>
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+
+namespace NoxHost {
+
+/**
+ * One download, with one outcome: exactly one of finished(), failed() and cancelled() comes, from the
+ * event loop, when all processes and, but for the finished file, all files of the download are gone.
+ * Deleting the job stops it and removes the files, too.
+ */
+class DownloadJob : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Phase { Waiting, Video, Audio, Joining };
+    Q_ENUM(Phase)
+
+    explicit DownloadJob(const ToolSetup &tools, QObject *parent = nullptr);
+
+    /**
+     * Begins the download. Once for each job.
+     * @param url address of the page, one that UrlCheck accepts
+     * @param stream the stream; with a preferred audio code two are fetched and joined
+     * @param destination absolute path of the file to make, one that Destination accepts
+     */
+    void start(const QString &url, const Nox::MediaProfile &stream, const QString &destination);
+
+    /** Stops; cancelled() follows unless the outcome is known already. */
+    void cancel();
+
+    Phase phase() const;
+
+Q_SIGNALS:
+    /** Another phase has begun. */
+    void phaseChanged(NoxHost::DownloadJob::Phase phase);
+
+    /** The download has got on. */
+    void progressed(const NoxHost::TransferFigures &figures);
+
+    /** All done. @param file its path, numbered when the destination was taken meanwhile */
+    void finished(const QString &file);
+
+    /** It does not work. @param code the library's code, or 0 when it was not asked */
+    void failed(int code, const QString &words);
+
+    /** Stopped by cancel(). */
+    void cancelled();
+
+private:
+    enum class State { Idle, Running, Stopping, Ending, Ended };
+    enum class Outcome { Finished, Failed, Cancelled };
+
+    void connectDownloader();
+    void onStarted();
+    void onProgress(qint64 total, qint64 finish, qint64 speed);
+    void onError(qint32 code);
+    void onFinished();
+    void watchJoining();
+    void setPhase(Phase phase);
+    void fail(int code, const QString &words);
+    void settleFailure();
+    void end(Outcome outcome);
+    void letGo();
+    void cleanUp();
+    void report();
+
+    ToolSetup m_tools;
+    Nox::MediaProfile m_stream;
+    QString m_destination;
+    QString m_partialName;
+    PartialFolder m_folder;
+    std::unique_ptr<Nox::WebMediaDownloader> m_downloader; // goes before the folder in which its processes write
+    State m_state = State::Idle;
+    Outcome m_outcome = Outcome::Failed;
+    Phase m_phase = Phase::Waiting;
+    int m_startedStreams = 0;
+    int m_code = 0;
+    int m_cleanUps = 0;
+    QString m_words;
+    QString m_file;
+    QTimer m_patience;
+    QTimer m_joinWatch;
+};
+
+} // namespace NoxHost

@@ -1,0 +1,76 @@
+#include "common/FailureText.h"
+
+#include <QProcess>
+
+namespace NoxHost {
+
+QString FailureText::download(int code, During during)
+{
+    const bool joining = during == During::Joining;
+    switch (code) {
+    case -1:
+        return tr("The download tool could not be run. Check that the programs beside this one are complete and may be "
+                  "executed, and that memory is not short.");
+    case -4:
+        return joining ? tr("Joining video and audio failed: ffmpeg reported an error. Check that there is room on the "
+                            "disk, or choose a stream with sound of its own.")
+                       : tr("The download tool gave up. Check the network connection and the room on the disk, or "
+                            "choose another stream; the address may have expired, so read the page again.");
+    case -5:
+        return joining ? tr("Joining video and audio failed: ffmpeg crashed or was killed. Try again, or choose a "
+                            "stream with sound of its own.")
+                       : tr("The download tool crashed or was killed. Check that memory is not short, and try again.");
+    case -7:
+        return tr("Joining video and audio failed: ffmpeg could not be run. Check that it stands beside this program "
+                  "and may be executed.");
+    case -8:
+        return tr("The finished file could not get its final name. Check that its folder still exists and may be "
+                  "written to, and that there is room on the disk.");
+    default:
+        return tr("The download failed for an unknown reason (code %1). The log may tell more.").arg(code);
+    }
+}
+
+QString FailureText::extraction(int code)
+{
+    switch (code) {
+    case -1:
+        return tr("The download tool could not read the page. Check the address and the network connection; the page "
+                  "may not be supported.");
+    case QProcess::FailedToStart:
+        return tr("The Python interpreter could not be started. Check that it stands beside this program and may be "
+                  "executed.");
+    case QProcess::Crashed:
+        return tr("The download tool crashed or was killed. Check that memory is not short, and try again.");
+    case QProcess::Timedout:
+        return tr("The download tool did not answer in time. Try again.");
+    case QProcess::ReadError:
+        return tr("The download tool's answer could not be read. Try again.");
+    case QProcess::WriteError:
+        return tr("The download tool could not be written to. Try again.");
+    default:
+        return tr("The download tool failed for an unknown reason (code %1). The log may tell more.").arg(code);
+    }
+}
+
+QString FailureText::noStream()
+{
+    return tr("The page holds no stream that can be downloaded. Check the address; the page may need a newer download "
+              "tool.");
+}
+
+QString FailureText::noPrivateFolder(const QString &folder, const QString &cause)
+{
+    return tr("Nothing can be written into \"%1\" (%2). Check your rights and the room on the disk, or choose another "
+              "folder.")
+        .arg(folder, cause);
+}
+
+QString FailureText::noFinalName(const QString &destination)
+{
+    return tr("The finished file could not be moved to \"%1\". Check that the folder still exists and may be written "
+              "to.")
+        .arg(destination);
+}
+
+} // namespace NoxHost

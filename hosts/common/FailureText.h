@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+namespace NoxHost {
+
+/** Failures in words: the cause, and what the user can do. */
+class FailureText
+{
+    Q_DECLARE_TR_FUNCTIONS(NoxHost::FailureText)
+
+public:
+    FailureText() = delete;
+
+    /** What was going on when a download failed; the library's codes alone do not tell. */
+    enum class During { Fetching, Joining };
+
+    /** @p code as WebMediaDownloader::error() gives it. */
+    static QString download(int code, During during);
+
+    /** @p code as WebMediaInfoExtractor::error() gives it. */
+    static QString extraction(int code);
+
+    /** The tool was content with the page, but there is nothing to download. */
+    static QString noStream();
+
+    /** The download's private folder could not be made in @p folder. */
+    static QString noPrivateFolder(const QString &folder, const QString &cause);
+
+    /** The finished file could not be moved to @p destination. */
+    static QString noFinalName(const QString &destination);
+};
+
+} // namespace NoxHost

@@ -1,0 +1,59 @@
+#include "common/PrintableText.h"
+
+#include <QStringList>
+
+namespace NoxHost {
+
+namespace {
+
+constexpr int maximumLines = 8;
+
+bool isUnprintable(QChar character)
+{
+    switch (character.category()) {
+    case QChar::Other_Control:
+    case QChar::Other_Surrogate: // dealt with in pairs by the caller
+    case QChar::Other_Format:    // among them the marks that turn the writing direction
+        return true;
+    default:
+        return character.isSpace();
+    }
+}
+
+} // namespace
+
+QString printableLine(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (auto i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        if (character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            result += character;
+            result += text.at(++i);
+        } else if (isUnprintable(character)) {
+            result += QLatin1Char(' ');
+        } else {
+            result += character;
+        }
+    }
+    return result.simplified();
+}
+
+QString toolWords(const QString &errorOutput)
+{
+    QStringList words;
+    QStringList warnings;
+    const QStringList lines = errorOutput.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        const QString printable = printableLine(line);
+        if (printable.isEmpty()) {
+            continue;
+        }
+        (printable.startsWith(QLatin1String("WARNING")) ? warnings : words) += printable;
+    }
+    const QStringList &chosen = words.isEmpty() ? warnings : words;
+    return chosen.mid(qMax(0, static_cast<int>(chosen.size()) - maximumLines)).join(QLatin1Char('\n'));
+}
+
+} // namespace NoxHost

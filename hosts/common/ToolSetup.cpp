@@ -1,0 +1,67 @@
+#include "common/ToolSetup.h"
+
+#include <nox/front/ToolEnvironment.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace NoxHost {
+
+namespace {
+
+bool isProgram(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isFile() && file.isExecutable();
+}
+
+} // namespace
+
+ToolSetup::ToolSetup(const QString &toolFile, const QString &pycacheFolder)
+{
+    const QDir programs(QCoreApplication::applicationDirPath());
+    m_toolFile =
+        toolFile.isEmpty() ? programs.filePath(QStringLiteral("yt.zip")) : QFileInfo(toolFile).absoluteFilePath();
+    const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    m_pycacheFolder =
+        QFileInfo(pycacheFolder.isEmpty() ? cache + QStringLiteral("/noxwebmedia/pycache") : pycacheFolder)
+            .absoluteFilePath();
+}
+
+QString ToolSetup::toolFile() const
+{
+    return m_toolFile;
+}
+
+QString ToolSetup::pycacheFolder() const
+{
+    return m_pycacheFolder;
+}
+
+QString ToolSetup::problem() const
+{
+    const QString interpreter = GetPythonExecPath();
+    if (!isProgram(interpreter)) {
+        return tr("The Python interpreter is missing: there is no program \"%1\".").arg(interpreter);
+    }
+    const QFileInfo tool(m_toolFile);
+    if (!tool.exists()) {
+        return tr("The download tool is missing: there is no file \"%1\".").arg(m_toolFile);
+    }
+    if (!tool.isReadable()) {
+        return tr("The download tool \"%1\" cannot be read.").arg(m_toolFile);
+    }
+    return {};
+}
+
+QString ToolSetup::joiningProblem()
+{
+    const QString ffmpeg = QCoreApplication::applicationDirPath() + QStringLiteral("/ffmpeg");
+    if (!isProgram(ffmpeg)) {
+        return tr("Video and audio cannot be joined: there is no program \"%1\".").arg(ffmpeg);
+    }
+    return {};
+}
+
+} // namespace NoxHost

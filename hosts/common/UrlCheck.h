@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+namespace NoxHost {
+
+/**
+ * Whether a text may go to the library as a page address. The address stands without quotes on the
+ * tool's command line, so a blank or a quote in it would smuggle options in.
+ */
+class UrlCheck
+{
+    Q_DECLARE_TR_FUNCTIONS(NoxHost::UrlCheck)
+
+public:
+    UrlCheck() = delete;
+
+    /** Why @p url is not one acceptable address, in words; empty when it is. */
+    static QString problem(const QString &url);
+};
+
+} // namespace NoxHost

@@ -1,0 +1,188 @@
+#include "FetchApp.h"
+
+#include "Console.h"
+#include "ExitCode.h"
+#include "JsonRecord.h"
+#include "StreamRequest.h"
+#include "TablePrinter.h"
+#include "common/Destination.h"
+#include "common/FailureText.h"
+#include "common/PrintableText.h"
+#include "common/StreamChoice.h"
+
+#include <QDir>
+
+namespace NoxFetch {
+
+using NoxHost::DownloadJob;
+using NoxHost::ExtractionJob;
+
+namespace {
+
+NoxHost::LibraryLog::Detail detailFor(const Options &options)
+{
+    if (options.verbose) {
+        return NoxHost::LibraryLog::Detail::Everything;
+    }
+    return options.logFile.isEmpty() ? NoxHost::LibraryLog::Detail::Errors : NoxHost::LibraryLog::Detail::Milestones;
+}
+
+} // namespace
+
+FetchApp::FetchApp(const Options &options, Console &console, QObject *parent)
+    : QObject(parent)
+    , m_options(options)
+    , m_console(console)
+    , m_progress(console)
+    , m_tools(options.toolFile, options.pycacheFolder)
+    , m_extraction(m_tools)
+    , m_download(m_tools)
+{
+    connect(&m_extraction, &ExtractionJob::finished, this, &FetchApp::onPage);
+    connect(&m_extraction, &ExtractionJob::failed, this, &FetchApp::onExtractionFailed);
+    connect(&m_extraction, &ExtractionJob::cancelled, this, &FetchApp::onCancelled);
+    connect(&m_download, &DownloadJob::phaseChanged, this, &FetchApp::onPhase);
+    connect(&m_download, &DownloadJob::progressed, &m_progress, &ProgressBar::advance);
+    connect(&m_download, &DownloadJob::finished, this, &FetchApp::printResult);
+    connect(&m_download, &DownloadJob::failed, this, &FetchApp::onDownloadFailed);
+    connect(&m_download, &DownloadJob::cancelled, this, &FetchApp::onCancelled);
+}
+
+void FetchApp::start()
+{
+    if (m_hasEnded) {
+        return;
+    }
+    if (!m_log.open(m_options.logFile, detailFor(m_options)) && !m_options.logFile.isEmpty()) {
+        fail(UsageError, QStringLiteral("The log file \"%1\" cannot be written.").arg(m_options.logFile));
+        return;
+    }
+    if (const QString words = m_tools.problem(); !words.isEmpty()) {
+        fail(ExtractionFailed, words);
+        return;
+    }
+    m_progress.begin(QStringLiteral("extracting"));
+    m_extraction.start(m_options.url);
+}
+
+void FetchApp::interrupt()
+{
+    if (m_isDownloading) {
+        m_download.cancel();
+    } else {
+        m_extraction.cancel();
+    }
+}
+
+void FetchApp::onPage(const Nox::WebMediaInfo &page)
+{
+    m_progress.stop();
+    const NoxHost::StreamChoice streams(page);
+    if (streams.all().isEmpty()) {
+        fail(ExtractionFailed, NoxHost::FailureText::noStream());
+        return;
+    }
+    tellPage(page);
+    switch (m_options.mode) {
+    case Options::Mode::Json:
+        printResult(jsonRecord(page, streams));
+        return;
+    case Options::Mode::List:
+        printResult(streamTable(streams));
+        return;
+    case Options::Mode::Download:
+        break;
+    }
+    const StreamRequest request = StreamRequest::choose(m_options, streams);
+    if (!request.problem.isEmpty()) {
+        fail(UsageError, request.problem);
+    } else if (const QString words = request.needsJoining() ? m_tools.joiningProblem() : QString(); !words.isEmpty()) {
+        fail(DownloadFailed, words);
+    } else {
+        startDownload(page, request);
+    }
+}
+
+void FetchApp::onExtractionFailed(const QString &words, const QString &toolWords)
+{
+    // Words in the same breath as a warning are not notified of, but logged.
+    fail(ExtractionFailed, words, toolWords.isEmpty() ? m_log.complaints() : toolWords);
+}
+
+void FetchApp::startDownload(const Nox::WebMediaInfo &page, const StreamRequest &request)
+{
+    m_console.note(QStringLiteral("Fetching %1").arg(request.text()));
+    m_log.mark();
+    m_isDownloading = true;
+    const QString destination = m_options.output.isEmpty()
+        ? NoxHost::Destination::proposed(page, request.stream, QDir::currentPath())
+        : m_options.output;
+    m_download.start(m_options.url, request.stream, destination);
+}
+
+void FetchApp::onPhase(DownloadJob::Phase phase)
+{
+    switch (phase) {
+    case DownloadJob::Phase::Waiting:
+        break;
+    case DownloadJob::Phase::Video:
+        m_progress.begin(QStringLiteral("video"));
+        break;
+    case DownloadJob::Phase::Audio:
+        m_progress.begin(QStringLiteral("audio"));
+        break;
+    case DownloadJob::Phase::Joining:
+        m_progress.begin(QStringLiteral("joining"));
+        break;
+    }
+}
+
+void FetchApp::onDownloadFailed(int code, const QString &words)
+{
+    const QString text = code == 0 ? words : QStringLiteral("%1 (code %2)").arg(words).arg(code);
+    fail(DownloadFailed, text, m_log.complaints());
+}
+
+void FetchApp::onCancelled()
+{
+    m_progress.stop();
+    m_console.note(QStringLiteral("Interrupted."));
+    end(Interrupted);
+}
+
+void FetchApp::tellPage(const Nox::WebMediaInfo &page)
+{
+    const QString title = NoxHost::printableLine(page.getTitle());
+    const QString duration = NoxHost::TransferFigures::timeText(page.getDuration());
+    m_console.note(page.getDuration() > 0 ? QStringLiteral("%1 (%2)").arg(title, duration) : title);
+}
+
+void FetchApp::printResult(const QString &text)
+{
+    m_progress.stop();
+    if (m_console.result(text)) {
+        end(Done);
+    } else {
+        fail(m_isDownloading ? DownloadFailed : ExtractionFailed,
+             QStringLiteral("The result cannot be written to standard output."));
+    }
+}
+
+void FetchApp::fail(int exitCode, const QString &words, const QString &toolWords)
+{
+    m_progress.stop();
+    QString text = words;
+    if (!toolWords.isEmpty()) {
+        text += QStringLiteral("\n  ") + QString(toolWords).replace(QLatin1Char('\n'), QStringLiteral("\n  "));
+    }
+    m_console.problem(text);
+    end(exitCode);
+}
+
+void FetchApp::end(int exitCode)
+{
+    m_hasEnded = true;
+    Q_EMIT ended(exitCode);
+}
+
+} // namespace NoxFetch

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Options.h"
+#include "ProgressBar.h"
+#include "common/DownloadJob.h"
+#include "common/ExtractionJob.h"
+#include "common/LibraryLog.h"
+#include "common/ToolSetup.h"
+
+#include <nox/model/WebMediaInfo.h>
+
+#include <QObject>
+
+namespace NoxFetch {
+
+class Console;
+struct StreamRequest;
+
+/** One run of the program: reads the page, then shows what it holds or downloads a stream. */
+class FetchApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    FetchApp(const Options &options, Console &console, QObject *parent = nullptr);
+
+    /** Begins; ended() follows. */
+    void start();
+
+    /** Stops whatever runs; ended() follows. */
+    void interrupt();
+
+Q_SIGNALS:
+    /** All is done, for better or worse. */
+    void ended(int exitCode);
+
+private:
+    void onPage(const Nox::WebMediaInfo &page);
+    void onExtractionFailed(const QString &words, const QString &toolWords);
+    void startDownload(const Nox::WebMediaInfo &page, const StreamRequest &request);
+    void onPhase(NoxHost::DownloadJob::Phase phase);
+    void onDownloadFailed(int code, const QString &words);
+    void onCancelled();
+    void tellPage(const Nox::WebMediaInfo &page);
+    void printResult(const QString &text);
+    void fail(int exitCode, const QString &words, const QString &toolWords = {});
+    void end(int exitCode);
+
+    Options m_options;
+    Console &m_console;
+    ProgressBar m_progress;
+    NoxHost::LibraryLog m_log;
+    NoxHost::ToolSetup m_tools;
+    NoxHost::ExtractionJob m_extraction;
+    NoxHost::DownloadJob m_download;
+    bool m_isDownloading = false;
+    bool m_hasEnded = false;
+};
+
+} // namespace NoxFetch

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "common/StreamChoice.h"
+
+#include <nox/model/WebMediaInfo.h>
+
+#include <QString>
+
+namespace NoxFetch {
+
+/** What is known of @p page as a JSON document: the page, its streams best first, and the choice. */
+QString jsonRecord(const Nox::WebMediaInfo &page, const NoxHost::StreamChoice &streams);
+
+} // namespace NoxFetch

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace NoxFetch {
+
+/** What the user asks for on the command line. */
+struct Options {
+    enum class Mode { Download, List, Json };
+
+    Mode mode = Mode::Download;
+    QString url;
+    QString formatCode; ///< Empty for the best stream.
+    QString audioCode;  ///< Empty for the best companion.
+    bool noAudio = false;
+    QString output;        ///< Absolute path, or empty for a name from the title.
+    QString toolFile;      ///< Empty for the default.
+    QString pycacheFolder; ///< Empty for the default.
+    QString logFile;       ///< Empty for none.
+    bool verbose = false;
+    bool quiet = false;
+};
+
+/** A command line, read: either options to work by, or a text to show and be done. */
+struct CommandLine {
+    Options options;
+    std::optional<int> exitCode; ///< Set when there is nothing more to do.
+    QString text;                ///< What to show then: on standard output for success, else on standard error.
+
+    /** Reads @p arguments, the program's name first. */
+    static CommandLine read(const QStringList &arguments);
+};
+
+} // namespace NoxFetch

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "common/TransferFigures.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+namespace NoxFetch {
+
+class Console;
+
+/**
+ * Tells the user on standard error what is going on: with a bar that is drawn anew several times a
+ * second on a terminal, else with a line now and then.
+ */
+class ProgressBar : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ProgressBar(Console &console, QObject *parent = nullptr);
+
+    /** Something new begins, such as "extracting". */
+    void begin(const QString &activity);
+
+    /** It has got on. */
+    void advance(const NoxHost::TransferFigures &figures);
+
+    /** Nothing more to tell. */
+    void stop();
+
+private:
+    void draw();
+
+    Console &m_console;
+    QString m_activity;
+    NoxHost::TransferFigures m_figures;
+    QTimer m_redraw;
+    int m_tick = 0;
+    QElapsedTimer m_sinceLine;
+    int m_linePercent = 0;
+};
+
+} // namespace NoxFetch

@@ -1,0 +1,60 @@
+#include "ProgressLine.h"
+
+#include <QLocale>
+#include <QStringList>
+
+namespace NoxFetch {
+
+namespace {
+
+constexpr int activityWidth = 10;
+constexpr int minimumBar = 10;
+constexpr int maximumBar = 40;
+
+QString percentText(const NoxHost::TransferFigures &figures)
+{
+    return QStringLiteral("%1%").arg(figures.percent(), 3);
+}
+
+QString bar(int percent, int width)
+{
+    const int filled = width * percent / 100;
+    return QLatin1Char('[') + QString(filled, QLatin1Char('#')) + QString(width - filled, QLatin1Char('-'))
+        + QLatin1Char(']');
+}
+
+} // namespace
+
+QString statusLine(const QString &activity, const NoxHost::TransferFigures &figures, int width, int tick)
+{
+    const int room = width - 1; // a full last column makes some terminals wrap
+    if (figures.total() == 0) {
+        const QString marks = QStringLiteral("|/-\\");
+        return (activity + QLatin1Char(' ') + marks.at(tick % static_cast<int>(marks.size()))).left(room);
+    }
+    const QLocale locale = QLocale::c();
+    const QString head = activity.leftJustified(activityWidth) + percentText(figures) + QLatin1Char(' ');
+    const QString tail = QStringLiteral(" %1  %2  %3")
+                             .arg(figures.amountText(locale), figures.speedText(locale), figures.timeLeftText());
+    const int barWidth = qMin(maximumBar, room - static_cast<int>(head.size() + tail.size()) - 2);
+    if (barWidth < minimumBar) {
+        return (head + tail).left(room);
+    }
+    return head + bar(figures.percent(), barWidth) + tail;
+}
+
+QString plainLine(const QString &activity, const NoxHost::TransferFigures &figures)
+{
+    if (figures.total() == 0) {
+        return activity;
+    }
+    const QLocale locale = QLocale::c();
+    QString line =
+        activity + QLatin1Char(' ') + percentText(figures) + QStringLiteral("  ") + figures.amountText(locale);
+    if (figures.speed() > 0) {
+        line += QStringLiteral("  %1  %2 left").arg(figures.speedText(locale), figures.timeLeftText());
+    }
+    return line;
+}
+
+} // namespace NoxFetch

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Options.h"
+#include "common/StreamChoice.h"
+
+#include <nox/model/MediaProfile.h>
+
+#include <QString>
+
+namespace NoxFetch {
+
+/** Which stream of the page is to be downloaded, or why the user's wish cannot be met. */
+struct StreamRequest {
+    Nox::MediaProfile stream; ///< Its preferred audio code set when it is to be joined.
+    QString problem;          ///< In words; empty when there is a stream.
+
+    /** Picks what @p options ask for from @p streams. */
+    static StreamRequest choose(const Options &options, const NoxHost::StreamChoice &streams);
+
+    /** Whether two streams are to be joined. */
+    bool needsJoining() const;
+
+    /** The request in words, such as "stream 137 (video only, MP4, 720P) with audio 140". */
+    QString text() const;
+};
+
+} // namespace NoxFetch

@@ -1,0 +1,39 @@
+#include "Console.h"
+#include "ExitCode.h"
+#include "FetchApp.h"
+#include "InterruptWatcher.h"
+#include "MessageFilter.h"
+#include "Options.h"
+#include "common/Locale.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+int main(int argc, char *argv[])
+{
+    using namespace NoxFetch;
+
+    NoxHost::ensureUtf8Locale();
+    Console console;
+    MessageFilter messages(console);
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("nox-fetch"));
+
+    const CommandLine commandLine = CommandLine::read(QCoreApplication::arguments());
+    if (commandLine.exitCode) {
+        if (*commandLine.exitCode == Done) {
+            return console.result(commandLine.text) ? Done : ExtractionFailed;
+        }
+        console.problem(commandLine.text);
+        return *commandLine.exitCode;
+    }
+    console.setQuiet(commandLine.options.quiet);
+    messages.setVerbose(commandLine.options.verbose);
+
+    FetchApp fetch(commandLine.options, console);
+    InterruptWatcher interrupts;
+    QObject::connect(&interrupts, &InterruptWatcher::interrupted, &fetch, &FetchApp::interrupt);
+    QObject::connect(&fetch, &FetchApp::ended, &application, &QCoreApplication::exit, Qt::QueuedConnection);
+    QTimer::singleShot(0, &fetch, &FetchApp::start);
+    return QCoreApplication::exec();
+}
