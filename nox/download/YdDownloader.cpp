@@ -194,8 +194,7 @@ void YdDownloader::ydReadOutputData()
 
     DownloadProgress::Figures item{0, 0, 0};
     YdOutputParser::instance()->parseDownloadeInfo(text, item.total, item.finish, item.speed);
-    qDebug().noquote()
-        << QStringLiteral("ydProgress : %1B %2B %3B/s").arg(item.total).arg(item.finish).arg(item.speed);
+    qDebug().noquote() << QStringLiteral("ydProgress : %1B %2B %3B/s").arg(item.total).arg(item.finish).arg(item.speed);
     if (const auto figures = m_progress.fold(m_itemIndex, item))
         Q_EMIT progress(figures->total, figures->finish, figures->speed);
 }

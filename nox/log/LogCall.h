@@ -40,7 +40,7 @@ inline QByteArray latin1(const QString &text)
 } // namespace Nox::LogCall
 
 #define NOX_LOG(level, ...) \
-    ::Nox::Logger::log(level, "", ::Nox::LogCall::fileName(__FILE__), __func__, __LINE__, __VA_ARGS__)
+  ::Nox::Logger::log(level, "", ::Nox::LogCall::fileName(__FILE__), __func__, __LINE__, __VA_ARGS__)
 
 #define NOX_LOG_DEBUG(...) NOX_LOG(::Nox::LOG_DEBUG, __VA_ARGS__)
 #define NOX_LOG_INFO(...) NOX_LOG(::Nox::LOG_INFO, __VA_ARGS__)

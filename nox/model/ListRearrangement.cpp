@@ -46,7 +46,8 @@ void ListRearrangement::reorder(QList<MediaProfile> &list, std::vector<Index> or
             continue;
         MediaProfile first = std::move(list[start]);
         Index hole = start;
-        for (Index source = order[static_cast<size_t>(hole)]; source != start; source = order[static_cast<size_t>(hole)]) {
+        for (Index source = order[static_cast<size_t>(hole)]; source != start;
+             source = order[static_cast<size_t>(hole)]) {
             list[hole] = std::move(list[source]);
             order[static_cast<size_t>(hole)] = hole;
             hole = source;

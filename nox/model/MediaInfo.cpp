@@ -72,8 +72,8 @@ QString MediaInfo::resolutionStringP(QSize size)
 QString MediaInfo::resolutionStringMix(QSize size)
 {
     // Truncating divisions: 854 × 480 and 426 × 240 count as 16:9.
-    const bool isStandard
-        = std::find(standardHeights.begin(), standardHeights.end(), size.height()) != standardHeights.end();
+    const bool isStandard =
+        std::find(standardHeights.begin(), standardHeights.end(), size.height()) != standardHeights.end();
     return isStandard && size.width() / 16 == size.height() / 9 ? resolutionStringP(size) : resolutionStringX(size);
 }
 

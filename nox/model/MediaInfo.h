@@ -91,31 +91,31 @@ public:
      */
     bool operator<(const MediaInfo &other) const;
 
-    MediaType getMediaType() const;      ///< Kind of stream; #MEDIA_TYPE_UNKNOWN by default.
-    void setMediaType(MediaType type);   ///< Sets the kind of stream.
-    QString getFormat() const;           ///< Container format such as MP4; null by default.
-    void setFormat(QString format);      ///< Sets the container format.
-    QSize getVResolution() const;        ///< Picture size in pixels; -1 × -1 when unknown.
-    void setVResolution(QSize size);     ///< Sets the picture size in pixels.
-    QSize getVAspect() const;            ///< Picture aspect as width and height; 0 × 0 by default.
-    void setAspect(QSize aspect);        ///< Sets the picture aspect.
-    QString getVCodec() const;           ///< Video codec name; null by default.
-    void setVCodec(QString codec);       ///< Sets the video codec name.
-    int getVBitRate() const;             ///< Video bit rate in bits per second; 0 by default.
-    void setVBitRate(int bitRate);       ///< Sets the video bit rate in bits per second.
-    double getVFrameRate() const;        ///< Frames per second; 0 by default.
-    void setVFrameRate(double rate);     ///< Sets the frames per second.
-    QString getACodec() const;           ///< Audio codec name; null by default.
-    void setACodec(QString codec);       ///< Sets the audio codec name.
-    int getABitRate() const;             ///< Audio bit rate in bits per second; 0 by default.
-    void setABitRate(int bitRate);       ///< Sets the audio bit rate in bits per second.
-    int getASampleRate() const;          ///< Audio sample rate in hertz; 0 by default.
-    void setASampleRate(int sampleRate); ///< Sets the audio sample rate in hertz.
-    bool isDash() const;                 ///< Whether the stream holds only video or only audio.
-    void setDash(bool dash);             ///< Sets the DASH flag.
-    bool is3D() const;                   ///< Whether the picture is stereoscopic.
-    void set3D(bool stereoscopic);       ///< Sets the 3D flag.
-    QString getOriResStr() const;        ///< Quality label as derived from the tool; null by default.
+    MediaType getMediaType() const;          ///< Kind of stream; #MEDIA_TYPE_UNKNOWN by default.
+    void setMediaType(MediaType type);       ///< Sets the kind of stream.
+    QString getFormat() const;               ///< Container format such as MP4; null by default.
+    void setFormat(QString format);          ///< Sets the container format.
+    QSize getVResolution() const;            ///< Picture size in pixels; -1 × -1 when unknown.
+    void setVResolution(QSize size);         ///< Sets the picture size in pixels.
+    QSize getVAspect() const;                ///< Picture aspect as width and height; 0 × 0 by default.
+    void setAspect(QSize aspect);            ///< Sets the picture aspect.
+    QString getVCodec() const;               ///< Video codec name; null by default.
+    void setVCodec(QString codec);           ///< Sets the video codec name.
+    int getVBitRate() const;                 ///< Video bit rate in bits per second; 0 by default.
+    void setVBitRate(int bitRate);           ///< Sets the video bit rate in bits per second.
+    double getVFrameRate() const;            ///< Frames per second; 0 by default.
+    void setVFrameRate(double rate);         ///< Sets the frames per second.
+    QString getACodec() const;               ///< Audio codec name; null by default.
+    void setACodec(QString codec);           ///< Sets the audio codec name.
+    int getABitRate() const;                 ///< Audio bit rate in bits per second; 0 by default.
+    void setABitRate(int bitRate);           ///< Sets the audio bit rate in bits per second.
+    int getASampleRate() const;              ///< Audio sample rate in hertz; 0 by default.
+    void setASampleRate(int sampleRate);     ///< Sets the audio sample rate in hertz.
+    bool isDash() const;                     ///< Whether the stream holds only video or only audio.
+    void setDash(bool dash);                 ///< Sets the DASH flag.
+    bool is3D() const;                       ///< Whether the picture is stereoscopic.
+    void set3D(bool stereoscopic);           ///< Sets the 3D flag.
+    QString getOriResStr() const;            ///< Quality label as derived from the tool; null by default.
     void setOriResStr(const QString &label); ///< Sets the quality label.
     /** Tool format code of the audio stream to join with this DASH video; empty by default. */
     QString getPreferredDashAudioYdCode() const;

@@ -19,8 +19,8 @@ bool sharesPicture(const MediaProfile &a, const MediaProfile &b)
 // A video stream whose picture can be compared with its neighbour's.
 bool isComparable(const MediaProfile &profile)
 {
-    const bool isUnknownLarge
-        = profile.getVResolution().width() <= 0 && Nox::PictureRank::isAbove1080p(profile.getOriResStr());
+    const bool isUnknownLarge =
+        profile.getVResolution().width() <= 0 && Nox::PictureRank::isAbove1080p(profile.getOriResStr());
     return profile.getMediaType() == Nox::MEDIA_TYPE_VIDEO && !isUnknownLarge;
 }
 

@@ -56,9 +56,8 @@ std::vector<Index> bestFirstOrder(const QList<MediaProfile> &profiles)
         const quint64 flat = profile.is3D() ? 0 : 1;
         entries.push_back({rank << 32 | static_cast<quint64>(format) << 1 | flat, static_cast<Index>(entries.size())});
     }
-    std::sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
-        return a.key != b.key ? a.key > b.key : a.position < b.position;
-    });
+    std::sort(entries.begin(), entries.end(),
+              [](const Entry &a, const Entry &b) { return a.key != b.key ? a.key > b.key : a.position < b.position; });
 
     std::vector<Index> order;
     order.reserve(entries.size());

@@ -14,6 +14,7 @@ struct NamedSize {
     int height;
 };
 
+// clang-format off
 // What the tool means by a resolution text; these replace the entry's own width and height.
 constexpr NamedSize namedSizes[] = {
     {QLatin1String("1080p"), 1920, 1080},
@@ -23,6 +24,7 @@ constexpr NamedSize namedSizes[] = {
     {QLatin1String("240p"), 320, 240},
     {QLatin1String("144p"), 176, 144},
 };
+// clang-format on
 
 bool equalsIgnoringCase(const QString &text, QLatin1String other)
 {

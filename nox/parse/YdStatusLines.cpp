@@ -88,8 +88,8 @@ private:
         if (!m_run.contains(size))
             m_run = scanRun(size);
 
-        const qsizetype wordEnd
-            = std::find_if_not(m_text.begin() + numberEnd, m_text.end(), isWordCharacter) - m_text.begin();
+        const qsizetype wordEnd =
+            std::find_if_not(m_text.begin() + numberEnd, m_text.end(), isWordCharacter) - m_text.begin();
         for (qsizetype sizeEnd = wordEnd; sizeEnd >= numberEnd; --sizeEnd) {
             const qsizetype at = sizeEnd == wordEnd ? skipSpaces(m_text, wordEnd) : sizeEnd;
             if (!isAt(m_text, at, u"at"))

@@ -12,7 +12,8 @@ struct Unit {
 };
 
 // In the order in which the end of a text is tested.
-constexpr Unit units[] = {{QLatin1Char('K'), 10}, {QLatin1Char('M'), 20}, {QLatin1Char('G'), 30}, {QLatin1Char('T'), 40}};
+constexpr Unit units[] = {
+    {QLatin1Char('K'), 10}, {QLatin1Char('M'), 20}, {QLatin1Char('G'), 30}, {QLatin1Char('T'), 40}};
 
 } // namespace
 

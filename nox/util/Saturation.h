@@ -39,8 +39,8 @@ constexpr qint64 sum(qint64 a, qint64 b)
 constexpr int product(int a, int b)
 {
     const qint64 exact = qint64{a} * b;
-    return static_cast<int>(qBound(qint64{std::numeric_limits<int>::min()}, exact,
-                                   qint64{std::numeric_limits<int>::max()}));
+    return static_cast<int>(
+        qBound(qint64{std::numeric_limits<int>::min()}, exact, qint64{std::numeric_limits<int>::max()}));
 }
 
 } // namespace Nox::Saturation
