@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QtTest>
+
+#include <cstddef>
+#include <initializer_list>
+
+/** UTF-8 text of the tests as a QString; a zero byte in it stays a character. */
+inline QString operator""_s(const char *text, std::size_t size)
+{
+    return QString::fromUtf8(text, static_cast<int>(size));
+}
+
+/** A data row named after what it feeds in. */
+inline QTestData &row(const QString &name)
+{
+    QByteArray tag = name.left(80).toLatin1();
+    for (char &character : tag) {
+        if (character < ' ' || character > '~') {
+            character = '~';
+        }
+    }
+    return QTest::addRow("%s (%d)", tag.constData(), static_cast<int>(name.size()));
+}
+
+/** Data rows of texts: the names of the columns, and the rows, each "text -> text" or longer. */
+inline void rows(std::initializer_list<const char *> columns, const QStringList &table)
+{
+    for (const char *column : columns) {
+        QTest::addColumn<QString>(column);
+    }
+    for (const QString &line : table) {
+        QTestData &data = row(line);
+        const QStringList fields = line.split(" -> "_s);
+        Q_ASSERT(static_cast<std::size_t>(fields.size()) == columns.size());
+        for (const QString &field : fields) {
+            data << field;
+        }
+    }
+}
