@@ -38,7 +38,7 @@ WebMediaInfo YdExtractor::getMediaInfo(QString url)
         NOX_LOG_DEBUG("Yd extract process finished abnormally: %d", static_cast<int>(m_process->error()));
     ydReadOutputData();
 
-    const WebMediaInfo result = m_mediaInfo;
+    WebMediaInfo result = m_mediaInfo;
     Q_EMIT finished(result);
     return result;
 }

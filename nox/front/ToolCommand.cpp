@@ -9,7 +9,7 @@ const QString YD_TEMP_MARK = QStringLiteral("YDTMP_");
 QString ToolCommand::escaped(const QString &text)
 {
     QString result = text;
-    return result.replace(QLatin1Char('"'), QLatin1String("\"\"\""));
+    return result.replace(QLatin1Char('"'), QLatin1String(R"(""")"));
 }
 
 QString ToolCommand::quoted(const QString &text)

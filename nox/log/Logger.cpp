@@ -30,6 +30,12 @@ std::string defaultLogFile()
     return path + "log" + ".1.log";
 }
 
+// A host may pass no name at all.
+const char *orEmpty(const char *text)
+{
+    return text != nullptr ? text : "";
+}
+
 struct CallSite {
     const char *tag;
     const char *file;
@@ -74,14 +80,14 @@ int Logger::log(_NoxLogLevel level, const char *tag, const char *file, const cha
     message[0] = '\0';
     va_list arguments;
     va_start(arguments, fmt);
-    std::vsnprintf(message.data(), message.size(), fmt, arguments);
+    static_cast<void>(std::vsnprintf(message.data(), message.size(), fmt, arguments));
     va_end(arguments);
 
     try {
         if (!isInit)
             init(std::string(), LOG_INFO, LOG_OUT_FILE | LOG_OUT_CONSOLE);
         if (level >= m_curLogLevel)
-            write(level, {tag, file, func, line}, message.data());
+            write(level, {orEmpty(tag), orEmpty(file), orEmpty(func), line}, message.data());
     } catch (const std::exception &) {
         // Out of memory, or a host that made its streams throw: a log must not bring its caller down.
         return 0;
@@ -115,7 +121,7 @@ std::string Logger::getCurDateTime()
 
     std::array<char, 32> stamp{};
     if (std::strftime(stamp.data(), stamp.size(), " %Y-%m-%d %H:%M:%S ", &local) == 0) {
-        std::fputs("strftime returned 0", stderr);
+        static_cast<void>(std::fputs("strftime returned 0", stderr));
         return std::string();
     }
     return stamp.data();

@@ -15,8 +15,8 @@ template <typename Integer>
 constexpr Integer fromDouble(double value)
 {
     using Limits = std::numeric_limits<Integer>;
-    // The largest value itself may have no exact double; twice half of the range always has.
-    constexpr double upperBound = 2.0 * static_cast<double>(Limits::max() / 2 + 1);
+    // One beyond the largest value, which unlike that value itself always has an exact double.
+    constexpr double upperBound = -static_cast<double>(Limits::min());
     if (value >= upperBound)
         return Limits::max();
     if (value < -upperBound)
