@@ -1,0 +1,573 @@
+#include <nox/log/Logger.h>
+#include <nox/model/WebMediaInfo.h>
+#include <nox/parse/JsonHelper.h>
+#include <nox/parse/YdOutputParser.h>
+#include <nox/parse/YdStatusLines.h>
+#include <tests/util/Rows.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <json/reader.h>
+
+#include <thread>
+
+using namespace Nox;
+
+namespace {
+
+/** JSON written with apostrophes for quotes, and with two of the longer member names cut short. */
+QString json(QString text)
+{
+    return text.replace("'note'"_s, "'format_note'"_s)
+        .replace("'res'"_s, "'resolution'"_s)
+        .replace(QLatin1Char('\''), QLatin1Char('"'));
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/** "title|file name|duration|thumbnail" */
+QString pageText(const WebMediaInfo &page)
+{
+    return page.getTitle() + "|"_s + page.getFileName() + "|"_s + QString::number(page.getDuration()) + "|"_s
+        + page.getThumbnailUrl();
+}
+
+/** "FORMAT WxH kind label bit-rate" of each profile, where kind ends in d for DASH, 3 for 3D. */
+QString profileTexts(const WebMediaInfo &page)
+{
+    QStringList result;
+    for (const MediaProfile &profile : page.getMediaProfileList()) {
+        const bool video = profile.getMediaType() == MEDIA_TYPE_VIDEO;
+        const bool audio = profile.getMediaType() == MEDIA_TYPE_AUDIO;
+        const QString kind = (video       ? "video"_s
+                                  : audio ? "audio"_s
+                                          : "unknown"_s)
+            + (profile.isDash() ? "d"_s : ""_s) + (profile.is3D() ? "3"_s : ""_s);
+        result.append(profile.getFormat() + " "_s + MediaInfo::resolutionStringX(profile.getVResolution()) + " "_s
+                      + kind + " "_s + profile.getOriResStr() + " "_s + QString::number(profile.getABitRate()));
+    }
+    return result.join("; "_s);
+}
+
+QString names(const WebMediaInfo &page)
+{
+    QString result;
+    for (const MediaProfile &profile : page.getMediaProfileList()) {
+        result += profile.getName() + ","_s;
+    }
+    return result;
+}
+
+QRegularExpression pattern(const QString &text)
+{
+    return QRegularExpression(
+        text, QRegularExpression::DotMatchesEverythingOption | QRegularExpression::UseUnicodePropertiesOption);
+}
+
+/** A text out of status lines, a few of their pieces changed. */
+QString randomStatusText(QRandomGenerator &random)
+{
+    const auto split = [](const QString &text) { return text.split(QLatin1Char('|')); };
+    static const QStringList pieces =
+        split("[download]|[download] | |45|.|3|%|of|12.34|MiB|at|1.23|/|s|/s|\n|\r|t|-|a|٣|"
+              "\u00a0|é|~|😀|ETA|ETA | Destination: | has already been downloaded| has already been downloaded "_s);
+    static const QList<QStringList> lines = {
+        split("[download]| |45|.|3|%| |of| |12.34|MiB| |at| |1.23|MiB|/|s| |ETA| |45"_s),
+        split("[download]| Destination: |a|t|.|a|.|45"_s), split("[download]| |a|.|t| has already been downloaded"_s)};
+    QString text;
+    for (int count = 1 + random.bounded(3); count > 0; --count) {
+        QStringList line = lines.at(random.bounded(3));
+        for (int changes = random.bounded(4); changes > 0; --changes) {
+            const int place = random.bounded(int(line.size()));
+            const int change = random.bounded(3); // remove, insert or replace
+            if (change > 0) {
+                line.insert(place, pieces.at(random.bounded(int(pieces.size()))));
+            }
+            if (change != 1) {
+                line.removeAt(place + (change > 0 ? 1 : 0));
+            }
+        }
+        text += line.join(QString()) + (random.bounded(3) > 0 ? "\n"_s : ""_s);
+    }
+    return text;
+}
+
+} // namespace
+
+class ParseTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+
+    QString path(const QString &name) const
+    {
+        return m_dir.filePath(name);
+    }
+
+    /** Parses into @p page and returns the log that this leaves. */
+    QString parseInto(WebMediaInfo &page, const QString &text)
+    {
+        const QString log = path("parse.log"_s);
+        QFile::remove(log);
+        Logger::init(log.toStdString(), LOG_DEBUG, LOG_OUT_FILE);
+        YdOutputParser::instance()->parseWebMediaInfo(text, page, m_dir.path());
+        return QString::fromUtf8(contentOf(log));
+    }
+
+    static WebMediaInfo earlierPage()
+    {
+        WebMediaInfo page("url"_s);
+        page.setTitle("T"_s);
+        page.setFileName("F"_s);
+        page.setDuration(9);
+        page.setThumbnailUrl("U"_s);
+        page.setThumbnailFile("local"_s);
+        page.setErrorDetail("words"_s);
+        MediaProfile profile;
+        profile.setName("old"_s);
+        page.addMediaProfile(profile);
+        return page;
+    }
+
+private Q_SLOTS:
+    void members_data()
+    {
+        const QString others = " -> default -> -99 -> -0.5"_s;
+        QStringList table = {"{'k':42} -> default -> 42 -> 42"_s,
+                             "{'k':-7} -> default -> -7 -> -7"_s,
+                             "{'k':0} -> default -> 0 -> 0"_s,
+                             "{'k':1080.0} -> default -> -99 -> 1080"_s,
+                             "{'k':129.478} -> default -> -99 -> 129.478"_s,
+                             "{'k':1e3} -> default -> -99 -> 1000"_s,
+                             "{'k':2147483647} -> default -> 2147483647 -> 2147483647"_s,
+                             "{'k':-2147483648} -> default -> -2147483648 -> -2147483648"_s,
+                             "{'k':2147483648} -> default -> -99 -> 2147483648"_s,
+                             "{'k':-2147483649} -> default -> -99 -> -2147483649"_s,
+                             "{'k':18446744073709551615} -> default -> -99 -> 18446744073709551615"_s,
+                             "{'k':-9223372036854775808} -> default -> -99 -> -9223372036854775808"_s,
+                             "{'k':98446744073709551616} -> default -> -99 -> 98446744073709551616"_s,
+                             "{'k':'1080'} -> 1080 -> -99 -> -0.5"_s,
+                             "{'k':''} ->  -> -99 -> -0.5"_s,
+                             "{'k':'é\\u20ac😀'} -> é€😀 -> -99 -> -0.5"_s,
+                             "{'k':'a\\u0000b'} -> a -> -99 -> -0.5"_s};
+        for (const char *document : {"{'k':true}", "{'k':false}", "{'k':null}", "{'k':[1]}", "{'k':{'k':1}}", "{'K':1}",
+                                     "{}", "[{'k':1}]", "'k'", "7", "null"}) {
+            table.append(QLatin1String(document) + others);
+        }
+        rows({"document", "text", "number", "real"}, table);
+    }
+
+    void members()
+    {
+        QFETCH(QString, document);
+        QFETCH(QString, text);
+        QFETCH(QString, number);
+        QFETCH(QString, real);
+        Json::Value object;
+        QVERIFY(Json::Reader().parse(json(document).toUtf8().toStdString(), object, false));
+        const QString unset = "D\0é€"_s;
+        QCOMPARE(JsonHelper::getString(object, "k"_s, unset), text == "default"_s ? unset : text);
+        QCOMPARE(JsonHelper::getInt(object, "k"_s, -99), number.toInt());
+        QVERIFY(JsonHelper::getDouble(object, "k"_s, -0.5) == real.toDouble());
+    }
+
+    void scriptFiles_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("empty") << QByteArray() << QString();
+        QTest::newRow("three bytes") << QByteArray("abc") << QString();
+        QTest::newRow("only the mark") << QByteArray("\xEF\xBB\xBF") << QString();
+        QTest::newRow("mark and one byte") << QByteArray("\xEF\xBB\xBFx") << "x"_s;
+        QTest::newRow("no mark") << QByteArray("aé\r\nb") << "aé\r\nb"_s;
+        QTest::newRow("zero byte") << QByteArray("\xEF\xBB\xBFx\0y", 6) << "x"_s;
+        QTest::newRow("zero byte without mark") << QByteArray("abcd\0y", 6) << "abcd"_s;
+    }
+
+    void scriptFiles()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, text);
+        QFile file(path("script"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        const QString actual = JsonHelper::readUtf8Script(path("script"_s));
+        QCOMPARE(actual, text);
+        QCOMPARE(actual.isNull(), text.isNull());
+    }
+
+    void writtenScripts()
+    {
+        const QString file = path("written"_s);
+        for (const QString &text :
+             {"a long text that the next one replaces"_s, "x"_s, "é€😀\r\n\t"_s, "\uFEFFx"_s, "\uFEFF"_s}) {
+            QVERIFY(JsonHelper::writeUtf8Script(file, text));
+            QCOMPARE(contentOf(file), "\xEF\xBB\xBF" + text.toUtf8());
+            QCOMPARE(JsonHelper::readUtf8Script(file), text);
+        }
+        QVERIFY(JsonHelper::writeUtf8Script(file, QString()));
+        QCOMPARE(contentOf(file), QByteArray("\xEF\xBB\xBF"));
+        QVERIFY(JsonHelper::readUtf8Script(file).isNull());
+        QVERIFY(!JsonHelper::writeUtf8Script(path("missing/a"_s), "x"_s));
+        QVERIFY(!QFile::exists(path("missing"_s)) && JsonHelper::readUtf8Script(path("missing/a"_s)).isNull());
+    }
+
+    void pages_data()
+    {
+        // Character references and escapes are resolved in the whole text, before it is read as JSON, and in
+        // that order.
+        rows({"document", "page"},
+             {"{'title':'a','duration':212,'thumbnail':'t'} -> a|a|212|t"_s,
+              "{'title':'a'}\n{'title':'b'}\n -> a|a|0|"_s,
+              "{'title':'a'} WARNING: more -> a|a|0|"_s,
+              "{'duration':212,'thumbnail':'t'} -> ||212|t"_s,
+              "{'title':42,'duration':'212','thumbnail':null} -> ||0|"_s,
+              "{'duration':212.0} -> ||0|"_s,
+              "{'duration':212.5} -> ||0|"_s,
+              "{'duration':3000000000} -> ||0|"_s,
+              "{'duration':-5} -> ||-5|"_s,
+              "{'title':'a/b:c?d*.mp4'} -> a/b:c?d*.mp4|a b c d .mp4|0|"_s,
+              "{'thumbnail':'maxresdefault/maxresdefault.jpg'} -> ||0|mqdefault/mqdefault.jpg"_s,
+              "{'thumbnail':'MaxResDefault.jpg'} -> ||0|MaxResDefault.jpg"_s,
+              "[{'title':'a'}] -> ||0|"_s,
+              "'title' -> ||0|"_s,
+              "7 -> ||0|"_s,
+              "null -> ||0|"_s,
+              "{} -> ||0|"_s,
+              "{'title':'it&#39;s caf\\u00e9 &#128512;'} -> it's café \uF600|it's café \uF600|0|"_s,
+              "{'title':'\\ud83d\\ude00'} -> 😀|😀|0|"_s,
+              "{'title':'&#92;u0041'} -> A|A|0|"_s,
+              "{'title':'\\u0026#65;'} -> &#65;|&#65;|0|"_s,
+              "{'title':'a&#92;tb'} -> a\tb|a\tb|0|"_s,
+              "{'title':'a\\u0000b','duration':1} -> a|a|1|"_s,
+              "{'title':'a','x':'\\ud83d &#55357;'} -> a|a|0|"_s,
+              "{'title&#34;:'a'&#125; -> a|a|0|"_s});
+    }
+
+    void pages()
+    {
+        QFETCH(QString, document);
+        QFETCH(QString, page);
+        WebMediaInfo info = earlierPage();
+        QCOMPARE(parseInto(info, json(document)), QString());
+        QCOMPARE(pageText(info), page);
+        QCOMPARE(info.getUrl() + info.getThumbnailFile() + info.errorDetail(), "urllocalwords"_s);
+        QCOMPARE(names(info), "old,"_s);
+    }
+
+    void unreadablePages_data()
+    {
+        rows({"document"},
+             {""_s, "ERROR: [generic] no such page"_s, "%s%n"_s, "{'title':'x'"_s, "{'title':'x"_s,
+              "{'title':'a&#34;b'}"_s, "{'title':'a\\u0022b'}"_s, "{'title':'a\\\\u0041'}"_s,
+              "{'title':nope,'duration':1}"_s, "["_s.repeated(100000), "["_s.repeated(100000) + "]"_s.repeated(100000),
+              "{'title':'x','formats':"_s + "{'a':"_s.repeated(100000)});
+    }
+
+    void unreadablePages()
+    {
+        QFETCH(QString, document);
+        WebMediaInfo info = earlierPage();
+        const QString log = parseInto(info, json(document));
+        static const QRegularExpression record("^\n.{21} \\[ERROR\\]  parseWebMediaInfo  YdOutputParser\\.cpp"
+                                               "\\(line\\d+\\) :\nJSON reader\\.parse error: \\S"_s);
+        QVERIFY2(record.match(log).hasMatch(), qPrintable(log.left(300)));
+        QCOMPARE(int(log.count("YdOutputParser.cpp"_s)), 1);
+        QCOMPARE(pageText(info) + names(info), "T|F|9|Uold,"_s);
+    }
+
+    void readerMessageIsLogged()
+    {
+        const QString document = json("{'a':%s}"_s);
+        Json::Reader reader;
+        Json::Value root;
+        QVERIFY(!reader.parse(document.toStdString(), root, false));
+        const QString message = QString::fromStdString(reader.getFormattedErrorMessages());
+        WebMediaInfo info;
+        QVERIFY(parseInto(info, document).endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s));
+    }
+
+    void debugMessages()
+    {
+        WebMediaInfo info;
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("title: .*a b"_s));
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("duration: .*212"_s));
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("thumbnail: .*/mqdefault"_s));
+        parseInto(info, json("{'title':'a b','duration':212,'thumbnail':'/maxresdefault'}"_s));
+    }
+
+    void audioFormats_data()
+    {
+        // The byte count of a textual bit rate is cut to its low 32 bits.
+        rows({"entry", "profile"},
+             {"'abr':128 -> 128K 128000"_s, "'abr':129.478 -> 129K 129000"_s, "'abr':0.9 -> 0K 0"_s,
+              "'abr':-129.9 -> -129K -129000"_s, "'url':'u' -> 0K 0"_s, "'abr':true -> 0K 0"_s,
+              "'abr':'128k' -> 131K 131000"_s, "'abr':'128KB' -> 131K 131000"_s, "'abr':'128' -> 0K 0"_s,
+              "'abr':'1999' -> 1K 1000"_s, "'abr':'129.5k' -> 0K 0"_s, "'abr':'-1k' -> -1K -1000"_s,
+              "'abr':'2G' -> -2147483K -2147483000"_s, "'abr':'3G' -> -1073741K -1073741000"_s,
+              "'abr':'4194305K' -> 1K 1000"_s, "'abr':3000000 -> 3000000K 2147483647"_s,
+              "'abr':-3000000 -> -3000000K -2147483648"_s,
+              "'vcodec':'av01.0','height':720,'width':9,'res':'720p' -> 0K 0"_s});
+    }
+
+    void audioFormats()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, profile);
+        WebMediaInfo page;
+        const QString document = json("{'formats':[{'ext':'m4a','note':'x dAsH aUdIo 3D',"_s + entry + "}]}"_s);
+        QCOMPARE(parseInto(page, document), QString());
+        QCOMPARE(profileTexts(page), "M4A -1x-1 audiod "_s + profile);
+    }
+
+    void formats_data()
+    {
+        const QStringList table = {
+            // Sound only
+            "'note':'DASH video','acodec':'opus','vcodec':'none','abr':70 -> -1x-1 audiod 70K 70000"_s,
+            "'note':'3D','acodec':'OPUS','vcodec':'NONE' -> -1x-1 audiod 0K 0"_s,
+            "'acodec':'mp4a','height':480 -> -1x-1 audiod 0K 0"_s,
+            // DASH and 3D video, named sizes
+            "'note':'DASH video','res':'1920x1080','height':1080,'width':1920,'acodec':'none'"
+            " -> 1920x1080 videod 1920x1080 0"_s,
+            "'note':'DASH video','res':'720p','width':1000,'height':700 -> 1280x720 videod 720p 0"_s,
+            "'note':'dash VIDEO 3d','res':'720P','acodec':'mp4a','vcodec':'avc1' -> 1280x720 videod 720P 0"_s,
+            "'note':'1080p 3D','res':'1080p','width':10,'height':10 -> 1920x1080 video3  0"_s,
+            "'note':'3D','acodec':'none','vcodec':'avc1','height':480 -> 848x480 videod3  0"_s,
+            "'res':'480p' -> 720x480 video  0"_s, "'res':'360P' -> 640x360 video  0"_s,
+            "'res':'240p' -> 320x240 video  0"_s, "'res':'144p' -> 176x144 video  0"_s,
+            "'res':'2160p','height':2160 -> 3840x2160 video  0"_s,
+            "'res':' 720p','width':1,'height':2 -> 1x2 video  0"_s,
+            "'res':'>1080P','height':1440 -> 2560x1440 video >1080P 0"_s,
+            "'res':'>1080p','note':'3D' -> -1x-1 video3 >1080p 0"_s,
+            "'res':'>1080p','width':2048,'height':858 -> 2048x858 video >1080p 0"_s,
+            // Width out of the height
+            "'height':480,'vcodec':'avc1','acodec':'mp4a' -> 848x480 video  0"_s,
+            "'height':1000 -> 1776x1000 video  0"_s, "'height':1080,'width':-5 -> 1920x1080 video  0"_s,
+            "'height':480,'width':0 -> -1x-1 video  0"_s, "'height':8 -> -1x-1 video  0"_s,
+            "'height':-20 -> -1x-1 video  0"_s, "'width':640 -> -1x-1 video  0"_s,
+            "'height':1080.0,'width':1920 -> -1x-1 video  0"_s, "'height':'1080','width':1920 -> -1x-1 video  0"_s,
+            "'height':null,'width':null,'res':720 -> -1x-1 video  0"_s,
+            "'height':2147483647 -> 2147483647x2147483647 video  0"_s,
+            // DASH by codec; codecs that drop the entry
+            "'acodec':'none','vcodec':'avc1' -> -1x-1 videod  0"_s, "'acodec':'none' -> -1x-1 videod  0"_s,
+            "'acodec':'NONE','vcodec':'avc1' -> -1x-1 video  0"_s, "'acodec':'None' -> -1x-1 video  0"_s,
+            "'acodec':'','vcodec':'' -> -1x-1 video  0"_s, "'note':'dash webm video' -> -1x-1 video  0"_s,
+            "'note':7 -> -1x-1 video  0"_s, "'vcodec':'av01','acodec':'opus' -> -1x-1 video  0"_s,
+            "'vcodec':'xav01.0','acodec':'opus' -> -1x-1 video  0"_s, "'vcodec':'av01.0.05M.08','acodec':'none' -> "_s,
+            "'vcodec':'AV01.','note':'DASH video' -> "_s,
+            "'note':'DASH WebM Audio','height':720,'acodec':'opus','vcodec':'vp9' -> "_s,
+            "'note':'x dash webm audio, dash video','acodec':'opus' -> "_s};
+        rows({"entry", "profile"}, table);
+    }
+
+    void formats()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, profile);
+        WebMediaInfo page;
+        QCOMPARE(parseInto(page, json("{'formats':[{'ext':'mp4',"_s + entry + "}]}"_s)), QString());
+        QCOMPARE(profileTexts(page), profile.isEmpty() ? profile : "MP4 "_s + profile);
+    }
+
+    void fieldsBeyondTheKind()
+    {
+        WebMediaInfo page;
+        parseInto(page,
+                  json("{'description':'D','formats':[{'format_id':'22','ext':'mp4','url':'http://u','vcodec':'x',"
+                       "'acodec':'mp4a','tbr':5,'vbr':5,'asr':44100,'fps':30,'filesize':77,'height':720}]}"_s));
+        QCOMPARE(page.getMediaProfileList().size(), 1);
+        const MediaProfile profile = page.getMediaProfileList().at(0);
+        QCOMPARE(profile.getUrl(), "http://u"_s);
+        QCOMPARE(profile.toString(),
+                 "Name = 22, description = D, type = 0, format = MP4, resolution = 1280x720, "
+                 "aspect = 0x0, vCodec = , vBitRate = 0, frameRate = 0, aCodec = , aBitRate = 0, aSampleRate = 0"_s);
+        QVERIFY(profile.getVCodec().isNull() && profile.getACodec().isNull());
+        QVERIFY(profile.getPreferredDashAudioYdCode().isEmpty() && profile.getSize() == 0);
+
+        // Any bit rate will do for these.
+        for (const QString &rate : {"1e12"_s, "-1e300"_s, "3000000000"_s}) {
+            parseInto(page, json("{'formats':[{'ext':'a','note':'dash audio','abr':"_s + rate + "}]}"_s));
+        }
+        QCOMPARE(page.getMediaProfileList().size(), 4);
+    }
+
+    void formatsStandInReverse()
+    {
+        WebMediaInfo page = earlierPage();
+        const QString document =
+            json("{'formats':[{'format_id':'A','ext':'3gp'},7,null,'ext',['ext'],{},"
+                 "{'format_id':'-'},{'format_id':'-','ext':''},{'format_id':'-','ext':42},{'format_id':'B','ext':'x'},"
+                 "{'note':'dash audio','format_id':'-'},{'format_id':137,'ext':'x'},"
+                 "{'ext':'x','format_id':'C','note':'dash audio'}]}"_s);
+        parseInto(page, document);
+        QCOMPARE(names(page), "C,,B,A,old,"_s);
+        for (const QString &formats : {"null"_s, "{'0':{'ext':'x'}}"_s, "'x'"_s, "7"_s, "true"_s, "[]"_s}) {
+            QCOMPARE(parseInto(page, json("{'title':'t','formats':"_s + formats + "}"_s)), QString());
+            QCOMPARE(page.getTitle() + names(page), "tC,,B,A,old,"_s);
+        }
+        parseInto(page, document);
+        QCOMPARE(names(page), "C,,B,A,C,,B,A,old,"_s);
+    }
+
+    void progress_data()
+    {
+        const QString line = "[download]  45.3% of 12.34MiB at 1.23MiB/s ETA 00:05"_s;
+        const QString kilo = "[download] 50% of 1.00KiB at 5B/s ETA 1"_s;
+        const QString asKilo = " -> 1024 512 5"_s;
+        const QString none = " -> -90 -91 -92"_s;
+        rows({"text", "counts"},
+             {line + " -> 12939428 5861560 1289748"_s,
+              "\r"_s + line + "\r"_s + kilo + " -> 12939428 5861560 1289748"_s,
+              "[download] "_s + kilo + asKilo,
+              "[download]50%of1KiBat5B/sETA"_s + asKilo,
+              "[download]\n50%\u00a0\nof\t1KiB\nat\n5B/s\u2028ETA"_s + asKilo,
+              "[download] 50% of 1KiBatat2B/s ETA -> 1024 512 2"_s,
+              "[download] 50% of 1KiBé_9 at 5B/s/s ETA"_s + asKilo,
+              "[download] 45.3% of 12.34 at 1.23MiB/s ETA -> -1 0 1289748"_s,
+              "[download] 50% of 1KiB at /s ETA -> 1024 512 -1"_s,
+              "[download] 50% of 1KiB at --/s ETA -> 1024 512 -1"_s,
+              "[download] 1000% of 1KiB at 5b/s ETA -> 1024 10240 -1"_s,
+              "[download] 100% of 8EiB at 9ZiB/s ETA -> "
+              "9223372036854775807 9223372036854775807 9223372036854775807"_s,
+              "[download] 1"_s + "0"_s.repeated(30) + "% of 1KiB at 5B/s ETA -> 1024 9223372036854775807 5"_s,
+              "[download] ٤% of 1KiB at 5B/s ETA -> 1024 0 5"_s,
+              QString(QChar(0xD83D)) + kilo + asKilo,
+              "\0"_s + kilo + asKilo,
+              "[download] Destination: noextension\n"_s + kilo + asKilo,
+              "[download] Destination: .mp4\n"_s + kilo + asKilo,
+              "[download] destination: a.mp4\n"_s + kilo + asKilo,
+              kilo + "\n[download] a.mp4 has already been downloaded"_s + asKilo,
+              none,
+              "[download] 100% of 12.34MiB in 00:05"_s + none,
+              "[download] 0.0% of 12.34MiB at Unknown speed ETA Unknown"_s + none,
+              "[download] 50% of ~1KiB at 5B/s ETA"_s + none,
+              "[download] 50% of 1KiB at 5B/s"_s + none,
+              "[download] 50% of 1KiB at 5 B/s ETA"_s + none,
+              "[download] 50% of 1KiB at 5B/S ETA"_s + none,
+              "[download] 5.% of 1KiB at 5B/s ETA"_s + none,
+              "[Download] 50% of 1KiB at 5B/s ETA"_s + none,
+              "[download] Destination: a.mp4\n"_s + kilo + none,
+              kilo + "\n[download] Destination: a."_s + none,
+              kilo + "\n[download] a.mp4 has already been downloaded\n"_s + none,
+              kilo + "\nx\r\n has already been downloaded\u00a0"_s + none});
+    }
+
+    void progress()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, counts);
+        qint64 total = -90;
+        qint64 finish = -91;
+        qint64 speed = -92;
+        QCOMPARE(YdOutputParser::instance()->parseDownloadeInfo(text, total, finish, speed), 0);
+        QCOMPARE(QStringLiteral("%1 %2 %3").arg(total).arg(finish).arg(speed), counts);
+    }
+
+    void matchersAgreeWithPatterns()
+    {
+        const auto progressLine = pattern("\\[download\\]\\s*(\\d+(\\.\\d+)?)%\\s*of\\s*((\\d+(\\.\\d+)?)\\w*)\\s*at"
+                                          "\\s*([^\\s\n\r]*/s)\\s*ETA"_s);
+        const auto destination = pattern("\\[download\\] Destination: (([^\r\n]+)\\.([^\r\n]*))"_s);
+        const auto downloaded = pattern("\\[download\\] (.*) has already been downloaded\\s"_s);
+        QRandomGenerator random(42);
+        int found[3] = {};
+        constexpr int rounds = 20000;
+        for (int round = 0; round < rounds; ++round) {
+            const QString text = randomStatusText(random);
+            const QByteArray shown = text.toUtf8().replace('\n', "\\n").replace('\r', "\\r");
+            QRegularExpressionMatch match = progressLine.match(text);
+            const auto line = YdStatusLines::findProgress(text);
+            QVERIFY2(line.has_value() == match.hasMatch(), shown.constData());
+            QVERIFY2(!line || line->percentage.toString() == match.captured(1), shown.constData());
+            QVERIFY2(!line || line->size.toString() == match.captured(3), shown.constData());
+            QVERIFY2(!line || line->speed.toString() == match.captured(6), shown.constData());
+            match = destination.match(text);
+            const auto name = YdStatusLines::findDestination(text);
+            QVERIFY2(name.has_value() == match.hasMatch(), shown.constData());
+            QVERIFY2(!name || name->toString() == match.captured(1), shown.constData());
+            match = downloaded.match(text);
+            const auto there = YdStatusLines::findAlreadyDownloaded(text);
+            QVERIFY2(there.has_value() == match.hasMatch(), shown.constData());
+            QVERIFY2(!there || there->toString() == match.captured(1), shown.constData());
+            found[0] += line ? 1 : 0;
+            found[1] += name ? 1 : 0;
+            found[2] += there ? 1 : 0;
+        }
+        for (const int count : found) {
+            QVERIFY2(count > rounds / 20 && count < rounds * 9 / 10, QByteArray::number(count).constData());
+        }
+    }
+
+    void matchersFinishOnLongTexts()
+    {
+        const QString head = "[download] 1% of 1"_s;
+        for (const QString &text :
+             {"[download] "_s.repeated(100000), "[download] "_s + "1"_s.repeated(1000000),
+              "[download] 1%"_s + " "_s.repeated(1000000), head + "at"_s.repeated(500000),
+              head + "at1/s"_s.repeated(200000), (head + "at "_s).repeated(50000), "[download] 1%"_s.repeated(80000)}) {
+            QVERIFY(!YdStatusLines::findProgress(text));
+        }
+        const QString name = "[download] Destination: "_s;
+        QVERIFY(!YdStatusLines::findDestination(name.repeated(40000)));
+        QVERIFY(!YdStatusLines::findDestination((name + "a\n"_s).repeated(40000)));
+        QCOMPARE(int(YdStatusLines::findDestination(name + "a."_s.repeated(500000))->size()), 1000000);
+        const QString end = " has already been downloaded"_s;
+        QVERIFY(!YdStatusLines::findAlreadyDownloaded("[download] "_s.repeated(100000)));
+        QVERIFY(!YdStatusLines::findAlreadyDownloaded(("[download] a"_s + end + "x"_s).repeated(20000)));
+        QVERIFY(!YdStatusLines::findAlreadyDownloaded((end + "\n"_s).repeated(40000) + "[download] "_s));
+    }
+
+    void legacyFormats()
+    {
+        YdOutputParser &parser = *YdOutputParser::instance();
+        QCOMPARE(YdOutputParser::instance(), &parser);
+        QMap<QString, QString> expected = {{"13"_s, "3GP"_s}};
+        for (const QString &code : {"17"_s, "18"_s, "22"_s, "37"_s, "38"_s}) {
+            expected.insert(code, "MP4"_s);
+        }
+        for (const QString &code : {"43"_s, "44"_s, "45"_s, "46"_s}) {
+            expected.insert(code, "WEBM"_s);
+        }
+        for (int code = 0; code < 150; ++code) {
+            const QString format = expected.value(QString::number(code), "FLV"_s);
+            QCOMPARE(parser.getYdFormat(QString::number(code)), format);
+            QCOMPARE(parser.getYdFormatLen(QString::number(code)), int(format.size()));
+        }
+        QCOMPARE(parser.getYdFormat(QString()) + parser.getYdFormat(" 22"_s), "FLVFLV"_s);
+    }
+
+    void waitForFile()
+    {
+        YdOutputParser &parser = *YdOutputParser::instance();
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!parser.waitFile(path("never"_s)));
+        QVERIFY2(timer.elapsed() >= 2900, QByteArray::number(timer.elapsed()).constData());
+
+        const QString late = path("late"_s);
+        std::thread writer([late] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            QFile(late).open(QIODevice::WriteOnly);
+        });
+        const bool seen = parser.waitFile(late);
+        writer.join();
+        QVERIFY(seen);
+        timer.start();
+        QVERIFY(parser.waitFile(late));
+        QVERIFY(timer.elapsed() < 1000);
+    }
+};
+
+QTEST_GUILESS_MAIN(ParseTest)
+#include "ParseTest.moc"
