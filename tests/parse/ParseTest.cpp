@@ -60,9 +60,8 @@ QString profileTexts(const WebMediaInfo &page)
 QString names(const WebMediaInfo &page)
 {
     QString result;
-    for (const MediaProfile &profile : page.getMediaProfileList()) {
+    for (const MediaProfile &profile : page.getMediaProfileList())
         result += profile.getName() + ","_s;
-    }
     return result;
 }
 
@@ -88,12 +87,10 @@ QString randomStatusText(QRandomGenerator &random)
         for (int changes = random.bounded(4); changes > 0; --changes) {
             const int place = random.bounded(int(line.size()));
             const int change = random.bounded(3); // remove, insert or replace
-            if (change > 0) {
+            if (change > 0)
                 line.insert(place, pieces.at(random.bounded(int(pieces.size()))));
-            }
-            if (change != 1) {
+            if (change != 1)
                 line.removeAt(place + (change > 0 ? 1 : 0));
-            }
         }
         text += line.join(QString()) + (random.bounded(3) > 0 ? "\n"_s : ""_s);
     }
@@ -504,9 +501,8 @@ private Q_SLOTS:
             found[1] += name ? 1 : 0;
             found[2] += there ? 1 : 0;
         }
-        for (const int count : found) {
+        for (const int count : found)
             QVERIFY2(count > rounds / 20 && count < rounds * 9 / 10, QByteArray::number(count).constData());
-        }
     }
 
     void matchersFinishOnLongTexts()
@@ -533,12 +529,10 @@ private Q_SLOTS:
         YdOutputParser &parser = *YdOutputParser::instance();
         QCOMPARE(YdOutputParser::instance(), &parser);
         QMap<QString, QString> expected = {{"13"_s, "3GP"_s}};
-        for (const QString &code : {"17"_s, "18"_s, "22"_s, "37"_s, "38"_s}) {
+        for (const QString &code : {"17"_s, "18"_s, "22"_s, "37"_s, "38"_s})
             expected.insert(code, "MP4"_s);
-        }
-        for (const QString &code : {"43"_s, "44"_s, "45"_s, "46"_s}) {
+        for (const QString &code : {"43"_s, "44"_s, "45"_s, "46"_s})
             expected.insert(code, "WEBM"_s);
-        }
         for (int code = 0; code < 150; ++code) {
             const QString format = expected.value(QString::number(code), "FLV"_s);
             QCOMPARE(parser.getYdFormat(QString::number(code)), format);

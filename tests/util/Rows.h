@@ -18,9 +18,8 @@ inline QTestData &row(const QString &name)
 {
     QByteArray tag = name.left(80).toLatin1();
     for (char &character : tag) {
-        if (character < ' ' || character > '~') {
+        if (character < ' ' || character > '~')
             character = '~';
-        }
     }
     return QTest::addRow("%s (%d)", tag.constData(), static_cast<int>(name.size()));
 }
@@ -28,15 +27,13 @@ inline QTestData &row(const QString &name)
 /** Data rows of texts: the names of the columns, and the rows, each "text -> text" or longer. */
 inline void rows(std::initializer_list<const char *> columns, const QStringList &table)
 {
-    for (const char *column : columns) {
+    for (const char *column : columns)
         QTest::addColumn<QString>(column);
-    }
     for (const QString &line : table) {
         QTestData &data = row(line);
         const QStringList fields = line.split(" -> "_s);
         Q_ASSERT(static_cast<std::size_t>(fields.size()) == columns.size());
-        for (const QString &field : fields) {
+        for (const QString &field : fields)
             data << field;
-        }
     }
 }
