@@ -1,0 +1,12 @@
+#pragma once
+
+/** The comparisons that nox_bench makes, subject by subject. */
+namespace MicroBenchmarks {
+
+void addMemory();
+void addPages();
+void addStatusTexts();
+void addLists();
+void addLog();
+
+} // namespace MicroBenchmarks

@@ -1,0 +1,136 @@
+#include "Paired.h"
+
+#include "RatioReporter.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <utility>
+#include <vector>
+
+namespace Paired {
+
+namespace {
+
+double secondsOf(clockid_t clock)
+{
+    timespec time{};
+    ::clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+// The measurements of one comparison.
+struct Samples {
+    std::vector<double> subject;
+    std::vector<double> baseline;
+
+    void take(const Sides &sides)
+    {
+        const bool isSubjectFirst = subject.size() % 2 == 0;
+        if (isSubjectFirst)
+            subject.push_back(sides.subject());
+        baseline.push_back(sides.baseline());
+        if (!isSubjectFirst)
+            subject.push_back(sides.subject());
+    }
+
+    std::vector<double> sortedRatios() const
+    {
+        std::vector<double> ratios;
+        ratios.reserve(subject.size());
+        std::transform(subject.begin(), subject.end(), baseline.begin(), std::back_inserter(ratios),
+                       [](double a, double b) { return a / b; });
+        std::sort(ratios.begin(), ratios.end());
+        return ratios;
+    }
+};
+
+void report(benchmark::State &state, const Samples &samples, double bar)
+{
+    const std::vector<double> ratios = samples.sortedRatios();
+    const auto count = static_cast<double>(ratios.size());
+    // Of as many ratios as there are, the number below the true median is binomial: half of them, give or
+    // take 1.96 standard deviations.
+    const double spread = 0.98 * std::sqrt(count);
+    const auto at = [&ratios, count](double position) {
+        return ratios[static_cast<size_t>(std::clamp(position, 0.0, count - 1))];
+    };
+    state.counters["ratio"] = median(ratios);
+    state.counters["low"] = at(std::floor(count / 2 - spread));
+    state.counters["high"] = at(std::ceil(count / 2 + spread) - 1);
+    state.counters["bar"] = bar;
+    state.counters["subject"] = median(samples.subject);
+    state.counters["baseline"] = median(samples.baseline);
+}
+
+void compare(benchmark::State &state, const Comparison &comparison)
+{
+    try {
+        const Sides sides = comparison.make();
+        // The first run of either side pays for what is loaded and allocated only once.
+        sides.baseline();
+        sides.subject();
+        Samples samples;
+        for ([[maybe_unused]] auto iteration : state) {
+            samples.take(sides);
+            state.SetIterationTime(samples.subject.back());
+        }
+        report(state, samples, comparison.bar);
+    } catch (const Mismatch &mismatch) {
+        state.SkipWithError(mismatch.reason().c_str());
+    }
+}
+
+} // namespace
+
+Mismatch::Mismatch(std::string reason)
+    : m_reason(std::move(reason))
+{
+}
+
+const std::string &Mismatch::reason() const
+{
+    return m_reason;
+}
+
+double processorTime()
+{
+    return secondsOf(CLOCK_THREAD_CPUTIME_ID);
+}
+
+double wallTime()
+{
+    return secondsOf(CLOCK_MONOTONIC);
+}
+
+void add(Comparison comparison)
+{
+    const std::string name = comparison.name;
+    const int pairs = comparison.pairs;
+    benchmark::RegisterBenchmark(
+        name.c_str(), [comparison = std::move(comparison)](benchmark::State &state) { compare(state, comparison); })
+        ->Iterations(pairs)
+        ->UseManualTime();
+}
+
+int run(int argc, char *argv[])
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    RatioReporter reporter;
+    const size_t count = benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return count > 0 && reporter.hasPassed() ? 0 : 1;
+}
+
+} // namespace Paired

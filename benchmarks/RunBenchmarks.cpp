@@ -1,0 +1,194 @@
+// What the library and the command line add to whole runs of the external programs.
+
+#include "BareProgram.h"
+#include "Paired.h"
+
+#include <nox/NoxWebMedia.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace {
+
+using Paired::Mismatch;
+using Paired::Sides;
+using Command = std::vector<std::string>;
+
+constexpr int extractionPairs = 25;
+constexpr int downloadPairs = 11;
+constexpr char videoCode[] = "137";
+constexpr char audioCode[] = "140";
+
+// Where everything is: the page to read, the programs beside this one, and a folder for what is made.
+class Place
+{
+public:
+    explicit Place(QString url)
+        : m_url(std::move(url))
+    {
+    }
+
+    const QString &url() const
+    {
+        return m_url;
+    }
+
+    QString program(const char *name) const
+    {
+        return QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(name);
+    }
+
+    QString file(const char *name) const
+    {
+        return m_folder.filePath(QLatin1String(name));
+    }
+
+    // The tool as the library calls it, with further arguments in front of the page's address.
+    Command toolCommand(const Command &arguments) const
+    {
+        Command command{GetPythonExecPath().toStdString(), "-X", "pycache_prefix=" + file("pycache").toStdString(),
+                        program("yt.zip").toStdString()};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        command.push_back("--no-check-certificate");
+        command.push_back(m_url.toStdString());
+        return command;
+    }
+
+private:
+    QString m_url;
+    QTemporaryDir m_folder;
+};
+
+void runBare(const Command &command)
+{
+    std::string output;
+    if (BareProgram::run(command, output) != 0)
+        throw Mismatch("failed: " + command.front());
+}
+
+void remove(const QString &file)
+{
+    if (!QFile::remove(file))
+        throw Mismatch("not made: " + file.toStdString());
+}
+
+std::unique_ptr<Nox::WebMediaInfoExtractor> makeExtractor(const Place &place)
+{
+    return std::unique_ptr<Nox::WebMediaInfoExtractor>(
+        Nox::WebMediaDownloaderFactory::instance()->createExtractor(place.program("yt.zip"), place.file("pycache")));
+}
+
+void extract(const Place &place)
+{
+    if (!makeExtractor(place)->getMediaInfo(place.url()).isValid())
+        throw Mismatch("the page could not be read");
+}
+
+void extractWithNotifications(const Place &place)
+{
+    const auto extractor = makeExtractor(place);
+    bool isValid = false;
+    QEventLoop loop;
+    QObject::connect(extractor.get(), &Nox::WebMediaInfoExtractor::finished, &loop, [&](const Nox::WebMediaInfo &page) {
+        isValid = page.isValid();
+        loop.quit();
+    });
+    QObject::connect(extractor.get(), &Nox::WebMediaInfoExtractor::error, &loop, &QEventLoop::quit);
+    extractor->getMediaInfoBySignal(place.url());
+    loop.exec();
+    if (!isValid)
+        throw Mismatch("the page could not be read");
+}
+
+void download(const Place &place)
+{
+    const std::unique_ptr<Nox::WebMediaDownloader> downloader(
+        Nox::WebMediaDownloaderFactory::instance()->createDownloader(place.program("yt.zip"), place.file("pycache")));
+    Nox::MediaProfile profile;
+    profile.setName(QLatin1String(videoCode));
+    profile.setFormat(QStringLiteral("MP4"));
+    profile.setDash(true);
+    profile.setPreferredDashAudioYdCode(QLatin1String(audioCode));
+
+    QEventLoop loop;
+    QObject::connect(downloader.get(), &Nox::WebMediaDownloader::finished, &loop, &QEventLoop::quit);
+    QObject::connect(downloader.get(), &Nox::WebMediaDownloader::error, &loop, &QEventLoop::quit);
+    downloader->download(place.url(), profile, place.file("clip.mp4"));
+    loop.exec();
+}
+
+void fetch(const Place &place)
+{
+    runBare({place.program("nox-fetch").toStdString(), "-q", "--pycache", place.file("pycache").toStdString(), "-f",
+             videoCode, "-a", audioCode, "-o", place.file("clip.mp4").toStdString(), place.url().toStdString()});
+}
+
+// The same work by hand: both streams, then the joining, then the files that are not wanted any more.
+void downloadBare(const Place &place)
+{
+    const std::string folder = place.file("").toStdString();
+    runBare(place.toolCommand({"-f", videoCode, "-o", folder + "bare-video.%(ext)s"}));
+    runBare(place.toolCommand({"-f", audioCode, "-o", folder + "bare-audio.%(ext)s"}));
+    runBare({place.program("ffmpeg").toStdString(), "-i", folder + "bare-video.mp4", "-i", folder + "bare-audio.m4a",
+             "-vcodec", "copy", "-acodec", "copy", place.file("clip.mp4").toStdString()});
+    remove(place.file("bare-video.mp4"));
+    remove(place.file("bare-audio.m4a"));
+}
+
+void fetchBare(const Place &place)
+{
+    runBare(place.toolCommand({"--dump-json"}));
+    downloadBare(place);
+}
+
+double timeOf(const Place &place, void (*work)(const Place &place))
+{
+    return Paired::wallTimeOf([&] { work(place); });
+}
+
+double timeOfMakingClip(const Place &place, void (*work)(const Place &place))
+{
+    const double time = timeOf(place, work);
+    remove(place.file("clip.mp4"));
+    return time;
+}
+
+void addExtraction(const char *name, const Place &place, void (*work)(const Place &place))
+{
+    Paired::add({name, 1.02, extractionPairs, [&place, work]() -> Sides {
+                     return {[&place, work] { return timeOf(place, work); },
+                             [&place] {
+                                 return timeOf(place,
+                                               [](const Place &at) { runBare(at.toolCommand({"--dump-json"})); });
+                             }};
+                 }});
+}
+
+void addDownload(const char *name, const Place &place, void (*work)(const Place &), void (*bare)(const Place &))
+{
+    Paired::add({name, 1.03, downloadPairs, [&place, work, bare]() -> Sides {
+                     return {[&place, work] { return timeOfMakingClip(place, work); },
+                             [&place, bare] { return timeOfMakingClip(place, bare); }};
+                 }});
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication app(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    Nox::Logger::init("/dev/null", Nox::LOG_FATAL, 0);
+
+    const Place place(qEnvironmentVariable("NOX_BENCH_URL"));
+    addExtraction("run: blocking extraction / bare tool", place, extract);
+    addExtraction("run: notifying extraction / bare tool", place, extractWithNotifications);
+    addDownload("run: download / tool twice, ffmpeg", place, download, downloadBare);
+    addDownload("run: nox-fetch / tool thrice, ffmpeg", place, fetch, fetchBare);
+    return Paired::run(argc, argv);
+}
