@@ -1,0 +1,580 @@
+#include "DownloadTable.h"
+#include "HostProgram.h"
+#include "Processes.h"
+#include "Setup.h"
+#include "SignalLog.h"
+#include "Stage.h"
+#include "TestMain.h"
+
+#include <nox/log/ModuleLog.h>
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <algorithm>
+
+using namespace Nox;
+
+namespace {
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QStringList *debugMessages = nullptr;
+
+void keepDebugMessage(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    debugMessages->append(message);
+}
+
+} // namespace
+
+/** Downloads and merges, cancel, clear and destruction, with stand-ins for the tool and ffmpeg. */
+class DownloadTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void progress_data();
+    void progress()
+    {
+        DownloadTable::run();
+    }
+    void fileNames_data();
+    void fileNames()
+    {
+        DownloadTable::run();
+    }
+    void failures_data();
+    void failures()
+    {
+        DownloadTable::run();
+    }
+    void cancelClearDelete_data();
+    void cancelClearDelete()
+    {
+        DownloadTable::run();
+    }
+    void idle();
+    void mergeArguments_data();
+    void mergeArguments();
+    void trace();
+    void secondDownloadWhileOneRuns_data();
+    void secondDownloadWhileOneRuns();
+    void secondDownloadAfterTheFirst_data();
+    void secondDownloadAfterTheFirst();
+    void secondDownloadFromANotification_data();
+    void secondDownloadFromANotification();
+    void deletedWhenTheToolEnds_data();
+    void deletedWhenTheToolEnds();
+    void sideBySide();
+    void hostKilled_data();
+    void hostKilled();
+};
+
+void DownloadTest::progress_data()
+{
+    DownloadTable::addColumns();
+    const auto row = [](const char *name, const char *setup, const char *scenario, const char *notifications) {
+        const char *files = strncmp(setup, "two", 3) == 0 ? "clip.mp4=137+140" : "clip.mp4=137";
+        DownloadTable::row(name, setup, scenario, "", notifications, files, "");
+    };
+    row("one item", "", "137: announce mp4|progress 0 1000|progress 50 1000|progress 100 1000",
+        "started progress(1000,0,10) progress(1000,500,10) progress(1000,1000,10) finished");
+    row("one item, total and order change", "size=7",
+        "137: announce mp4|progress 50 1000|progress 40 2000|progress 50 1000",
+        "started progress(1000,500,10) progress(2000,800,10) progress(1000,500,10) finished");
+    row("two items", "two",
+        "137: announce mp4|progress 0 1000|progress 50 1000|progress 100 1000\n"
+        "140: announce m4a|progress 50 300|progress 100 300",
+        "started progress(1200,500,10) progress(1200,1000,10) started progress(1300,1150,10) progress(1301,1300,10) "
+        "progress(1301,1301,0) finished");
+    row("expected total cut to whole bytes", "two", "137: announce mp4|progress 50 1001",
+        "started progress(1201,500,10) started progress(1201,1201,0) finished");
+    row("profile's size above the figures, until they pass it", "two size=5000",
+        "137: announce mp4|progress 100 1000\n140: announce m4a|progress 25 4800|progress 100 4800",
+        "started progress(5000,1000,10) started progress(5800,2200,10) progress(5801,5800,10) progress(5801,5801,0) "
+        "finished");
+    row("profile's size equal to the video's", "two size=1000", "137: announce mp4|progress 50 1000|progress 100 1000",
+        "started progress(1000,500,10) progress(1001,1000,10) started progress(1001,1001,0) finished");
+    row("ratio that does not rise", "two",
+        "137: announce mp4|progress 50 1000|progress 50 1000|progress 40 1000|progress 60 1000",
+        "started progress(1200,500,10) progress(1200,600,10) started progress(1200,1200,0) finished");
+    row("figures of the audio only", "two", "140: announce m4a|progress 50 300",
+        "started started progress(300,150,10) progress(300,300,0) finished");
+    row("no figures at all", "two", "", "started started progress(0,0,0) finished");
+    row("destination and progress in one read", "",
+        "137: file mp4|out [download] Destination: @mp4@\\n[download] 50% of 1000B at 10B/s ETA 1\\n",
+        "started finished");
+    row("two progress lines in one read", "",
+        "137: announce mp4|out [download] 50% of 1000B at 10B/s ETA 1\\n[download] 60% of 1000B at 10B/s ETA 1\\n",
+        "started progress(1000,500,10) finished");
+    row("progress line over two reads", "", "137: announce mp4|out [download] 50% of 100|out 0B at 10B/s ETA 1\\n",
+        "started finished");
+    row("lines without usable figures", "",
+        "137: announce mp4|out [download]  45.3% of 12.34 at 1.23MiB/s ETA 00:05\\n|"
+        "out [download]  45.3% of ~12.34MiB at 1.23MiB/s ETA 00:05\\n|"
+        "out [download] 0.0% of 12.34MiB at Unknown speed ETA Unknown\\n|"
+        "out [download] 100% of 12.34MiB in 00:05\\n|out [download]  45.3% of 12.34MiB at 1.5KiB/s ETA 00:05\\n",
+        "started progress(12939428,5861560,1536) finished");
+}
+
+void DownloadTest::fileNames_data()
+{
+    DownloadTable::addColumns();
+    const auto row = DownloadTable::row;
+    const char *unnamed = "ydFinished: Rename failed from  to DIR/clip.mp4!";
+    row("already there", "", "137: file mp4|out [download] @mp4@ has already been downloaded\\n", "",
+        "started finished", "clip.mp4=137", "");
+    row("already there, both items", "two",
+        "137: file mp4|out [download] @mp4@ has already been downloaded\\n\n"
+        "140: file m4a|out [download] @m4a@ has already been downloaded\\n",
+        "", "started started progress(0,0,0) finished", "clip.mp4=137+140", "");
+    row("both lines in one read", "",
+        "137: file mp4|out [download] /x.mp4 has already been downloaded\\n[download] Destination: @mp4@\\n", "",
+        "started finished", "clip.mp4=137", "");
+    row("already there behind another line", "",
+        "137: file mp4|out [download] other\\n[download] @mp4@ has already been downloaded\\n", "", "started error(-8)",
+        "{1}YDTMP_.mp4=137", "ydFinished: Rename failed from other\n[download] DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
+    row("line ends of another system", "", "137: file mp4|out x\\r\\n[download] Destination: @mp4@\\r\\n[y]\\r\\n", "",
+        "started finished", "clip.mp4=137", "");
+    row("the newer name counts", "",
+        "137: file mp4|out [download] Destination: /a.b\\n|out [download] Destination: @mp4@\\n", "",
+        "started finished", "clip.mp4=137", "");
+    row("destination line over two reads", "", "137: file mp4|out [download] Desti|out nation: @mp4@\\n", "",
+        "started error(-8)", "{1}YDTMP_.mp4=137", unnamed);
+    row("never named, .part in the working folder", "has=.part", "137: exit 0", "", "started error(-8)", ".part=old",
+        unnamed);
+    row("destination exists", "has=clip.mp4", "137: announce mp4|file mp4.part", "", "started error(-8)",
+        "clip.mp4=old, {1}YDTMP_.mp4=137", "ydFinished: Rename failed from DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
+    row("destination of the merge exists", "two has=clip.mp4", "", "", "started started error(-8)",
+        "clip.mp4=old, {1}YDTMP_.mp4.tmp.mp4=137+140 -> clip.mp4=old",
+        "ffmpegFinished: Rename failed from DIR/{1}YDTMP_.mp4.tmp.mp4 to DIR/clip.mp4!");
+    row("relative destination", "dest=clip.mp4", "", "", "started finished", "clip.mp4=137", "");
+    row("name that the log cannot hold", "dest=/nowhere/\xc3\xa9\xe2\x82\xac/clip.mp4", "137: out x", "",
+        "started error(-8)", "", "ydFinished: Rename failed from  to /nowhere/\xc3\xa9?/clip.mp4!");
+}
+
+void DownloadTest::failures_data()
+{
+    DownloadTable::addColumns();
+    const auto row = DownloadTable::row;
+    row("no format code", "two code=", "", "", "error(-1)", "",
+        "initYdDownloaderCommand: Yd download format is empty. url http://127.0.0.1/watch?v=1&list=2");
+    row("exit 1", "", "137: announce mp4|file mp4.part|err WARNING \xc3\xa9\xe2\x82\xac|exit 1", "",
+        "started error(-4)", "{1}YDTMP_.mp4=137",
+        "ydReadError: Yd process read error: WARNING \xc3\xa9? |"
+        "ydFinished: Yd process terminated abnormally: http://127.0.0.1/watch?v=1  \n ExitCode: 1");
+    row("exit 1 in item 2: all that clear() removes", "two has=clip.mp4 has=clip.mp4.part has=other.part",
+        "137: announce mp4|file mp4.part\n140: announce m4a|file m4a.part|exit 1", "", "started started error(-4)",
+        "clip.mp4=old, other.part=old, {1}YDTMP_.mp4=137",
+        "ydFinished: Yd process terminated abnormally: http://127.0.0.1/watch?v=1  \n ExitCode: 1");
+    row("crash in item 2", "two", "140: announce m4a|kill SIGABRT", "", "started started error(-1) error(-5)",
+        "{1}YDTMP_.mp4=137",
+        "ydProcessError: Yd process error: 1 |ydFinished: Yd process crashed: http://127.0.0.1/watch?v=1 ");
+    row("audio not for a plain stream", "companion", "", "", "started finished", "clip.mp4=137", "");
+    row("DASH without an audio code", "dash", "", "", "started finished", "clip.mp4=137", "");
+    row("audio with an audio companion", "two audio", "", "", "started started progress(0,0,0) finished",
+        "clip.mp4=137+140", "");
+    row("video never named", "two", "137: file mp4", "", "started started error(-4)",
+        "{1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140 -> {1}YDTMP_.mp4=137", "proceedMerge: FFMPEG not started*");
+    row("audio never named", "two has=.part", "140: file m4a", "", "started started error(-4)",
+        ".part=old, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140", "proceedMerge: FFMPEG not started*");
+}
+
+void DownloadTest::cancelClearDelete_data()
+{
+    DownloadTable::addColumns();
+    const auto row = DownloadTable::row;
+    const char *killed = "ydProcessError: Yd process error: 1 ";
+    const char *merging = "ffmpeg: write half|spawn|hang";
+    const char *second = "137: announce mp4|file mp4.part\n140: announce m4a|file m4a.part|spawn|hang";
+    row("cancel in item 1", "has=clip.mp4.part", "137: announce mp4|progress 50 1000|file mp4.part|spawn|hang",
+        "cancel@137", "started progress(1000,500,10) error(-1)", "", killed);
+    row("cancel before the file is named", "has=.part", "137: file mp4|hang", "cancel@137", "started error(-1)",
+        ".part=old, {1}YDTMP_.mp4=137", killed);
+    row("cancel in item 2", "two", second, "cancel@140", "started started error(-1)", "", killed);
+    row("cancel in the merge", "two", merging, "cancel@ffmpeg", "started started error(-7) error(-5)", "",
+        "ffmpegProcessError: FFMPEG process error: 1|ffmpegFinished: FFMPEG crashed!");
+    row("cancel after a download", "", "", "cancel@end", "started finished", "", "");
+    row("cancel after a merge", "two", "", "cancel@end", "started started progress(0,0,0) finished", "", "");
+    row("cancel after a failure", "", "137: announce mp4|exit 1", "cancel@end", "started error(-4)", "",
+        "ydFinished: Yd process terminated abnormally: http://127.0.0.1/watch?v=1  \n ExitCode: 1");
+
+    row("clear in item 1", "has=clip.mp4.part", "137: announce mp4|file mp4.part|hang", "clear@137", "started",
+        "{1}YDTMP_.mp4=137", "");
+    row("clear in the merge", "two", merging, "clear@ffmpeg", "started started", "{1}YDTMP_.mp4=137", "");
+    row("clear after a failed merge", "two", "ffmpeg: write half|exit 1", "clear@end", "started started error(-4)",
+        "{1}YDTMP_.mp4=137", "ffmpegFinished: FFMPEG terminated abnormally!");
+    row("clear after a download", "", "", "clear@end", "started finished", "clip.mp4=137", "");
+
+    row("delete in item 1", "has=clip.mp4.part has=.part", "137: announce mp4|file mp4.part|spawn|hang", "delete@137",
+        "started", ".part=old, {1}YDTMP_.mp4=137", "");
+    row("delete in item 2", "two", second, "delete@140", "started started", "{1}YDTMP_.mp4=137", "");
+    row("delete in the merge", "two", merging, "delete@ffmpeg", "started started", "{1}YDTMP_.mp4=137", "");
+    row("delete after a download", "", "", "delete@end", "started finished", "clip.mp4=137", "");
+}
+
+void DownloadTest::idle()
+{
+    Stage stage;
+    stage.putFile(QStringLiteral(".part"));
+    auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    downloader->cancel();
+    downloader->clear();
+    downloader.reset();
+    QCOMPARE(log.text(), QString());
+    QCOMPARE(stage.files(), QStringLiteral(".part=old"));
+    QCOMPARE(stage.records(LOG_DEBUG, true),
+             QStringList(QStringLiteral("[INFO] YdDownloader.cpp cancel: Download canceling...")));
+}
+
+void DownloadTest::mergeArguments_data()
+{
+    for (const char *name : {"video", "audio", "steps", "codecs", "output"})
+        QTest::addColumn<QString>(name);
+    const auto row = [](const char *name, const char *video, const char *audio, const char *codecs,
+                        const char *steps = "", const char *output = "mp4.tmp.mp4") {
+        QTest::newRow(name) << text(video) << text(audio) << text(steps) << text(codecs) << text(output);
+    };
+    row("both copied", "mp4", "m4a", "-vcodec copy -acodec copy");
+    row("capitals", "MP4", "M4A", "-vcodec copy -acodec copy", "", "MP4.tmp.mp4");
+    row("audio encoded", "mp4", "webm", "-vcodec copy");
+    row("last suffix counts", "x.mp4", "m4a.mp3", "-vcodec copy", "", "x.mp4.tmp.mp4");
+    row("both encoded", "webm", "webm", "", "", "webm.tmp.mp4");
+    row("video encoded, so audio too", "webm", "m4a", "", "", "webm.tmp.mp4");
+    row("output taken", "mp4", "m4a", "-vcodec copy -acodec copy", "|file mp4.tmp.mp4 old", "mp40.tmp.mp4");
+    row("output taken twice", "mp4", "m4a", "-vcodec copy -acodec copy", "|file mp4.tmp.mp4 old|file mp40.tmp.mp4 old",
+        "mp41.tmp.mp4");
+}
+
+void DownloadTest::mergeArguments()
+{
+    QFETCH(QString, video);
+    QFETCH(QString, audio);
+    QFETCH(QString, steps);
+    QFETCH(QString, codecs);
+    QFETCH(QString, output);
+    Stage stage;
+    const Setup setup(QStringLiteral("two"), stage);
+    stage.play(QStringLiteral("137: announce %1%2\n140: announce %3").arg(video, steps, audio));
+    const auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    downloader->download(Setup::url(), setup.profile(), setup.destination());
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("started started progress(0,0,0) finished"), Stage::Patience);
+
+    QStringList expected{QStringLiteral("-i"), QStringLiteral("DIR/{1}YDTMP_.") + video, QStringLiteral("-i"),
+                         QStringLiteral("DIR/{2}YDTMP_.") + audio};
+    expected += codecs.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    expected += QStringLiteral("DIR/{1}YDTMP_.") + output;
+    const QStringList arguments = stage.arguments(QStringLiteral("ffmpeg"));
+    QCOMPARE(stage.plain(arguments.join(QLatin1Char('\n'))), expected.join(QLatin1Char('\n')));
+    QVERIFY(stage.files().contains(QStringLiteral("clip.mp4=137+140")));
+    QCOMPARE(stage.files().count(QStringLiteral("=old")), steps.count(QLatin1Char('|')));
+
+    static const QRegularExpression marker(
+        QStringLiteral("^\\w+\\.cpp\\([1-9]\\d*\\) : \\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d 00000000\\n\\n$"));
+    const QString moduleLog = QString::fromUtf8(stage.moduleLog());
+    QCOMPARE(marker.match(moduleLog).hasMatch(), codecs.isEmpty());
+    QCOMPARE(moduleLog.isEmpty(), !codecs.isEmpty());
+}
+
+/** Every log record and debug message of one download, in order. */
+void DownloadTest::trace()
+{
+    Stage stage;
+    const Setup setup(QStringLiteral("two"), stage);
+    stage.play(text("137: announce mp4|progress 50 1000|out \xc3\xa9\xe2\x82\xac\\n\n"
+                    "140: announce m4a|err note\nffmpeg: out \xc3\xa9|err \xe2\x82\xac|merge"));
+    QStringList messages;
+    debugMessages = &messages;
+    const QtMessageHandler before = qInstallMessageHandler(keepDebugMessage);
+    const auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    downloader->download(Setup::url(), setup.profile(), setup.destination());
+    const bool isFinished =
+        QTest::qWaitFor([&log] { return log.text().endsWith(QStringLiteral("finished")); }, Stage::Patience);
+    qInstallMessageHandler(before);
+    QVERIFY(isFinished);
+
+    const QString head =
+        QStringLiteral("\"APP/python3.10/bin/python3.10\" -X pycache_prefix=\"ROOT/cache\" \"ROOT/yt.zip\"");
+    const QString source = QStringLiteral("YdDownloader.cpp ");
+    const auto record = [&source](const char *level, const char *utf8) {
+        return QLatin1Char('[') + text(level) + QStringLiteral("] ") + source + text(utf8);
+    };
+    const auto command = [&](const char *function, const char *code, const char *item) {
+        return QStringLiteral("[INFO] ") + source + text(function) + QStringLiteral(": ") + head
+            + QStringLiteral(" -f %1 --no-check-certificate -o \"DIR/%2YDTMP_.%(ext)s\" http://127.0.0.1/watch?v=1")
+                  .arg(text(code), text(item));
+    };
+    const QStringList expected{
+        record("DEBUG",
+               "download: url http://127.0.0.1/watch?v=1&list=2 \r\nresolution 1080P \r\nformat MP4 \r\n"
+               "destfile DIR/clip.mp4"),
+        command("initYdDownloaderCommand", "137", "{1}"),
+        record("DEBUG", "ydReadOutputData: Yd download output: [download] Destination: DIR/{1}YDTMP_.mp4\n"),
+        record("DEBUG", "ydReadOutputData: Yd download output: [download] 50% of 1000B at 10B/s ETA 00:01\n"),
+        record("DEBUG", "ydReadOutputData: Yd download output: \xc3\xa9?\n"),
+        record("INFO", "ydFinished: Yd download finished: http://127.0.0.1/watch?v=1"),
+        command("downloadNextItem", "140", "{2}"),
+        record("DEBUG", "ydReadOutputData: Yd download output: [download] Destination: DIR/{2}YDTMP_.m4a\n"),
+        record("ERROR", "ydReadError: Yd process read error: note "),
+        record("INFO", "ydFinished: Yd download finished: http://127.0.0.1/watch?v=1"),
+        record("INFO",
+               "proceedMerge: \"APP/ffmpeg\" -i \"DIR/{1}YDTMP_.mp4\" -i \"DIR/{2}YDTMP_.m4a\" -vcodec copy "
+               "-acodec copy \"DIR/{1}YDTMP_.mp4.tmp.mp4\" "),
+        record("INFO", "ffmpegReadOutputData: FFMPEG read output: \xc3\x83\xc2\xa9"),
+        record("ERROR", "ffmpegReadStandardError: FFMPEG read error: \xc3\xa2\xc2\x82\xc2\xac"),
+        record("INFO", "ffmpegFinished: FFMPEG process finished"),
+    };
+    QCOMPARE(stage.records(LOG_DEBUG, true), expected);
+
+    QCOMPARE(messages.size(), 9);
+    for (const QString &part : {text("-i"), text("DIR/{1}YDTMP_.mp4"), text("DIR/{2}YDTMP_.m4a"), text("-acodec")})
+        QVERIFY2(stage.plain(messages.last()).contains(part), qPrintable(messages.last()));
+    messages.removeLast();
+    const QStringList expectedMessages{
+        text("entering yd..."),
+        text("ydProgress : 0B 0B 0B/s"),
+        text("ydProgress : 1000B 500B 10B/s"),
+        text("ydProgress : 0B 0B 0B/s"),
+        text("ydFinished : 0 0"),
+        text("ydStarted : http://127.0.0.1/watch?v=1&list=2"),
+        text("ydProgress : 0B 0B 0B/s"),
+        text("ydFinished : 0 0"),
+    };
+    QCOMPARE(messages.replaceInStrings(QStringLiteral("\""), QString()), expectedMessages);
+}
+
+void DownloadTest::secondDownloadWhileOneRuns_data()
+{
+    QTest::addColumn<QString>("phase");
+    for (const char *phase : {"137", "140", "ffmpeg"})
+        QTest::newRow(phase) << text(phase);
+}
+
+void DownloadTest::secondDownloadWhileOneRuns()
+{
+    QFETCH(QString, phase);
+    Stage stage;
+    const Setup setup(QStringLiteral("two"), stage);
+    const QString work = phase == QLatin1String("ffmpeg") ? QStringLiteral("merge")
+        : phase == QLatin1String("137")                   ? QStringLiteral("announce mp4")
+                                                          : QStringLiteral("announce m4a");
+    stage.play(phase + QStringLiteral(": %1|mark there|wait go").arg(work));
+    const auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    downloader->download(Setup::url(), setup.profile(), setup.destination());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isMarked(QStringLiteral("there")), Stage::Patience);
+    const QString before = log.text();
+    const auto recordCount = stage.records(LOG_DEBUG).size();
+    downloader->download(QStringLiteral("http://other/"), MediaProfile(), QStringLiteral("/other.mp4"));
+    QCOMPARE(log.text(), before);
+    QCOMPARE(stage.errors().count(QStringLiteral("download: ")), 1);
+    QCOMPARE(stage.records(LOG_DEBUG).size(), recordCount + 1);
+    stage.mark(QStringLiteral("go"));
+    const QString expected = QStringLiteral("started started progress(0,0,0) finished");
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), expected, Stage::Patience);
+    QCOMPARE(stage.files(), QStringLiteral("clip.mp4=137+140"));
+    QCOMPARE(stage.keys(), (QStringList{text("137"), text("140"), text("ffmpeg")}));
+    QVERIFY(stage.records(LOG_INFO).last().startsWith(QStringLiteral("ffmpegFinished")));
+}
+
+void DownloadTest::secondDownloadAfterTheFirst_data()
+{
+    for (const char *name : {"setup", "scenario", "hangs", "first", "files"})
+        QTest::addColumn<QString>(name);
+    const auto row = [](const char *name, const char *setup, const char *scenario, const char *hangs, const char *first,
+                        const char *files) {
+        QTest::newRow(name) << text(setup) << text(scenario) << text(hangs) << text(first) << text(files);
+    };
+    const char *full = "137: announce mp4|progress 100 9000\n140: announce m4a|progress 100 3000";
+    row("success", "two", full, "",
+        "started progress(10800,9000,10) started progress(12001,12000,10) "
+        "progress(12001,12001,0) finished",
+        "clip.mp4=137+140, second.mp4=137+140");
+    row("exit 1", "two", "140: announce m4a|exit 1", "", "started started error(-4)",
+        "second.mp4=137+140, {1}YDTMP_.mp4=137");
+    row("ffmpeg fails", "two", "ffmpeg: exit 1", "", "started started error(-4)",
+        "second.mp4=137+140, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140");
+    row("no format code", "two code=", "", "", "error(-1)", "second.mp4=137+140");
+    row("interpreter missing", "two python=missing", "", "", "started error(-1)", "second.mp4=137+140");
+    row("ffmpeg missing", "two ffmpeg=missing", "", "", "started started error(-7)",
+        "second.mp4=137+140, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140");
+    row("cancelled in item 1", "two", "137: hang", "137", "started error(-1)", "second.mp4=137+140");
+    row("cancelled in the merge", "two", "ffmpeg: hang", "ffmpeg", "started started error(-7) error(-5)",
+        "second.mp4=137+140");
+    row("destination taken", "has=clip.mp4", "", "", "started error(-8)",
+        "clip.mp4=old, second.mp4=137+140, {1}YDTMP_.mp4=137");
+}
+
+/** Whatever the first download left, the second one gives the whole sequence, each notification once. */
+void DownloadTest::secondDownloadAfterTheFirst()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, scenario);
+    QFETCH(QString, hangs);
+    QFETCH(QString, first);
+    QFETCH(QString, files);
+    Stage stage;
+    const Setup applied(setup, stage);
+    stage.play(scenario);
+    auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    downloader->download(Setup::url(), applied.profile(), applied.destination());
+    if (!hangs.isEmpty()) {
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(hangs), Stage::Patience);
+        downloader->cancel();
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first, Stage::Patience);
+
+    stage.provide(Stage::Interpreter, Stage::StandIn);
+    stage.provide(Stage::Ffmpeg, Stage::StandIn);
+    const Setup two(QStringLiteral("two"), stage);
+    stage.play(QStringLiteral("137: announce mp4|progress 50 1000\n140: announce m4a|progress 50 300"));
+    downloader->download(Setup::url(), two.profile(), stage.folder() + QStringLiteral("/second.mp4"));
+    const QString second = QStringLiteral(" started progress(1200,500,10) started progress(1300,1150,10) "
+                                          "progress(1300,1300,0) finished");
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first + second, Stage::Patience);
+    QTest::qWait(30);
+    QCOMPARE(log.text(), first + second);
+    QCOMPARE(stage.files(), files);
+    QCOMPARE(stage.records(LOG_INFO).filter(QStringLiteral("FFMPEG process finished")).size(),
+             stage.keys().count(QStringLiteral("ffmpeg")));
+}
+
+void DownloadTest::secondDownloadFromANotification_data()
+{
+    for (const char *name : {"setup", "scenario", "first", "files"})
+        QTest::addColumn<QString>(name);
+    const auto row = [](const char *name, const char *setup, const char *scenario, const char *first,
+                        const char *files) {
+        QTest::newRow(name) << text(setup) << text(scenario) << text(first) << text(files);
+    };
+    row("finished", "", "", "started finished", "clip.mp4=137, second.mp4=137+140");
+    row("finished merge", "two", "", "started started progress(0,0,0) finished",
+        "clip.mp4=137+140, second.mp4=137+140");
+    row("error(-4), and its leftovers go", "", "137: announce mp4|file mp4.part|exit 1", "started error(-4)",
+        "second.mp4=137+140, {1}YDTMP_.mp4=137");
+    row("error(-8)", "has=clip.mp4", "", "started error(-8)", "clip.mp4=old, second.mp4=137+140, {1}YDTMP_.mp4=137");
+}
+
+/** Hosts that work through a list start the next download where they hear of the end of the one before. */
+void DownloadTest::secondDownloadFromANotification()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, scenario);
+    QFETCH(QString, first);
+    QFETCH(QString, files);
+    Stage stage;
+    const Setup applied(setup, stage);
+    const Setup two(QStringLiteral("two"), stage);
+    stage.play(scenario);
+    const auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    int count = 0;
+    const auto startSecond = [&] {
+        stage.play(QString());
+        if (++count == 1)
+            downloader->download(Setup::url(), two.profile(), stage.folder() + QStringLiteral("/second.mp4"));
+    };
+    connect(downloader.get(), &WebMediaDownloader::finished, this, startSecond);
+    connect(downloader.get(), &WebMediaDownloader::error, this, startSecond);
+    downloader->download(Setup::url(), applied.profile(), applied.destination());
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first + text(" started started progress(0,0,0) finished"), Stage::Patience);
+    QCOMPARE(stage.files(), files);
+}
+
+void DownloadTest::deletedWhenTheToolEnds_data()
+{
+    QTest::addColumn<QString>("scenario");
+    QTest::addColumn<QStringList>("keys");
+    QTest::newRow("item 1") << text("137: announce mp4|mark there|wait go") << QStringList{text("137")};
+    QTest::newRow("item 1 crashes") << text("137: announce mp4|mark there|wait go|kill SIGABRT")
+                                    << QStringList{text("137")};
+    QTest::newRow("item 2") << text("140: announce m4a|mark there|wait go") << QStringList{text("137"), text("140")};
+}
+
+/** The tool ends within the destructor's short wait: no further notification, no further process. */
+void DownloadTest::deletedWhenTheToolEnds()
+{
+    QFETCH(QString, scenario);
+    QFETCH(QStringList, keys);
+    Stage stage;
+    const Setup setup(QStringLiteral("two"), stage);
+    stage.play(scenario);
+    auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    downloader->download(Setup::url(), setup.profile(), setup.destination());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isMarked(QStringLiteral("there")), Stage::Patience);
+    const QString before = log.text();
+    stage.mark(QStringLiteral("go"));
+    downloader.reset();
+    QTest::qWait(100);
+    QCOMPARE(log.text(), before);
+    QCOMPARE(stage.keys(), keys);
+    QCOMPARE(stage.files(), QStringLiteral("{1}YDTMP_.mp4=137"));
+    QVERIFY(stage.isQuiet());
+    QCOMPARE(stage.errors(), QString());
+}
+
+/** Two downloads whose items alternate; each adds its own item 1 to its own item 2. */
+void DownloadTest::sideBySide()
+{
+    Stage stage;
+    stage.play(QStringLiteral(
+        "137: announce mp4|progress 100 1000|mark a1\n138: wait a1|announce mp4|progress 100 5000|mark b1\n"
+        "140: wait b1|announce m4a|progress 50 300|mark a2\n141: wait a2|announce m4a|progress 100 1500"));
+    MediaProfile profile = Setup(QStringLiteral("two"), stage).profile();
+    const auto a = stage.newDownloader();
+    const auto b = stage.newDownloader();
+    const SignalLog logA(a.get());
+    const SignalLog logB(b.get());
+    a->download(Setup::url(), profile, QStringLiteral("a.mp4"));
+    profile.setName(QStringLiteral("138"));
+    profile.setPreferredDashAudioYdCode(QStringLiteral("141"));
+    b->download(Setup::url(), profile, QStringLiteral("b.mp4"));
+    QTRY_COMPARE_WITH_TIMEOUT(logA.text(),
+                              text("started progress(1200,1000,10) started progress(1300,1150,10) "
+                                   "progress(1300,1300,0) finished"),
+                              Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(logB.text(),
+                              text("started progress(6000,5000,10) started progress(6501,6500,10) "
+                                   "progress(6501,6501,0) finished"),
+                              Stage::Patience);
+    QCOMPARE(stage.files(), QStringLiteral("a.mp4=137+140, b.mp4=138+141"));
+}
+
+void DownloadTest::hostKilled_data()
+{
+    for (const char *name : {"job", "phase"})
+        QTest::addColumn<QString>(name);
+    QTest::newRow("extraction") << text("extract") << text("dump");
+    for (const char *phase : {"137", "140", "ffmpeg"})
+        QTest::newRow(phase) << text("download") << text(phase);
+}
+
+/** A host that is killed cannot clean up: the system ends its direct child. */
+void DownloadTest::hostKilled()
+{
+    QFETCH(QString, job);
+    QFETCH(QString, phase);
+    Stage stage;
+    stage.play(phase + QStringLiteral(": spawn|hang"));
+    HostProgram host(stage.path(QStringLiteral("app")));
+    host.start(job, QStringLiteral("/x/yt.zip"), stage.folder() + QStringLiteral("/clip.mp4"));
+    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(phase), Stage::Patience);
+    const QList<Stage::Run> runs = stage.runs();
+    const auto run = std::find_if(runs.begin(), runs.end(), [&](const Stage::Run &each) { return each.key == phase; });
+    QVERIFY(run != runs.end() && Processes::isRunning(run->pid));
+    host.killHard();
+    QTRY_VERIFY_WITH_TIMEOUT(!Processes::isRunning(run->pid), Stage::GraceAfterKill);
+}
+
+NOX_TEST_MAIN(DownloadTest)
+#include "DownloadTest.moc"

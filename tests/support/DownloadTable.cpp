@@ -1,0 +1,69 @@
+#include "DownloadTable.h"
+
+#include "Setup.h"
+#include "SignalLog.h"
+#include "Stage.h"
+
+#include <QtTest>
+
+using namespace Nox;
+
+void DownloadTable::addColumns()
+{
+    for (const char *name : {"setup", "scenario", "action", "notifications", "files", "errors"})
+        QTest::addColumn<QString>(name);
+}
+
+void DownloadTable::row(const char *name, const char *setup, const char *scenario, const char *action,
+                        const char *notifications, const char *files, const char *errors)
+{
+    QTestData &data = QTest::newRow(name);
+    for (const char *text : {setup, scenario, action, notifications, files, errors})
+        data << QString::fromUtf8(text);
+}
+
+void DownloadTable::run()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, scenario);
+    QFETCH(QString, action);
+    QFETCH(QString, notifications);
+    QFETCH(QString, files);
+    QFETCH(QString, errors);
+    const QString verb = action.section(QLatin1Char('@'), 0, 0);
+    const QString moment = action.section(QLatin1Char('@'), 1);
+    const QStringList left = files.split(QStringLiteral(" -> "));
+
+    Stage stage;
+    const Setup applied(setup, stage);
+    stage.play(scenario);
+    std::unique_ptr<WebMediaDownloader> downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    downloader->download(Setup::url(), applied.profile(), applied.destination());
+    if (moment == QLatin1String("end"))
+        QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+    else if (!moment.isEmpty())
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(moment), Stage::Patience);
+    if (verb == QLatin1String("cancel"))
+        downloader->cancel();
+    else if (verb == QLatin1String("clear"))
+        downloader->clear();
+    else if (verb == QLatin1String("delete"))
+        downloader.reset();
+
+    const int grace = verb.isEmpty() ? Stage::Patience : Stage::GraceAfterKill;
+    if (verb != QLatin1String("clear"))
+        QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), grace);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+    QTest::qWait(30);
+    QCOMPARE(log.text(), notifications);
+    QCOMPARE(stage.files(), left.first());
+    const QString found = stage.errors();
+    if (!errors.endsWith(QLatin1Char('*')) || !found.startsWith(errors.chopped(1)))
+        QCOMPARE(found, errors);
+
+    downloader.reset();
+    QCOMPARE(stage.files(), left.last());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QCOMPARE(log.text(), notifications);
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+/**
+ * A table of downloads with stand-ins. Columns, all texts:
+ *   setup          words: two (a DASH video 137 with the audio 140; else only 137), size=BYTES (of the
+ *                  profile), dest=FILE (default clip.mp4 in the stage's folder), has=FILE (there before),
+ *                  python=, ffmpeg= missing or plain (not executable), log=FILE
+ *   scenario       what the stand-ins play
+ *   action         "", or cancel@, clear@ or delete@ with the key of the stand-in that hangs by then, or
+ *                  with "end": when all notifications have come
+ *   notifications  all of them, in order
+ *   files          left in the folder; behind " -> ", where it differs: when the downloader is gone
+ *   errors         log records from LOG_ERROR up, "|" between them; a last "*" stands for any text
+ */
+class DownloadTable
+{
+public:
+    DownloadTable() = delete;
+
+    static void addColumns();
+    static void row(const char *name, const char *setup, const char *scenario, const char *action,
+                    const char *notifications, const char *files, const char *errors);
+    static void run(); ///< runs the current row
+};

@@ -1,0 +1,56 @@
+#include "ExtractTable.h"
+
+#include "Setup.h"
+#include "SignalLog.h"
+#include "Stage.h"
+
+#include <QtTest>
+
+using namespace Nox;
+
+void ExtractTable::addColumns()
+{
+    for (const char *name : {"setup", "scenario", "action", "notifications", "errors"})
+        QTest::addColumn<QString>(name);
+}
+
+void ExtractTable::row(const char *name, const char *setup, const char *scenario, const char *action,
+                       const char *notifications, const char *errors)
+{
+    QTestData &data = QTest::newRow(name);
+    for (const char *text : {setup, scenario, action, notifications, errors})
+        data << QString::fromUtf8(text);
+}
+
+void ExtractTable::run()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, scenario);
+    QFETCH(QString, action);
+    QFETCH(QString, notifications);
+    QFETCH(QString, errors);
+
+    Stage stage;
+    const Setup applied(setup, stage);
+    stage.play(scenario);
+    std::unique_ptr<WebMediaInfoExtractor> extractor = stage.newExtractor();
+    const SignalLog log(extractor.get());
+    extractor->getMediaInfoBySignal(Setup::url());
+    QCOMPARE(log.text(), QString());
+    if (!action.isEmpty())
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("dump")), Stage::Patience);
+    if (action == QLatin1String("cancel"))
+        extractor->cancel();
+    else if (action == QLatin1String("delete"))
+        extractor.reset();
+
+    const int grace = action.isEmpty() ? Stage::Patience : Stage::GraceAfterKill;
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), grace);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+    QTest::qWait(30);
+    QCOMPARE(log.text(), notifications);
+    QCOMPARE(stage.errors(), errors);
+    extractor.reset();
+    QCOMPARE(log.text(), notifications);
+    QVERIFY(stage.isQuiet());
+}

@@ -1,0 +1,31 @@
+#include "HostProgram.h"
+
+#include "Stage.h"
+
+#include <QFile>
+
+HostProgram::HostProgram(const QString &folder)
+    : m_program(folder + QStringLiteral("/host"))
+{
+    Stage::provide(Stage::Interpreter, Stage::StandIn, folder);
+    Stage::provide(Stage::Ffmpeg, Stage::StandIn, folder);
+    if (!QFile::copy(QStringLiteral(NOX_TEST_HOST), m_program))
+        qFatal("cannot copy the host program to %s", qPrintable(m_program));
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+}
+
+void HostProgram::start(const QString &job, const QString &tool, const QString &destFile)
+{
+    m_process.start(m_program, {job, tool, destFile});
+}
+
+bool HostProgram::waitForEnd()
+{
+    return m_process.waitForFinished(Stage::Patience);
+}
+
+void HostProgram::killHard()
+{
+    m_process.kill();
+    m_process.waitForFinished(Stage::Patience);
+}

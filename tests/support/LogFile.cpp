@@ -1,0 +1,40 @@
+#include "LogFile.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+using namespace Nox;
+
+LogFile::LogFile(const QString &path)
+    : m_path(path)
+{
+    Logger::init(path.toStdString(), LOG_DEBUG, LOG_OUT_FILE);
+}
+
+QStringList LogFile::records(_NoxLogLevel lowest, bool withSource) const
+{
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QString text = QString::fromLatin1(file.readAll());
+    static const QRegularExpression header(QStringLiteral(
+        "\\n \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  (\\[\\w+\\])  (\\w+)  ([\\w.]+)\\(line[1-9]\\d*\\) :\\n"));
+    static const QStringList prefixes{QStringLiteral("[DEBUG]"), QStringLiteral("[INFO]"), QStringLiteral("[ERROR]")};
+
+    QStringList result;
+    QRegularExpressionMatch match = header.match(text);
+    if (match.capturedStart() != 0 && !text.isEmpty())
+        return {QStringLiteral("no record: ") + text.left(200)};
+    while (match.hasMatch()) {
+        const auto start = match.capturedEnd();
+        const QRegularExpressionMatch next = header.match(text, start);
+        const auto end = next.hasMatch() ? next.capturedStart() : text.size();
+        const QString message = text.mid(start, end - start - 1); // without the record's own line end
+        if (prefixes.indexOf(match.captured(1)) >= lowest) {
+            const QString source = match.captured(1) + QLatin1Char(' ') + match.captured(3) + QLatin1Char(' ');
+            result.append((withSource ? source : QString()) + match.captured(2) + QStringLiteral(": ") + message);
+        }
+        match = next;
+    }
+    return result;
+}

@@ -1,0 +1,58 @@
+#include "Processes.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+
+/** State and parent of a process, from behind the closing bracket of its name. Empty when there is none. */
+QList<QByteArray> statFields(qint64 pid)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray text = file.readAll();
+    return text.mid(text.lastIndexOf(')') + 2).split(' ');
+}
+
+} // namespace
+
+bool Processes::isRunning(qint64 pid)
+{
+    const QList<QByteArray> fields = statFields(pid);
+    return !fields.isEmpty() && fields.first() != "Z" && fields.first() != "X";
+}
+
+QList<qint64> Processes::children()
+{
+    QList<qint64> pids;
+    const QStringList entries = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString &entry : entries) {
+        const QList<QByteArray> fields = statFields(entry.toLongLong());
+        if (fields.size() > 1 && fields.at(1).toLongLong() == getpid())
+            pids.append(entry.toLongLong());
+    }
+    return pids;
+}
+
+void Processes::end(qint64 pid)
+{
+    if (isRunning(pid))
+        ::kill(static_cast<pid_t>(pid), SIGKILL);
+}
+
+int Processes::openFileCount()
+{
+    return int(QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size());
+}
+
+qint64 Processes::residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QList>
+
+/** What the kernel knows of processes, and of what this one holds. */
+class Processes
+{
+public:
+    Processes() = delete;
+
+    /** Whether a process exists and is no zombie. */
+    static bool isRunning(qint64 pid);
+
+    /** The children of this process, zombies included. */
+    static QList<qint64> children();
+
+    /** Ends a process at once, if it runs. */
+    static void end(qint64 pid);
+
+    static int openFileCount();
+    static qint64 residentBytes();
+};

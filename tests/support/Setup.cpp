@@ -1,0 +1,56 @@
+#include "Setup.h"
+
+#include "Stage.h"
+
+#include <nox/log/Logger.h>
+
+using namespace Nox;
+
+namespace {
+
+void provide(Stage &stage, Stage::Program program, const QString &condition)
+{
+    stage.provide(program, condition == QLatin1String("missing") ? Stage::Missing : Stage::NotExecutable);
+}
+
+} // namespace
+
+Setup::Setup(const QString &words, Stage &stage)
+    : m_destination(stage.folder() + QStringLiteral("/clip.mp4"))
+{
+    m_profile.setName(QStringLiteral("137"));
+    m_profile.setFormat(QStringLiteral("MP4"));
+    m_profile.setMediaType(MEDIA_TYPE_VIDEO);
+    m_profile.setVResolution(QSize(1920, 1080));
+    for (const QString &word : words.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QString name = word.section(QLatin1Char('='), 0, 0);
+        const QString value = word.section(QLatin1Char('='), 1);
+        if (name == QLatin1String("two") || name == QLatin1String("dash"))
+            m_profile.setDash(true);
+        if (name == QLatin1String("two") || name == QLatin1String("companion"))
+            m_profile.setPreferredDashAudioYdCode(QStringLiteral("140"));
+        else if (name == QLatin1String("audio"))
+            m_profile.setMediaType(MEDIA_TYPE_AUDIO);
+        else if (name == QLatin1String("code"))
+            m_profile.setName(value);
+        else if (name == QLatin1String("size"))
+            m_profile.setSize(value.toLongLong());
+        else if (name == QLatin1String("dest"))
+            m_destination = value;
+        else if (name == QLatin1String("has"))
+            stage.putFile(value);
+        else if (name == QLatin1String("python"))
+            provide(stage, Stage::Interpreter, value);
+        else if (name == QLatin1String("ffmpeg"))
+            provide(stage, Stage::Ffmpeg, value);
+        else if (name == QLatin1String("log"))
+            Logger::init(value.toStdString(), LOG_DEBUG, LOG_OUT_FILE);
+        else if (name != QLatin1String("dash"))
+            qFatal("unknown word in a setup: %s", qPrintable(word));
+    }
+}
+
+QString Setup::url()
+{
+    return QStringLiteral("http://127.0.0.1/watch?v=1&list=2");
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <nox/model/MediaProfile.h>
+
+#include <QString>
+
+class Stage;
+
+/** What the first column of a table says, see DownloadTable and ExtractTable. */
+class Setup
+{
+public:
+    Setup(const QString &words, Stage &stage);
+
+    const Nox::MediaProfile &profile() const
+    {
+        return m_profile;
+    }
+    const QString &destination() const
+    {
+        return m_destination;
+    }
+
+    /** Page address; what is behind its "&" does not reach the tool. */
+    static QString url();
+
+private:
+    Nox::MediaProfile m_profile;
+    QString m_destination;
+};
