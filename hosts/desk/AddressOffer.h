@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QClipboard>
+#include <QMimeData>
+#include <QObject>
+
+namespace NoxDesk {
+
+/** An address on the clipboard, offered as long as it is news. */
+class AddressOffer : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit AddressOffer(QClipboard &clipboard, QObject *parent = nullptr);
+
+    QString address() const; ///< The offered address; empty when there is none.
+
+    /** Looks at the clipboard again; systems may show it to the active window only. */
+    void check();
+
+    /** No offer of an address that the user has already. */
+    void setKnown(const QString &address);
+
+    /** The address that dropped or copied data holds; empty when it holds none that can be read. */
+    static QString addressIn(const QMimeData *data);
+
+Q_SIGNALS:
+    void changed(const QString &address);
+
+private:
+    QClipboard &m_clipboard;
+    QString m_address;
+    QString m_known;
+};
+
+} // namespace NoxDesk

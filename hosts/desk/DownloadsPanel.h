@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+
+class QLabel;
+class QModelIndex;
+class QPushButton;
+class QVBoxLayout;
+
+namespace NoxDesk {
+
+class DownloadListModel;
+class DownloadRow;
+
+/**
+ * The list of downloads. Each row is made of widgets, not drawn by a delegate, so that its buttons can
+ * be reached by keyboard and its bar be read by a screen reader.
+ */
+class DownloadsPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** @param model must outlive the panel */
+    explicit DownloadsPanel(DownloadListModel &model, QWidget *parent = nullptr);
+
+Q_SIGNALS:
+    void logRequested();
+
+private:
+    QLayout *makeHead();
+    QWidget *makeList();
+    void insertRows(int first, int last);
+    void removeRows(int first, int last);
+    void refreshRows(int first, int last);
+    DownloadRow *newRow();
+    int rowOf(DownloadRow *widget) const;
+    void showCounts();
+
+    DownloadListModel &m_model;
+    QList<DownloadRow *> m_rows;
+    QVBoxLayout *m_rowLayout = nullptr;
+    QLabel *m_emptyWords = nullptr;
+    QPushButton *m_removeEndedButton = nullptr;
+};
+
+} // namespace NoxDesk

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QLabel>
+
+namespace NoxDesk {
+
+/** One line of plain text that shortens itself to the room there is. */
+class ElidedLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(Qt::TextElideMode mode, QWidget *parent = nullptr);
+
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    Qt::TextElideMode m_mode;
+};
+
+} // namespace NoxDesk

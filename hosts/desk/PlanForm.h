@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QFileDialog>
+#include <QPointer>
+#include <QWidget>
+
+class QComboBox;
+class QGridLayout;
+class QLineEdit;
+class QPushButton;
+
+namespace NoxDesk {
+
+class DownloadPlan;
+class ReasonLabel;
+
+/** Sound and destination of the next download, and the button that begins it. */
+class PlanForm : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** @param plan must outlive the form */
+    explicit PlanForm(DownloadPlan &plan, QWidget *parent = nullptr);
+
+Q_SIGNALS:
+    void downloadRequested();
+
+private:
+    void addSound(QGridLayout &layout);
+    void addDestination(QGridLayout &layout);
+    void refresh();
+    void fillSounds();
+    void browse();
+
+    DownloadPlan &m_plan;
+    QComboBox *m_sound;
+    ReasonLabel *m_soundProblem;
+    QLineEdit *m_destination;
+    QPushButton *m_browseButton;
+    ReasonLabel *m_destinationProblem;
+    QPushButton *m_downloadButton;
+    QPointer<QFileDialog> m_dialog;
+};
+
+} // namespace NoxDesk

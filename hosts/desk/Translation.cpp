@@ -1,0 +1,38 @@
+#include "Translation.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+static void initResources()
+{
+    Q_INIT_RESOURCE(desk);
+}
+
+namespace NoxDesk {
+
+namespace {
+
+void install(const QLocale &locale, const QString &name, const QString &folder)
+{
+    auto *translator = new QTranslator(QCoreApplication::instance());
+    if (translator->load(locale, name, QStringLiteral("_"), folder)) {
+        QCoreApplication::installTranslator(translator);
+    } else {
+        delete translator;
+    }
+}
+
+} // namespace
+
+void installTranslation(const QLocale &locale)
+{
+    initResources();
+    // The texts in the source are English, which no file holds.
+    if (locale.language() == QLocale::English) {
+        return;
+    }
+    install(locale, QStringLiteral("qtbase"), QStringLiteral(NOX_QT_TRANSLATIONS));
+    install(locale, QStringLiteral("nox-desk"), QStringLiteral(":/i18n"));
+}
+
+} // namespace NoxDesk

@@ -1,0 +1,532 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <name>NoxDesk::AddressBar</name>
+    <message>
+        <source>&amp;Read page</source>
+        <translation>Seite &amp;lesen</translation>
+    </message>
+    <message>
+        <source>Address of the page</source>
+        <translation>Adresse der Seite</translation>
+    </message>
+    <message>
+        <source>https://… of a page with a video or a sound recording</source>
+        <translation>https://… einer Seite mit einem Video oder einer Tonaufnahme</translation>
+    </message>
+    <message>
+        <source>&amp;Address:</source>
+        <translation>&amp;Adresse:</translation>
+    </message>
+    <message>
+        <source>&amp;Use the address on the clipboard: %1</source>
+        <translation>Adresse aus der &amp;Zwischenablage verwenden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::Download</name>
+    <message>
+        <source>Cancelling…</source>
+        <translation>Wird abgebrochen …</translation>
+    </message>
+    <message>
+        <source>Finished, %1</source>
+        <translation>Fertig, %1</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Fetching video</source>
+        <translation>Video wird geladen</translation>
+    </message>
+    <message>
+        <source>Fetching audio</source>
+        <translation>Ton wird geladen</translation>
+    </message>
+    <message>
+        <source>Joining video and audio</source>
+        <translation>Video und Ton werden zusammengefügt</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Wird gestartet</translation>
+    </message>
+    <message>
+        <source>%1 left</source>
+        <translation>noch %1</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::DownloadListModel</name>
+    <message>
+        <source>%1: %2</source>
+        <comment>title, status</comment>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::DownloadPlan</name>
+    <message>
+        <source>Another download is making this file.</source>
+        <translation>Ein anderer Download erzeugt diese Datei gerade.</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::DownloadRow</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Open file</source>
+        <translation>Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Show in folder</source>
+        <translation>Im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Progress of %1</source>
+        <translation>Fortschritt von %1</translation>
+    </message>
+    <message>
+        <source>Download of %1</source>
+        <translation>Download von %1</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>button, file</comment>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::DownloadsPanel</name>
+    <message>
+        <source>Remove &amp;ended</source>
+        <translation>&amp;Beendete entfernen</translation>
+    </message>
+    <message>
+        <source>Takes ended downloads off the list; files stay</source>
+        <translation>Nimmt beendete Downloads aus der Liste; Dateien bleiben</translation>
+    </message>
+    <message>
+        <source>Downloads:</source>
+        <translation>Downloads:</translation>
+    </message>
+    <message>
+        <source>No downloads yet</source>
+        <translation>Noch keine Downloads</translation>
+    </message>
+    <message>
+        <source>Downloads</source>
+        <translation>Downloads</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::FailureBox</name>
+    <message>
+        <source>Show log</source>
+        <translation>Protokoll zeigen</translation>
+    </message>
+    <message>
+        <source>Shows the log of the download tool</source>
+        <translation>Zeigt das Protokoll des Download-Werkzeugs</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::LogDialog</name>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Log of the download tool</source>
+        <translation>Protokoll des Download-Werkzeugs</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::MainWindow</name>
+    <message>
+        <source>Nox Desk</source>
+        <translation>Nox Desk</translation>
+    </message>
+    <message>
+        <source>What has been fetched so far will be removed.</source>
+        <translation>Was bisher geladen wurde, wird entfernt.</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;downloads and close</source>
+        <translation>&amp;Downloads abbrechen und schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Go on</source>
+        <translation>&amp;Weiter laden</translation>
+    </message>
+    <message>
+        <source>Downloads still running: %1. Cancel them and close?</source>
+        <translation>Noch laufende Downloads: %1. Abbrechen und schließen?</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::PagePanel</name>
+    <message>
+        <source>Paste or drop the address of a page above and press Enter.
+Its streams appear here, to choose from.</source>
+        <translation>Fügen Sie oben die Adresse einer Seite ein, oder ziehen Sie sie hierher, und drücken Sie die Eingabetaste.
+Hier erscheinen dann ihre Streams zur Auswahl.</translation>
+    </message>
+    <message>
+        <source>Reading the page…</source>
+        <translation>Die Seite wird gelesen …</translation>
+    </message>
+    <message>
+        <source>The page is being read</source>
+        <translation>Die Seite wird gelesen</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>Abb&amp;rechen</translation>
+    </message>
+    <message>
+        <source>Duration %1</source>
+        <translation>Dauer %1</translation>
+    </message>
+    <message>
+        <source>Duration unknown</source>
+        <translation>Dauer unbekannt</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::PlanForm</name>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>D&amp;urchsuchen …</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>&amp;Herunterladen</translation>
+    </message>
+    <message>
+        <source>Sound to join with the picture</source>
+        <translation>Ton, der zum Bild gefügt wird</translation>
+    </message>
+    <message>
+        <source>&amp;Sound:</source>
+        <translation>&amp;Ton:</translation>
+    </message>
+    <message>
+        <source>File to save to</source>
+        <translation>Datei, in die gespeichert wird</translation>
+    </message>
+    <message>
+        <source>&amp;File:</source>
+        <translation>&amp;Datei:</translation>
+    </message>
+    <message>
+        <source>The page has none</source>
+        <translation>Die Seite hat keinen</translation>
+    </message>
+    <message>
+        <source>Part of the stream</source>
+        <translation>Im Stream enthalten</translation>
+    </message>
+    <message>
+        <source>None, the picture only</source>
+        <translation>Keiner, nur das Bild</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Speichern unter</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>container, bit rate</comment>
+        <translation>%1, %2</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::StreamPanel</name>
+    <message>
+        <source>Show a&amp;ll</source>
+        <translation>Alle zei&amp;gen</translation>
+    </message>
+    <message>
+        <source>Shows streams that differ little from others, too</source>
+        <translation>Zeigt auch Streams, die sich von anderen kaum unterscheiden</translation>
+    </message>
+    <message>
+        <source>S&amp;treams:</source>
+        <translation>&amp;Streams:</translation>
+    </message>
+    <message>
+        <source>Streams of the page</source>
+        <translation>Streams der Seite</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::StreamTableModel</name>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>%1 (DASH)</source>
+        <translation>%1 (DASH)</translation>
+    </message>
+    <message>
+        <source>Quality</source>
+        <translation>Qualität</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::ThumbnailView</name>
+    <message>
+        <source>No picture of the page</source>
+        <translation>Kein Bild der Seite</translation>
+    </message>
+    <message>
+        <source>Picture of the page</source>
+        <translation>Bild der Seite</translation>
+    </message>
+</context>
+<context>
+    <name>NoxHost::Destination</name>
+    <message>
+        <source>The file needs a name.</source>
+        <translation>Die Datei braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a folder.</source>
+        <translation>„%1“ ist ein Ordner.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; exists already; an existing file is never replaced.</source>
+        <translation>„%1“ gibt es schon; eine vorhandene Datei wird nie ersetzt.</translation>
+    </message>
+    <message>
+        <source>The name is too long: %1 characters are the most.</source>
+        <translation>Der Name ist zu lang: Mehr als %1 Zeichen sind nicht möglich.</translation>
+    </message>
+    <message>
+        <source>The name is too long: it takes more than %1 bytes.</source>
+        <translation>Der Name ist zu lang: Er belegt mehr als %1 Byte.</translation>
+    </message>
+    <message>
+        <source>The name must not end in a dot.</source>
+        <translation>Der Name darf nicht mit einem Punkt enden.</translation>
+    </message>
+    <message>
+        <source>The name must not hold any of / \ : * ? &quot; &lt; &gt; |</source>
+        <translation>Der Name darf keines der Zeichen / \ : * ? &quot; &lt; &gt; | enthalten</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; does not exist.</source>
+        <translation>Den Ordner „%1“ gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a folder.</source>
+        <translation>„%1“ ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>You may not write into the folder &quot;%1&quot;.</source>
+        <translation>In den Ordner „%1“ dürfen Sie nicht schreiben.</translation>
+    </message>
+    <message>
+        <source>audio</source>
+        <translation>Ton</translation>
+    </message>
+    <message>
+        <source>video</source>
+        <translation>Video</translation>
+    </message>
+</context>
+<context>
+    <name>NoxHost::FailureText</name>
+    <message>
+        <source>The download tool could not be run. Check that the programs beside this one are complete and may be executed, and that memory is not short.</source>
+        <translation>Das Download-Werkzeug ließ sich nicht ausführen. Prüfen Sie, ob die Programme neben diesem vollständig und ausführbar sind und ob der Arbeitsspeicher reicht.</translation>
+    </message>
+    <message>
+        <source>Joining video and audio failed: ffmpeg reported an error. Check that there is room on the disk, or choose a stream with sound of its own.</source>
+        <translation>Video und Ton ließen sich nicht zusammenfügen: ffmpeg meldet einen Fehler. Prüfen Sie, ob auf dem Datenträger Platz ist, oder wählen Sie einen Stream mit eigenem Ton.</translation>
+    </message>
+    <message>
+        <source>The download tool gave up. Check the network connection and the room on the disk, or choose another stream; the address may have expired, so read the page again.</source>
+        <translation>Das Download-Werkzeug hat aufgegeben. Prüfen Sie die Netzverbindung und den Platz auf dem Datenträger, oder wählen Sie einen anderen Stream; die Adresse kann abgelaufen sein, lesen Sie die Seite dann neu.</translation>
+    </message>
+    <message>
+        <source>Joining video and audio failed: ffmpeg crashed or was killed. Try again, or choose a stream with sound of its own.</source>
+        <translation>Video und Ton ließen sich nicht zusammenfügen: ffmpeg ist abgestürzt oder wurde beendet. Versuchen Sie es noch einmal, oder wählen Sie einen Stream mit eigenem Ton.</translation>
+    </message>
+    <message>
+        <source>The download tool crashed or was killed. Check that memory is not short, and try again.</source>
+        <translation>Das Download-Werkzeug ist abgestürzt oder wurde beendet. Prüfen Sie, ob der Arbeitsspeicher reicht, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Joining video and audio failed: ffmpeg could not be run. Check that it stands beside this program and may be executed.</source>
+        <translation>Video und Ton ließen sich nicht zusammenfügen: ffmpeg ließ sich nicht ausführen. Prüfen Sie, ob es neben diesem Programm steht und ausführbar ist.</translation>
+    </message>
+    <message>
+        <source>The finished file could not get its final name. Check that its folder still exists and may be written to, and that there is room on the disk.</source>
+        <translation>Die fertige Datei konnte ihren endgültigen Namen nicht bekommen. Prüfen Sie, ob es ihren Ordner noch gibt, ob Sie in ihn schreiben dürfen und ob auf dem Datenträger Platz ist.</translation>
+    </message>
+    <message>
+        <source>The download failed for an unknown reason (code %1). The log may tell more.</source>
+        <translation>Der Download ist aus unbekanntem Grund fehlgeschlagen (Code %1). Das Protokoll sagt vielleicht mehr.</translation>
+    </message>
+    <message>
+        <source>The download tool could not read the page. Check the address and the network connection; the page may not be supported.</source>
+        <translation>Das Download-Werkzeug konnte die Seite nicht lesen. Prüfen Sie die Adresse und die Netzverbindung; vielleicht wird die Seite nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>The Python interpreter could not be started. Check that it stands beside this program and may be executed.</source>
+        <translation>Der Python-Interpreter ließ sich nicht starten. Prüfen Sie, ob er neben diesem Programm steht und ausführbar ist.</translation>
+    </message>
+    <message>
+        <source>The download tool did not answer in time. Try again.</source>
+        <translation>Das Download-Werkzeug hat nicht rechtzeitig geantwortet. Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The download tool&apos;s answer could not be read. Try again.</source>
+        <translation>Die Antwort des Download-Werkzeugs ließ sich nicht lesen. Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The download tool could not be written to. Try again.</source>
+        <translation>An das Download-Werkzeug ließ sich nichts übergeben. Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The download tool failed for an unknown reason (code %1). The log may tell more.</source>
+        <translation>Das Download-Werkzeug ist aus unbekanntem Grund fehlgeschlagen (Code %1). Das Protokoll sagt vielleicht mehr.</translation>
+    </message>
+    <message>
+        <source>The page holds no stream that can be downloaded. Check the address; the page may need a newer download tool.</source>
+        <translation>Die Seite enthält keinen Stream, der sich herunterladen lässt. Prüfen Sie die Adresse; vielleicht braucht die Seite ein neueres Download-Werkzeug.</translation>
+    </message>
+    <message>
+        <source>Nothing can be written into &quot;%1&quot; (%2). Check your rights and the room on the disk, or choose another folder.</source>
+        <translation>In „%1“ lässt sich nichts schreiben (%2). Prüfen Sie Ihre Rechte und den Platz auf dem Datenträger, oder wählen Sie einen anderen Ordner.</translation>
+    </message>
+    <message>
+        <source>The finished file could not be moved to &quot;%1&quot;. Check that the folder still exists and may be written to.</source>
+        <translation>Die fertige Datei ließ sich nicht nach „%1“ verschieben. Prüfen Sie, ob es den Ordner noch gibt und ob Sie in ihn schreiben dürfen.</translation>
+    </message>
+</context>
+<context>
+    <name>NoxHost::StreamText</name>
+    <message>
+        <source>audio</source>
+        <translation>Ton</translation>
+    </message>
+    <message>
+        <source>3D video only</source>
+        <translation>nur 3D-Video</translation>
+    </message>
+    <message>
+        <source>3D video</source>
+        <translation>3D-Video</translation>
+    </message>
+    <message>
+        <source>video only</source>
+        <translation>nur Video</translation>
+    </message>
+    <message>
+        <source>video</source>
+        <translation>Video</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+</context>
+<context>
+    <name>NoxHost::ToolSetup</name>
+    <message>
+        <source>The Python interpreter is missing: there is no program &quot;%1&quot;.</source>
+        <translation>Der Python-Interpreter fehlt: Es gibt kein Programm „%1“.</translation>
+    </message>
+    <message>
+        <source>The download tool is missing: there is no file &quot;%1&quot;.</source>
+        <translation>Das Download-Werkzeug fehlt: Es gibt keine Datei „%1“.</translation>
+    </message>
+    <message>
+        <source>The download tool &quot;%1&quot; cannot be read.</source>
+        <translation>Das Download-Werkzeug „%1“ lässt sich nicht lesen.</translation>
+    </message>
+    <message>
+        <source>Video and audio cannot be joined: there is no program &quot;%1&quot;.</source>
+        <translation>Video und Ton lassen sich nicht zusammenfügen: Es gibt kein Programm „%1“.</translation>
+    </message>
+</context>
+<context>
+    <name>NoxHost::TransferFigures</name>
+    <message>
+        <source>%1 / %2</source>
+        <translation>%1 / %2</translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <translation>%1/s</translation>
+    </message>
+</context>
+<context>
+    <name>NoxHost::UrlCheck</name>
+    <message>
+        <source>There is no address.</source>
+        <translation>Es fehlt eine Adresse.</translation>
+    </message>
+    <message>
+        <source>An address must start with http:// or https://.</source>
+        <translation>Eine Adresse muss mit http:// oder https:// beginnen.</translation>
+    </message>
+    <message>
+        <source>An address must not hold blanks; give exactly one.</source>
+        <translation>Eine Adresse darf keine Leerzeichen enthalten; geben Sie genau eine an.</translation>
+    </message>
+    <message>
+        <source>An address must not hold quotes; write %22 or %27 instead.</source>
+        <translation>Eine Adresse darf keine Anführungszeichen enthalten; schreiben Sie stattdessen %22 oder %27.</translation>
+    </message>
+    <message>
+        <source>The address is incomplete: a server name must follow http:// or https://.</source>
+        <translation>Die Adresse ist unvollständig: Auf http:// oder https:// muss ein Servername folgen.</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>Downloads videos from web pages.</source>
+        <translation>Lädt Videos von Webseiten herunter.</translation>
+    </message>
+    <message>
+        <source>Page to read at once.</source>
+        <translation>Seite, die sofort gelesen wird.</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,74 @@
+#include "Desk.h"
+#include "MainWindow.h"
+#include "Translation.h"
+#include "common/Locale.h"
+#include "fetch/InterruptWatcher.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QIcon>
+#include <QLoggingCategory>
+#include <QStandardPaths>
+
+namespace {
+
+constexpr qint64 largestLog = 1024 * 1024;
+
+/** The log of this and earlier times; begun anew when it has become large. */
+QString logFile()
+{
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
+    folder.mkpath(QStringLiteral("."));
+    const QString path = folder.filePath(QStringLiteral("nox-desk.log"));
+    if (QFileInfo(path).size() > largestLog) {
+        QFile::remove(path);
+    }
+    return path;
+}
+
+/** The page address on the command line; empty when there is none. Ends the program for --help and mistakes. */
+QString addressFrom(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QCoreApplication::translate("main", "Downloads videos from web pages."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("URL"), QCoreApplication::translate("main", "Page to read at once."),
+                                 QStringLiteral("[URL]"));
+    parser.process(arguments);
+    return parser.positionalArguments().value(0);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    using namespace NoxDesk;
+
+    NoxHost::ensureUtf8Locale();
+    if (!qEnvironmentVariableIsSet("QT_AUTO_SCREEN_SCALE_FACTOR")) {
+        qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1"); // Qt 5 does not scale unless asked to
+    }
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("noxwebmedia"));
+    QCoreApplication::setApplicationName(QStringLiteral("nox-desk"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(NOX_DESK_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("nox-desk"));
+    // On the debug channel the library traces; QT_LOGGING_RULES brings it back.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    installTranslation(QLocale());
+    const QString address = addressFrom(QCoreApplication::arguments());
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nox-desk.png")));
+
+    Desk desk(logFile());
+    MainWindow window(desk);
+    const NoxFetch::InterruptWatcher interrupts;
+    QObject::connect(&interrupts, &NoxFetch::InterruptWatcher::interrupted, &window, &MainWindow::cancelAllAndClose);
+    window.show();
+    if (!address.isEmpty()) {
+        window.read(address);
+    }
+    return QApplication::exec();
+}
