@@ -98,7 +98,10 @@ void DownloadJob::onProgress(qint64 total, qint64 finish, qint64 speed)
     if (m_state != State::Running) {
         return;
     }
-    m_patience.stop(); // whatever was wrong, it goes on
+    m_patience.stop();                                 // whatever was wrong, it goes on
+    if (m_startedStreams > 1 && finish + 1 >= total) { // the figures of two streams stop one byte short
+        setPhase(Phase::Joining);
+    }
     Q_EMIT progressed(TransferFigures(total, finish, speed));
 }
 
@@ -112,9 +115,6 @@ void DownloadJob::onError(qint32 code)
         return;
     }
     m_code = code;
-    if (code == -7) {
-        setPhase(Phase::Joining);
-    }
     // A process error may be followed by a more telling code, or by nothing. The downloader's own
     // clearing up follows the notification, and tells by what it leaves which program it was.
     m_patience.start(code == -1 || code == -7 ? doubtMs : 0);
@@ -157,7 +157,7 @@ void DownloadJob::setPhase(Phase phase)
 
 void DownloadJob::settleFailure()
 {
-    const bool joining = m_phase == Phase::Joining || (m_startedStreams > 1 && m_folder.completeStreams() > 1);
+    const bool joining = m_startedStreams > 1 && m_folder.completeStreams() > 1;
     fail(m_code, FailureText::download(m_code, joining ? FailureText::During::Joining : FailureText::During::Fetching));
 }
 

@@ -74,13 +74,16 @@ QString LibraryLog::complaints() const
     const QString text = decoded(file.readAll());
     static const QRegularExpression header(
         QStringLiteral("\\n \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  \\[[A-Z]+\\] [^\\n]*\\(line\\d+\\) :\\n"));
-    static const QRegularExpression complaint(QStringLiteral("^(?:Yd extract|Yd process|FFMPEG) read error: "));
+    // A blank follows some texts, a line end every one.
+    static const QRegularExpression complaint(
+        QStringLiteral("^(?:Yd extract|Yd process|FFMPEG) read error: (.*?) ?\\n?$"),
+        QRegularExpression::DotMatchesEverythingOption);
     QString result;
     const QStringList messages = text.split(header);
     for (const QString &message : messages) {
         const QRegularExpressionMatch match = complaint.match(message);
         if (match.hasMatch()) {
-            result += message.mid(match.capturedEnd());
+            result += match.captured(1);
         }
     }
     return toolWords(result);

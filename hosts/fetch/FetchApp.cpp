@@ -129,7 +129,7 @@ void FetchApp::onPhase(DownloadJob::Phase phase)
         m_progress.begin(QStringLiteral("video"));
         break;
     case DownloadJob::Phase::Audio:
-        m_progress.begin(QStringLiteral("audio"));
+        m_progress.proceed(QStringLiteral("audio"));
         break;
     case DownloadJob::Phase::Joining:
         m_progress.begin(QStringLiteral("joining"));

@@ -23,9 +23,14 @@ ProgressBar::ProgressBar(Console &console, QObject *parent)
 
 void ProgressBar::begin(const QString &activity)
 {
-    m_activity = activity;
     m_figures = {};
     m_linePercent = 0;
+    proceed(activity);
+}
+
+void ProgressBar::proceed(const QString &activity)
+{
+    m_activity = activity;
     m_sinceLine.start();
     if (m_console.isTerminal()) {
         draw();

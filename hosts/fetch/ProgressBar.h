@@ -25,6 +25,9 @@ public:
     /** Something new begins, such as "extracting". */
     void begin(const QString &activity);
 
+    /** The same goes on with something else: the figures stand until there are new ones. */
+    void proceed(const QString &activity);
+
     /** It has got on. */
     void advance(const NoxHost::TransferFigures &figures);
 

@@ -1,0 +1,79 @@
+#include "FetchProgram.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <csignal>
+
+namespace {
+
+constexpr int patienceMs = 60000; // only a failing test waits so long
+
+QString programFile()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/nox-fetch");
+}
+
+} // namespace
+
+bool FetchProgram::install()
+{
+    QFile::remove(programFile());
+    return QFile::copy(QStringLiteral(NOX_FETCH_PROGRAM), programFile());
+}
+
+FetchProgram::FetchProgram(const QString &workingFolder)
+{
+    m_process.setWorkingDirectory(workingFolder);
+}
+
+FetchProgram::~FetchProgram()
+{
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void FetchProgram::start(const QStringList &arguments)
+{
+    m_process.start(programFile(), arguments);
+    m_process.waitForStarted();
+}
+
+bool FetchProgram::run(const QStringList &arguments)
+{
+    start(arguments);
+    return waitForEnd();
+}
+
+bool FetchProgram::waitForEnd()
+{
+    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(patienceMs);
+    m_output = QString::fromUtf8(m_process.readAllStandardOutput());
+    m_errors = QString::fromUtf8(m_process.readAllStandardError());
+    return hasEnded;
+}
+
+void FetchProgram::interrupt(int signalNumber)
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), signalNumber);
+}
+
+int FetchProgram::exitCode() const
+{
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+QString FetchProgram::output() const
+{
+    return m_output;
+}
+
+QString FetchProgram::errors() const
+{
+    return m_errors;
+}
+
+QProcess &FetchProgram::process()
+{
+    return m_process;
+}

@@ -1,0 +1,302 @@
+#include "FetchProgram.h"
+#include "Stage.h"
+#include "TestMain.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+// 18 has sound of its own, 137 needs 140 or 251.
+const char page[] = R"(dump: out {"title":"Clip","duration":3661,"formats":[)"
+                    R"({"format_id":"140","ext":"m4a","vcodec":"none","acodec":"mp4a","abr":128},)"
+                    R"({"format_id":"251","ext":"webm","vcodec":"none","acodec":"opus","abr":160},)"
+                    R"({"format_id":"18","ext":"mp4","width":640,"height":360,"vcodec":"avc1","acodec":"mp4a"},)"
+                    R"({"format_id":"137","ext":"mp4","width":1280,"height":720,"vcodec":"avc1","acodec":"none"}]})";
+
+QString url()
+{
+    return QStringLiteral("http://127.0.0.1/page");
+}
+
+} // namespace
+
+/** nox-fetch, from the command line to the files, with stand-ins for the external programs. */
+class FetchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void outcomes_data();
+    void outcomes();
+    void missingPrograms_data();
+    void missingPrograms();
+    void interrupts_data();
+    void interrupts();
+    void json();
+    void quietVerboseLog();
+    void bar();
+
+private:
+    static QStringList leftInFolder(const Stage &stage);
+};
+
+void FetchTest::initTestCase()
+{
+    QVERIFY(FetchProgram::install());
+    // The stand-in for the interpreter does not look into it.
+    QVERIFY(QFile(QCoreApplication::applicationDirPath() + QStringLiteral("/yt.zip")).open(QIODevice::WriteOnly));
+}
+
+QStringList FetchTest::leftInFolder(const Stage &stage)
+{
+    return QDir(stage.folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+void FetchTest::outcomes_data()
+{
+    QTest::addColumn<QString>("scenario");  // behind the page; a "dump" of its own wins
+    QTest::addColumn<QString>("arguments"); // "|" between them; the page's address follows
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("output"); // DIR is the working folder
+    QTest::addColumn<QString>("error");  // "|" between texts that must be there; "!" in front: must not
+    QTest::addColumn<QString>("files");  // "Clip.mp4" is put there before when the row's name says so
+    QTest::addColumn<QString>("runs");
+
+    const auto row = [](const char *name, const char *scenario, const char *arguments, int exitCode, const char *output,
+                        const char *error, const char *files, const char *runs) {
+        const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
+        QTest::newRow(name) << text(scenario) << text(arguments) << exitCode << text(output) << text(error)
+                            << text(files) << text(runs);
+    };
+    const char done[] = "DIR/Clip.mp4\n";
+    row("best and companion", "", "", 0, done, "Clip (1:01:01)|137 (video only, MP4, 720P) with audio 140|joining",
+        "Clip.mp4=137+140", "dump 137 140 ffmpeg");
+    row("format", "", "-f|18", 0, done, "video", "Clip.mp4=18", "dump 18");
+    row("no audio", "", "--no-audio", 0, done, "!joining", "Clip.mp4=137", "dump 137");
+    row("other audio", "251: announce webm", "-a|251", 0, done, "", "Clip.mp4=137+251", "dump 137 251 ffmpeg");
+    row("audio alone", "", "-f|140", 0, "DIR/Clip.m4a\n", "audio", "Clip.m4a=140", "dump 140");
+    row("output", "", "-f|18|-o|my %(id)s.x", 0, "DIR/my %(id)s.x\n", "", "my %(id)s.x=18", "dump 18");
+    row("name taken", "", "-f|18", 0, "DIR/Clip(1).mp4\n", "", "Clip(1).mp4=18, Clip.mp4=old", "dump 18");
+    row("taken meanwhile", "18: announce mp4|touch ../Clip.mp4", "-f|18", 0, "DIR/Clip(1).mp4\n", "",
+        "Clip(1).mp4=18, Clip.mp4=new", "dump 18");
+    row("list", "", "-l", 0,
+        "   CODE  KIND        CONTAINER  QUALITY  SIZE  DASH/3D\n"
+        "*  137   video only  MP4        720P     -     DASH\n"
+        "   18    video       MP4        360P     -     -\n"
+        "   251   audio       WEBM       160K     -     DASH\n"
+        "*  140   audio       M4A        128K     -     DASH\n",
+        "", "", "dump");
+
+    row("output taken", "", "-o|Clip.mp4", 2, "", "exists already", "Clip.mp4=old", "");
+    row("output in no folder", "", "-o|none/x.mp4", 2, "", "does not exist", "", "");
+    row("two addresses", "", "http://127.0.0.1/", 2, "", "exactly one", "", "");
+    row("unknown option", "", "--frmat=18", 2, "", "frmat", "", "");
+    row("log in no folder", "", "--log|none/log", 2, "", "log file", "", "");
+    row("unknown format", "", "-f|999", 2, "", "\"999\"; it has: 137, 18, 251, 140", "", "dump");
+    row("audio that is video", "", "-a|18", 2, "", "it has: 251, 140", "", "dump");
+    row("audio for a stream with sound", "", "-f|18|-a|140", 2, "", "\"18\"", "", "dump");
+
+    row("page error", R"(dump: err ERROR: no such video\n|exit 1)", "", 1, "", "could not read|ERROR: no such video",
+        "", "dump");
+    row("warning and error in one breath", R"(dump: err WARNING: odd\nERROR: gone\n|exit 1)", "", 1, "",
+        "ERROR: gone|!odd", "", "dump");
+    row("error in two pieces", R"(dump: err ERROR: first |err second\n|exit 1)", "", 1, "", "ERROR: first second", "",
+        "dump");
+    row("complaint but success", R"(dump: err Deprecated\n|json Late 18)", "-f|18", 0, "DIR/Late.mp4\n", "!Deprecated",
+        "Late.mp4=18", "dump 18");
+    row("complaint but no page", R"(dump: err some words\n|out {})", "", 1, "", "no stream|some words", "", "dump");
+    row("no stream", "dump: json Clip ", "-l", 1, "", "no stream", "", "dump");
+    row("no code that can be passed on", "dump: json Clip --exec=x", "", 1, "", "no stream", "", "dump");
+    row("tool crash", "dump: kill SIGSEGV", "", 1, "", "crashed", "", "dump");
+
+    row("video fails", R"(137: file mp4.part|touch x.ytdl|err ERROR: HTTP 403\n|exit 1)", "", 3, "",
+        "tool gave up|code -4|ERROR: HTTP 403", "", "dump 137");
+    row("video crashes", "137: announce mp4|kill SIGSEGV", "", 3, "", "crashed|code -5", "", "dump 137");
+    row("audio fails", "140: announce m4a|exit 2", "", 3, "", "tool gave up|code -4", "", "dump 137 140");
+    row("joining fails", R"(ffmpeg: err Invalid data\n|exit 1)", "", 3, "", "Joining|ffmpeg reported|-4|Invalid data",
+        "", "dump 137 140 ffmpeg");
+    row("joining crashes", "ffmpeg: kill SIGSEGV", "", 3, "", "Joining|ffmpeg crashed|code -5", "",
+        "dump 137 140 ffmpeg");
+    row("no final name", "18: file mp4", "-f|18", 3, "", "final name|code -8", "", "dump 18");
+    row("folder gone", "18: announce mp4|vanish", "-f|18", 3, "", "final name", "", "dump 18");
+}
+
+void FetchTest::outcomes()
+{
+    QFETCH(QString, scenario);
+    QFETCH(QString, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, output);
+    QFETCH(QString, error);
+    QFETCH(QString, files);
+    QFETCH(QString, runs);
+
+    Stage stage;
+    stage.play(QLatin1String(page) + QLatin1Char('\n') + scenario);
+    if (QByteArray(QTest::currentDataTag()).endsWith(" taken")) {
+        stage.putFile(QStringLiteral("Clip.mp4"));
+    }
+    FetchProgram fetch(stage.folder());
+    QVERIFY(fetch.run(arguments.split(QLatin1Char('|'), Qt::SkipEmptyParts) + QStringList(url())));
+
+    QCOMPARE(stage.plain(fetch.output()), output);
+    const QStringList texts = error.split(QLatin1Char('|'), Qt::SkipEmptyParts);
+    for (const QString &text : texts) {
+        const bool isForbidden = text.startsWith(QLatin1Char('!'));
+        QVERIFY2(fetch.errors().contains(text.mid(isForbidden ? 1 : 0)) != isForbidden,
+                 qPrintable(text + QStringLiteral(" in: ") + fetch.errors()));
+    }
+    QCOMPARE(fetch.exitCode(), exitCode);
+    QCOMPARE(stage.files(), files);
+    QCOMPARE(leftInFolder(stage).size(), files.isEmpty() ? 0 : files.count(QLatin1Char('=')));
+    QCOMPARE(stage.keys().join(QLatin1Char(' ')), runs);
+    QVERIFY(stage.isQuiet());
+}
+
+void FetchTest::missingPrograms_data()
+{
+    QTest::addColumn<int>("program");
+    QTest::addColumn<int>("condition");
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("named");
+
+    QTest::newRow("tool") << int(Stage::Ffmpeg) << int(Stage::StandIn) << QStringLiteral("none.zip") << 1
+                          << QStringLiteral("none.zip");
+    QTest::newRow("interpreter") << int(Stage::Interpreter) << int(Stage::Missing) << QString() << 1
+                                 << QStringLiteral("python3.10/bin/python3.10");
+    QTest::newRow("interpreter is no program") << int(Stage::Interpreter) << int(Stage::NotExecutable) << QString() << 1
+                                               << QStringLiteral("python3.10/bin/python3.10");
+    QTest::newRow("ffmpeg") << int(Stage::Ffmpeg) << int(Stage::Missing) << QString() << 3 << QStringLiteral("/ffmpeg");
+}
+
+void FetchTest::missingPrograms()
+{
+    QFETCH(int, program);
+    QFETCH(int, condition);
+    QFETCH(QString, tool);
+    QFETCH(int, exitCode);
+    QFETCH(QString, named);
+
+    Stage stage;
+    stage.provide(static_cast<Stage::Program>(program), static_cast<Stage::Condition>(condition));
+    stage.play(QLatin1String(page));
+    FetchProgram fetch(stage.folder());
+    QVERIFY(fetch.run({url(), QStringLiteral("--tool"), tool.isEmpty() ? stage.tool() : tool}));
+    QCOMPARE(fetch.exitCode(), exitCode);
+    QVERIFY2(fetch.errors().contains(named), qPrintable(fetch.errors()));
+    QCOMPARE(leftInFolder(stage), QStringList());
+    QCOMPARE(stage.keys().size(), exitCode == 3 ? 1 : 0); // extraction does not need ffmpeg
+}
+
+void FetchTest::interrupts_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<int>("signalNumber");
+
+    const auto row = [](const char *name, const char *key, const char *script, int signalNumber) {
+        QTest::newRow(name) << QString::fromLatin1(key) << QString::fromLatin1(script) << signalNumber;
+    };
+    row("extracting", "dump", R"(err ERROR: so far\n|spawn|hang)", SIGINT);
+    row("video", "137", "announce mp4|file mp4.part|touch .hidden|progress 10.0 100|spawn|hang", SIGINT);
+    row("audio", "140", "announce m4a|touch x.part-Frag1|spawn|hang", SIGTERM);
+    row("joining", "ffmpeg", "write half|spawn|hang", SIGHUP);
+}
+
+void FetchTest::interrupts()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, script);
+    QFETCH(int, signalNumber);
+
+    Stage stage;
+    stage.play(QLatin1String(page) + QStringLiteral("\n%1: %2").arg(key, script));
+    FetchProgram fetch(stage.folder());
+    fetch.start({url()});
+    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(key), Stage::Patience);
+    QCOMPARE(leftInFolder(stage).size(), key == QLatin1String("dump") ? 0 : 1); // all stands in one place
+    fetch.interrupt(signalNumber);
+    QVERIFY(fetch.waitForEnd());
+    QCOMPARE(fetch.exitCode(), 130);
+    QCOMPARE(fetch.output(), QString());
+    QCOMPARE(leftInFolder(stage), QStringList());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QCOMPARE(QDir(stage.path(QStringLiteral("tmp"))).entryList({QStringLiteral("nox*")}), QStringList());
+}
+
+void FetchTest::json()
+{
+    Stage stage;
+    stage.play(QLatin1String(page));
+    FetchProgram fetch(stage.folder());
+    QVERIFY(fetch.run({QStringLiteral("--json"), url()}));
+    const QJsonObject record = QJsonDocument::fromJson(fetch.output().toUtf8()).object();
+    QCOMPARE(record.value(QLatin1String("title")).toString(), QStringLiteral("Clip"));
+    QCOMPARE(record.value(QLatin1String("choice")).toObject().value(QLatin1String("audio")).toString(),
+             QStringLiteral("140"));
+    QCOMPARE(fetch.exitCode(), 0);
+}
+
+void FetchTest::quietVerboseLog()
+{
+    Stage stage;
+    stage.play(QLatin1String(page));
+    FetchProgram quiet(stage.folder());
+    QVERIFY(quiet.run({QStringLiteral("-q"), url()}));
+    QCOMPARE(quiet.errors(), QString());
+    QCOMPARE(stage.plain(quiet.output()), QStringLiteral("DIR/Clip.mp4\n"));
+
+    FetchProgram verbose(stage.folder());
+    QVERIFY(verbose.run({QStringLiteral("-v"), QStringLiteral("--log"), stage.path(QStringLiteral("log")), url()}));
+    QVERIFY(verbose.errors().contains(QLatin1String("entering yd...")));
+    QCOMPARE(stage.plain(verbose.output()), QStringLiteral("DIR/Clip(1).mp4\n"));
+    QFile log(stage.path(QStringLiteral("log")));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(log.readAll().contains("--dump-json"));
+}
+
+// Standard error is a terminal: the bar is drawn over and over in one line, and wiped in the end.
+void FetchTest::bar()
+{
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
+    QVERIFY(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
+    const int held = open(ptsname(terminal), O_RDWR | O_NOCTTY); // what is written must not get lost at the end
+    Stage stage;
+    stage.play(QLatin1String(page)
+               + QLatin1String("\n137: announce mp4|progress 50.0 1000|wait go\nffmpeg: write begun|wait join|merge"));
+    FetchProgram fetch(stage.folder());
+    fetch.process().setStandardErrorFile(QString::fromLocal8Bit(ptsname(terminal)));
+    fetch.start({url()});
+    QByteArray text;
+    const auto shows = [&](const char *words) {
+        char bytes[4096];
+        for (ssize_t count = read(terminal, bytes, sizeof bytes); count > 0;
+             count = read(terminal, bytes, sizeof bytes)) {
+            text.append(bytes, static_cast<int>(count));
+        }
+        return text.contains(words);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(shows("extracting |"), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("video      41% [##"), Stage::Patience);
+    stage.mark(QStringLiteral("go"));
+    QTRY_VERIFY_WITH_TIMEOUT(shows("joining |"), Stage::Patience);
+    stage.mark(QStringLiteral("join"));
+    QVERIFY(fetch.waitForEnd());
+    QVERIFY(shows("500 bytes / 1.2 kB  10 bytes/s  0:01:10"));
+    QVERIFY2(text.endsWith("\r\x1b[K"), text.right(60).constData());
+    QCOMPARE(fetch.exitCode(), 0);
+    close(held);
+    close(terminal);
+}
+
+NOX_TEST_MAIN(FetchTest)
+#include "FetchTest.moc"

@@ -1,0 +1,361 @@
+#include "common/Destination.h"
+#include "common/FailureText.h"
+#include "common/LibraryLog.h"
+#include "common/PartialFolder.h"
+#include "common/PrintableText.h"
+#include "common/StreamChoice.h"
+#include "common/StreamText.h"
+#include "common/TransferFigures.h"
+#include "common/UrlCheck.h"
+
+#include <nox/log/Logger.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace NoxHost;
+using Nox::MediaProfile;
+
+namespace {
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+/**
+ * A stream from words such as "137 MP4 1920x1080 dash", "140 M4A 128K" (audio), "x MP4 >1080p 3d",
+ * "x FLV" (of unknown size).
+ */
+MediaProfile stream(const QString &words)
+{
+    const QStringList parts = words.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    MediaProfile result;
+    result.setName(parts.value(0));
+    result.setFormat(parts.value(1));
+    result.setMediaType(Nox::MEDIA_TYPE_VIDEO);
+    for (const QString &part : parts.mid(2)) {
+        if (part == QLatin1String("dash")) {
+            result.setDash(true);
+        } else if (part == QLatin1String("3d")) {
+            result.set3D(true);
+        } else if (part.endsWith(QLatin1Char('K'))) {
+            result.setMediaType(Nox::MEDIA_TYPE_AUDIO);
+            result.setDash(true);
+            result.setOriResStr(part);
+            result.setABitRate(part.chopped(1).toInt() * 1000);
+        } else if (part.endsWith(QLatin1Char('p'))) {
+            result.setOriResStr(part);
+        } else {
+            const QStringList sides = part.split(QLatin1Char('x'));
+            result.setVResolution(QSize(sides.value(0).toInt(), sides.value(1).toInt()));
+        }
+    }
+    return result;
+}
+
+/** A page with streams in the tool's order of preference, best first, commas between them. */
+Nox::WebMediaInfo page(const QString &streams, const QString &fileName = {})
+{
+    Nox::WebMediaInfo result(QStringLiteral("http://x/"));
+    result.setTitle(fileName);
+    result.setFileName(fileName);
+    for (const QString &words : streams.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        result.addMediaProfile(stream(words));
+    }
+    return result;
+}
+
+QString codes(const QList<MediaProfile> &streams)
+{
+    QStringList result;
+    for (const MediaProfile &one : streams) {
+        result += one.getName();
+    }
+    return result.join(QLatin1Char(' '));
+}
+
+} // namespace
+
+/** What the hosts share, without any process. */
+class HostCommonTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void choice_data();
+    void choice();
+    void streamTexts();
+    void urls_data();
+    void urls();
+    void proposedNames_data();
+    void proposedNames();
+    void nameProblems();
+    void figures_data();
+    void figures();
+    void partialFolder();
+    void complaints();
+    void failureTexts();
+};
+
+void HostCommonTest::choice_data()
+{
+    QTest::addColumn<QString>("streams");
+    QTest::addColumn<QString>("all");
+    QTest::addColumn<QString>("thinned");
+    QTest::addColumn<QString>("picked"); // the best and its companion
+
+    const auto row = [](const char *name, const char *streams, const char *all, const char *thinned,
+                        const char *picked) {
+        QTest::newRow(name) << text(streams) << text(all) << text(thinned) << text(picked);
+    };
+    row("none", "", "", "", "");
+    row("one", "18 MP4 640x360", "18", "18", "18");
+    row("one without sound, no audio", "1 MP4 640x360 dash", "1", "1", "1");
+    row("audio only, highest rate", "a M4A 128K,b WEBM 160K", "b a", "b a", "b");
+    row("M4A for MP4 in spite of rate", "v MP4 640x360 dash,a M4A 48K,b M4A 128K,c WEBM 160K", "v c a b", "v c a b",
+        "v b");
+    row("highest rate for the others", "v WEBM 640x360 dash,a M4A 128K,c WEBM 160K", "v c a", "v c a", "v c");
+    row("any audio for MP4 without M4A", "v MP4 640x360 dash,c WEBM 160K", "v c", "v c", "v c");
+    row("own sound needs none", "v MP4 640x360,a M4A 128K", "v a", "v a", "v");
+    row("own sound before DASH", "d MP4 1280x720 dash,p MP4 1280x720,s MP4 640x360,a M4A 128K", "d p s a", "p s a",
+        "p");
+    row("equals at the end are thinned", "d MP4 1280x720 dash,p MP4 1280x720", "d p", "p", "p");
+    row("tool's preference among DASH", "s MP4 640x360,d MP4 1280x720 dash,e MP4 1280x720 dash,a M4A 1K", "d e s a",
+        "d s a", "d a");
+    row("tool's preference among plain", "p MP4 1280x720,q MP4 1280x720,d MP4 1280x720 dash", "p q d", "p", "p");
+    row("MP4 joins without encoding", "w WEBM 1280x720 dash,m MP4 1280x720 dash,a M4A 1K", "w m a", "w m a", "m a");
+    row("picture goes first", "w WEBM 3840x2160 dash,m MP4 1920x1080,c WEBM 9K", "w m c", "w m c", "w c");
+    row("label above 1080p", "m MP4 1920x1080,x MP4 >1080p,l MP4 2560x1440", "l x m", "l x m", "l");
+    row("2D before 3D", "t MP4 640x360 3d,f MP4 640x360", "f t", "f t", "f");
+    row("unknown sizes all stay", "l FLV,m MP4,n MP4 dash,a M4A 9K", "m n a l", "m n a l", "m");
+    row("codes that are options", "-x MP4 9x9,q\"q MP4 8x8,ok MP4 7x7", "ok", "ok", "ok");
+    row("no format", "v,ok MP4 7x7", "ok", "ok", "ok");
+}
+
+void HostCommonTest::choice()
+{
+    QFETCH(QString, streams);
+    const StreamChoice choice(page(streams));
+    QTEST(codes(choice.all()), "all");
+    QTEST(codes(choice.thinned()), "thinned");
+    const MediaProfile best = choice.best();
+    QTEST(codes({best, choice.companionFor(best)}).trimmed(), "picked");
+}
+
+void HostCommonTest::streamTexts()
+{
+    const auto described = [](const char *words) {
+        const MediaProfile one = stream(text(words));
+        return QStringList{StreamText::kind(one), StreamText::label(one), StreamText::marks(one)}.join(
+            QLatin1Char('|'));
+    };
+    QCOMPARE(described("1 MP4 1280x720"), text("video|720P|"));
+    QCOMPARE(described("1 MP4 1280x720 dash 3d"), text("3D video only|720P|DASH 3D"));
+    QCOMPARE(described("1 MP4"), text("video||"));
+    QCOMPARE(described("1 M4A 128K"), text("audio|128K|DASH"));
+    QCOMPARE(described("1 M4A 0K"), text("audio||DASH"));
+    QCOMPARE(printableLine(text(" a\x1b[31m\tb\n\xe2\x80\xae\xf0\x9f\x98\x80 ")), text("a [31m b \xf0\x9f\x98\x80"));
+    QCOMPARE(toolWords(text("WARNING: x\n\n ERROR: y\r\nz")), text("ERROR: y\nz"));
+    QCOMPARE(toolWords(text("WARNING: x\n")), text("WARNING: x"));
+}
+
+void HostCommonTest::urls_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<QString>("words"); // part of the reason; empty for a good address
+    const auto row = [](const char *url, const char *words) { QTest::newRow(url) << text(url) << text(words); };
+    row("http://a", "");
+    row("https://a.b:80/c?d=e&f=%20#g", "");
+    row("https://a/\xc3\xa9", "");
+    row("", "no address");
+    row("ftp://a", "http://");
+    row("HTTP://a", "http://");
+    row("--exec=x http://a", "http://");
+    row("http://", "incomplete");
+    row("http://a --exec x", "blanks");
+    row("http://a http://b", "blanks");
+    row("http://a\n", "blanks");
+    row("http://a\xc2\xa0--x", "blanks");
+    row("http://a/\"b", "quotes");
+    row("http://a/'b", "quotes");
+}
+
+void HostCommonTest::urls()
+{
+    QFETCH(QString, url);
+    QFETCH(QString, words);
+    const QString problem = UrlCheck::problem(url);
+    QCOMPARE(problem.isEmpty(), words.isEmpty());
+    QVERIFY2(problem.contains(words), qPrintable(problem));
+}
+
+void HostCommonTest::proposedNames_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("stream");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char *name, const QString &title, const char *words, const QString &expected) {
+        QTest::newRow(name) << title << text(words) << expected;
+    };
+    const QString longName(400, QLatin1Char('n'));
+    const QString wideName = text("\xf0\x9f\x98\x80").repeated(100);
+    row("plain", text("A clip"), "1 MP4 9x9", text("A clip.mp4"));
+    row("other container", text("A clip"), "1 WEBM 9x9 dash", text("A clip.webm"));
+    row("container that is no suffix", text("A clip"), "1 ../X 9x9", text("A clip.x"));
+    row("container of signs", text("A clip"), "1 :/ 9x9", text("A clip.media"));
+    row("forbidden", text("a/b:c"), "1 MP4 9x9", text("a b c.mp4"));
+    row("control characters", text("a\x1b\nb"), "1 MP4 9x9", text("a b.mp4"));
+    row("dots at the end", text("Wait..."), "1 MP4 9x9", text("Wait.mp4"));
+    row("hidden, like an option", text("..-rf . x"), "1 MP4 9x9", text("rf . x.mp4"));
+    row("nothing left", text(" .. "), "1 MP4 9x9", text("video.mp4"));
+    row("no title", QString(), "1 M4A 9K", text("audio.m4a"));
+    row("taken", text("Taken"), "1 MP4 9x9", text("Taken(2).mp4"));
+    row("too long", longName, "1 MP4 9x9", longName.left(227) + text(".mp4"));
+    row("too many bytes", wideName, "1 MP4 9x9", text("\xf0\x9f\x98\x80").repeated(58) + text(".mp4"));
+}
+
+void HostCommonTest::proposedNames()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, stream);
+    QTemporaryDir folder;
+    QVERIFY(QFile(folder.filePath(text("Taken.mp4"))).open(QIODevice::WriteOnly));
+    const QString path = Destination::proposed(page({}, title), ::stream(stream), folder.path(),
+                                               {folder.filePath(text("Taken(1).mp4"))});
+    QTEST(QFileInfo(path).fileName(), "name");
+    QCOMPARE(Destination::problem(path), QString());
+
+    MediaProfile joined = ::stream(QStringLiteral("1 WEBM 9x9 dash"));
+    joined.setPreferredDashAudioYdCode(QStringLiteral("2"));
+    QCOMPARE(Destination::suffix(joined), text("mp4"));
+}
+
+void HostCommonTest::nameProblems()
+{
+    QTemporaryDir folder;
+    const auto problem = [&](const QString &name) { return Destination::problem(folder.filePath(name)); };
+    QVERIFY(QFile(folder.filePath(text("taken"))).open(QIODevice::WriteOnly));
+    QVERIFY(QFile::link(text("nowhere"), folder.filePath(text("dangling"))));
+    QCOMPARE(Destination::free(folder.filePath(text("taken"))), folder.filePath(text("taken(1)")));
+
+    QCOMPARE(problem(text("good (1).mp4")), QString());
+    QCOMPARE(problem(QString(247, QLatin1Char('x'))), QString());
+    const struct {
+        QString name;
+        const char *words;
+    } rows[] = {
+        {text("sub/"), "needs a name"},
+        {QString(248, QLatin1Char('x')), "247"},
+        {text("\xe6\x97\xa5").repeated(86), "255 bytes"},
+        {text("a."), "dot"},
+        {text("a?"), "must not hold"},
+        {text("taken"), "exists already"},
+        {text("dangling"), "exists already"},
+        {text("none/a"), "does not exist"},
+        {text("taken/a"), "not a folder"},
+    };
+    for (const auto &row : rows) {
+        const QString words = problem(row.name);
+        QVERIFY2(words.contains(text(row.words)), qPrintable(row.name + text(": ") + words));
+    }
+    QVERIFY(Destination::problem(folder.path()).contains(text("is a folder")));
+    QVERIFY(Destination::problem(QString()).contains(text("needs a name")));
+}
+
+void HostCommonTest::figures_data()
+{
+    QTest::addColumn<qint64>("total");
+    QTest::addColumn<qint64>("done");
+    QTest::addColumn<qint64>("speed");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](qint64 total, qint64 done, qint64 speed, const char *expected) {
+        QTest::newRow(expected) << total << done << speed << text(expected);
+    };
+    const qint64 huge = std::numeric_limits<qint64>::max();
+    row(0, 0, 0, "0%|||");
+    row(-1, 5, 7, "0%||7 bytes/s|");
+    row(1000, 250, 100, "25%|250 bytes / 1.0 kB|100 bytes/s|0:00:08");
+    row(3000, 2999, 0, "99%|3.0 kB / 3.0 kB||");
+    row(1000, 1000, 1, "100%|1.0 kB / 1.0 kB|1 bytes/s|0:00:00");
+    row(1000, 2000, 1, "100%|1.0 kB / 1.0 kB|1 bytes/s|0:00:00");
+    row(36610000, 0, 1000, "0%|0 bytes / 36.6 MB|1.0 kB/s|10:10:10");
+    row(huge, huge - 1, huge, "99%|9.2 EB / 9.2 EB|9.2 EB/s|0:00:01");
+}
+
+void HostCommonTest::figures()
+{
+    QFETCH(qint64, total);
+    QFETCH(qint64, done);
+    QFETCH(qint64, speed);
+    const TransferFigures figures(total, done, speed);
+    const QStringList texts{QStringLiteral("%1%").arg(figures.percent()), figures.amountText(QLocale::c()),
+                            figures.speedText(QLocale::c()), figures.timeLeftText()};
+    QTEST(texts.join(QLatin1Char('|')), "expected");
+}
+
+void HostCommonTest::partialFolder()
+{
+    QTemporaryDir parent;
+    const auto put = [](const QString &path) { return QFile(path).open(QIODevice::WriteOnly); };
+    {
+        PartialFolder folder;
+        QVERIFY(!folder.create(parent.filePath(text("none"))) && !folder.errorText().isEmpty());
+        QVERIFY(folder.create(parent.path()));
+        QVERIFY(put(folder.filePath(text("{1}YDTMP_.mp4"))) && put(folder.filePath(text("{2}YDTMP_.m4a.part"))));
+        QCOMPARE(folder.completeStreams(), 1);
+        QVERIFY(!folder.isJoining());
+        QVERIFY(put(folder.filePath(text("{2}YDTMP_.m4a"))) && put(folder.filePath(text("{1}YDTMP_.mp4.tmp.mp4"))));
+        QCOMPARE(folder.completeStreams(), 2);
+        QVERIFY(folder.isJoining());
+        QCOMPARE(folder.release(text("missing"), parent.filePath(text("x"))), QString());
+        QCOMPARE(folder.release(text("{2}YDTMP_.m4a"), parent.filePath(text("x.m4a"))), parent.filePath(text("x.m4a")));
+        QVERIFY(QDir().mkpath(folder.filePath(text("sub/sub"))) && put(folder.filePath(text("sub/.hidden"))));
+    }
+    QCOMPARE(QDir(parent.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList(text("x.m4a")));
+}
+
+void HostCommonTest::complaints()
+{
+    QTemporaryDir folder;
+    const auto write = [](const char *format, const char *argument) {
+        Nox::Logger::log(Nox::LOG_ERROR, "", "a.cpp", "f", 1, "%s", QByteArray(format).append(argument).constData());
+    };
+    LibraryLog log;
+    QVERIFY(!log.open(folder.filePath(text("none/log")), LibraryLog::Detail::Errors));
+    for (const QString &name : {QString(), folder.filePath(text("log"))}) {
+        QVERIFY(log.open(name, LibraryLog::Detail::Errors));
+        QCOMPARE(log.complaints(), QString());
+        write("Yd process read error: ", "ERROR: old ");
+        log.mark();
+        write("Yd process read error: ", "WARNING: w\nERROR: caf\xe9\n ");
+        write("Yd process terminated abnormally: ", "x");
+        write("FFMPEG read error: ", "two\nlines\n");
+        QCOMPARE(log.complaints(), text("ERROR: caf\xc3\xa9\ntwo\nlines"));
+    }
+    Nox::Logger::init("/dev/null", Nox::LOG_FATAL, 0);
+}
+
+// Every code that the library reports says something of its own.
+void HostCommonTest::failureTexts()
+{
+    QSet<QString> texts;
+    for (const int code : {-1, -4, -5, -7, -8, -99}) {
+        texts += FailureText::download(code, FailureText::During::Fetching);
+    }
+    for (const int code : {-4, -5}) {
+        texts += FailureText::download(code, FailureText::During::Joining);
+    }
+    QCOMPARE(texts.size(), 8);
+    texts.clear();
+    for (const int code : {-1, 0, 1, 2, 3, 4, 5}) {
+        texts += FailureText::extraction(code);
+    }
+    QCOMPARE(texts.size(), 7);
+    QVERIFY(FailureText::download(-99, FailureText::During::Fetching).contains(text("-99")));
+}
+
+QTEST_GUILESS_MAIN(HostCommonTest)
+#include "HostCommonTest.moc"
