@@ -1,11 +1,13 @@
 #include <nox/download/YdDownloader.h>
 
 #include <nox/download/MergeCommand.h>
+#include <nox/front/ChildProcess.h>
 #include <nox/front/ToolCommand.h>
 #include <nox/log/LogCall.h>
 #include <nox/log/ModuleMarker.h>
 #include <nox/parse/YdOutputParser.h>
 #include <nox/parse/YdStatusLines.h>
+#include <nox/util/ToolText.h>
 #include <nox/util/Utilities.h>
 
 #include <QDebug>
@@ -49,6 +51,30 @@ void removePart(const QString &file)
 
 } // namespace
 
+/*
+ * Looks, after a notification, whether the host has answered it by deleting the downloader, by
+ * cancelling, or by starting anew: then nothing more may be done for the old download.
+ */
+class YdDownloader::Watch
+{
+public:
+    explicit Watch(YdDownloader *downloader)
+        : m_downloader(downloader)
+        , m_run(downloader->m_run)
+    {
+    }
+
+    bool isSame() const
+    {
+        const YdDownloader *downloader = m_downloader.data();
+        return downloader != nullptr && downloader->m_run == m_run;
+    }
+
+private:
+    QPointer<YdDownloader> m_downloader;
+    int m_run;
+};
+
 YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
     : m_toolPath(toolPath)
     , m_pycacheDir(pycacheDir)
@@ -58,15 +84,28 @@ YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
 YdDownloader::~YdDownloader()
 {
     // From here on nothing that the processes report may notify the host or start another one.
-    m_ydProcess.disconnect(this);
-    m_ffmpegProcess.disconnect(this);
-    m_ydProcess.waitForFinished(teardownWait);
+    for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
+        if (process != nullptr)
+            process->disconnect(this);
+    }
+    if (m_ydProcess != nullptr)
+        m_ydProcess->waitForFinished(teardownWait);
     YdDownloader::clear();
+
+    for (ChildProcess *process : {m_ffmpegProcess, m_ydProcess}) {
+        // Destroyed in answer to a signal of the process: that object must outlive its signal.
+        if (process != nullptr && sender() == process) {
+            process->killGroup();
+            process->deleteLater();
+        } else {
+            delete process;
+        }
+    }
 }
 
 void YdDownloader::download(QString url, MediaProfile profile, QString destFile)
 {
-    if (isRunning()) {
+    if (m_isRunning) {
         NOX_LOG_ERROR("Yd download is running already. url %s", LogCall::utf8(url).constData());
         return;
     }
@@ -83,9 +122,13 @@ void YdDownloader::download(QString url, MediaProfile profile, QString destFile)
 void YdDownloader::cancel()
 {
     NOX_LOG_INFO("Download canceling...");
-    disconnect(&m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
-    m_ydProcess.killGroup();
-    m_ffmpegProcess.killGroup();
+    m_isRunning = false;
+    ++m_run;
+    if (m_ydProcess != nullptr) {
+        disconnect(m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
+        m_ydProcess->killGroup();
+        m_ffmpegProcess->killGroup();
+    }
 
     removeFile(m_item1File);
     removeFile(m_item2File);
@@ -109,22 +152,28 @@ void YdDownloader::clear()
     }
 }
 
-bool YdDownloader::isRunning() const
-{
-    return m_ydProcess.state() != QProcess::NotRunning || m_ffmpegProcess.state() != QProcess::NotRunning;
-}
-
 bool YdDownloader::isUsingYt() const
 {
     return ToolCommand::needsCertificateSwitch(m_toolPath);
 }
 
-// What an earlier download has left in the object must not reach into the next one.
+/*
+ * What an earlier download has left in the object must not reach into the next one. The processes are
+ * replaced: an old one may still be dying, and one cannot be started again from its own error signal.
+ */
 void YdDownloader::reset()
 {
     clearLeftovers();
-    m_ydProcess.disconnect(this);
-    m_ffmpegProcess.disconnect(this);
+    for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
+        if (process != nullptr) {
+            process->disconnect(this);
+            process->deleteLater();
+        }
+    }
+    m_ydProcess = new ChildProcess;
+    m_ffmpegProcess = new ChildProcess;
+    m_isRunning = true;
+    ++m_run;
     m_itemCount = 0;
     m_itemIndex = 0;
     m_item1File.clear();
@@ -136,10 +185,10 @@ void YdDownloader::reset()
 void YdDownloader::initYdDownloaderCommand()
 {
     qDebug() << "entering yd...";
-    connect(&m_ydProcess, &QProcess::readyReadStandardOutput, this, &YdDownloader::ydReadOutputData);
-    connect(&m_ydProcess, &QProcess::readyReadStandardError, this, &YdDownloader::ydReadError);
-    connect(&m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
-    connect(&m_ydProcess, &QProcess::errorOccurred, this, &YdDownloader::ydProcessError);
+    connect(m_ydProcess, &QProcess::readyReadStandardOutput, this, &YdDownloader::ydReadOutputData);
+    connect(m_ydProcess, &QProcess::readyReadStandardError, this, &YdDownloader::ydReadError);
+    connect(m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
+    connect(m_ydProcess, &QProcess::errorOccurred, this, &YdDownloader::ydProcessError);
 
     const QString ydCode = m_profile.getName();
     m_itemCount = m_profile.isDash() && !m_profile.getPreferredDashAudioYdCode().isEmpty() ? 2 : 1;
@@ -147,14 +196,17 @@ void YdDownloader::initYdDownloaderCommand()
     m_progress = DownloadProgress(m_itemCount, m_profile.getSize());
     if (ydCode.isEmpty()) {
         NOX_LOG_ERROR("Yd download format is empty. url %s", LogCall::utf8(m_url).constData());
+        m_isRunning = false;
         Q_EMIT error(ProcessFailed);
         return;
     }
 
     const QString command = itemCommand(ydCode);
     NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
-    m_ydProcess.launch(command);
-    Q_EMIT started();
+    const Watch watch(this);
+    m_ydProcess->launch(command);
+    if (watch.isSame())
+        Q_EMIT started();
 }
 
 void YdDownloader::downloadNextItem()
@@ -163,13 +215,17 @@ void YdDownloader::downloadNextItem()
     ++m_itemIndex;
     if (ydCode.isEmpty()) {
         NOX_LOG_ERROR("yd download format is empty. url %s", LogCall::utf8(m_url).constData());
+        m_isRunning = false;
         Q_EMIT error(ProcessFailed);
         return;
     }
 
     const QString command = itemCommand(ydCode);
     NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
-    m_ydProcess.launch(command);
+    const Watch watch(this);
+    m_ydProcess->launch(command);
+    if (!watch.isSame())
+        return;
     qDebug().noquote() << QStringLiteral("ydStarted : %1").arg(m_url);
     Q_EMIT started();
 }
@@ -188,7 +244,7 @@ QString YdDownloader::itemCommand(const QString &ydCode)
 
 void YdDownloader::ydReadOutputData()
 {
-    const QString text = QString::fromUtf8(m_ydProcess.readAll());
+    const QString text = ToolText::fromUtf8(m_ydProcess->readAll());
     NOX_LOG_DEBUG("Yd download output: %s", LogCall::latin1(text).constData());
     rememberItemFile(text);
 
@@ -215,13 +271,16 @@ void YdDownloader::rememberItemFile(const QString &text)
 
 void YdDownloader::ydReadError()
 {
-    const QString text = QString::fromLocal8Bit(m_ydProcess.readAllStandardError());
+    const QString text = ToolText::fromLocal8Bit(m_ydProcess->readAllStandardError());
     NOX_LOG_ERROR("Yd process read error: %s ", LogCall::latin1(text).constData());
 }
 
 void YdDownloader::ydProcessError(QProcess::ProcessError error)
 {
     NOX_LOG_ERROR("Yd process error: %d ", static_cast<int>(error));
+    // A process that runs on still decides by its end; one that could not be started has none.
+    if (m_ydProcess->state() == QProcess::NotRunning)
+        m_isRunning = false;
     Q_EMIT this->error(ProcessFailed);
 }
 
@@ -229,51 +288,54 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
     const QByteArray url = LogCall::utf8(Utilities::escapeUrl(m_url));
-    if (exitCode == 0 && exitStatus == QProcess::NormalExit) {
+    const bool isDone = exitCode == 0 && exitStatus == QProcess::NormalExit;
+    if (isDone) {
         NOX_LOG_INFO("Yd download finished: %s", url.constData());
-        if (m_itemIndex < m_itemCount)
+        if (m_itemIndex < m_itemCount) {
             downloadNextItem();
-        else if (m_itemCount >= 2)
+            return;
+        }
+        if (m_itemCount >= 2) {
             proceedMerge();
-        else
-            finishSingleItem();
-        return;
+            return;
+        }
     }
 
-    const bool hasCrashed = exitStatus == QProcess::CrashExit;
-    if (hasCrashed)
-        NOX_LOG_ERROR("Yd process crashed: %s ", url.constData());
-    else
-        NOX_LOG_ERROR("Yd process terminated abnormally: %s  \n ExitCode: %d", url.constData(), exitCode);
-    m_isClearPending = true;
-    if (report(hasCrashed ? Crashed : ExitedWithError))
-        clearLeftovers();
-}
-
-void YdDownloader::finishSingleItem()
-{
-    if (QFile::rename(m_item1File, m_destFile)) {
+    m_isRunning = false;
+    if (isDone && QFile::rename(m_item1File, m_destFile)) {
         Q_EMIT finished();
         return;
     }
+
+    // What the failed run leaves is removed in the end, also when the host answers by starting anew.
     const QByteArray from = LogCall::latin1(m_item1File);
     const QByteArray to = LogCall::latin1(m_destFile);
+    const Watch watch(this);
     m_isClearPending = true;
-    const bool isAlive = report(RenameFailed);
-    NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
-    if (isAlive)
+    if (isDone) {
+        Q_EMIT error(RenameFailed);
+        NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
+    } else if (exitStatus == QProcess::CrashExit) {
+        NOX_LOG_ERROR("Yd process crashed: %s ", url.constData());
+        Q_EMIT error(Crashed);
+    } else {
+        NOX_LOG_ERROR("Yd process terminated abnormally: %s  \n ExitCode: %d", url.constData(), exitCode);
+        Q_EMIT error(ExitedWithError);
+    }
+    if (watch.isSame())
         clearLeftovers();
 }
 
 void YdDownloader::proceedMerge()
 {
-    connect(&m_ffmpegProcess, &QProcess::readyReadStandardOutput, this, &YdDownloader::ffmpegReadOutputData);
-    connect(&m_ffmpegProcess, &QProcess::readyReadStandardError, this, &YdDownloader::ffmpegReadStandardError);
-    connect(&m_ffmpegProcess, processFinished, this, &YdDownloader::ffmpegFinished);
-    connect(&m_ffmpegProcess, &QProcess::errorOccurred, this, &YdDownloader::ffmpegProcessError);
+    connect(m_ffmpegProcess, &QProcess::readyReadStandardOutput, this, &YdDownloader::ffmpegReadOutputData);
+    connect(m_ffmpegProcess, &QProcess::readyReadStandardError, this, &YdDownloader::ffmpegReadStandardError);
+    connect(m_ffmpegProcess, processFinished, this, &YdDownloader::ffmpegFinished);
+    connect(m_ffmpegProcess, &QProcess::errorOccurred, this, &YdDownloader::ffmpegProcessError);
 
     if (m_item1File.isEmpty() || m_item2File.isEmpty()) {
         NOX_LOG_ERROR("FFMPEG not started: the tool has not named both files!");
+        m_isRunning = false;
         Q_EMIT error(ExitedWithError);
         return;
     }
@@ -284,23 +346,25 @@ void YdDownloader::proceedMerge()
     qDebug() << arguments;
     const QString command = MergeCommand::text(arguments);
     NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
-    m_ffmpegProcess.launch(command);
+    m_ffmpegProcess->launch(command);
 }
 
 void YdDownloader::ffmpegReadOutputData()
 {
-    const QString text = QString::fromUtf8(m_ffmpegProcess.readAll());
+    const QString text = ToolText::fromUtf8(m_ffmpegProcess->readAll());
     NOX_LOG_INFO("FFMPEG read output: %s", LogCall::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegReadStandardError()
 {
-    const QString text = QString::fromUtf8(m_ffmpegProcess.readAllStandardError());
+    const QString text = ToolText::fromUtf8(m_ffmpegProcess->readAllStandardError());
     NOX_LOG_ERROR("FFMPEG read error: %s", LogCall::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
 {
+    if (m_ffmpegProcess->state() == QProcess::NotRunning)
+        m_isRunning = false;
     Q_EMIT this->error(MergeProcessFailed);
     NOX_LOG_ERROR("FFMPEG process error: %d", static_cast<int>(error));
 }
@@ -308,6 +372,7 @@ void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
 void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
     NOX_LOG_INFO("FFMPEG process finished");
+    m_isRunning = false;
     if (exitStatus == QProcess::CrashExit) {
         NOX_LOG_ERROR("FFMPEG crashed!");
         Q_EMIT error(Crashed);
@@ -330,21 +395,12 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
         NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
         return;
     }
-    const QPointer<YdDownloader> self(this);
+    const Watch watch(this);
     Q_EMIT progress(m_progress.expectedTotal(), m_progress.expectedTotal(), 0);
-    if (!self.isNull())
+    if (watch.isSame())
         Q_EMIT finished();
 }
 
-// Returns whether the object is still there: the host may have deleted it in answer.
-bool YdDownloader::report(qint32 errorCode)
-{
-    const QPointer<YdDownloader> self(this);
-    Q_EMIT error(errorCode);
-    return !self.isNull();
-}
-
-// Not when the host has answered a failure by starting anew: then it has happened already.
 void YdDownloader::clearLeftovers()
 {
     if (std::exchange(m_isClearPending, false))

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <nox/download/DownloadProgress.h>
-#include <nox/front/ChildProcess.h>
 #include <nox/front/WebMediaDownloader.h>
 
 #include <QProcess>
 #include <QString>
 
 namespace Nox {
+
+class ChildProcess;
 
 /**
  * The downloader that runs the tool once for each item (the chosen stream, and its audio companion
@@ -40,20 +41,21 @@ protected Q_SLOTS:
     void ffmpegReadStandardError();
 
 private:
-    bool isRunning() const;
+    class Watch;
+
     bool isUsingYt() const;
     void reset();
     void initYdDownloaderCommand();
     void downloadNextItem();
     QString itemCommand(const QString &ydCode);
     void rememberItemFile(const QString &text);
-    void finishSingleItem();
     void proceedMerge();
-    bool report(qint32 errorCode);
     void clearLeftovers();
 
-    ChildProcess m_ydProcess;
-    ChildProcess m_ffmpegProcess;
+    ChildProcess *m_ydProcess = nullptr; // both owned, and new for every download
+    ChildProcess *m_ffmpegProcess = nullptr;
+    bool m_isRunning = false; // a download has begun and not ended
+    int m_run = 0;            // changes with every download and cancel
     QString m_url;
     MediaProfile m_profile;
     QString m_destFile;

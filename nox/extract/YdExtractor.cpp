@@ -4,6 +4,7 @@
 #include <nox/front/ToolCommand.h>
 #include <nox/log/LogCall.h>
 #include <nox/parse/YdOutputParser.h>
+#include <nox/util/ToolText.h>
 #include <nox/util/Utilities.h>
 
 #include <QDebug>
@@ -27,6 +28,19 @@ YdExtractor::YdExtractor(const QString &toolPath, const QString &pycacheDir)
 {
 }
 
+YdExtractor::~YdExtractor()
+{
+    if (m_process == nullptr)
+        return;
+    m_process->disconnect(this);
+    m_process->killGroup();
+    // Destroyed in answer to a signal of the process: that object must outlive its signal.
+    if (sender() == m_process) {
+        m_process->setParent(nullptr);
+        m_process->deleteLater();
+    }
+}
+
 WebMediaInfo YdExtractor::getMediaInfo(QString url)
 {
     beginRequest(url);
@@ -38,6 +52,7 @@ WebMediaInfo YdExtractor::getMediaInfo(QString url)
         NOX_LOG_DEBUG("Yd extract process finished abnormally: %d", static_cast<int>(m_process->error()));
     ydReadOutputData();
 
+    // Copied before the host is told: it may answer by deleting the extractor.
     WebMediaInfo result = m_mediaInfo;
     Q_EMIT finished(result);
     return result;
@@ -60,6 +75,7 @@ void YdExtractor::cancel()
         return;
     disconnect(m_process, processFinished, this, &YdExtractor::ydFinished);
     m_process->killGroup();
+    m_process->discardOutput(QProcess::StandardOutput);
 }
 
 // A request that still runs is replaced: it must not report into the new one.
@@ -68,6 +84,8 @@ void YdExtractor::beginRequest(const QString &url)
     if (m_process != nullptr && m_process->state() != QProcess::NotRunning) {
         m_process->disconnect(this);
         m_process->killGroup();
+        m_process->discardOutput(QProcess::StandardOutput);
+        m_process->discardOutput(QProcess::StandardError);
     }
     m_url = url;
     m_mediaInfo.setUrl(url);
@@ -88,7 +106,7 @@ void YdExtractor::initYdExtractorCommand()
 
 void YdExtractor::ydReadOutputData()
 {
-    QString output = QString::fromLocal8Bit(m_process->readAllStandardOutput());
+    QString output = ToolText::fromLocal8Bit(m_process->readAllStandardOutput());
     NOX_LOG_DEBUG("%s \r\n%s ", LogCall::utf8(m_mediaInfo.getUrl()).constData(), LogCall::utf8(output).constData());
     YdOutputParser::instance()->parseWebMediaInfo(std::move(output), m_mediaInfo, m_tempDir);
     NOX_LOG_DEBUG("duration : %d", static_cast<int>(m_mediaInfo.getDuration()));
@@ -99,6 +117,7 @@ void YdExtractor::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
     if (exitCode != 0) {
         qDebug().noquote() << m_process->errorString();
+        m_process->discardOutput(QProcess::StandardOutput);
         Q_EMIT error(-1);
         return;
     }
@@ -114,7 +133,7 @@ void YdExtractor::ydProcessError(QProcess::ProcessError error)
 
 void YdExtractor::ydReadError()
 {
-    const QString text = QString::fromLocal8Bit(m_process->readAllStandardError());
+    const QString text = ToolText::fromLocal8Bit(m_process->readAllStandardError());
     NOX_LOG_ERROR("Yd extract read error: %s", LogCall::latin1(text).constData());
     m_mediaInfo.setErrorDetail(text);
     if (!text.startsWith(QLatin1String("WARNING")))
@@ -124,9 +143,10 @@ void YdExtractor::ydReadError()
 void YdExtractor::reportFailure(qint32 errorCode)
 {
     const QPointer<YdExtractor> self(this);
+    const ChildProcess *process = m_process;
     Q_EMIT finished(m_mediaInfo);
-    // The host may have deleted the extractor in answer to the first notification.
-    if (!self.isNull())
+    // The host may have answered by deleting the extractor, or by a request that replaces this one.
+    if (!self.isNull() && m_process == process)
         Q_EMIT error(errorCode);
 }
 

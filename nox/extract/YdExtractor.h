@@ -23,6 +23,7 @@ class YdExtractor final : public WebMediaInfoExtractor
 public:
     /** @see WebMediaDownloaderFactory::createExtractor() */
     YdExtractor(const QString &toolPath, const QString &pycacheDir);
+    ~YdExtractor() override;
 
     WebMediaInfo getMediaInfo(QString url) override;
     void getMediaInfoBySignal(QString url) override;

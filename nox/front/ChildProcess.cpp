@@ -1,6 +1,7 @@
 #include <nox/front/ChildProcess.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <sys/types.h>
 #include <unistd.h>
 #if defined(Q_OS_LINUX)
@@ -30,7 +31,6 @@ void prepareChild(pid_t host)
 ChildProcess::ChildProcess(QObject *parent)
     : ModifiableProcess(parent)
 {
-    setChildProcessModifier([host = ::getpid()] { prepareChild(host); });
     connect(this, &QProcess::started, this, [this] { m_group = processId(); });
     connect(this, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this, &ChildProcess::killDescendants);
 }
@@ -48,6 +48,8 @@ ChildProcess::~ChildProcess()
 void ChildProcess::launch(const QString &command)
 {
     QStringList arguments = splitCommand(command);
+    // The host as of now: it may have forked since this object was made.
+    setChildProcessModifier([host = ::getpid()] { prepareChild(host); });
     const QString program = arguments.isEmpty() ? QString() : arguments.takeFirst();
     start(program, arguments, QIODevice::ReadWrite);
 }
@@ -62,7 +64,14 @@ void ChildProcess::killGroup()
     kill();
 }
 
-// The group's number stays taken as long as one of its members lives.
+void ChildProcess::discardOutput(QProcess::ProcessChannel channel)
+{
+    closeReadChannel(channel);
+    static_cast<void>(channel == QProcess::StandardOutput ? readAllStandardOutput() : readAllStandardError());
+}
+
+// The group's number stays taken as long as one of its members lives. That none does and the number has
+// been given away meanwhile is possible in theory, as for every signal sent by number.
 void ChildProcess::killDescendants()
 {
     if (m_group > 0)

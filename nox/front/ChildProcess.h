@@ -27,6 +27,9 @@ public:
     /** Kills the program with its whole process group; does nothing when it does not run. */
     void killGroup();
 
+    /** Drops what the program has printed to @p channel and what it still prints. */
+    void discardOutput(QProcess::ProcessChannel channel);
+
 private:
     void killDescendants();
 
