@@ -7,8 +7,8 @@
 namespace BareProgram {
 
 /**
- * Starts the program, reads its standard output to the end, and waits for it. Its standard error goes
- * nowhere.
+ * Starts the program, reads its standard output to the end, and waits for it. Its standard
+ * input is empty and its standard error goes nowhere.
  * @param command path of the program, then its arguments
  * @param[out] output what the program printed
  * @return its exit code, or -1 when it could not be started or was killed

@@ -19,8 +19,8 @@ using Paired::Mismatch;
 using Paired::Sides;
 using Command = std::vector<std::string>;
 
-constexpr int extractionPairs = 25;
-constexpr int downloadPairs = 11;
+constexpr int extractionPairs = 15;
+constexpr int downloadPairs = 9;
 constexpr char videoCode[] = "137";
 constexpr char audioCode[] = "140";
 
@@ -131,11 +131,12 @@ void fetch(const Place &place)
 // The same work by hand: both streams, then the joining, then the files that are not wanted any more.
 void downloadBare(const Place &place)
 {
-    const std::string folder = place.file("").toStdString();
-    runBare(place.toolCommand({"-f", videoCode, "-o", folder + "bare-video.%(ext)s"}));
-    runBare(place.toolCommand({"-f", audioCode, "-o", folder + "bare-audio.%(ext)s"}));
-    runBare({place.program("ffmpeg").toStdString(), "-i", folder + "bare-video.mp4", "-i", folder + "bare-audio.m4a",
-             "-vcodec", "copy", "-acodec", "copy", place.file("clip.mp4").toStdString()});
+    const std::string video = place.file("bare-video").toStdString();
+    const std::string audio = place.file("bare-audio").toStdString();
+    runBare(place.toolCommand({"-f", videoCode, "-o", video + ".%(ext)s"}));
+    runBare(place.toolCommand({"-f", audioCode, "-o", audio + ".%(ext)s"}));
+    runBare({place.program("ffmpeg").toStdString(), "-i", video + ".mp4", "-i", audio + ".m4a", "-vcodec", "copy",
+             "-acodec", "copy", place.file("clip.mp4").toStdString()});
     remove(place.file("bare-video.mp4"));
     remove(place.file("bare-audio.m4a"));
 }

@@ -1,0 +1,36 @@
+#include "Check.h"
+
+#include <nox/log/Logger.h>
+
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+void Check::silence()
+{
+    Nox::Logger::init("/dev/null", Nox::LOG_FATAL, 0);
+    QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
+}
+
+void Check::that(bool holds, const char *what)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
+
+QString Check::text(const std::uint8_t *data, size_t size)
+{
+    return QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<QString::size_type>(size));
+}
+
+bool Check::isComparable(const QString &text)
+{
+    constexpr auto longest = 2000; // beyond which backtracking meets its limits
+    constexpr char16_t firstBeyond = 0x800;
+    return text.size() <= longest
+        && std::all_of(text.cbegin(), text.cend(), [](QChar character) { return character.unicode() < firstBeyond; });
+}

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Throws made-up input at everything that reads the outside world, under the sanitizers.
+#
+#   scripts/fuzz.sh [SECONDS] [TARGET...]     each target for so long (20 s), one after the other; all targets
+#
+# The seeds lie in fuzz/corpus/TARGET; what the fuzzer adds to them, and what it finds, goes to build/fuzz. Ends with an
+# error when something is found: a crash, undefined behaviour, a leak, a broken promise, or an input that takes longer
+# than 10 seconds.
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+. "$(dirname "$0")/common.sh"
+
+case ${1-} in
+    -h | --help) print_help; exit 0 ;;
+esac
+seconds=${1:-20}
+if [[ ! $seconds =~ ^[1-9][0-9]*$ ]]; then
+    echo "fuzz.sh: '$seconds' is no number of seconds; see --help" >&2
+    exit 2
+fi
+shift $(($# > 0 ? 1 : 0))
+[[ $# -gt 0 ]] || set -- PageFuzzer StatusFuzzer TextFuzzer ScriptFuzzer
+
+"$root/scripts/setup.sh" build fuzz
+build=$root/build/fuzz
+say "build"
+configure release "$build" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    -DNOX_SANITIZE=address,undefined -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
+compile "$build" "$@"
+
+failed=0
+for target in "$@"; do
+    say "$target, $seconds s"
+    grown=$build/corpus/$target
+    findings=$build/findings/$target
+    mkdir -p "$grown" "$findings"
+    options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -artifact_prefix="$findings/"
+        -print_final_stats=1)
+    [[ ! -e $root/fuzz/$target.dict ]] || options+=(-dict="$root/fuzz/$target.dict")
+    if "$build/bin/$target" "${options[@]}" "$grown" "$root/fuzz/corpus/$target" >"$findings/log" 2>&1; then
+        sed -n 's/^stat::number_of_executed_units: */executions: /p; s/^stat::new_units_added: */new inputs: /p' \
+            "$findings/log"
+    else
+        tail -n 60 "$findings/log" >&2
+        echo "fuzz.sh: $target has found something; see $findings" >&2
+        failed=1
+    fi
+done
+exit $failed
