@@ -3,7 +3,18 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Nox;
+
+namespace {
+
+bool isFlood(char first, char second)
+{
+    return first == 'x' && second == 'x';
+}
+
+} // namespace
 
 LogFile::LogFile(const QString &path)
     : m_path(path)
@@ -16,7 +27,9 @@ QStringList LogFile::records(_NoxLogLevel lowest, bool withSource) const
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    const QString text = QString::fromLatin1(file.readAll());
+    QByteArray bytes = file.readAll();
+    bytes.truncate(int(std::unique(bytes.begin(), bytes.end(), isFlood) - bytes.begin()));
+    const QString text = QString::fromLatin1(bytes);
     static const QRegularExpression header(QStringLiteral(
         "\\n \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  (\\[\\w+\\])  (\\w+)  ([\\w.]+)\\(line[1-9]\\d*\\) :\\n"));
     static const QStringList prefixes{QStringLiteral("[DEBUG]"), QStringLiteral("[INFO]"), QStringLiteral("[ERROR]")};
