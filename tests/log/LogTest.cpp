@@ -9,7 +9,6 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include <cstdio>
 #include <iostream>
 #include <memory>
 
@@ -88,12 +87,10 @@ private:
         if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
             return "(no capture)";
         std::cout.flush();
-        std::fflush(stdout);
         const int saved = dup(STDOUT_FILENO);
         dup2(file.handle(), STDOUT_FILENO);
         call();
         std::cout.flush();
-        std::fflush(stdout);
         dup2(saved, STDOUT_FILENO);
         close(saved);
         file.seek(0);

@@ -156,7 +156,7 @@ private Q_SLOTS:
                              "{'k':'1080'} -> 1080 -> -99 -> -0.5"_s,
                              "{'k':''} ->  -> -99 -> -0.5"_s,
                              "{'k':'é\\u20ac😀'} -> é€😀 -> -99 -> -0.5"_s,
-                             "{'k':'a\\u0000b'} -> a -> -99 -> -0.5"_s};
+                             R"({'k':'a\u0000b'} -> a -> -99 -> -0.5)"_s};
         for (const char *document : {"{'k':true}", "{'k':false}", "{'k':null}", "{'k':[1]}", "{'k':{'k':1}}", "{'K':1}",
                                      "{}", "[{'k':1}]", "'k'", "7", "null"}) {
             table.append(QLatin1String(document) + others);
@@ -244,10 +244,10 @@ private Q_SLOTS:
               "{'title':'it&#39;s caf\\u00e9 &#128512;'} -> it's café \uF600|it's café \uF600|0|"_s,
               "{'title':'\\ud83d\\ude00'} -> 😀|😀|0|"_s,
               "{'title':'&#92;u0041'} -> A|A|0|"_s,
-              "{'title':'\\u0026#65;'} -> &#65;|&#65;|0|"_s,
+              R"({'title':'\u0026#65;'} -> &#65;|&#65;|0|)"_s,
               "{'title':'a&#92;tb'} -> a\tb|a\tb|0|"_s,
-              "{'title':'a\\u0000b','duration':1} -> a|a|1|"_s,
-              "{'title':'a','x':'\\ud83d &#55357;'} -> a|a|0|"_s,
+              R"({'title':'a\u0000b','duration':1} -> a|a|1|)"_s,
+              R"({'title':'a','x':'\ud83d &#55357;'} -> a|a|0|)"_s,
               "{'title&#34;:'a'&#125; -> a|a|0|"_s});
     }
 
@@ -266,7 +266,7 @@ private Q_SLOTS:
     {
         rows({"document"},
              {""_s, "ERROR: [generic] no such page"_s, "%s%n"_s, "{'title':'x'"_s, "{'title':'x"_s,
-              "{'title':'a&#34;b'}"_s, "{'title':'a\\u0022b'}"_s, "{'title':'a\\\\u0041'}"_s,
+              "{'title':'a&#34;b'}"_s, R"({'title':'a\u0022b'})"_s, R"({'title':'a\\u0041'})"_s,
               "{'title':nope,'duration':1}"_s, "["_s.repeated(100000), "["_s.repeated(100000) + "]"_s.repeated(100000),
               "{'title':'x','formats':"_s + "{'a':"_s.repeated(100000)});
     }
@@ -423,41 +423,33 @@ private Q_SLOTS:
         const QString kilo = "[download] 50% of 1.00KiB at 5B/s ETA 1"_s;
         const QString asKilo = " -> 1024 512 5"_s;
         const QString none = " -> -90 -91 -92"_s;
-        rows({"text", "counts"},
-             {line + " -> 12939428 5861560 1289748"_s,
-              "\r"_s + line + "\r"_s + kilo + " -> 12939428 5861560 1289748"_s,
-              "[download] "_s + kilo + asKilo,
-              "[download]50%of1KiBat5B/sETA"_s + asKilo,
-              "[download]\n50%\u00a0\nof\t1KiB\nat\n5B/s\u2028ETA"_s + asKilo,
-              "[download] 50% of 1KiBatat2B/s ETA -> 1024 512 2"_s,
-              "[download] 50% of 1KiBé_9 at 5B/s/s ETA"_s + asKilo,
-              "[download] 45.3% of 12.34 at 1.23MiB/s ETA -> -1 0 1289748"_s,
-              "[download] 50% of 1KiB at /s ETA -> 1024 512 -1"_s,
-              "[download] 50% of 1KiB at --/s ETA -> 1024 512 -1"_s,
-              "[download] 1000% of 1KiB at 5b/s ETA -> 1024 10240 -1"_s,
-              "[download] 100% of 8EiB at 9ZiB/s ETA -> "
-              "9223372036854775807 9223372036854775807 9223372036854775807"_s,
-              "[download] 1"_s + "0"_s.repeated(30) + "% of 1KiB at 5B/s ETA -> 1024 9223372036854775807 5"_s,
-              "[download] ٤% of 1KiB at 5B/s ETA -> 1024 0 5"_s,
-              QString(QChar(0xD83D)) + kilo + asKilo,
-              "\0"_s + kilo + asKilo,
-              "[download] Destination: noextension\n"_s + kilo + asKilo,
-              "[download] Destination: .mp4\n"_s + kilo + asKilo,
-              "[download] destination: a.mp4\n"_s + kilo + asKilo,
-              kilo + "\n[download] a.mp4 has already been downloaded"_s + asKilo,
-              none,
-              "[download] 100% of 12.34MiB in 00:05"_s + none,
-              "[download] 0.0% of 12.34MiB at Unknown speed ETA Unknown"_s + none,
-              "[download] 50% of ~1KiB at 5B/s ETA"_s + none,
-              "[download] 50% of 1KiB at 5B/s"_s + none,
-              "[download] 50% of 1KiB at 5 B/s ETA"_s + none,
-              "[download] 50% of 1KiB at 5B/S ETA"_s + none,
-              "[download] 5.% of 1KiB at 5B/s ETA"_s + none,
-              "[Download] 50% of 1KiB at 5B/s ETA"_s + none,
-              "[download] Destination: a.mp4\n"_s + kilo + none,
-              kilo + "\n[download] Destination: a."_s + none,
-              kilo + "\n[download] a.mp4 has already been downloaded\n"_s + none,
-              kilo + "\nx\r\n has already been downloaded\u00a0"_s + none});
+        rows(
+            {"text", "counts"},
+            {line + " -> 12939428 5861560 1289748"_s, "\r"_s + line + "\r"_s + kilo + " -> 12939428 5861560 1289748"_s,
+             "[download] "_s + kilo + asKilo, "[download]50%of1KiBat5B/sETA"_s + asKilo,
+             "[download]\n50%\u00a0\nof\t1KiB\nat\n5B/s\u2028ETA"_s + asKilo,
+             "[download] 50% of 1KiBatat2B/s ETA -> 1024 512 2"_s, "[download] 50% of 1KiBé_9 at 5B/s/s ETA"_s + asKilo,
+             "[download] 45.3% of 12.34 at 1.23MiB/s ETA -> -1 0 1289748"_s,
+             // In single precision, and with a combining accent in the unit
+             "[download] 0.7% of 1000B at 5B/s ETA -> 1000 6 5"_s,
+             "[download] 50% of 1KiB\u0301 at 5B/s ETA"_s + asKilo, "[download] 50% of 1KiB at /s ETA -> 1024 512 -1"_s,
+             "[download] 50% of 1KiB at --/s ETA -> 1024 512 -1"_s,
+             "[download] 1000% of 1KiB at 5b/s ETA -> 1024 10240 -1"_s,
+             "[download] 100% of 8EiB at 9ZiB/s ETA -> "
+             "9223372036854775807 9223372036854775807 9223372036854775807"_s,
+             "[download] 1"_s + "0"_s.repeated(30) + "% of 1KiB at 5B/s ETA -> 1024 9223372036854775807 5"_s,
+             "[download] ٤% of 1KiB at 5B/s ETA -> 1024 0 5"_s, QString(QChar(0xD83D)) + kilo + asKilo,
+             "\0"_s + kilo + asKilo, "[download] Destination: noextension\n"_s + kilo + asKilo,
+             "[download] Destination: .mp4\n"_s + kilo + asKilo, "[download] destination: a.mp4\n"_s + kilo + asKilo,
+             kilo + "\n[download] a.mp4 has already been downloaded"_s + asKilo, none,
+             "[download] 100% of 12.34MiB in 00:05"_s + none,
+             "[download] 0.0% of 12.34MiB at Unknown speed ETA Unknown"_s + none,
+             "[download] 50% of ~1KiB at 5B/s ETA"_s + none, "[download] 50% of 1KiB at 5B/s"_s + none,
+             "[download] 50% of 1KiB at 5 B/s ETA"_s + none, "[download] 50% of 1KiB at 5B/S ETA"_s + none,
+             "[download] 5.% of 1KiB at 5B/s ETA"_s + none, "[Download] 50% of 1KiB at 5B/s ETA"_s + none,
+             "[download] Destination: a.mp4\n"_s + kilo + none, kilo + "\n[download] Destination: a."_s + none,
+             kilo + "\n[download] a.mp4 has already been downloaded\n"_s + none,
+             kilo + "\nx\r\n has already been downloaded\u00a0"_s + none});
     }
 
     void progress()
@@ -476,7 +468,7 @@ private Q_SLOTS:
         const auto progressLine = pattern("\\[download\\]\\s*(\\d+(\\.\\d+)?)%\\s*of\\s*((\\d+(\\.\\d+)?)\\w*)\\s*at"
                                           "\\s*([^\\s\n\r]*/s)\\s*ETA"_s);
         const auto destination = pattern("\\[download\\] Destination: (([^\r\n]+)\\.([^\r\n]*))"_s);
-        const auto downloaded = pattern("\\[download\\] (.*) has already been downloaded\\s"_s);
+        const auto downloaded = pattern(R"(\[download\] (.*) has already been downloaded\s)"_s);
         QRandomGenerator random(42);
         int found[3] = {};
         constexpr int rounds = 20000;
@@ -528,11 +520,9 @@ private Q_SLOTS:
     {
         YdOutputParser &parser = *YdOutputParser::instance();
         QCOMPARE(YdOutputParser::instance(), &parser);
-        QMap<QString, QString> expected = {{"13"_s, "3GP"_s}};
-        for (const QString &code : {"17"_s, "18"_s, "22"_s, "37"_s, "38"_s})
-            expected.insert(code, "MP4"_s);
-        for (const QString &code : {"43"_s, "44"_s, "45"_s, "46"_s})
-            expected.insert(code, "WEBM"_s);
+        const QMap<QString, QString> expected = {
+            {"13"_s, "3GP"_s}, {"17"_s, "MP4"_s},  {"18"_s, "MP4"_s},  {"22"_s, "MP4"_s},  {"37"_s, "MP4"_s},
+            {"38"_s, "MP4"_s}, {"43"_s, "WEBM"_s}, {"44"_s, "WEBM"_s}, {"45"_s, "WEBM"_s}, {"46"_s, "WEBM"_s}};
         for (int code = 0; code < 150; ++code) {
             const QString format = expected.value(QString::number(code), "FLV"_s);
             QCOMPARE(parser.getYdFormat(QString::number(code)), format);

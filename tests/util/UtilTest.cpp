@@ -102,10 +102,10 @@ void addValidity()
         addAll(kind, operation, "yes"_s,
                {"movie (1).mp4"_s, " "_s, ".hidden"_s, times(247, "a"), times(123, "😀") + "a"_s});
         addAll(kind, operation, "no"_s,
-               {""_s, "a."_s, ".."_s, "/a/b//"_s, "//"_s, "a\\\\"_s, "a/\\"_s, "a\0b"_s, "a*"_s, "a?"_s, "a\""_s, "<"_s,
-                ">"_s, "|"_s, times(248, "a"), times(124, "😀")});
+               {""_s, "a."_s, ".."_s, "/a/b//"_s, "//"_s, R"(a\\)"_s, R"(a/\)"_s, "a\0b"_s, "a*"_s, "a?"_s, R"(a")"_s,
+                "<"_s, ">"_s, "|"_s, times(248, "a"), times(124, "😀")});
         addAll(kind, operation, yesOrNo(operation == path),
-               {"/Users/x/Movies"_s, "C:\\x"_s, "a:b"_s, "a/b"_s, "a/"_s, "/"_s, "\\"_s, "//a"_s, "a./"_s});
+               {"/Users/x/Movies"_s, R"(C:\x)"_s, "a:b"_s, "a/b"_s, "a/"_s, "/"_s, R"(\)"_s, "//a"_s, "a./"_s});
     }
     // A line end at the very end is white space as well.
     const Operation url = [](const QString &text) { return yesOrNo(Utilities::isValidUrl(text)); };
@@ -120,7 +120,7 @@ void addValidity()
 void addTexts()
 {
     add("separator", [](const QString &text) { return Utilities::removePathLastSeperator(text); },
-        {"/a/b/// -> /a/b"_s, "a\\b/c\\ -> a\\b/c"_s, "a/\\/\\ -> a"_s, "/a/b -> /a/b"_s, "// -> "_s, " -> "_s});
+        {"/a/b/// -> /a/b"_s, R"(a\b/c\ -> a\b/c)"_s, R"(a/\/\ -> a)"_s, "/a/b -> /a/b"_s, "// -> "_s, " -> "_s});
     add("disk", [](const QString &text) { return Utilities::getDiskFromDir(text); },
         {"/Volumes/Disk/Movies/a -> /Volumes/Disk"_s, "/Volumes/Disk -> /Volumes/Disk"_s,
          "/Volumes/Disk/ -> /Volumes/Disk"_s, "/Volumes/ -> /Volumes/"_s, "/Volumes//x -> /Volumes/"_s,
@@ -147,9 +147,9 @@ void addCharacters()
     }
     const Operation escape = [](const QString &text) { return Utilities::convertHttpSpecificChar2(text); };
     add("\\u", escape,
-        {"caf\\u00e9 \\u00E9 -> café é"_s, "\\\\u0041\\u\\u00421 -> \\A\\uB1"_s, "\\u005cu0041 -> \\u0041"_s,
+        {"caf\\u00e9 \\u00E9 -> café é"_s, R"(\\u0041\u\u00421 -> \A\uB1)"_s, R"(\u005cu0041 -> \u0041)"_s,
          "a\\u0000b -> a\0b"_s, "\\ud83d\\ude00 -> 😀"_s, "\\ud83d\\u0026 -> §&"_s, "§\\u0026 -> §&"_s});
-    for (const QString &text : {"\\U00e9\\u00g9\\u00e"_s, "\\u００４１\\u٠٠٤١"_s, times(500000, "\\u")}) {
+    for (const QString &text : {R"(\U00e9\u00g9\u00e)"_s, "\\u００４１\\u٠٠٤١"_s, times(500000, "\\u")}) {
         add("\\u", escape, {text + " -> "_s + text});
     }
 }
@@ -208,8 +208,8 @@ private Q_SLOTS:
               "999999999999 ->  -> 999G"_s, "1000000000000 ->  -> 1T"_s, "9223372036854775807 ->  -> 9223372T"_s,
               "2500000 -> k -> 2500K"_s, "5000000000000000 -> K -> 5000000000000K"_s, "2500000 -> G -> 2500000"_s,
               "2500000000000 -> t -> 2T"_s, "1500 -> m -> 1500"_s, "5000000000 -> X -> 5000000000"_s,
-              "5000000000 -> GB -> 5000000000"_s, "0 ->  -> 0"_s, "-7 ->  -> 0"_s, "-7000000 -> M -> 0"_s,
-              "-9223372036854775808 -> X -> 0"_s});
+              "5000000000 -> GB -> 5000000000"_s, "1500 -> xK -> 1500"_s, "0 ->  -> 0"_s, "-7 ->  -> 0"_s,
+              "-7000000 -> M -> 0"_s, "-9223372036854775808 -> X -> 0"_s});
     }
 
     void decimalTexts()
@@ -233,7 +233,7 @@ private Q_SLOTS:
         // One character after the other: a slash put in for a colon has had its turn.
         rows({"text", "replacement", "result"},
              {"a:b/c?.mp4 -> _ -> a_b_c_.mp4"_s, "/\\:*?\"<>|\0.é -> _ -> __________.é"_s, "a::b ->  -> ab"_s,
-              "a:b -> / -> a/b"_s, "a/b -> : -> a:b"_s, "a/b -> \\ -> a\\b"_s, "a/b -> <> -> a<<><>b"_s,
+              "a:b -> / -> a/b"_s, "a/b -> : -> a:b"_s, R"(a/b -> \ -> a\b)"_s, "a/b -> <> -> a<<><>b"_s,
               "a:b -> |? -> a|?|??b"_s, "plain -> _ -> plain"_s, " -> _ -> "_s});
     }
 
