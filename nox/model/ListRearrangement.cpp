@@ -25,10 +25,11 @@ void ListRearrangement::keepOnly(QList<MediaProfile> &list, const std::vector<In
         list = copyOf(list, kept);
         return;
     }
+    const auto entries = list.begin();
     Index end = 0;
     for (const Index position : kept) {
         if (position != end)
-            list[end] = std::move(list[position]);
+            entries[end] = std::move(entries[position]);
         ++end;
     }
     list.erase(list.begin() + end, list.end());
@@ -40,19 +41,20 @@ void ListRearrangement::reorder(QList<MediaProfile> &list, std::vector<Index> or
         list = copyOf(list, order);
         return;
     }
+    const auto entries = list.begin();
     // Follows each cycle of the permutation; a position that is done points to itself.
     for (Index start = 0; start < list.size(); ++start) {
         if (order[static_cast<size_t>(start)] == start)
             continue;
-        MediaProfile first = std::move(list[start]);
+        MediaProfile first = std::move(entries[start]);
         Index hole = start;
         for (Index source = order[static_cast<size_t>(hole)]; source != start;
              source = order[static_cast<size_t>(hole)]) {
-            list[hole] = std::move(list[source]);
+            entries[hole] = std::move(entries[source]);
             order[static_cast<size_t>(hole)] = hole;
             hole = source;
         }
-        list[hole] = std::move(first);
+        entries[hole] = std::move(first);
         order[static_cast<size_t>(hole)] = hole;
     }
 }

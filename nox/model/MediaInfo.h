@@ -129,6 +129,8 @@ public:
     static QMap<QString, QString> FILE_FORMAT_SUFFIX_MAP;
 
 private:
+    friend class RecordAccess;
+
     MediaType m_mediaType = MEDIA_TYPE_UNKNOWN;
     QString m_format;
     QSize m_vResolution;

@@ -2,6 +2,7 @@
 
 #include <nox/model/ListRearrangement.h>
 #include <nox/model/PictureRank.h>
+#include <nox/model/RecordAccess.h>
 
 #include <algorithm>
 #include <vector>
@@ -9,19 +10,21 @@
 namespace {
 
 using Nox::MediaProfile;
+using Nox::RecordAccess;
 using Nox::ListRearrangement::Index;
 
 bool sharesPicture(const MediaProfile &a, const MediaProfile &b)
 {
-    return a.getVResolution() == b.getVResolution() && a.is3D() == b.is3D() && a.getFormat() == b.getFormat();
+    return RecordAccess::resolution(a) == RecordAccess::resolution(b) && RecordAccess::is3D(a) == RecordAccess::is3D(b)
+        && RecordAccess::format(a) == RecordAccess::format(b);
 }
 
 // A video stream whose picture can be compared with its neighbour's.
 bool isComparable(const MediaProfile &profile)
 {
     const bool isUnknownLarge =
-        profile.getVResolution().width() <= 0 && Nox::PictureRank::isAbove1080p(profile.getOriResStr());
-    return profile.getMediaType() == Nox::MEDIA_TYPE_VIDEO && !isUnknownLarge;
+        RecordAccess::resolution(profile).width() <= 0 && Nox::PictureRank::isAbove1080p(RecordAccess::label(profile));
+    return RecordAccess::mediaType(profile) == Nox::MEDIA_TYPE_VIDEO && !isUnknownLarge;
 }
 
 } // namespace
@@ -40,7 +43,7 @@ void MediaListRemoveDuplicatedResolutions(QList<MediaProfile> &list)
         // The last entry takes no part: it is never removed, nor anything on its account.
         if (isComparable(entries.at(current))) {
             for (; next < count - 1 && sharesPicture(entries.at(current), entries.at(next)); ++next) {
-                if (entries.at(current).isDash())
+                if (RecordAccess::isDash(entries.at(current)))
                     current = next;
             }
         }
@@ -58,7 +61,7 @@ void MediaListRemoveAudio(QList<MediaProfile> &list)
     kept.reserve(static_cast<size_t>(entries.size()));
     for (Index i = 0; i < entries.size(); ++i) {
         const MediaProfile &entry = entries.at(i);
-        if (entry.getMediaType() != Nox::MEDIA_TYPE_AUDIO && !entry.getName().isEmpty())
+        if (RecordAccess::mediaType(entry) != Nox::MEDIA_TYPE_AUDIO && !RecordAccess::name(entry).isEmpty())
             kept.push_back(i);
     }
     Nox::ListRearrangement::keepOnly(list, kept);
@@ -66,7 +69,8 @@ void MediaListRemoveAudio(QList<MediaProfile> &list)
 
 MediaProfile MediaListGetStreamByYdCode(const QList<MediaProfile> &list, const QString &ydCode)
 {
-    const auto found = std::find_if(list.cbegin(), list.cend(),
-                                    [&ydCode](const MediaProfile &profile) { return profile.getName() == ydCode; });
+    const auto found = std::find_if(list.cbegin(), list.cend(), [&ydCode](const MediaProfile &profile) {
+        return RecordAccess::name(profile) == ydCode;
+    });
     return found != list.cend() ? *found : MediaProfile();
 }

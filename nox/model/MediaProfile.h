@@ -64,6 +64,8 @@ public:
     void setAutoBitRate(bool autoBitRate);       ///< Sets the host's choice flag.
 
 private:
+    friend class RecordAccess;
+
     QString m_name = QLatin1String("");
     QString m_url;
     qint64 m_size = 0;

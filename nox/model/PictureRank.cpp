@@ -1,6 +1,6 @@
 #include <nox/model/PictureRank.h>
 
-#include <nox/model/MediaInfo.h>
+#include <nox/model/RecordAccess.h>
 
 namespace Nox {
 
@@ -11,8 +11,8 @@ bool PictureRank::isAbove1080p(const QString &label)
 
 qint64 PictureRank::of(const MediaInfo &info)
 {
-    const QSize size = info.getVResolution();
-    if (size.width() == -1 && isAbove1080p(info.getOriResStr()))
+    const QSize size = RecordAccess::resolution(info);
+    if (size.width() == -1 && isAbove1080p(RecordAccess::label(info)))
         return 1920 * 1080 + 1;
     // Unsigned, since a product beyond 32 bits wraps around.
     return static_cast<qint32>(static_cast<quint32>(size.width()) * static_cast<quint32>(size.height()));

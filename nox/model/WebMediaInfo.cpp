@@ -1,15 +1,11 @@
 #include <nox/model/WebMediaInfo.h>
 
+#include <nox/model/BestFirst.h>
 #include <nox/model/ListRearrangement.h>
-#include <nox/model/PictureRank.h>
-
-#include <QSet>
+#include <nox/model/RecordAccess.h>
 
 #include <algorithm>
-#include <iterator>
-#include <limits>
 #include <utility>
-#include <vector>
 
 namespace Nox {
 
@@ -21,49 +17,8 @@ namespace {
 Index findByUrl(const QList<MediaProfile> &profiles, const QString &url)
 {
     const auto found = std::find_if(profiles.cbegin(), profiles.cend(),
-                                    [&url](const MediaProfile &profile) { return profile.getUrl() == url; });
+                                    [&url](const MediaProfile &profile) { return RecordAccess::url(profile) == url; });
     return found != profiles.cend() ? static_cast<Index>(found - profiles.cbegin()) : -1;
-}
-
-// The distinct formats of a list, in the order of their code units.
-std::vector<QString> sortedFormats(const QList<MediaProfile> &profiles)
-{
-    QSet<QString> distinct;
-    for (const MediaProfile &profile : profiles)
-        distinct.insert(profile.getFormat());
-    std::vector<QString> formats(distinct.cbegin(), distinct.cend());
-    std::sort(formats.begin(), formats.end());
-    return formats;
-}
-
-/*
- * The positions of the profiles, best first by the ordering of MediaInfo. What decides is packed into
- * one number for each profile, since sorting the records themselves would move every field of them
- * again and again. Equal profiles keep their order.
- */
-std::vector<Index> bestFirstOrder(const QList<MediaProfile> &profiles)
-{
-    struct Entry {
-        quint64 key;
-        Index position;
-    };
-    const std::vector<QString> formats = sortedFormats(profiles);
-    std::vector<Entry> entries;
-    entries.reserve(static_cast<size_t>(profiles.size()));
-    for (const MediaProfile &profile : profiles) {
-        const auto format = std::lower_bound(formats.begin(), formats.end(), profile.getFormat()) - formats.begin();
-        const auto rank = static_cast<quint64>(PictureRank::of(profile) - std::numeric_limits<qint32>::min());
-        const quint64 flat = profile.is3D() ? 0 : 1;
-        entries.push_back({rank << 32 | static_cast<quint64>(format) << 1 | flat, static_cast<Index>(entries.size())});
-    }
-    std::sort(entries.begin(), entries.end(),
-              [](const Entry &a, const Entry &b) { return a.key != b.key ? a.key > b.key : a.position < b.position; });
-
-    std::vector<Index> order;
-    order.reserve(entries.size());
-    std::transform(entries.begin(), entries.end(), std::back_inserter(order),
-                   [](const Entry &entry) { return entry.position; });
-    return order;
 }
 
 } // namespace
@@ -94,7 +49,7 @@ bool WebMediaInfo::addMediaProfileToHead(MediaProfile profile)
 
 void WebMediaInfo::sortProfileDesc()
 {
-    ListRearrangement::reorder(m_profiles, bestFirstOrder(std::as_const(m_profiles)));
+    ListRearrangement::reorder(m_profiles, BestFirst::order(std::as_const(m_profiles)));
 }
 
 bool WebMediaInfo::setProfileSize(QString url, qint64 size)

@@ -53,9 +53,9 @@ QString JsonHelper::readUtf8Script(QString filePath)
         return QString();
 
     const QByteArray content = file.read(file.size());
-    const int start = content.startsWith(byteOrderMark) ? markLength : 0;
-    // Up to the first zero byte, which every byte array holds at its end at the latest.
-    return QString::fromUtf8(content.constData() + start);
+    // Up to the first zero byte, which every byte array holds at its end at the latest; the decoding
+    // itself skips one byte-order mark.
+    return QString::fromUtf8(content.constData());
 }
 
 } // namespace Nox
