@@ -15,6 +15,29 @@ QList<MediaProfile> copyOf(const QList<MediaProfile> &list, const std::vector<Li
     return copy;
 }
 
+QList<MediaProfile> blankList(ListRearrangement::Index size)
+{
+    QList<MediaProfile> list;
+    list.reserve(size);
+    for (ListRearrangement::Index i = 0; i < size; ++i)
+        list.append(MediaProfile());
+    return list;
+}
+
+// Reads the list from its first entry to its last: each entry's texts lie near those of the entry before.
+QList<MediaProfile> scatteredCopyOf(const QList<MediaProfile> &list, const std::vector<ListRearrangement::Index> &order)
+{
+    std::vector<ListRearrangement::Index> places(order.size());
+    for (size_t place = 0; place < order.size(); ++place)
+        places[static_cast<size_t>(order[place])] = static_cast<ListRearrangement::Index>(place);
+
+    QList<MediaProfile> copy = blankList(list.size());
+    const auto entries = copy.begin();
+    for (ListRearrangement::Index i = 0; i < list.size(); ++i)
+        entries[places[static_cast<size_t>(i)]] = list.at(i);
+    return copy;
+}
+
 } // namespace
 
 void ListRearrangement::keepOnly(QList<MediaProfile> &list, const std::vector<Index> &kept)
@@ -38,7 +61,7 @@ void ListRearrangement::keepOnly(QList<MediaProfile> &list, const std::vector<In
 void ListRearrangement::reorder(QList<MediaProfile> &list, std::vector<Index> order)
 {
     if (!list.isDetached()) {
-        list = copyOf(list, order);
+        list = scatteredCopyOf(list, order);
         return;
     }
     const auto entries = list.begin();
