@@ -4,6 +4,7 @@
 #
 #   scripts/demo.sh                        the page made for the purpose; nothing is left behind
 #   scripts/demo.sh URL [FETCH-OPTION...]  a page of your own; its file goes to the current folder
+#   scripts/demo.sh --window [URL]         the same in the window of nox-desk, until that is closed
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
@@ -11,8 +12,10 @@ set -euo pipefail
 # Slow enough that the progress can be watched: the clip takes some seven seconds.
 readonly bytes_per_second=600000
 
+program=nox-fetch
 case ${1-} in
     -h | --help) print_help; exit 0 ;;
+    --window) program=nox-desk; shift ;;
     -*) echo "demo.sh: the URL comes first; see --help" >&2; exit 2 ;;
 esac
 
@@ -20,9 +23,19 @@ esac
 
 say "build"
 configure release "$root/build/release"
-compile "$root/build/release" nox-fetch
+compile "$root/build/release" $program
 bin=$root/build/release/bin
 "$root/scripts/stage-programs.sh" "$bin"
+
+# Downloads a page's clip, shows what it holds, and leaves its path in file.
+show_download() {
+    say "nox-fetch ${*:2} $1"
+    file=$("$bin/nox-fetch" "${@:2}" "$1")
+    say "the result"
+    printf '%s\n' "$file"
+    ffprobe -v error -show_entries stream=codec_type,codec_name,width,height,sample_rate:format=duration,size \
+        -of default=noprint_wrappers=1 "$file"
+}
 
 demonstration=no
 if [[ $# -eq 0 ]]; then
@@ -30,24 +43,19 @@ if [[ $# -eq 0 ]]; then
     say "a page on this machine"
     make_scratch
     serve_clip $bytes_per_second
-    cd "$scratch"
     printf '%s\n' "$url"
-    say "nox-fetch --list $url"
-    "$bin/nox-fetch" --list "$url"
-else
-    url=$1
-    shift
+    set -- "$url"
 fi
 
-say "nox-fetch ${*:+$* }$url"
-file=$("$bin/nox-fetch" "$@" "$url")
-
-say "the result"
-printf '%s\n' "$file"
-ffprobe -v error -show_entries stream=codec_type,codec_name,width,height,sample_rate:format=duration,size \
-    -of default=noprint_wrappers=1 "$file"
-
-if [[ $demonstration == yes ]]; then
+if [[ $program == nox-desk ]]; then
+    "$bin/nox-desk" "$1"
+elif [[ $demonstration == no ]]; then
+    show_download "$@"
+else
+    say "nox-fetch --list $url"
+    "$bin/nox-fetch" --list "$url"
+    cd "$scratch"
+    show_download "$url"
     streams=$(ffprobe -v error -show_entries stream=codec_type -of csv=p=0 "$file" | sort | xargs)
     if [[ $streams != "audio video" ]]; then
         echo "demo.sh: expected one video and one audio stream, found: $streams" >&2

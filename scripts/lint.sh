@@ -37,17 +37,26 @@ check_cppcheck() {
         --enable=warning,performance,portability --suppress=passedByValue '-DQ_DISABLE_COPY_MOVE(x)=' -I . "${code_folders[@]}"
 }
 
-# The other compiler, with its warnings; clang-tidy reads the command lines that this leaves.
+# The other compiler, with its warnings; clang-tidy reads the command lines and the generated files that this leaves.
 check_clang() {
-    configure release "$clang_dir" -DCMAKE_CXX_COMPILER=clang++
+    configure release "$clang_dir" -DCMAKE_CXX_COMPILER=clang++ -DNOX_BUILD_BENCHMARKS=ON
     compile "$clang_dir"
+}
+
+# Runs clang-tidy with the command lines of a build over the files whose names come in, each ended by a null character.
+tidy() {
+    # Largest first, so that none is left running alone at the end.
+    xargs -0 ls -S | tr '\n' '\0' |
+        xargs -0 -n 1 -P "$jobs" clang-tidy --quiet -p "$1" 2> >(grep -v 'warnings generated' >&2)
 }
 
 check_tidy() {
     [[ -e $clang_dir/build.ninja ]] || check_clang
-    # Largest first, so that none is left running alone at the end.
-    sources -name '*.cpp' | xargs -0 ls -S | tr '\n' '\0' |
-        xargs -0 -n 1 -P "$jobs" clang-tidy --quiet -p "$clang_dir" 2> >(grep -v 'warnings generated' >&2)
+    sources -name '*.cpp' -not -path 'fuzz/*' | tidy "$clang_dir"
+    # The fuzz targets cannot be built along with the rest, whose objects would be marked for the fuzzer.
+    configure release "$clang_dir-fuzz" -DCMAKE_CXX_COMPILER=clang++ -DNOX_BUILD_FUZZERS=ON \
+        -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
+    sources -name '*.cpp' -path 'fuzz/*' | tidy "$clang_dir-fuzz"
 }
 
 case ${1-} in
@@ -61,7 +70,7 @@ for check in "$@"; do
     fi
 done
 
-scripts/setup.sh build run lint
+scripts/setup.sh build run lint bench
 for check in "$@"; do
     say "lint: $check"
     "check_$check"

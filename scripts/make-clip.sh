@@ -8,8 +8,9 @@
 #   DIR/video.mp4           20 seconds, some 3 MB, without sound
 #   DIR/audio.m4a           20 seconds, some 300 kB
 #   DIR/maxresdefault.jpg   the poster
+#   DIR/mqdefault.jpg       the same in the smaller size that the library asks for instead
 #
-# A folder that holds the clip already is left as it is.
+# A folder that holds the clip already is left as it is, unless this script is newer.
 set -euo pipefail
 
 if [[ $# -ne 1 || $1 == -* ]]; then
@@ -18,7 +19,7 @@ if [[ $# -ne 1 || $1 == -* ]]; then
 fi
 dir=$1
 # The page is written last, so that its being there means that all the rest is.
-[[ ! -e $dir/index.html ]] || exit 0
+[[ ! $dir/index.html -nt $0 ]] || exit 0
 mkdir -p "$dir"
 
 readonly seconds=20 width=640 height=360 rate=25 video_bits=1200000 audio_bits=128000
@@ -33,6 +34,7 @@ make_media -f lavfi -i "testsrc2=size=${width}x$height:rate=$rate:duration=$seco
 make_media -f lavfi -i "sine=frequency=330:beep_factor=2:duration=$seconds" \
     -c:a aac -b:a $audio_bits -ac 2 -movflags +faststart "$dir/audio.m4a"
 make_media -i "$dir/video.mp4" -frames:v 1 "$dir/maxresdefault.jpg"
+make_media -i "$dir/maxresdefault.jpg" -vf scale=320:-2 "$dir/mqdefault.jpg"
 
 cat >"$dir/manifest.mpd" <<MANIFEST
 <?xml version="1.0" encoding="UTF-8"?>
