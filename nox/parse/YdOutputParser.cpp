@@ -5,6 +5,7 @@
 #include <nox/parse/JsonMembers.h>
 #include <nox/parse/YdFormat.h>
 #include <nox/parse/YdStatusLines.h>
+#include <nox/util/ByteCount.h>
 #include <nox/util/Saturation.h>
 #include <nox/util/Utilities.h>
 
@@ -127,9 +128,9 @@ int YdOutputParser::parseDownloadeInfo(QString text, qint64 &total, qint64 &fini
     if (!line)
         return 0;
 
-    const float percentage = line->percentage.toString().toFloat();
-    total = Utilities::getBytes(line->size.toString());
-    speed = Utilities::getBytes(line->speed.toString());
+    const float percentage = ByteCount::toFloat(line->percentage);
+    total = ByteCount::find(line->size);
+    speed = ByteCount::find(line->speed);
     finish = Saturation::fromDouble<qint64>(static_cast<double>(percentage) * static_cast<double>(total) / 100.0);
     return 0;
 }

@@ -35,7 +35,13 @@ inline qsizetype skipNumber(QStringView text, qsizetype position)
 /** Whether @p token stands at @p position. */
 inline bool isAt(QStringView text, qsizetype position, QStringView token)
 {
-    return text.size() - position >= token.size() && text.mid(position, token.size()) == token;
+    if (text.size() - position < token.size())
+        return false;
+    for (qsizetype i = 0; i < token.size(); ++i) {
+        if (text[position + i] != token[i])
+            return false;
+    }
+    return true;
 }
 
 } // namespace Nox::TextScan

@@ -2,12 +2,8 @@
 
 #include <nox/util/Utilities.h>
 
-#include <nox/util/Saturation.h>
-#include <nox/util/TextScan.h>
+#include <nox/util/ByteCount.h>
 
-#include <QStringView>
-
-#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -27,19 +23,6 @@ constexpr DecimalUnit decimalUnits[] = {
     {QLatin1Char('G'), 1'000'000'000},
     {QLatin1Char('T'), 1'000'000'000'000},
 };
-
-// Power of 1024 that a unit letter stands for, or -1.
-qsizetype unitPower(QStringView text, qsizetype position)
-{
-    constexpr QStringView letters(u"BKMGTPEZY");
-    return position < text.size() ? letters.indexOf(text[position]) : -1;
-}
-
-qint64 scaled(QStringView number, qsizetype power)
-{
-    const float value = number.toString().toFloat();
-    return Saturation::fromDouble<qint64>(std::ldexp(static_cast<double>(value), static_cast<int>(power) * 10));
-}
 
 } // namespace
 
@@ -80,19 +63,7 @@ QString Utilities::fileSizeToString(qint64 size)
 
 qint64 Utilities::getBytes(QString text)
 {
-    const QStringView view(text);
-    qsizetype start = 0;
-    while (start < view.size()) {
-        if (!view[start].isDigit()) {
-            ++start;
-            continue;
-        }
-        const qsizetype end = TextScan::skipNumber(view, start);
-        if (const qsizetype power = unitPower(view, end); power >= 0)
-            return scaled(view.mid(start, end - start), power);
-        start = TextScan::skipDigits(view, start);
-    }
-    return -1;
+    return ByteCount::find(text);
 }
 
 QSize Utilities::stringToSizeX(QString text)
