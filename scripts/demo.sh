@@ -29,7 +29,7 @@ bin=$root/build/release/bin
 
 # Downloads a page's clip, shows what it holds, and leaves its path in file.
 show_download() {
-    say "nox-fetch ${*:2} $1"
+    say nox-fetch "${@:2}" "$1"
     file=$("$bin/nox-fetch" "${@:2}" "$1")
     say "the result"
     printf '%s\n' "$file"
