@@ -43,84 +43,68 @@ QString Destination::proposed(const Nox::WebMediaInfo &page, const Nox::MediaPro
 
 QString Destination::free(const QString &path, const QStringList &taken)
 {
-    if (!QFileInfo(path).suffix().isEmpty()) {
+    if (!QFileInfo(path).suffix().isEmpty())
         return Nox::Utilities::addNumberToExistedFileName(path, taken);
-    }
     // The library would put a dot behind a name that has no suffix.
     QString candidate = path;
-    for (int number = 1; QFileInfo::exists(candidate) || taken.contains(candidate); ++number) {
+    for (int number = 1; QFileInfo::exists(candidate) || taken.contains(candidate); ++number)
         candidate = path + QStringLiteral("(%1)").arg(number);
-    }
     return candidate;
 }
 
 QString Destination::suffix(const Nox::MediaProfile &stream)
 {
-    if (stream.isDash() && !stream.getPreferredDashAudioYdCode().isEmpty()) {
+    if (stream.isDash() && !stream.getPreferredDashAudioYdCode().isEmpty())
         return QStringLiteral("mp4");
-    }
     QString result;
     const QString format = stream.getFormat().toLower();
     for (const QChar character : format) {
         const char16_t unit = character.unicode();
-        if ((unit >= u'a' && unit <= u'z') || (unit >= u'0' && unit <= u'9')) {
+        if ((unit >= u'a' && unit <= u'z') || (unit >= u'0' && unit <= u'9'))
             result += character;
-        }
     }
     return result.isEmpty() ? QStringLiteral("media") : result.left(10);
 }
 
 QString Destination::problem(const QString &path)
 {
-    if (path.isEmpty()) {
+    if (path.isEmpty())
         return tr("The file needs a name.");
-    }
     const QFileInfo file(path);
     const QString name = file.fileName();
-    if (const QString words = nameProblem(name); !words.isEmpty()) {
+    if (QString words = nameProblem(name); !words.isEmpty())
         return words;
-    }
-    if (file.isDir()) {
+    if (file.isDir())
         return tr("\"%1\" is a folder.").arg(path);
-    }
-    if (file.exists() || file.isSymLink()) {
+    if (file.exists() || file.isSymLink())
         return tr("\"%1\" exists already; an existing file is never replaced.").arg(path);
-    }
     return folderProblem(file.absolutePath());
 }
 
 QString Destination::nameProblem(const QString &name)
 {
-    if (name.isEmpty()) {
+    if (name.isEmpty())
         return tr("The file needs a name.");
-    }
-    if (name.size() > maximumNameLength) {
+    if (name.size() > maximumNameLength)
         return tr("The name is too long: %1 characters are the most.").arg(maximumNameLength);
-    }
-    if (QFile::encodeName(name).size() > maximumNameBytes) {
+    if (QFile::encodeName(name).size() > maximumNameBytes)
         return tr("The name is too long: it takes more than %1 bytes.").arg(maximumNameBytes);
-    }
-    if (name.endsWith(QLatin1Char('.'))) {
+    if (name.endsWith(QLatin1Char('.')))
         return tr("The name must not end in a dot.");
-    }
-    if (!Nox::Utilities::isValidFileName(name)) {
+    if (!Nox::Utilities::isValidFileName(name))
         return tr("The name must not hold any of / \\ : * ? \" < > |");
-    }
     return {};
 }
 
 QString Destination::folderProblem(const QString &folder)
 {
     const QFileInfo info(folder);
-    if (!info.exists()) {
+    if (!info.exists())
         return tr("The folder \"%1\" does not exist.").arg(folder);
-    }
-    if (!info.isDir()) {
+    if (!info.isDir())
         return tr("\"%1\" is not a folder.").arg(folder);
-    }
-    if (!info.isWritable() || !info.isExecutable()) {
+    if (!info.isWritable() || !info.isExecutable())
         return tr("You may not write into the folder \"%1\".").arg(folder);
-    }
     return {};
 }
 
@@ -129,16 +113,13 @@ QString Destination::baseName(const Nox::WebMediaInfo &page, const Nox::MediaPro
     // A dot in front hides a file, a dash makes it look like an option to other programs.
     QString name = printableLine(Nox::Utilities::filterInvalidCharsOfFileName(page.getFileName(), QStringLiteral(" ")));
     auto start = 0;
-    while (start < name.size() && isIn(QStringLiteral(".- "), name.at(start))) {
+    while (start < name.size() && isIn(QStringLiteral(".- "), name.at(start)))
         ++start;
-    }
     name = shortened(name.mid(start));
-    while (!name.isEmpty() && isIn(QStringLiteral(". "), name.at(name.size() - 1))) {
+    while (!name.isEmpty() && isIn(QStringLiteral(". "), name.at(name.size() - 1)))
         name.chop(1);
-    }
-    if (!name.isEmpty()) {
+    if (!name.isEmpty())
         return name;
-    }
     return stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO ? tr("audio") : tr("video");
 }
 

@@ -24,11 +24,10 @@ DownloadJob::DownloadJob(const ToolSetup &tools, QObject *parent)
 {
     m_patience.setSingleShot(true);
     connect(&m_patience, &QTimer::timeout, this, [this] {
-        if (m_state == State::Stopping) {
+        if (m_state == State::Stopping)
             end(Outcome::Cancelled);
-        } else {
+        else
             settleFailure();
-        }
     });
     m_joinWatch.setInterval(joinWatchMs);
     connect(&m_joinWatch, &QTimer::timeout, this, &DownloadJob::watchJoining);
@@ -36,9 +35,8 @@ DownloadJob::DownloadJob(const ToolSetup &tools, QObject *parent)
 
 void DownloadJob::start(const QString &url, const Nox::MediaProfile &stream, const QString &destination)
 {
-    if (m_state != State::Idle) {
+    if (m_state != State::Idle)
         return;
-    }
     m_state = State::Running;
     m_stream = stream;
     m_destination = destination;
@@ -72,9 +70,8 @@ void DownloadJob::cancel()
         m_joinWatch.stop();
         m_patience.start(stopMs);
         m_downloader->cancel();
-        if (inDoubt) { // the process has reported already, no more may come
+        if (inDoubt) // the process has reported already, no more may come
             end(Outcome::Cancelled);
-        }
     }
 }
 
@@ -88,20 +85,17 @@ void DownloadJob::onStarted()
     ++m_startedStreams;
     const bool isAudio = m_startedStreams > 1 || m_stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO;
     setPhase(isAudio ? Phase::Audio : Phase::Video);
-    if (m_startedStreams > 1) {
+    if (m_startedStreams > 1)
         m_joinWatch.start();
-    }
 }
 
 void DownloadJob::onProgress(qint64 total, qint64 finish, qint64 speed)
 {
-    if (m_state != State::Running) {
+    if (m_state != State::Running)
         return;
-    }
-    m_patience.stop();                                 // whatever was wrong, it goes on
-    if (m_startedStreams > 1 && finish + 1 >= total) { // the figures of two streams stop one byte short
+    m_patience.stop();                               // whatever was wrong, it goes on
+    if (m_startedStreams > 1 && finish + 1 >= total) // the figures of two streams stop one byte short
         setPhase(Phase::Joining);
-    }
     Q_EMIT progressed(TransferFigures(total, finish, speed));
 }
 
@@ -111,9 +105,8 @@ void DownloadJob::onError(qint32 code)
         end(Outcome::Cancelled);
         return;
     }
-    if (m_state != State::Running) {
+    if (m_state != State::Running)
         return;
-    }
     m_code = code;
     // A process error may be followed by a more telling code, or by nothing. The downloader's own
     // clearing up follows the notification, and tells by what it leaves which program it was.
@@ -122,33 +115,28 @@ void DownloadJob::onError(qint32 code)
 
 void DownloadJob::onFinished()
 {
-    if (m_state == State::Stopping) { // too late, the user has changed his mind
+    if (m_state == State::Stopping) // too late, the user has changed his mind
         end(Outcome::Cancelled);
-    }
-    if (m_state != State::Running) {
+    if (m_state != State::Running)
         return;
-    }
     m_file = m_folder.release(m_partialName, m_destination);
-    if (m_file.isEmpty()) {
+    if (m_file.isEmpty())
         fail(-8, FailureText::noFinalName(m_destination));
-    } else {
+    else
         end(Outcome::Finished);
-    }
 }
 
 // The library does not tell when the merge begins; its output file does.
 void DownloadJob::watchJoining()
 {
-    if (m_folder.isJoining()) {
+    if (m_folder.isJoining())
         setPhase(Phase::Joining);
-    }
 }
 
 void DownloadJob::setPhase(Phase phase)
 {
-    if (phase == Phase::Joining) {
+    if (phase == Phase::Joining)
         m_joinWatch.stop();
-    }
     if (m_phase != phase) {
         m_phase = phase;
         Q_EMIT phaseChanged(phase);
@@ -171,16 +159,14 @@ void DownloadJob::fail(int code, const QString &words)
 /** The downloader goes later, since its notification may be on the stack; files and outcome follow. */
 void DownloadJob::end(Outcome outcome)
 {
-    if (m_state == State::Ending || m_state == State::Ended) {
+    if (m_state == State::Ending || m_state == State::Ended)
         return;
-    }
     m_state = State::Ending;
     m_outcome = outcome;
     m_patience.stop();
     m_joinWatch.stop();
-    if (m_downloader != nullptr) {
+    if (m_downloader != nullptr)
         disconnect(m_downloader.get(), nullptr, this, nullptr);
-    }
     QTimer::singleShot(0, this, &DownloadJob::letGo);
 }
 

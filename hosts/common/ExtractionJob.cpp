@@ -27,9 +27,8 @@ ExtractionJob::ExtractionJob(const ToolSetup &tools, QObject *parent)
 
 void ExtractionJob::start(const QString &url)
 {
-    if (m_state != State::Idle) {
+    if (m_state != State::Idle)
         return;
-    }
     m_state = State::Running;
     m_extractor.reset(
         Nox::WebMediaDownloaderFactory::instance()->createExtractor(m_tools.toolFile(), m_tools.pycacheFolder()));
@@ -63,9 +62,8 @@ void ExtractionJob::onError(qint32 code)
     const bool isPair = m_awaitsError;
     m_awaitsError = false;
     if (m_state == State::Stopping) {
-        if (code != -1 || !isPair) { // the process has ended, not only complained
+        if (code != -1 || !isPair) // the process has ended, not only complained
             end(Outcome::Cancelled);
-        }
         return;
     }
     if (!isPair) { // the tool has ended and admits failure
@@ -77,18 +75,16 @@ void ExtractionJob::onError(qint32 code)
         return;
     }
     m_code = code;
-    if (code == QProcess::FailedToStart) {
+    if (code == QProcess::FailedToStart)
         end(Outcome::Failed);
-    } else {
+    else
         m_patience.start(); // for the end of the process, which should follow
-    }
 }
 
 void ExtractionJob::settle()
 {
-    if (!m_awaitsError || m_state != State::Running) {
+    if (!m_awaitsError || m_state != State::Running)
         return;
-    }
     m_answered = true;
     end(m_page.isValid() ? Outcome::Finished : Outcome::Failed);
 }
@@ -96,15 +92,13 @@ void ExtractionJob::settle()
 /** The extractor goes later, since its notification may be on the stack; the outcome follows. */
 void ExtractionJob::end(Outcome outcome)
 {
-    if (m_state == State::Ending || m_state == State::Ended) {
+    if (m_state == State::Ending || m_state == State::Ended)
         return;
-    }
     m_state = State::Ending;
     m_outcome = outcome;
     m_patience.stop();
-    if (m_extractor != nullptr) {
+    if (m_extractor != nullptr)
         disconnect(m_extractor.get(), nullptr, this, nullptr);
-    }
     QTimer::singleShot(0, this, &ExtractionJob::letGo);
 }
 
@@ -122,9 +116,8 @@ void ExtractionJob::report()
         Q_EMIT finished(m_page);
         break;
     case Outcome::Failed:
-        if (m_toolText.isEmpty()) {
+        if (m_toolText.isEmpty())
             m_toolText = m_page.errorDetail();
-        }
         Q_EMIT failed(m_answered ? FailureText::noStream() : FailureText::extraction(m_code), toolWords(m_toolText));
         break;
     case Outcome::Cancelled:

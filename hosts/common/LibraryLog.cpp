@@ -12,7 +12,7 @@ namespace NoxHost {
 
 namespace {
 
-constexpr qint64 maximumRead = 256 * 1024;
+constexpr qint64 maximumRead = 262144;
 
 Nox::_NoxLogLevel levelFor(LibraryLog::Detail detail)
 {
@@ -46,9 +46,8 @@ bool LibraryLog::open(const QString &file, Detail detail)
         m_fileName = m_temporary.fileName();
     } else {
         m_fileName = QFileInfo(file).absoluteFilePath();
-        if (!QFile(m_fileName).open(QIODevice::WriteOnly | QIODevice::Append)) {
+        if (!QFile(m_fileName).open(QIODevice::WriteOnly | QIODevice::Append))
             return false;
-        }
     }
     Nox::Logger::init(QFile::encodeName(m_fileName).toStdString(), levelFor(detail), Nox::LOG_OUT_FILE);
     mark();
@@ -68,9 +67,8 @@ void LibraryLog::mark()
 QString LibraryLog::complaints() const
 {
     QFile file(m_fileName);
-    if (!file.open(QIODevice::ReadOnly) || !file.seek(qMax(m_mark, file.size() - maximumRead))) {
+    if (!file.open(QIODevice::ReadOnly) || !file.seek(qMax(m_mark, file.size() - maximumRead)))
         return {};
-    }
     const QString text = decoded(file.readAll());
     static const QRegularExpression header(
         QStringLiteral("\\n \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  \\[[A-Z]+\\] [^\\n]*\\(line\\d+\\) :\\n"));
@@ -82,9 +80,8 @@ QString LibraryLog::complaints() const
     const QStringList messages = text.split(header);
     for (const QString &message : messages) {
         const QRegularExpressionMatch match = complaint.match(message);
-        if (match.hasMatch()) {
+        if (match.hasMatch())
             result += match.captured(1);
-        }
     }
     return toolWords(result);
 }

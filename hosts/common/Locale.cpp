@@ -11,10 +11,10 @@ namespace NoxHost {
 
 void ensureUtf8Locale()
 {
-    std::setlocale(LC_CTYPE, "");
+    static_cast<void>(std::setlocale(LC_CTYPE, ""));
     if (qstrcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
         qputenv("LC_ALL", "C.UTF-8");
-        std::setlocale(LC_CTYPE, "");
+        static_cast<void>(std::setlocale(LC_CTYPE, ""));
     }
 }
 

@@ -42,15 +42,13 @@ bool PartialFolder::isJoining() const
 
 int PartialFolder::completeStreams() const
 {
-    if (m_path.isEmpty()) {
+    if (m_path.isEmpty())
         return 0;
-    }
     const QString mark = QStringLiteral("YDTMP_.");
     int count = 0;
     const QStringList names = QDir(m_path).entryList({QLatin1Char('*') + mark + QLatin1Char('*')}, QDir::Files);
-    for (const QString &name : names) {
+    for (const QString &name : names)
         count += name.indexOf(QLatin1Char('.'), name.indexOf(mark) + mark.size()) < 0 ? 1 : 0;
-    }
     return count;
 }
 
@@ -59,12 +57,10 @@ QString PartialFolder::release(const QString &name, const QString &destination)
     QString path = destination;
     constexpr int attempts = 100; // in case others take the names as they are found
     for (int i = 0; i < attempts; ++i) {
-        if (QFile::rename(filePath(name), path)) {
+        if (QFile::rename(filePath(name), path))
             return path;
-        }
-        if (!QFile::exists(path)) {
+        if (!QFile::exists(path))
             break;
-        }
         path = Destination::free(destination);
     }
     return {};

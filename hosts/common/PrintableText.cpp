@@ -47,9 +47,8 @@ QString toolWords(const QString &errorOutput)
     const QStringList lines = errorOutput.split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         const QString printable = printableLine(line);
-        if (printable.isEmpty()) {
+        if (printable.isEmpty())
             continue;
-        }
         (printable.startsWith(QLatin1String("WARNING")) ? warnings : words) += printable;
     }
     const QStringList &chosen = words.isEmpty() ? warnings : words;

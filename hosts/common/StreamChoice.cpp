@@ -78,9 +78,8 @@ bool isSamePicture(const MediaProfile &left, const MediaProfile &right)
 /** How little has to happen to a stream until it is a file with picture and sound. */
 int effort(const MediaProfile &stream)
 {
-    if (!stream.isDash()) {
+    if (!stream.isDash())
         return 0;
-    }
     return stream.getFormat() == QLatin1String("MP4") ? 1 : 2;
 }
 
@@ -90,13 +89,11 @@ StreamChoice::StreamChoice(const Nox::WebMediaInfo &page)
 {
     const Profiles streams = page.getMediaProfileList();
     for (const MediaProfile &stream : streams) {
-        if (!stream.isValid() || !isUsableCode(stream.getName())) {
+        if (!stream.isValid() || !isUsableCode(stream.getName()))
             continue;
-        }
         m_all += stream;
-        if (stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO) {
+        if (stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO)
             m_audio += stream;
-        }
     }
     sortStably(m_all, isBetter);
     sortStably(m_audio, [](const MediaProfile &left, const MediaProfile &right) {
@@ -123,30 +120,25 @@ Profiles StreamChoice::audio() const
 MediaProfile StreamChoice::best() const
 {
     const auto first = std::find_if(m_thinned.cbegin(), m_thinned.cend(), isVideo);
-    if (first == m_thinned.cend()) {
+    if (first == m_thinned.cend())
         return m_audio.isEmpty() ? m_all.value(0) : m_audio.first();
-    }
     MediaProfile result = *first;
-    for (auto it = first; it != m_thinned.cend(); ++it) {
-        if (isVideo(*it) && isSamePicture(*it, *first) && effort(*it) < effort(result)) {
+    for (auto it = first; it != m_thinned.cend(); ++it)
+        if (isVideo(*it) && isSamePicture(*it, *first) && effort(*it) < effort(result))
             result = *it;
-        }
-    }
     return result;
 }
 
 MediaProfile StreamChoice::companionFor(const MediaProfile &video) const
 {
-    if (!needsCompanion(video)) {
+    if (!needsCompanion(video))
         return {};
-    }
     if (video.getFormat() == QLatin1String("MP4")) {
         const auto m4a = std::find_if(m_audio.cbegin(), m_audio.cend(), [](const MediaProfile &stream) {
             return stream.getFormat() == QLatin1String("M4A");
         });
-        if (m4a != m_audio.cend()) {
+        if (m4a != m_audio.cend())
             return *m4a;
-        }
     }
     return m_audio.value(0);
 }

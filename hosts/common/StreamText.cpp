@@ -14,9 +14,8 @@ QString StreamText::kind(const Nox::MediaProfile &stream)
     case Nox::MEDIA_TYPE_AUDIO:
         return tr("audio");
     case Nox::MEDIA_TYPE_VIDEO:
-        if (stream.is3D()) {
+        if (stream.is3D())
             return stream.isDash() ? tr("3D video only") : tr("3D video");
-        }
         return stream.isDash() ? tr("video only") : tr("video");
     case Nox::MEDIA_TYPE_UNKNOWN:
         break;
@@ -26,12 +25,10 @@ QString StreamText::kind(const Nox::MediaProfile &stream)
 
 QString StreamText::label(const Nox::MediaProfile &stream)
 {
-    if (stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO && stream.getABitRate() <= 0) {
+    if (stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO && stream.getABitRate() <= 0)
         return {};
-    }
-    if (stream.getOriResStr().isEmpty() && !stream.getVResolution().isValid()) {
+    if (stream.getOriResStr().isEmpty() && !stream.getVResolution().isValid())
         return {};
-    }
     // The 3D mark has a place of its own.
     Nox::MediaProfile flat(stream);
     flat.set3D(false);
@@ -51,12 +48,10 @@ QString StreamText::size(const Nox::MediaProfile &stream)
 QString StreamText::marks(const Nox::MediaProfile &stream)
 {
     QStringList marks;
-    if (stream.isDash()) {
+    if (stream.isDash())
         marks += QStringLiteral("DASH");
-    }
-    if (stream.is3D()) {
+    if (stream.is3D())
         marks += QStringLiteral("3D");
-    }
     return marks.join(QLatin1Char(' '));
 }
 

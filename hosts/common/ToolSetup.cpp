@@ -42,25 +42,21 @@ QString ToolSetup::pycacheFolder() const
 QString ToolSetup::problem() const
 {
     const QString interpreter = GetPythonExecPath();
-    if (!isProgram(interpreter)) {
+    if (!isProgram(interpreter))
         return tr("The Python interpreter is missing: there is no program \"%1\".").arg(interpreter);
-    }
     const QFileInfo tool(m_toolFile);
-    if (!tool.exists()) {
+    if (!tool.exists())
         return tr("The download tool is missing: there is no file \"%1\".").arg(m_toolFile);
-    }
-    if (!tool.isReadable()) {
+    if (!tool.isReadable())
         return tr("The download tool \"%1\" cannot be read.").arg(m_toolFile);
-    }
     return {};
 }
 
 QString ToolSetup::joiningProblem()
 {
     const QString ffmpeg = QCoreApplication::applicationDirPath() + QStringLiteral("/ffmpeg");
-    if (!isProgram(ffmpeg)) {
+    if (!isProgram(ffmpeg))
         return tr("Video and audio cannot be joined: there is no program \"%1\".").arg(ffmpeg);
-    }
     return {};
 }
 

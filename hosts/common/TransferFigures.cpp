@@ -35,20 +35,17 @@ qint64 TransferFigures::speed() const
 
 int TransferFigures::percent() const
 {
-    if (m_total == 0) {
+    if (m_total == 0)
         return 0;
-    }
-    if (m_done == m_total) {
+    if (m_done == m_total)
         return 100;
-    }
     return qMin(99, static_cast<int>(100.0 * static_cast<double>(m_done) / static_cast<double>(m_total)));
 }
 
 qint64 TransferFigures::secondsLeft() const
 {
-    if (m_total == 0 || m_speed == 0) {
+    if (m_total == 0 || m_speed == 0)
         return -1;
-    }
     const qint64 left = m_total - m_done;
     return left / m_speed + (left % m_speed == 0 ? 0 : 1);
 }
@@ -70,9 +67,8 @@ QString TransferFigures::timeLeftText() const
 
 QString TransferFigures::timeText(qint64 seconds)
 {
-    if (seconds < 0) {
+    if (seconds < 0)
         return {};
-    }
     return QStringLiteral("%1:%2:%3")
         .arg(seconds / 3600)
         .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))

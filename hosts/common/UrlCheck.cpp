@@ -8,24 +8,19 @@ namespace NoxHost {
 
 QString UrlCheck::problem(const QString &url)
 {
-    if (url.isEmpty()) {
+    if (url.isEmpty())
         return tr("There is no address.");
-    }
-    if (!url.startsWith(QLatin1String("http://")) && !url.startsWith(QLatin1String("https://"))) {
+    if (!url.startsWith(QLatin1String("http://")) && !url.startsWith(QLatin1String("https://")))
         return tr("An address must start with http:// or https://.");
-    }
     const bool holdsBlank = std::any_of(url.cbegin(), url.cend(), [](QChar character) {
         return character.isSpace() || character.category() == QChar::Other_Control;
     });
-    if (holdsBlank) {
+    if (holdsBlank)
         return tr("An address must not hold blanks; give exactly one.");
-    }
-    if (url.contains(QLatin1Char('"')) || url.contains(QLatin1Char('\''))) {
+    if (url.contains(QLatin1Char('"')) || url.contains(QLatin1Char('\'')))
         return tr("An address must not hold quotes; write %22 or %27 instead.");
-    }
-    if (!Nox::Utilities::isValidUrl(url)) {
+    if (!Nox::Utilities::isValidUrl(url))
         return tr("The address is incomplete: a server name must follow http:// or https://.");
-    }
     return {};
 }
 

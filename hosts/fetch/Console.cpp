@@ -27,9 +27,8 @@ bool Console::isTerminal() const
 int Console::width() const
 {
     winsize size = {};
-    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
         return size.ws_col;
-    }
     return usualWidth;
 }
 
@@ -79,8 +78,9 @@ void Console::clearStatus()
 void Console::writeError(const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
-    std::fflush(stderr);
+    // Nobody is left to tell when standard error cannot be written.
+    static_cast<void>(std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr));
+    static_cast<void>(std::fflush(stderr));
 }
 
 } // namespace NoxFetch

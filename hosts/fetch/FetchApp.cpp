@@ -21,9 +21,8 @@ namespace {
 
 NoxHost::LibraryLog::Detail detailFor(const Options &options)
 {
-    if (options.verbose) {
+    if (options.verbose)
         return NoxHost::LibraryLog::Detail::Everything;
-    }
     return options.logFile.isEmpty() ? NoxHost::LibraryLog::Detail::Errors : NoxHost::LibraryLog::Detail::Milestones;
 }
 
@@ -50,9 +49,8 @@ FetchApp::FetchApp(const Options &options, Console &console, QObject *parent)
 
 void FetchApp::start()
 {
-    if (m_hasEnded) {
+    if (m_hasEnded)
         return;
-    }
     if (!m_log.open(m_options.logFile, detailFor(m_options)) && !m_options.logFile.isEmpty()) {
         fail(UsageError, QStringLiteral("The log file \"%1\" cannot be written.").arg(m_options.logFile));
         return;
@@ -67,11 +65,10 @@ void FetchApp::start()
 
 void FetchApp::interrupt()
 {
-    if (m_isDownloading) {
+    if (m_isDownloading)
         m_download.cancel();
-    } else {
+    else
         m_extraction.cancel();
-    }
 }
 
 void FetchApp::onPage(const Nox::WebMediaInfo &page)
@@ -94,13 +91,12 @@ void FetchApp::onPage(const Nox::WebMediaInfo &page)
         break;
     }
     const StreamRequest request = StreamRequest::choose(m_options, streams);
-    if (!request.problem.isEmpty()) {
+    if (!request.problem.isEmpty())
         fail(UsageError, request.problem);
-    } else if (const QString words = request.needsJoining() ? m_tools.joiningProblem() : QString(); !words.isEmpty()) {
+    else if (const QString words = request.needsJoining() ? m_tools.joiningProblem() : QString(); !words.isEmpty())
         fail(DownloadFailed, words);
-    } else {
+    else
         startDownload(page, request);
-    }
 }
 
 void FetchApp::onExtractionFailed(const QString &words, const QString &toolWords)
@@ -172,9 +168,8 @@ void FetchApp::fail(int exitCode, const QString &words, const QString &toolWords
 {
     m_progress.stop();
     QString text = words;
-    if (!toolWords.isEmpty()) {
+    if (!toolWords.isEmpty())
         text += QStringLiteral("\n  ") + QString(toolWords).replace(QLatin1Char('\n'), QStringLiteral("\n  "));
-    }
     m_console.problem(text);
     end(exitCode);
 }

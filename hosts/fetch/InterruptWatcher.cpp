@@ -14,7 +14,7 @@ namespace {
 constexpr int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP};
 int channel[2] = {-1, -1}; // written by the handler, read from the event loop
 
-void onSignal(int)
+void onSignal(int /*number*/)
 {
     const int savedErrno = errno;
     const char byte = 1;
@@ -30,9 +30,8 @@ void setHandler(void (*handler)(int))
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
-    for (const int number : watchedSignals) {
+    for (const int number : watchedSignals)
         sigaction(number, &action, nullptr);
-    }
 }
 
 } // namespace
@@ -40,9 +39,8 @@ void setHandler(void (*handler)(int))
 InterruptWatcher::InterruptWatcher(QObject *parent)
     : QObject(parent)
 {
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, channel) != 0) {
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, channel) != 0)
         return; // without it, the signals end the program as usual
-    }
     m_notifier = std::make_unique<QSocketNotifier>(channel[1], QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &InterruptWatcher::drain);
     setHandler(onSignal);

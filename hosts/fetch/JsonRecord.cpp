@@ -38,12 +38,10 @@ QJsonObject streamObject(const Nox::MediaProfile &stream)
         object.insert(QStringLiteral("width"), stream.getVResolution().width());
         object.insert(QStringLiteral("height"), stream.getVResolution().height());
     }
-    if (stream.getABitRate() > 0) {
+    if (stream.getABitRate() > 0)
         object.insert(QStringLiteral("audioBitRate"), stream.getABitRate());
-    }
-    if (stream.getSize() > 0) {
+    if (stream.getSize() > 0)
         object.insert(QStringLiteral("size"), stream.getSize());
-    }
     return object;
 }
 
@@ -52,9 +50,8 @@ QJsonObject choiceObject(const NoxHost::StreamChoice &streams)
     const Nox::MediaProfile best = streams.best();
     QJsonObject object{{QStringLiteral("format"), best.getName()}};
     const Nox::MediaProfile companion = streams.companionFor(best);
-    if (companion.isValid()) {
+    if (companion.isValid())
         object.insert(QStringLiteral("audio"), companion.getName());
-    }
     return object;
 }
 
@@ -64,9 +61,8 @@ QString jsonRecord(const Nox::WebMediaInfo &page, const NoxHost::StreamChoice &s
 {
     QJsonArray array;
     const QList<Nox::MediaProfile> all = streams.all();
-    for (const Nox::MediaProfile &stream : all) {
+    for (const Nox::MediaProfile &stream : all)
         array.append(streamObject(stream));
-    }
     const QJsonObject record{
         {QStringLiteral("url"), page.getUrl()},
         {QStringLiteral("title"), page.getTitle()},

@@ -15,14 +15,12 @@ bool showsAll = false;
 void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     Q_UNUSED(context)
-    if (target == nullptr) {
+    if (target == nullptr)
         return;
-    }
-    if (type == QtFatalMsg || type == QtCriticalMsg) {
+    if (type == QtFatalMsg || type == QtCriticalMsg)
         target->problem(NoxHost::printableLine(message));
-    } else if (showsAll) {
+    else if (showsAll)
         target->note(NoxHost::printableLine(message));
-    }
 }
 
 } // namespace

@@ -75,20 +75,15 @@ Options optionsFrom(const QCommandLineParser &parser)
 QString conflict(const QCommandLineParser &parser)
 {
     const auto isSet = [&parser](const char *name) { return parser.isSet(QString::fromLatin1(name)); };
-    if (isSet("list") && isSet("json")) {
+    if (isSet("list") && isSet("json"))
         return QStringLiteral("--list and --json exclude each other.");
-    }
-    if (isSet("audio") && isSet("no-audio")) {
+    if (isSet("audio") && isSet("no-audio"))
         return QStringLiteral("--audio and --no-audio exclude each other.");
-    }
-    if (isSet("verbose") && isSet("quiet")) {
+    if (isSet("verbose") && isSet("quiet"))
         return QStringLiteral("--verbose and --quiet exclude each other.");
-    }
-    for (const char *name : {"format", "audio", "output", "tool", "pycache", "log"}) {
-        if (isSet(name) && parser.value(QString::fromLatin1(name)).isEmpty()) {
+    for (const char *name : {"format", "audio", "output", "tool", "pycache", "log"})
+        if (isSet(name) && parser.value(QString::fromLatin1(name)).isEmpty())
             return QStringLiteral("--%1 needs a value.").arg(QString::fromLatin1(name));
-        }
-    }
     return {};
 }
 
@@ -100,32 +95,25 @@ CommandLine CommandLine::read(const QStringList &arguments)
     parser.setApplicationDescription(description());
     parser.addPositionalArgument(QStringLiteral("URL"), QStringLiteral("Address of the page, http or https."));
     parser.addOptions(optionList());
-    if (!parser.parse(arguments)) {
+    if (!parser.parse(arguments))
         return refused(parser.errorText());
-    }
-    if (parser.isSet(QStringLiteral("help"))) {
+    if (parser.isSet(QStringLiteral("help")))
         return ended(Done, parser.helpText().trimmed());
-    }
-    if (parser.isSet(QStringLiteral("version"))) {
+    if (parser.isSet(QStringLiteral("version")))
         return ended(Done, QStringLiteral("nox-fetch " NOX_FETCH_VERSION));
-    }
-    if (const QString words = conflict(parser); !words.isEmpty()) {
+    if (const QString words = conflict(parser); !words.isEmpty())
         return refused(words);
-    }
-    if (parser.positionalArguments().size() != 1) {
+    if (parser.positionalArguments().size() != 1)
         return refused(QStringLiteral("Give exactly one address."));
-    }
     CommandLine result;
     result.options = optionsFrom(parser);
-    if (const QString words = NoxHost::UrlCheck::problem(result.options.url); !words.isEmpty()) {
+    if (const QString words = NoxHost::UrlCheck::problem(result.options.url); !words.isEmpty())
         return refused(words);
-    }
     if (result.options.mode == Options::Mode::Download) {
         const QString words = result.options.output.isEmpty() ? NoxHost::Destination::folderProblem(QDir::currentPath())
                                                               : NoxHost::Destination::problem(result.options.output);
-        if (!words.isEmpty()) {
+        if (!words.isEmpty())
             return ended(UsageError, words);
-        }
     }
     return result;
 }

@@ -44,9 +44,8 @@ void ProgressBar::advance(const NoxHost::TransferFigures &figures)
 {
     m_figures = figures;
     const int percent = figures.percent();
-    if (m_console.isTerminal() || percent < m_linePercent + linePercents || m_sinceLine.elapsed() < lineMs) {
+    if (m_console.isTerminal() || percent < m_linePercent + linePercents || m_sinceLine.elapsed() < lineMs)
         return;
-    }
     m_linePercent = percent;
     m_sinceLine.start();
     m_console.note(plainLine(m_activity, figures));

@@ -37,23 +37,20 @@ QString statusLine(const QString &activity, const NoxHost::TransferFigures &figu
     const QString tail = QStringLiteral(" %1  %2  %3")
                              .arg(figures.amountText(locale), figures.speedText(locale), figures.timeLeftText());
     const int barWidth = qMin(maximumBar, room - static_cast<int>(head.size() + tail.size()) - 2);
-    if (barWidth < minimumBar) {
+    if (barWidth < minimumBar)
         return (head + tail).left(room);
-    }
     return head + bar(figures.percent(), barWidth) + tail;
 }
 
 QString plainLine(const QString &activity, const NoxHost::TransferFigures &figures)
 {
-    if (figures.total() == 0) {
+    if (figures.total() == 0)
         return activity;
-    }
     const QLocale locale = QLocale::c();
     QString line =
         activity + QLatin1Char(' ') + percentText(figures) + QStringLiteral("  ") + figures.amountText(locale);
-    if (figures.speed() > 0) {
+    if (figures.speed() > 0)
         line += QStringLiteral("  %1  %2 left").arg(figures.speedText(locale), figures.timeLeftText());
-    }
     return line;
 }
 

@@ -19,9 +19,8 @@ StreamRequest refused(const QString &problem)
 QString codesOf(const QList<Nox::MediaProfile> &streams)
 {
     QStringList codes;
-    for (const Nox::MediaProfile &stream : streams) {
+    for (const Nox::MediaProfile &stream : streams)
         codes += NoxHost::printableLine(stream.getName());
-    }
     return codes.isEmpty() ? QStringLiteral("none") : codes.join(QStringLiteral(", "));
 }
 
@@ -36,9 +35,8 @@ StreamRequest StreamRequest::choose(const Options &options, const NoxHost::Strea
                            .arg(options.formatCode, codesOf(streams.all())));
     }
     if (options.audioCode.isEmpty()) {
-        if (!options.noAudio) {
+        if (!options.noAudio)
             request.stream.setPreferredDashAudioYdCode(streams.companionFor(request.stream).getName());
-        }
         return request;
     }
     if (!NoxHost::StreamChoice::needsCompanion(request.stream)) {

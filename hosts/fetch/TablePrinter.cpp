@@ -24,23 +24,19 @@ QStringList row(const MediaProfile &stream, bool isChosen)
         StreamText::size(stream),
         StreamText::marks(stream),
     };
-    for (int i = 1; i < cells.size(); ++i) {
-        if (cells.at(i).isEmpty()) {
+    for (int i = 1; i < cells.size(); ++i)
+        if (cells.at(i).isEmpty())
             cells[i] = QStringLiteral("-");
-        }
-    }
     return cells;
 }
 
 QString joined(const QStringList &cells, const QVector<int> &widths)
 {
     QString line;
-    for (int i = 0; i < cells.size(); ++i) {
+    for (int i = 0; i < cells.size(); ++i)
         line += cells.at(i).leftJustified(widths.at(i)) + QStringLiteral("  ");
-    }
-    while (line.endsWith(QLatin1Char(' '))) {
+    while (line.endsWith(QLatin1Char(' ')))
         line.chop(1);
-    }
     return line;
 }
 
@@ -53,19 +49,15 @@ QString streamTable(const NoxHost::StreamChoice &streams)
     QVector<QStringList> rows{{QString(), QStringLiteral("CODE"), QStringLiteral("KIND"), QStringLiteral("CONTAINER"),
                                QStringLiteral("QUALITY"), QStringLiteral("SIZE"), QStringLiteral("DASH/3D")}};
     const QList<MediaProfile> all = streams.all();
-    for (const MediaProfile &stream : all) {
+    for (const MediaProfile &stream : all)
         rows.append(row(stream, chosen.contains(stream.getName())));
-    }
     QVector<int> widths(rows.constFirst().size(), 1);
-    for (const QStringList &cells : qAsConst(rows)) {
-        for (int i = 0; i < cells.size(); ++i) {
+    for (const QStringList &cells : qAsConst(rows))
+        for (int i = 0; i < cells.size(); ++i)
             widths[i] = qMax(widths.at(i), static_cast<int>(cells.at(i).size()));
-        }
-    }
     QStringList lines;
-    for (const QStringList &cells : qAsConst(rows)) {
+    for (const QStringList &cells : qAsConst(rows))
         lines += joined(cells, widths);
-    }
     return lines.join(QLatin1Char('\n'));
 }
 

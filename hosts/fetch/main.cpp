@@ -21,9 +21,8 @@ int main(int argc, char *argv[])
 
     const CommandLine commandLine = CommandLine::read(QCoreApplication::arguments());
     if (commandLine.exitCode) {
-        if (*commandLine.exitCode == Done) {
+        if (*commandLine.exitCode == Done)
             return console.result(commandLine.text) ? Done : ExtractionFailed;
-        }
         console.problem(commandLine.text);
         return *commandLine.exitCode;
     }

@@ -77,9 +77,8 @@ void FetchPartsTest::statusLines()
     QCOMPARE(statusLine(video, {}, 80, 5), QStringLiteral("video /"));
     QCOMPARE(statusLine(video, half, 80, 0),
              QStringLiteral("video      50% [############------------] 1.0 kB / 2.0 kB  100 bytes/s  0:00:10"));
-    for (const int width : {1, 10, 40, 60, 200}) {
+    for (const int width : {1, 10, 40, 60, 200})
         QVERIFY(statusLine(video, half, width, 0).size() < width);
-    }
     QCOMPARE(plainLine(video, half), QStringLiteral("video  50%  1.0 kB / 2.0 kB  100 bytes/s  0:00:10 left"));
     QCOMPARE(plainLine(video, TransferFigures(2000, 1000, 0)), QStringLiteral("video  50%  1.0 kB / 2.0 kB"));
 }

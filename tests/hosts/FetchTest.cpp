@@ -141,9 +141,8 @@ void FetchTest::outcomes()
 
     Stage stage;
     stage.play(QLatin1String(page) + QLatin1Char('\n') + scenario);
-    if (QByteArray(QTest::currentDataTag()).endsWith(" taken")) {
+    if (QByteArray(QTest::currentDataTag()).endsWith(" taken"))
         stage.putFile(QStringLiteral("Clip.mp4"));
-    }
     FetchProgram fetch(stage.folder());
     QVERIFY(fetch.run(arguments.split(QLatin1Char('|'), Qt::SkipEmptyParts) + QStringList(url())));
 
@@ -280,9 +279,8 @@ void FetchTest::bar()
     const auto shows = [&](const char *words) {
         char bytes[4096];
         for (ssize_t count = read(terminal, bytes, sizeof bytes); count > 0;
-             count = read(terminal, bytes, sizeof bytes)) {
+             count = read(terminal, bytes, sizeof bytes))
             text.append(bytes, static_cast<int>(count));
-        }
         return text.contains(words);
     };
     QTRY_VERIFY_WITH_TIMEOUT(shows("extracting |"), Stage::Patience);

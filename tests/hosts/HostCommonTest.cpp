@@ -61,18 +61,16 @@ Nox::WebMediaInfo page(const QString &streams, const QString &fileName = {})
     Nox::WebMediaInfo result(QStringLiteral("http://x/"));
     result.setTitle(fileName);
     result.setFileName(fileName);
-    for (const QString &words : streams.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+    for (const QString &words : streams.split(QLatin1Char(','), Qt::SkipEmptyParts))
         result.addMediaProfile(stream(words));
-    }
     return result;
 }
 
 QString codes(const QList<MediaProfile> &streams)
 {
     QStringList result;
-    for (const MediaProfile &one : streams) {
+    for (const MediaProfile &one : streams)
         result += one.getName();
-    }
     return result.join(QLatin1Char(' '));
 }
 
@@ -342,17 +340,14 @@ void HostCommonTest::complaints()
 void HostCommonTest::failureTexts()
 {
     QSet<QString> texts;
-    for (const int code : {-1, -4, -5, -7, -8, -99}) {
+    for (const int code : {-1, -4, -5, -7, -8, -99})
         texts += FailureText::download(code, FailureText::During::Fetching);
-    }
-    for (const int code : {-4, -5}) {
+    for (const int code : {-4, -5})
         texts += FailureText::download(code, FailureText::During::Joining);
-    }
     QCOMPARE(texts.size(), 8);
     texts.clear();
-    for (const int code : {-1, 0, 1, 2, 3, 4, 5}) {
+    for (const int code : {-1, 0, 1, 2, 3, 4, 5})
         texts += FailureText::extraction(code);
-    }
     QCOMPARE(texts.size(), 7);
     QVERIFY(FailureText::download(-99, FailureText::During::Fetching).contains(text("-99")));
 }

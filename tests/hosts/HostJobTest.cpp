@@ -98,9 +98,8 @@ void HostJobTest::sideBySide()
     QSignalSpy secondEnd(second.get(), &DownloadJob::finished);
     QSignalSpy phases(first.get(), &DownloadJob::phaseChanged);
     QSignalSpy figures(first.get(), &DownloadJob::progressed);
-    for (const auto *job : {&first, &second}) {
+    for (const auto *job : {&first, &second})
         (*job)->start(QStringLiteral("http://x/"), dashStream("137"), path("out/clip.mp4"));
-    }
     QTRY_VERIFY_WITH_TIMEOUT(firstEnd.size() == 1 && secondEnd.size() == 1, patienceMs);
     QCOMPARE(left(), (QStringList{QStringLiteral("clip(1).mp4"), QStringLiteral("clip.mp4")}));
     QVERIFY(firstEnd.first().first() != secondEnd.first().first());
