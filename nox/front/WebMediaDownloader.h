@@ -10,8 +10,9 @@ namespace Nox {
 
 /**
  * Downloads one stream of a web page, with its audio companion where one is named, into one file.
- * From WebMediaDownloaderFactory::createDownloader(); the host owns it and may delete it at any time
- * outside its notifications (inside one, use `deleteLater()`). Make a new one for every download.
+ * From WebMediaDownloaderFactory::createDownloader(); the host owns it and may delete it at any time,
+ * also in answer to a notification. Deleting stops a running download and removes what clear()
+ * removes. Make a new one for every download.
  *
  * Belongs to one thread, whose event loop delivers the notifications.
  */
@@ -30,8 +31,9 @@ public:
     virtual void download(QString url, MediaProfile profile, QString destFile) = 0;
 
     /**
-     * Stops the download and removes its files, a finished destination file included. What the
-     * stopped process reports still arrives as error().
+     * Stops the download, which is over with that, and removes its files, a finished destination file
+     * included. What the stopped process reports still arrives as error(), unless a new download is
+     * started first.
      */
     virtual void cancel() = 0;
 

@@ -10,8 +10,8 @@ namespace Nox {
 
 /**
  * Obtains the media information of a web page. From WebMediaDownloaderFactory::createExtractor();
- * the host owns it and may delete it at any time outside its notifications (inside one, use
- * `deleteLater()`).
+ * the host owns it and may delete it at any time, also in answer to a notification. Deleting stops a
+ * running extraction.
  *
  * Belongs to one thread, whose event loop delivers the notifications.
  */
