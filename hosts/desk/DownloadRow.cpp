@@ -26,6 +26,7 @@ DownloadRow::DownloadRow(QWidget *parent)
 {
     setFrameShape(QFrame::StyledPanel);
     m_title->setObjectName(QStringLiteral("fileName"));
+    m_bar->setObjectName(QStringLiteral("progress"));
     m_status->setObjectName(QStringLiteral("status"));
     QFont font = m_title->font();
     font.setBold(true);

@@ -10,8 +10,8 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
-#include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -74,8 +74,10 @@ void MainWindow::addShortcuts()
 
 void MainWindow::restore()
 {
-    // In terms of the font, so that it fits any scaling.
-    resize(fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 48);
+    // In terms of the font, so that it fits any scaling, and no larger than the screen.
+    const QSize wanted(fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 54);
+    resize(wanted.boundedTo(screen()->availableSize() * 0.9));
+    m_splitter->setSizes({3 * wanted.height() / 5, 2 * wanted.height() / 5});
     restoreGeometry(m_desk.settings().windowGeometry());
     m_splitter->restoreState(m_desk.settings().splitterState());
 }
@@ -108,15 +110,14 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::askToClose()
 {
-    const QString name = QStringLiteral("closeQuestion");
-    if (findChild<QMessageBox *>(name) != nullptr) {
+    if (const QMessageBox *shown = m_question.data(); shown != nullptr && shown->isVisible()) {
         return;
     }
     const int count = m_desk.downloads().activeCount();
     auto *question = new QMessageBox(QMessageBox::Question, windowTitle(),
                                      tr("Downloads still running: %1. Cancel them and close?").arg(count),
                                      QMessageBox::NoButton, this);
-    question->setObjectName(name);
+    m_question = question;
     question->setAttribute(Qt::WA_DeleteOnClose);
     question->setInformativeText(tr("What has been fetched so far will be removed."));
     QPushButton *closeButton = question->addButton(tr("Cancel &downloads and close"), QMessageBox::DestructiveRole);

@@ -3,6 +3,8 @@
 #include "AddressOffer.h"
 
 #include <QMainWindow>
+#include <QMessageBox>
+#include <QPointer>
 
 class QSplitter;
 
@@ -44,6 +46,7 @@ private:
     AddressOffer m_offer;
     AddressBar *m_addressBar;
     QSplitter *m_splitter;
+    QPointer<QMessageBox> m_question;
     bool m_isClosing = false;
 };
 

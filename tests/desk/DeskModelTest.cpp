@@ -1,0 +1,366 @@
+#include "AddressOffer.h"
+#include "DownloadPlan.h"
+#include "StreamTableModel.h"
+#include "WebRequest.h"
+
+#include <QAbstractItemModelTester>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <QtTest>
+
+using namespace NoxDesk;
+
+namespace {
+
+Nox::MediaProfile stream(const char *code, const char *format, QSize size, bool isDash, int audioBits = 0)
+{
+    Nox::MediaProfile result;
+    result.setName(QString::fromLatin1(code));
+    result.setFormat(QString::fromLatin1(format));
+    result.setVResolution(size);
+    result.setDash(isDash);
+    result.setMediaType(audioBits > 0 ? Nox::MEDIA_TYPE_AUDIO : Nox::MEDIA_TYPE_VIDEO);
+    result.setABitRate(audioBits);
+    result.setOriResStr(audioBits > 0 ? QStringLiteral("%1K").arg(audioBits / 1000) : QString());
+    return result;
+}
+
+/** 18 with sound; 137, 136 and its like 298 without; 140 and 251 sound alone. */
+Nox::WebMediaInfo page()
+{
+    Nox::WebMediaInfo info(QStringLiteral("http://x/"));
+    info.setTitle(QStringLiteral("A/B"));
+    info.setFileName(QStringLiteral("A B"));
+    for (const Nox::MediaProfile &entry :
+         {stream("18", "MP4", {640, 360}, false), stream("136", "MP4", {1280, 720}, true),
+          stream("298", "MP4", {1280, 720}, true), stream("137", "MP4", {1920, 1080}, true),
+          stream("248", "WEBM", {1920, 1080}, true), stream("140", "M4A", {}, true, 128000),
+          stream("251", "WEBM", {}, true, 160000)}) {
+        info.addMediaProfile(entry);
+    }
+    return info;
+}
+
+QString names(const StreamTableModel &model)
+{
+    QStringList result;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        result += model.stream(row).getName();
+    }
+    return result.join(QLatin1Char(' '));
+}
+
+QString rowText(const StreamTableModel &model, int row)
+{
+    QStringList cells;
+    for (int column = 0; column < model.columnCount(); ++column) {
+        cells += model.index(row, column).data().toString();
+    }
+    return cells.join(QLatin1Char('|'));
+}
+
+} // namespace
+
+/** Models and choices, without a window and without processes. */
+class DeskModelTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void streamTable();
+    void streamTexts_data();
+    void streamTexts();
+    void choices_data();
+    void choices();
+    void destination_data();
+    void destination();
+    void ownDestination();
+    void sizes_data();
+    void sizes();
+    void addresses_data();
+    void addresses();
+    void offer();
+    void possibleRequests();
+
+private:
+    QString path(const QString &name) const
+    {
+        return m_root->filePath(name);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_root;
+    std::unique_ptr<DownloadPlan> m_plan;
+};
+
+void DeskModelTest::init()
+{
+    m_root = std::make_unique<QTemporaryDir>();
+    m_plan = std::make_unique<DownloadPlan>();
+    m_plan->setFolder(m_root->path());
+    m_plan->setPage(QStringLiteral("http://x/"), page(), NoxHost::StreamChoice(page()));
+}
+
+void DeskModelTest::streamTable()
+{
+    StreamTableModel model;
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(model.startRow(), -1);
+    model.setStreams(NoxHost::StreamChoice(page()));
+    const QString thinned = names(model);
+    QVERIFY2(thinned.startsWith(QLatin1String("248 137 ")) && thinned.endsWith(QLatin1String(" 18 251 140")),
+             qPrintable(thinned));
+    QCOMPARE(model.rowCount(), 6); // one of 136 and 298
+    QVERIFY(model.hidesAny());
+    QCOMPARE(model.stream(model.startRow()).getName(), QStringLiteral("137"));
+    QCOMPARE(model.stream(model.startRow(QStringLiteral("18"))).getName(), QStringLiteral("18"));
+
+    model.setShowsAll(true);
+    QCOMPARE(model.rowCount(), 7);
+    QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
+    model.setSize(QStringLiteral("137"), 2500000);
+    model.setSize(QStringLiteral("nowhere"), 1);
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(changes.first().first().toModelIndex().siblingAtColumn(StreamTableModel::Size).data().toString(),
+             QStringLiteral("2.5 MB"));
+    model.setStreams({});
+    QCOMPARE(model.rowCount(), 0);
+    QVERIFY(!model.stream(0).isValid());
+}
+
+void DeskModelTest::streamTexts_data()
+{
+    QTest::addColumn<Nox::MediaProfile>("profile");
+    QTest::addColumn<QString>("texts");
+    Nox::MediaProfile threeD = stream("a", "MP4", {1280, 720}, false);
+    threeD.set3D(true);
+    threeD.setSize(1000);
+    QTest::newRow("with sound") << stream("a", "MP4", {640, 360}, false) << "360P|MP4|video|";
+    QTest::newRow("DASH") << stream("a", "WEBM", {1000, 500}, true) << "1000x500|WEBM|video only (DASH)|";
+    QTest::newRow("audio") << stream("a", "M4A", {}, true, 128000) << "128K|M4A|audio (DASH)|";
+    QTest::newRow("3D, of known size") << threeD << "720P|MP4|3D video|1.0 kB";
+    QTest::newRow("nothing known") << stream("a", "FLV", {}, false) << "unknown|FLV|video|";
+}
+
+void DeskModelTest::streamTexts()
+{
+    QFETCH(Nox::MediaProfile, profile);
+    Nox::WebMediaInfo info;
+    info.addMediaProfile(profile);
+    StreamTableModel model;
+    model.setStreams(NoxHost::StreamChoice(info));
+    QTEST(rowText(model, 0), "texts");
+}
+
+void DeskModelTest::choices_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("sound"); // chosen by the user, where not "default"
+    QTest::addColumn<QString>("companion");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("sound of its own") << "18"
+                                      << "default"
+                                      << ""
+                                      << "A B.mp4";
+    QTest::newRow("MP4 goes with M4A") << "137"
+                                       << "default"
+                                       << "140"
+                                       << "A B.mp4";
+    QTest::newRow("WEBM goes with the best") << "248"
+                                             << "default"
+                                             << "251"
+                                             << "A B.mp4";
+    QTest::newRow("other sound") << "137"
+                                 << "251"
+                                 << "251"
+                                 << "A B.mp4";
+    QTest::newRow("no sound") << "248"
+                              << ""
+                              << ""
+                              << "A B.webm";
+    QTest::newRow("sound alone") << "140"
+                                 << "default"
+                                 << ""
+                                 << "A B.m4a";
+}
+
+void DeskModelTest::choices()
+{
+    QFETCH(QString, code);
+    QFETCH(QString, sound);
+    m_plan->setStream(NoxHost::StreamChoice(page()).find(code));
+    if (sound != QLatin1String("default")) {
+        m_plan->setCompanion(sound);
+    }
+    QTEST(m_plan->companion(), "companion");
+    QTEST(QFileInfo(m_plan->destination()).fileName(), "file");
+    QCOMPARE(m_plan->takesCompanion(), code == QLatin1String("137") || code == QLatin1String("248"));
+    QCOMPARE(m_plan->companions().size(), m_plan->takesCompanion() ? 2 : 0);
+    // There is no ffmpeg beside this program.
+    QCOMPARE(m_plan->soundProblem().isEmpty(), m_plan->companion().isEmpty());
+    QCOMPARE(m_plan->isComplete(), m_plan->companion().isEmpty());
+}
+
+void DeskModelTest::destination_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("path"); // in the folder; "" for none
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("relative") << "b.mp4"
+                              << "b.mp4"
+                              << "";
+    QTest::newRow("blanks around it") << " b.mp4 "
+                                      << "b.mp4"
+                                      << "";
+    QTest::newRow("nothing") << "  "
+                             << ""
+                             << "needs a name";
+    QTest::newRow("taken on disk") << "old.mp4"
+                                   << "old.mp4"
+                                   << "exists already";
+    QTest::newRow("taken by another") << "sub/../busy.mp4"
+                                      << "busy.mp4"
+                                      << "Another download";
+    QTest::newRow("bad name") << "what?.mp4"
+                              << "what?.mp4"
+                              << "must not hold";
+    QTest::newRow("no such folder") << "nowhere/b.mp4"
+                                    << "nowhere/b.mp4"
+                                    << "does not exist";
+    QTest::newRow("a folder") << "sub/"
+                              << "sub"
+                              << "is a folder";
+}
+
+void DeskModelTest::destination()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, path);
+    QFETCH(QString, problem);
+    QVERIFY(QFile(this->path(QStringLiteral("old.mp4"))).open(QIODevice::WriteOnly));
+    QVERIFY(QDir(m_root->path()).mkdir(QStringLiteral("sub")));
+    m_plan->setTaken({this->path(QStringLiteral("busy.mp4"))});
+    m_plan->setStream(stream("18", "MP4", {640, 360}, false));
+    QVERIFY(m_plan->isComplete());
+    m_plan->setDestination(text);
+    QCOMPARE(m_plan->path(), path.isEmpty() ? path : this->path(path));
+    QCOMPARE(m_plan->isComplete(), problem.isEmpty());
+    QVERIFY2(m_plan->destinationProblem().contains(problem), qPrintable(m_plan->destinationProblem()));
+    QCOMPARE(m_plan->destinationProblem().isEmpty(), problem.isEmpty());
+}
+
+/** What the user has written stays; only a suffix that was ours follows the stream. */
+void DeskModelTest::ownDestination()
+{
+    const NoxHost::StreamChoice streams(page());
+    m_plan->setStream(streams.find(QStringLiteral("18")));
+    m_plan->setDestination(path(QStringLiteral("mine.mp4")));
+    m_plan->setStream(streams.find(QStringLiteral("140")));
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("mine.m4a")));
+    m_plan->setTaken({path(QStringLiteral("mine.m4a"))});
+    QVERIFY(!m_plan->isComplete());
+    m_plan->renumber();
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("mine(1).m4a")));
+    m_plan->setDestination(path(QStringLiteral("mine.sound")));
+    m_plan->setStream(streams.find(QStringLiteral("18")));
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("mine.sound")));
+    m_plan->setPage(QStringLiteral("http://y/"), page(), streams);
+    m_plan->setStream(streams.find(QStringLiteral("18")));
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("A B.mp4")));
+}
+
+void DeskModelTest::sizes_data()
+{
+    QTest::addColumn<QString>("companion");
+    QTest::addColumn<bool>("isSoundKnown");
+    QTest::addColumn<qint64>("size");
+    QTest::newRow("both") << "140" << true << qint64{110};
+    QTest::newRow("sound unknown") << "140" << false << qint64{0};
+    QTest::newRow("alone") << "" << false << qint64{100};
+}
+
+void DeskModelTest::sizes()
+{
+    QFETCH(bool, isSoundKnown);
+    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("137")));
+    QFETCH(QString, companion);
+    m_plan->setCompanion(companion);
+    m_plan->setSize(QStringLiteral("137"), 100);
+    if (isSoundKnown) {
+        m_plan->setSize(QStringLiteral("140"), 10);
+    }
+    const DownloadRequest request = m_plan->request();
+    QTEST(request.stream.getSize(), "size");
+    QCOMPARE(request.stream.getPreferredDashAudioYdCode(), companion);
+    QCOMPARE(request.url, QStringLiteral("http://x/"));
+    QCOMPARE(request.destination, path(QStringLiteral("A B.mp4")));
+}
+
+void DeskModelTest::addresses_data()
+{
+    QTest::addColumn<QString>("url"); // as a link, or
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("link") << "http://x/a b"
+                          << ""
+                          << "http://x/a%20b";
+    QTest::newRow("text") << ""
+                          << " https://x/y \n"
+                          << "https://x/y";
+    QTest::newRow("local file") << "file:///etc/passwd"
+                                << ""
+                                << "";
+    QTest::newRow("prose") << ""
+                           << "see https://x/y"
+                           << "";
+    QTest::newRow("two") << ""
+                         << "https://x/y https://x/z"
+                         << "";
+    QTest::newRow("prose that begins so") << "" << QString(QStringLiteral("http://") + QString(5000, u'x')) << "";
+    QTest::newRow("nothing") << ""
+                             << ""
+                             << "";
+}
+
+void DeskModelTest::addresses()
+{
+    QFETCH(QString, url);
+    QFETCH(QString, text);
+    QMimeData data;
+    if (!url.isEmpty()) {
+        data.setUrls({QUrl(url)});
+    } else if (!text.isEmpty()) {
+        data.setText(text);
+    }
+    QTEST(AddressOffer::addressIn(&data), "address");
+}
+
+void DeskModelTest::offer()
+{
+    QClipboard &clipboard = *QGuiApplication::clipboard();
+    clipboard.setText(QStringLiteral("no address"));
+    AddressOffer offer(clipboard);
+    QSignalSpy changes(&offer, &AddressOffer::changed);
+    clipboard.setText(QStringLiteral("http://x/1"));
+    QTRY_COMPARE(changes.size(), 1);
+    QCOMPARE(offer.address(), QStringLiteral("http://x/1"));
+    offer.setKnown(QStringLiteral(" http://x/1"));
+    QCOMPARE(offer.address(), QString());
+    offer.setKnown(QString());
+    QCOMPARE(offer.address(), QStringLiteral("http://x/1"));
+}
+
+void DeskModelTest::possibleRequests()
+{
+    QVERIFY(WebRequest::isPossible(QStringLiteral("https://x/a.jpg")));
+    for (const char *url : {"", "file:///etc/passwd", "a.jpg", "ftp://x/a.jpg", "http:///a.jpg", "data:,a"}) {
+        QVERIFY2(!WebRequest::isPossible(QString::fromLatin1(url)), url);
+    }
+}
+
+QTEST_MAIN(DeskModelTest)
+#include "DeskModelTest.moc"

@@ -1,0 +1,106 @@
+#include "DeskStage.h"
+#include "DeskUser.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QProcess>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+constexpr int patienceMs = 120000;
+
+bool runScript(const char *name, const QString &argument)
+{
+    return QProcess::execute(QStringLiteral(NOX_SCRIPTS "/") + QString::fromLatin1(name), {argument}) == 0;
+}
+
+} // namespace
+
+/** The window with the real tool and the real ffmpeg, on a page that is served on the loopback address. */
+class DeskRealTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void download();
+    void cancel();
+
+private:
+    std::unique_ptr<DeskStage> m_stage;
+    std::unique_ptr<DeskUser> m_user;
+    std::unique_ptr<QProcess> m_server;
+};
+
+void DeskRealTest::initTestCase()
+{
+    m_stage = std::make_unique<DeskStage>();
+    const QString media = m_stage->path(QStringLiteral("media"));
+    QVERIFY(runScript("stage-programs.sh", QCoreApplication::applicationDirPath()));
+    QVERIFY(runScript("make-clip.sh", media));
+    m_server = std::make_unique<QProcess>();
+    m_server->start(QStringLiteral("/usr/bin/python3"),
+                    {QStringLiteral(NOX_SCRIPTS "/demo-server.py"), QStringLiteral("--media"), media,
+                     QStringLiteral("--rate"), QStringLiteral("1000000")});
+    QTRY_VERIFY_WITH_TIMEOUT(m_server->canReadLine(), patienceMs);
+    m_user = std::make_unique<DeskUser>();
+    m_user->readPage(QString::fromUtf8(m_server->readLine()).trimmed());
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->sees("streams"), patienceMs);
+}
+
+void DeskRealTest::cleanupTestCase()
+{
+    m_user.reset();
+    m_server->kill();
+    m_server->waitForFinished();
+    m_server.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(m_stage->isQuiet(), patienceMs);
+}
+
+void DeskRealTest::download()
+{
+    QVERIFY(m_user->text("title").startsWith(QString::fromUtf8("Open the café/bar?")));
+    QTRY_VERIFY_WITH_TIMEOUT(!m_user->desk().thumbnail().picture().isNull(), patienceMs);
+    QCOMPARE(m_user->desk().thumbnail().picture().size(), QSize(320, 180));
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->streams().contains(QLatin1String("3.1 MB;")), patienceMs);
+
+    QSet<QString> phases;
+    QVERIFY(m_user->press("download"));
+    const auto isFinished = [this, &phases] {
+        const QString status = m_user->text("status", 0);
+        phases += status.section(QStringLiteral(" · "), 0, 0).section(QLatin1Char(','), 0, 0);
+        return status.startsWith(QLatin1String("Finished")) || m_user->sees("failureWords", 0);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isFinished(), patienceMs);
+    QVERIFY2(!m_user->sees("failureWords", 0), qPrintable(m_user->text("failureWords", 0)));
+    for (const char *phase : {"Fetching video", "Fetching audio", "Finished"}) {
+        QVERIFY2(phases.contains(QString::fromLatin1(phase)), phase);
+    }
+    const QStringList files = m_stage->files();
+    QCOMPARE(files.size(), 1);
+    QProcess probe;
+    probe.start(QStringLiteral("ffprobe"),
+                {QStringLiteral("-loglevel"), QStringLiteral("error"), QStringLiteral("-show_entries"),
+                 QStringLiteral("stream=codec_name"), QStringLiteral("-of"), QStringLiteral("csv=p=0"),
+                 m_stage->videos() + QLatin1Char('/') + files.first()});
+    QVERIFY(probe.waitForFinished());
+    QCOMPARE(probe.readAllStandardOutput(), QByteArray("h264\naac\n"));
+}
+
+void DeskRealTest::cancel()
+{
+    const QStringList before = m_stage->files();
+    QVERIFY(m_user->press("download"));
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->text("status", 0).contains(QLatin1String(" / ")), patienceMs);
+    QVERIFY(m_stage->files() != before);
+    QVERIFY(m_user->press("cancel", 0));
+    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 0), QStringLiteral("Cancelled"), patienceMs);
+    QCOMPARE(m_stage->files(), before);
+}
+
+QTEST_MAIN(DeskRealTest)
+#include "DeskRealTest.moc"

@@ -1,0 +1,119 @@
+#include "DeskUser.h"
+
+#include "DownloadRow.h"
+
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QTableView>
+#include <QtTest>
+
+using namespace NoxDesk;
+
+DeskUser::DeskUser()
+    : m_window(m_desk)
+{
+    m_window.show();
+    if (!QTest::qWaitForWindowActive(&m_window)) {
+        qWarning("the window is not active");
+    }
+}
+
+Desk &DeskUser::desk()
+{
+    return m_desk;
+}
+
+MainWindow &DeskUser::window()
+{
+    return m_window;
+}
+
+QWidget *DeskUser::find(const char *name, int row)
+{
+    QWidget *scope = &m_window;
+    if (row >= 0) {
+        const auto *list = m_window.findChild<QScrollArea *>(QStringLiteral("downloads"))->widget()->layout();
+        QLayoutItem *item = list->itemAt(row);
+        scope = item == nullptr ? nullptr : qobject_cast<DownloadRow *>(item->widget());
+    }
+    if (scope == nullptr) {
+        return nullptr;
+    }
+    const QList<QWidget *> found = scope->findChildren<QWidget *>(QString::fromLatin1(name));
+    const auto isShown = [](const QWidget *widget) { return widget->isVisible(); };
+    const auto shown = std::find_if(found.cbegin(), found.cend(), isShown);
+    return shown == found.cend() ? nullptr : *shown;
+}
+
+bool DeskUser::sees(const char *name, int row)
+{
+    return find(name, row) != nullptr;
+}
+
+QString DeskUser::text(const char *name, int row)
+{
+    const QWidget *widget = find(name, row);
+    return widget == nullptr ? QString() : widget->property("text").toString();
+}
+
+bool DeskUser::canPress(const char *name, int row)
+{
+    const QWidget *widget = find(name, row);
+    return widget != nullptr && widget->isEnabled();
+}
+
+bool DeskUser::press(const char *name, int row)
+{
+    if (!canPress(name, row)) {
+        return false;
+    }
+    QTest::mouseClick(find(name, row), Qt::LeftButton);
+    return true;
+}
+
+void DeskUser::type(const char *name, const QString &text)
+{
+    auto *field = qobject_cast<QLineEdit *>(find(name));
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, text);
+}
+
+void DeskUser::readPage(const QString &address)
+{
+    type("address", address);
+    QTest::keyClick(find("address"), Qt::Key_Return);
+}
+
+void DeskUser::choose(const QString &quality)
+{
+    auto *table = qobject_cast<QTableView *>(find("streams"));
+    const QAbstractItemModel *model = table->model();
+    for (int row = 0; row < model->rowCount(); ++row) {
+        const QModelIndex cell = model->index(row, 0);
+        if (cell.data().toString() == quality) {
+            QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(cell).center());
+        }
+    }
+}
+
+QString DeskUser::streams()
+{
+    const StreamTableModel &model = m_desk.streams();
+    QStringList rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < model.columnCount(); ++column) {
+            cells += model.index(row, column).data().toString();
+        }
+        rows += cells.join(QLatin1Char(','));
+    }
+    return rows.join(QLatin1Char(';'));
+}
+
+QString DeskUser::chosen()
+{
+    return m_desk.plan().stream().getName();
+}

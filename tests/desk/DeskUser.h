@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Desk.h"
+#include "MainWindow.h"
+
+#include <QAbstractButton>
+#include <QWidget>
+
+/** Somebody at the window: sees what is shown, presses what can be pressed. */
+class DeskUser
+{
+public:
+    DeskUser();
+
+    NoxDesk::Desk &desk();
+    NoxDesk::MainWindow &window();
+
+    /** The widget of that name that is shown, in a row of the downloads or outside of them; or null. */
+    QWidget *find(const char *name, int row = -1);
+
+    bool sees(const char *name, int row = -1);
+    QString text(const char *name, int row = -1); ///< of a label or field; empty when it is not shown
+    bool canPress(const char *name, int row = -1);
+
+    /** Presses a button. @return whether it is there and can be pressed */
+    bool press(const char *name, int row = -1);
+
+    void type(const char *name, const QString &text); ///< Replaces what is in the field.
+    void readPage(const QString &address);            ///< Types the address and presses Enter.
+    void choose(const QString &quality);              ///< Picks the stream of that quality in the table.
+    QString streams();                                ///< The table, "cell,cell;cell,cell".
+    QString chosen();                                 ///< Code of the chosen stream.
+
+private:
+    NoxDesk::Desk m_desk;
+    NoxDesk::MainWindow m_window;
+};

@@ -1,0 +1,471 @@
+#include "DeskStage.h"
+#include "DeskUser.h"
+#include "Translation.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QtTest>
+
+#include <memory>
+
+using namespace NoxDesk;
+
+#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, DeskStage::Patience)
+
+namespace {
+
+const QString pageAddress = QStringLiteral("http://x/");
+
+} // namespace
+
+/** The window with stand-in programs. */
+class DeskWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void cleanup();
+    void describesPage();
+    void refusesAddress();
+    void unreadablePage_data();
+    void unreadablePage();
+    void cancelsReading();
+    void newestPageWins();
+    void downloadsJoined();
+    void cancelsDownload_data();
+    void cancelsDownload();
+    void failedDownload_data();
+    void failedDownload();
+    void twoDownloads();
+    void badDestination();
+    void missingFfmpeg();
+    void closing();
+    void dropAndClipboard();
+    void remembers();
+    void keyboard_data();
+    void keyboard();
+    void fitsLargeScaling();
+
+public Q_SLOTS:
+    void openedUrl(const QUrl &url)
+    {
+        m_opened += url.toLocalFile();
+    }
+
+private:
+    void beginDownload(const QString &quality);
+
+    std::unique_ptr<DeskStage> m_stage;
+    std::unique_ptr<DeskUser> m_user;
+    QStringList m_opened;
+};
+
+void DeskWindowTest::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    QCoreApplication::setOrganizationName(QStringLiteral("noxwebmedia"));
+    QCoreApplication::setApplicationName(QStringLiteral("desk-test"));
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "openedUrl");
+}
+
+void DeskWindowTest::cleanupTestCase()
+{
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+}
+
+void DeskWindowTest::init()
+{
+    m_stage = std::make_unique<DeskStage>();
+    DeskStage::installStandIns();
+    QGuiApplication::clipboard()->clear();
+    m_opened.clear();
+    m_user = std::make_unique<DeskUser>();
+}
+
+void DeskWindowTest::cleanup()
+{
+    m_user.reset();
+    QTRY_SOON(m_stage->isQuiet());
+    m_stage.reset();
+}
+
+void DeskWindowTest::beginDownload(const QString &quality)
+{
+    if (m_user->desk().reader().state() != PageReader::State::Ready) {
+        m_user->readPage(pageAddress);
+        QTRY_SOON(m_user->sees("streams"));
+    }
+    m_user->choose(quality);
+    QVERIFY(m_user->press("download"));
+}
+
+void DeskWindowTest::describesPage()
+{
+    m_user->readPage(QLatin1Char(' ') + pageAddress + QLatin1Char(' '));
+    QVERIFY(m_user->sees("busy"));
+    QTRY_SOON(m_user->sees("streams"));
+    QCOMPARE(m_user->text("title"), QStringLiteral("Clip"));
+    QCOMPARE(m_user->text("duration"), QStringLiteral("Duration 1:02:05"));
+    QCOMPARE(m_user->streams(),
+             QStringLiteral("1080P,MP4,video only (DASH),;720P,MP4,video only (DASH),;360P,MP4,video,;"
+                            "160K,WEBM,audio (DASH),;128K,M4A,audio (DASH),"));
+    QCOMPARE(m_user->chosen(), QStringLiteral("137"));
+    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/Clip.mp4"));
+    m_user->choose(QStringLiteral("360P"));
+    QVERIFY(!m_user->canPress("sound"));
+    QVERIFY(m_user->press("showAll"));
+    QCOMPARE(m_user->desk().streams().rowCount(), 6);
+    QCOMPARE(m_user->chosen(), QStringLiteral("18"));
+    // What was chosen is gone from the thinned table: the best is chosen instead.
+    m_user->desk().chooseStream(-1);
+    QVERIFY(!m_user->canPress("download"));
+}
+
+void DeskWindowTest::refusesAddress()
+{
+    m_user->readPage(QStringLiteral("ftp://x/"));
+    QVERIFY(m_user->text("addressProblem").contains(QLatin1String("must start with http")));
+    QCOMPARE(m_stage->runCount(), 0);
+    QTest::keyClick(m_user->find("address"), Qt::Key_X);
+    QVERIFY(!m_user->sees("addressProblem"));
+}
+
+void DeskWindowTest::unreadablePage_data()
+{
+    QTest::addColumn<QString>("scenario");
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("toolWords");
+    QTest::newRow("tool's own words") << "dump: err ERROR: Unsupported URL|exit 1"
+                                      << "could not read"
+                                      << "Unsupported URL";
+    QTest::newRow("crash") << "dump: kill SIGKILL"
+                           << "crashed"
+                           << "";
+    QTest::newRow("no stream") << "dump: json Clip "
+                               << "no stream"
+                               << "";
+    QTest::newRow("no tool") << ""
+                             << "The download tool is missing"
+                             << "";
+}
+
+void DeskWindowTest::unreadablePage()
+{
+    QFETCH(QString, scenario);
+    QFETCH(QString, words);
+    DeskStage::play(scenario);
+    if (scenario.isEmpty()) {
+        QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + QStringLiteral("/yt.zip")));
+    }
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("failureWords"));
+    QVERIFY2(m_user->text("failureWords").contains(words), qPrintable(m_user->text("failureWords")));
+    QFETCH(QString, toolWords);
+    QVERIFY2(m_user->text("toolWords").contains(toolWords), qPrintable(m_user->text("toolWords")));
+    QCOMPARE(m_user->text("toolWords").isEmpty(), toolWords.isEmpty());
+
+    QVERIFY(m_user->press("showLog"));
+    const auto *log = qobject_cast<QPlainTextEdit *>(m_user->find("logText"));
+    QVERIFY(log != nullptr && log->toPlainText().contains(toolWords));
+}
+
+void DeskWindowTest::cancelsReading()
+{
+    DeskStage::play(QStringLiteral("dump: hang"));
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_stage->hangs(QStringLiteral("dump")));
+    QVERIFY(m_user->press("cancelReading"));
+    QTRY_SOON(m_user->desk().reader().state() == PageReader::State::Empty);
+    QTRY_SOON(m_stage->isQuiet());
+    QVERIFY(!m_user->sees("busy") && !m_user->sees("failureWords"));
+}
+
+void DeskWindowTest::newestPageWins()
+{
+    DeskStage::play(QStringLiteral("dump: hang"));
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_stage->hangs(QStringLiteral("dump")));
+    DeskStage::play(QStringLiteral("dump: json Second 1"));
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    QCOMPARE(m_user->text("title"), QStringLiteral("Second"));
+    QTRY_SOON(m_stage->isQuiet());
+}
+
+void DeskWindowTest::downloadsJoined()
+{
+    DeskStage::play(DeskStage::pageScenario()
+                    + QStringLiteral("\n137: announce mp4|progress 25.0 1000000|hang\nffmpeg: merge|hang"));
+    const QAbstractItemModelTester tester(&m_user->desk().downloads(),
+                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
+    beginDownload(QStringLiteral("1080P"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 0),
+                              QStringLiteral("Fetching video · 250.0 kB / 1.2 MB · 10 bytes/s · 26:23:20 left"),
+                              DeskStage::Patience);
+    QCOMPARE(m_user->find("progress", 0)->property("value").toInt(), 20);
+    QVERIFY(m_user->press("cancel", 0));
+    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
+
+    DeskStage::play(DeskStage::pageScenario() + QStringLiteral("\nffmpeg: merge|hang"));
+    beginDownload(QStringLiteral("1080P"));
+    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Joining video and audio"));
+    QVERIFY(m_user->press("cancel", 0));
+    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
+    QCOMPARE(m_stage->files(), QStringList());
+
+    DeskStage::play(DeskStage::pageScenario());
+    beginDownload(QStringLiteral("1080P"));
+    QTRY_SOON(m_user->text("status", 0).startsWith(QLatin1String("Finished, 7 bytes"))); // "137+140"
+    const QString file = m_stage->videos() + QStringLiteral("/Clip.mp4");
+    QCOMPARE(m_stage->files(), QStringList(QStringLiteral("Clip.mp4")));
+    QVERIFY(m_user->press("openFile", 0) && m_user->press("showFolder", 0));
+    QCOMPARE(m_opened, QStringList({file, m_stage->videos()}));
+    QVERIFY(m_user->press("remove", 1) && m_user->press("removeEnded"));
+    QCOMPARE(m_user->desk().downloads().rowCount(), 0);
+    QVERIFY(QFile::exists(file));
+}
+
+void DeskWindowTest::cancelsDownload_data()
+{
+    QTest::addColumn<QString>("quality");
+    QTest::addColumn<QString>("scenario");
+    QTest::addColumn<QString>("hanging");
+    QTest::newRow("video") << "1080P"
+                           << "137: announce mp4|hang"
+                           << "137";
+    QTest::newRow("audio") << "1080P"
+                           << "140: announce m4a|hang"
+                           << "140";
+    QTest::newRow("joining") << "1080P"
+                             << "ffmpeg: write half|hang"
+                             << "ffmpeg";
+    QTest::newRow("with a child of its own") << "360P"
+                                             << "18: announce mp4|spawn|hang"
+                                             << "18";
+}
+
+void DeskWindowTest::cancelsDownload()
+{
+    QFETCH(QString, quality);
+    QFETCH(QString, scenario);
+    QFETCH(QString, hanging);
+    DeskStage::play(DeskStage::pageScenario() + QLatin1Char('\n') + scenario);
+    beginDownload(quality);
+    QTRY_SOON(m_stage->hangs(hanging));
+    QVERIFY(!m_stage->files().isEmpty() && !m_stage->isQuiet());
+    QVERIFY(m_user->press("cancel", 0));
+    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
+    QCOMPARE(m_stage->files(), QStringList());
+    QTRY_SOON(m_stage->isQuiet());
+    QVERIFY(!m_user->sees("cancel", 0) && !m_user->sees("openFile", 0));
+}
+
+void DeskWindowTest::failedDownload_data()
+{
+    QTest::addColumn<QString>("scenario");
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("toolWords");
+    QTest::newRow("disk full") << "137: announce mp4|err ERROR: No space left on device|exit 1"
+                               << "The download tool gave up"
+                               << "No space left on device";
+    QTest::newRow("joining") << "ffmpeg: err broken header|exit 1"
+                             << "Joining video and audio failed"
+                             << "broken header";
+    QTest::newRow("crash") << "140: announce m4a|kill SIGKILL"
+                           << "crashed"
+                           << "";
+}
+
+void DeskWindowTest::failedDownload()
+{
+    QFETCH(QString, scenario);
+    QFETCH(QString, words);
+    QFETCH(QString, toolWords);
+    DeskStage::play(DeskStage::pageScenario() + QLatin1Char('\n') + scenario);
+    beginDownload(QStringLiteral("1080P"));
+    QTRY_SOON(m_user->sees("failureWords", 0));
+    QVERIFY2(m_user->text("failureWords", 0).contains(words), qPrintable(m_user->text("failureWords", 0)));
+    QVERIFY2(m_user->text("toolWords", 0).contains(toolWords), qPrintable(m_user->text("toolWords", 0)));
+    QCOMPARE(m_user->sees("toolWords", 0), !toolWords.isEmpty());
+    QCOMPARE(m_stage->files(), QStringList());
+    QVERIFY(m_user->press("showLog", 0));
+    QVERIFY(m_user->sees("logText"));
+}
+
+void DeskWindowTest::twoDownloads()
+{
+    DeskStage::play(DeskStage::pageScenario()
+                    + QStringLiteral("\n137: announce mp4|progress 50.0 100|wait go\n18: announce mp4|hang"));
+    beginDownload(QStringLiteral("1080P"));
+    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/Clip(1).mp4"));
+    beginDownload(QStringLiteral("360P"));
+    QTRY_SOON(m_stage->hangs(QStringLiteral("18")));
+    QCOMPARE(m_user->desk().downloads().activeCount(), 2);
+    QCOMPARE(m_user->text("fileName", 0), QStringLiteral("Clip(1).mp4"));
+    QVERIFY(m_user->press("cancel", 0));
+    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
+    QVERIFY(m_user->text("status", 1).startsWith(QLatin1String("Fetching video")));
+
+    QVERIFY(QFile(m_stage->path(QStringLiteral("notes/mark.go"))).open(QIODevice::WriteOnly));
+    QTRY_SOON(m_user->text("status", 1).startsWith(QLatin1String("Finished")));
+    QCOMPARE(m_stage->files(), QStringList(QStringLiteral("Clip.mp4")));
+}
+
+void DeskWindowTest::badDestination()
+{
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    m_user->type("destination", m_stage->videos() + QStringLiteral("/a?.mp4"));
+    QVERIFY(m_user->text("destinationProblem").contains(QLatin1String("must not hold")));
+    QVERIFY(!m_user->canPress("download"));
+    QTest::keyClick(m_user->find("destination"), Qt::Key_Return);
+    QCOMPARE(m_user->desk().downloads().rowCount(), 0);
+
+    QVERIFY(m_user->press("browse"));
+    auto *dialog = m_user->window().findChild<QFileDialog *>();
+    QVERIFY(dialog != nullptr);
+    Q_EMIT dialog->fileSelected(m_stage->videos() + QStringLiteral("/b.mp4"));
+    dialog->reject();
+    QVERIFY(!m_user->sees("destinationProblem") && m_user->canPress("download"));
+    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/b.mp4"));
+}
+
+void DeskWindowTest::missingFfmpeg()
+{
+    DeskStage::removeFfmpeg();
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    QVERIFY(m_user->text("soundProblem").contains(QLatin1String("cannot be joined")));
+    QVERIFY(!m_user->canPress("download"));
+    auto *sound = qobject_cast<QComboBox *>(m_user->find("sound"));
+    sound->setCurrentIndex(sound->count() - 1); // none
+    QVERIFY(!m_user->sees("soundProblem") && m_user->canPress("download"));
+}
+
+void DeskWindowTest::closing()
+{
+    DeskStage::play(DeskStage::pageScenario() + QStringLiteral("\n18: announce mp4|hang"));
+    beginDownload(QStringLiteral("360P"));
+    QTRY_SOON(m_stage->hangs(QStringLiteral("18")));
+    QVERIFY(!m_user->window().close());
+    QTRY_SOON(m_user->canPress("stay"));
+    QVERIFY(m_user->press("stay"));
+    QTRY_SOON(!m_user->sees("stay"));
+    QVERIFY(m_user->window().isVisible() && !m_stage->isQuiet());
+
+    QVERIFY(!m_user->window().close());
+    QTRY_SOON(m_user->canPress("closeAnyway"));
+    QVERIFY(m_user->press("closeAnyway"));
+    QTRY_SOON(!m_user->window().isVisible());
+    QCOMPARE(m_stage->files(), QStringList());
+    QTRY_SOON(m_stage->isQuiet());
+}
+
+void DeskWindowTest::dropAndClipboard()
+{
+    QMimeData data;
+    data.setUrls({QUrl(pageAddress)});
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&m_user->window(), &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&m_user->window(), &drop);
+    QTRY_SOON(m_user->sees("streams"));
+    QCOMPARE(m_user->text("address"), pageAddress);
+
+    QVERIFY(!m_user->sees("clipboardOffer"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("http://x/?a&b"));
+    QTRY_SOON(m_user->sees("clipboardOffer"));
+    QVERIFY(m_user->press("clipboardOffer"));
+    QCOMPARE(m_user->text("address"), QStringLiteral("http://x/?a&b"));
+    QVERIFY(!m_user->sees("clipboardOffer"));
+    QTRY_SOON(m_user->sees("streams"));
+}
+
+void DeskWindowTest::remembers()
+{
+    QVERIFY(QDir(m_stage->path(QString())).mkdir(QStringLiteral("mine")));
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    m_user->type("destination", m_stage->path(QStringLiteral("mine/a.mp4")));
+    QVERIFY(m_user->press("download"));
+    QTRY_SOON(m_user->text("status", 0).startsWith(QLatin1String("Finished")));
+    m_user->window().resize(m_user->window().minimumSizeHint() + QSize(17, 13));
+    const QSize size = m_user->window().size();
+    QVERIFY(m_user->window().close());
+
+    m_user = std::make_unique<DeskUser>();
+    QCOMPARE(m_user->window().size(), size);
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    QCOMPARE(m_user->text("destination"), m_stage->path(QStringLiteral("mine/Clip.mp4")));
+}
+
+void DeskWindowTest::keyboard_data()
+{
+    QTest::addColumn<QLocale::Language>("language");
+    QTest::newRow("English") << QLocale::English;
+    QTest::newRow("German") << QLocale::German;
+}
+
+/** Every control can be reached by Tab, has a name of its own for screen readers, and a mnemonic of its own. */
+void DeskWindowTest::keyboard()
+{
+    QFETCH(QLocale::Language, language);
+    m_user.reset();
+    installTranslation(QLocale(language));
+    m_user = std::make_unique<DeskUser>();
+    beginDownload(QStringLiteral("1080P"));
+    QTRY_SOON(m_user->sees("openFile", 0));
+    QGuiApplication::clipboard()->setText(QStringLiteral("http://x/other"));
+    QTRY_SOON(m_user->sees("clipboardOffer"));
+    QCOMPARE(m_user->find("read")->property("text").toString(),
+             language == QLocale::German ? QStringLiteral("Seite &lesen") : QStringLiteral("&Read page"));
+
+    QSet<QWidget *> reached;
+    for (int i = 0; i < 60; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        reached += QApplication::focusWidget();
+    }
+    QHash<QChar, QString> mnemonics;
+    const QList<QWidget *> widgets = m_user->window().findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        const QString text = widget->property("text").toString();
+        const auto mark = text.indexOf(QLatin1Char('&'));
+        if (widget->isVisible() && mark >= 0 && qobject_cast<QLineEdit *>(widget) == nullptr) {
+            const QChar key = text.at(mark + 1).toLower();
+            QVERIFY2(!mnemonics.contains(key), qPrintable(text + QLatin1Char('/') + mnemonics.value(key)));
+            mnemonics.insert(key, text);
+        }
+        const bool isControl = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr;
+        if (!isControl || !widget->isVisible() || !widget->isEnabled() || widget->objectName().startsWith(u"qt_")) {
+            continue;
+        }
+        QVERIFY2(reached.contains(widget), qPrintable(widget->objectName()));
+        QVERIFY2(!widget->accessibleName().isEmpty() || !text.isEmpty(), qPrintable(widget->objectName()));
+    }
+    QVERIFY(mnemonics.size() >= 9);
+}
+
+/** A full-HD screen at 200 % has half its pixels for the window. */
+void DeskWindowTest::fitsLargeScaling()
+{
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    const QSize least = m_user->window().minimumSizeHint();
+    QVERIFY2(least.width() <= 960 && least.height() <= 520,
+             qPrintable(QStringLiteral("%1x%2").arg(least.width()).arg(least.height())));
+}
+
+QTEST_MAIN(DeskWindowTest)
+#include "DeskWindowTest.moc"
