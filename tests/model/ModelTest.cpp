@@ -516,6 +516,33 @@ private Q_SLOTS:
         QCOMPARE(names(page.getMediaProfileList()), "d c a b"_s);
     }
 
+    void sortOfRandomLists()
+    {
+        const QStringList rests =
+            words("v:9x9:MP4 v3:9x9:MP4 v:9x9:WEBM a:-1x-1:M4A v:-1x-1:MP4:>1080p v:2560x1440:MP4 "
+                  "vd:1920x1080:MP4 v:46341x46341:MP4 v3:1x9:"_s);
+        QRandomGenerator random(7);
+        for (int round = 0; round < 300; ++round) {
+            WebMediaInfo page;
+            QStringList given;
+            for (int count = random.bounded(round % 3 == 0 ? 150 : 12); count > 0; --count) {
+                given.append(QString::number(count));
+                page.addMediaProfile(
+                    profile(given.last() + QLatin1Char(':') + rests.at(random.bounded(int(rests.size())))));
+            }
+            const QList<MediaProfile> shared = round % 2 == 0 ? page.getMediaProfileList() : QList<MediaProfile>();
+            page.sortProfileDesc();
+            const QList<MediaProfile> sorted = page.getMediaProfileList();
+            for (int i = 1; i < sorted.size(); ++i)
+                QVERIFY2(!(sorted.at(i - 1) < sorted.at(i)), qPrintable(names(sorted)));
+            QVERIFY(shared.isEmpty() || names(shared) == given.join(QLatin1Char(' ')));
+            QStringList kept = words(names(sorted));
+            kept.sort();
+            given.sort();
+            QVERIFY(given.isEmpty() || kept == given);
+        }
+    }
+
     void profileSizes()
     {
         WebMediaInfo page;
