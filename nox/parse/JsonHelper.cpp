@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <new>
+
 namespace Nox {
 
 namespace {
@@ -12,10 +14,11 @@ namespace {
 constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 constexpr int markLength = sizeof byteOrderMark - 1;
 constexpr qint64 shortestScript = 4; // bytes; a shorter file reads as nothing
+constexpr qint64 pieceSize = 65536;  // bytes
 
 const Json::Value *member(const Json::Value &object, const QString &key)
 {
-    const QByteArray name = key.toLatin1();
+    const QByteArray name = key.toUtf8();
     return JsonMembers::find(object, name.constData(), static_cast<size_t>(name.size()));
 }
 
@@ -52,10 +55,20 @@ QString JsonHelper::readUtf8Script(QString filePath)
     if (!file.open(QIODevice::ReadOnly) || file.size() < shortestScript)
         return QString();
 
-    const QByteArray content = file.read(file.size());
-    // Up to the first zero byte, which every byte array holds at its end at the latest; the decoding
-    // itself skips one byte-order mark.
-    return QString::fromUtf8(content.constData());
+    try {
+        // In pieces, since a zero byte ends the text however large the file is.
+        QByteArray content;
+        for (bool isWhole = false; !isWhole;) {
+            const QByteArray piece = file.read(pieceSize);
+            content += piece;
+            isWhole = piece.isEmpty() || piece.contains('\0');
+        }
+        // Up to the first zero byte, which every byte array holds at its end at the latest; the decoding
+        // itself skips one byte-order mark.
+        return QString::fromUtf8(content.constData());
+    } catch (const std::bad_alloc &) {
+        return QString();
+    }
 }
 
 } // namespace Nox
