@@ -29,6 +29,8 @@ DownloadJob::DownloadJob(const ToolSetup &tools, QObject *parent)
         else
             settleFailure();
     });
+    m_cleanUp.setSingleShot(true);
+    connect(&m_cleanUp, &QTimer::timeout, this, &DownloadJob::cleanUp);
     m_joinWatch.setInterval(joinWatchMs);
     connect(&m_joinWatch, &QTimer::timeout, this, &DownloadJob::watchJoining);
 }
@@ -167,24 +169,18 @@ void DownloadJob::end(Outcome outcome)
     m_joinWatch.stop();
     if (m_downloader != nullptr)
         disconnect(m_downloader.get(), nullptr, this, nullptr);
-    QTimer::singleShot(0, this, &DownloadJob::letGo);
-}
-
-void DownloadJob::letGo()
-{
-    m_downloader.reset();
-    cleanUp();
+    m_cleanUp.start(0);
 }
 
 // A process that has just been killed may still complete the system call it is in, and with it make
 // a file: then the folder is not empty when it is to go.
 void DownloadJob::cleanUp()
 {
-    if (!m_folder.remove() && ++m_cleanUps < maximumCleanUps) {
-        QTimer::singleShot(cleanUpMs, this, &DownloadJob::cleanUp);
-        return;
-    }
-    report();
+    m_downloader.reset();
+    if (!m_folder.remove() && ++m_cleanUps < maximumCleanUps)
+        m_cleanUp.start(cleanUpMs);
+    else
+        report();
 }
 
 void DownloadJob::report()

@@ -73,7 +73,6 @@ private:
     void fail(int code, const QString &words);
     void settleFailure();
     void end(Outcome outcome);
-    void letGo();
     void cleanUp();
     void report();
 
@@ -93,6 +92,7 @@ private:
     QString m_file;
     QTimer m_patience;
     QTimer m_joinWatch;
+    QTimer m_cleanUp;
 };
 
 } // namespace NoxHost

@@ -19,10 +19,13 @@ ExtractionJob::ExtractionJob(const ToolSetup &tools, QObject *parent)
     : QObject(parent)
     , m_tools(tools)
 {
-    m_patience.setSingleShot(true);
+    for (QTimer *timer : {&m_patience, &m_settling, &m_ending})
+        timer->setSingleShot(true);
     m_patience.setInterval(patienceMs);
     connect(&m_patience, &QTimer::timeout, this,
             [this] { end(m_state == State::Stopping ? Outcome::Cancelled : Outcome::Failed); });
+    connect(&m_settling, &QTimer::timeout, this, &ExtractionJob::settle);
+    connect(&m_ending, &QTimer::timeout, this, &ExtractionJob::letGo);
 }
 
 void ExtractionJob::start(const QString &url)
@@ -54,7 +57,7 @@ void ExtractionJob::onFinished(const Nox::WebMediaInfo &page)
 {
     m_page = page;
     m_awaitsError = true;
-    QTimer::singleShot(0, this, &ExtractionJob::settle);
+    m_settling.start();
 }
 
 void ExtractionJob::onError(qint32 code)
@@ -99,7 +102,7 @@ void ExtractionJob::end(Outcome outcome)
     m_patience.stop();
     if (m_extractor != nullptr)
         disconnect(m_extractor.get(), nullptr, this, nullptr);
-    QTimer::singleShot(0, this, &ExtractionJob::letGo);
+    m_ending.start();
 }
 
 void ExtractionJob::letGo()

@@ -67,6 +67,8 @@ private:
     int m_code = -1;
     QString m_toolText;
     QTimer m_patience;
+    QTimer m_settling;
+    QTimer m_ending;
 };
 
 } // namespace NoxHost

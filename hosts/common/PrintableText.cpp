@@ -8,16 +8,17 @@ namespace {
 
 constexpr int maximumLines = 8;
 
+/** Marks that turn the writing direction of what follows, up to the end of the line. */
+bool isDirectionMark(char16_t unit)
+{
+    return (unit >= 0x202a && unit <= 0x202e) || (unit >= 0x2066 && unit <= 0x2069);
+}
+
 bool isUnprintable(QChar character)
 {
-    switch (character.category()) {
-    case QChar::Other_Control:
-    case QChar::Other_Surrogate: // dealt with in pairs by the caller
-    case QChar::Other_Format:    // among them the marks that turn the writing direction
-        return true;
-    default:
-        return character.isSpace();
-    }
+    // Surrogates: the caller deals with those that stand in pairs.
+    return character.isSpace() || character.isSurrogate() || character.category() == QChar::Other_Control
+        || isDirectionMark(character.unicode());
 }
 
 } // namespace

@@ -93,7 +93,8 @@ void FetchApp::onPage(const Nox::WebMediaInfo &page)
     const StreamRequest request = StreamRequest::choose(m_options, streams);
     if (!request.problem.isEmpty())
         fail(UsageError, request.problem);
-    else if (const QString words = request.needsJoining() ? m_tools.joiningProblem() : QString(); !words.isEmpty())
+    else if (const QString words = request.needsJoining() ? NoxHost::ToolSetup::joiningProblem() : QString();
+             !words.isEmpty())
         fail(DownloadFailed, words);
     else
         startDownload(page, request);

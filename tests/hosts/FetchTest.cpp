@@ -98,7 +98,7 @@ void FetchTest::outcomes_data()
     row("output taken", "", "-o|Clip.mp4", 2, "", "exists already", "Clip.mp4=old", "");
     row("output in no folder", "", "-o|none/x.mp4", 2, "", "does not exist", "", "");
     row("two addresses", "", "http://127.0.0.1/", 2, "", "exactly one", "", "");
-    row("unknown option", "", "--frmat=18", 2, "", "frmat", "", "");
+    row("unknown option", "", "--colour=18", 2, "", "colour", "", "");
     row("log in no folder", "", "--log|none/log", 2, "", "log file", "", "");
     row("unknown format", "", "-f|999", 2, "", "\"999\"; it has: 137, 18, 251, 140", "", "dump");
     row("audio that is video", "", "-a|18", 2, "", "it has: 251, 140", "", "dump");

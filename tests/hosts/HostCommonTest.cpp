@@ -154,7 +154,9 @@ void HostCommonTest::streamTexts()
     QCOMPARE(described("1 MP4"), text("video||"));
     QCOMPARE(described("1 M4A 128K"), text("audio|128K|DASH"));
     QCOMPARE(described("1 M4A 0K"), text("audio||DASH"));
-    QCOMPARE(printableLine(text(" a\x1b[31m\tb\n\xe2\x80\xae\xf0\x9f\x98\x80 ")), text("a [31m b \xf0\x9f\x98\x80"));
+    const QString joinedSigns = text("\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x94\xac"); // one sign made of two
+    QCOMPARE(printableLine(text(" a\x1b[31m\tb\n") + QChar(0x202e) + joinedSigns + QChar(0xd800)),
+             text("a [31m b ") + joinedSigns);
     QCOMPARE(toolWords(text("WARNING: x\n\n ERROR: y\r\nz")), text("ERROR: y\nz"));
     QCOMPARE(toolWords(text("WARNING: x\n")), text("WARNING: x"));
 }
