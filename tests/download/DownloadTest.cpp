@@ -23,11 +23,15 @@ QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
-QStringList *debugMessages = nullptr;
-
-void keepDebugMessage(QtMsgType, const QMessageLogContext &, const QString &message)
+QStringList &debugMessages()
 {
-    debugMessages->append(message);
+    static QStringList messages;
+    return messages;
+}
+
+void keepDebugMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &message)
+{
+    debugMessages().append(message);
 }
 
 } // namespace
@@ -77,10 +81,10 @@ private Q_SLOTS:
 
 void DownloadTest::progress_data()
 {
-    DownloadTable::addColumns();
-    const auto row = [](const char *name, const char *setup, const char *scenario, const char *notifications) {
+    const TextTable table = DownloadTable::begin();
+    const auto row = [&table](const char *name, const char *setup, const char *scenario, const char *notifications) {
         const char *files = strncmp(setup, "two", 3) == 0 ? "clip.mp4=137+140" : "clip.mp4=137";
-        DownloadTable::row(name, setup, scenario, "", notifications, files, "");
+        table(name, setup, scenario, "", notifications, files);
     };
     row("one item", "", "137: announce mp4|progress 0 1000|progress 50 1000|progress 100 1000",
         "started progress(1000,0,10) progress(1000,500,10) progress(1000,1000,10) finished");
@@ -124,26 +128,25 @@ void DownloadTest::progress_data()
 
 void DownloadTest::fileNames_data()
 {
-    DownloadTable::addColumns();
-    const auto row = DownloadTable::row;
+    const TextTable row = DownloadTable::begin();
     const char *unnamed = "ydFinished: Rename failed from  to DIR/clip.mp4!";
     row("already there", "", "137: file mp4|out [download] @mp4@ has already been downloaded\\n", "",
-        "started finished", "clip.mp4=137", "");
+        "started finished", "clip.mp4=137");
     row("already there, both items", "two",
         "137: file mp4|out [download] @mp4@ has already been downloaded\\n\n"
         "140: file m4a|out [download] @m4a@ has already been downloaded\\n",
-        "", "started started progress(0,0,0) finished", "clip.mp4=137+140", "");
+        "", "started started progress(0,0,0) finished", "clip.mp4=137+140");
     row("both lines in one read", "",
         "137: file mp4|out [download] /x.mp4 has already been downloaded\\n[download] Destination: @mp4@\\n", "",
-        "started finished", "clip.mp4=137", "");
+        "started finished", "clip.mp4=137");
     row("already there behind another line", "",
         "137: file mp4|out [download] other\\n[download] @mp4@ has already been downloaded\\n", "", "started error(-8)",
         "{1}YDTMP_.mp4=137", "ydFinished: Rename failed from other\n[download] DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
-    row("line ends of another system", "", "137: file mp4|out x\\r\\n[download] Destination: @mp4@\\r\\n[y]\\r\\n", "",
-        "started finished", "clip.mp4=137", "");
+    row("line ends of another system", "", R"(137: file mp4|out x\r\n[download] Destination: @mp4@\r\n[y]\r\n)", "",
+        "started finished", "clip.mp4=137");
     row("the newer name counts", "",
         "137: file mp4|out [download] Destination: /a.b\\n|out [download] Destination: @mp4@\\n", "",
-        "started finished", "clip.mp4=137", "");
+        "started finished", "clip.mp4=137");
     row("destination line over two reads", "", "137: file mp4|out [download] Desti|out nation: @mp4@\\n", "",
         "started error(-8)", "{1}YDTMP_.mp4=137", unnamed);
     row("never named, .part in the working folder", "has=.part", "137: exit 0", "", "started error(-8)", ".part=old",
@@ -153,15 +156,14 @@ void DownloadTest::fileNames_data()
     row("destination of the merge exists", "two has=clip.mp4", "", "", "started started error(-8)",
         "clip.mp4=old, {1}YDTMP_.mp4.tmp.mp4=137+140 -> clip.mp4=old",
         "ffmpegFinished: Rename failed from DIR/{1}YDTMP_.mp4.tmp.mp4 to DIR/clip.mp4!");
-    row("relative destination", "dest=clip.mp4", "", "", "started finished", "clip.mp4=137", "");
+    row("relative destination", "dest=clip.mp4", "", "", "started finished", "clip.mp4=137");
     row("name that the log cannot hold", "dest=/nowhere/\xc3\xa9\xe2\x82\xac/clip.mp4", "137: out x", "",
         "started error(-8)", "", "ydFinished: Rename failed from  to /nowhere/\xc3\xa9?/clip.mp4!");
 }
 
 void DownloadTest::failures_data()
 {
-    DownloadTable::addColumns();
-    const auto row = DownloadTable::row;
+    const TextTable row = DownloadTable::begin();
     row("no format code", "two code=", "", "", "error(-1)", "",
         "initYdDownloaderCommand: Yd download format is empty. url http://127.0.0.1/watch?v=1&list=2");
     row("exit 1", "", "137: announce mp4|file mp4.part|err WARNING \xc3\xa9\xe2\x82\xac|exit 1", "",
@@ -175,10 +177,10 @@ void DownloadTest::failures_data()
     row("crash in item 2", "two", "140: announce m4a|kill SIGABRT", "", "started started error(-1) error(-5)",
         "{1}YDTMP_.mp4=137",
         "ydProcessError: Yd process error: 1 |ydFinished: Yd process crashed: http://127.0.0.1/watch?v=1 ");
-    row("audio not for a plain stream", "companion", "", "", "started finished", "clip.mp4=137", "");
-    row("DASH without an audio code", "dash", "", "", "started finished", "clip.mp4=137", "");
+    row("audio not for a plain stream", "companion", "", "", "started finished", "clip.mp4=137");
+    row("DASH without an audio code", "dash", "", "", "started finished", "clip.mp4=137");
     row("audio with an audio companion", "two audio", "", "", "started started progress(0,0,0) finished",
-        "clip.mp4=137+140", "");
+        "clip.mp4=137+140");
     row("video never named", "two", "137: file mp4", "", "started started error(-4)",
         "{1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140 -> {1}YDTMP_.mp4=137", "proceedMerge: FFMPEG not started*");
     row("audio never named", "two has=.part", "140: file m4a", "", "started started error(-4)",
@@ -187,8 +189,7 @@ void DownloadTest::failures_data()
 
 void DownloadTest::cancelClearDelete_data()
 {
-    DownloadTable::addColumns();
-    const auto row = DownloadTable::row;
+    const TextTable row = DownloadTable::begin();
     const char *killed = "ydProcessError: Yd process error: 1 ";
     const char *merging = "ffmpeg: write half|spawn|hang";
     const char *second = "137: announce mp4|file mp4.part\n140: announce m4a|file m4a.part|spawn|hang";
@@ -199,23 +200,23 @@ void DownloadTest::cancelClearDelete_data()
     row("cancel in item 2", "two", second, "cancel@140", "started started error(-1)", "", killed);
     row("cancel in the merge", "two", merging, "cancel@ffmpeg", "started started error(-7) error(-5)", "",
         "ffmpegProcessError: FFMPEG process error: 1|ffmpegFinished: FFMPEG crashed!");
-    row("cancel after a download", "", "", "cancel@end", "started finished", "", "");
-    row("cancel after a merge", "two", "", "cancel@end", "started started progress(0,0,0) finished", "", "");
+    row("cancel after a download", "", "", "cancel@end", "started finished");
+    row("cancel after a merge", "two", "", "cancel@end", "started started progress(0,0,0) finished");
     row("cancel after a failure", "", "137: announce mp4|exit 1", "cancel@end", "started error(-4)", "",
         "ydFinished: Yd process terminated abnormally: http://127.0.0.1/watch?v=1  \n ExitCode: 1");
 
     row("clear in item 1", "has=clip.mp4.part", "137: announce mp4|file mp4.part|hang", "clear@137", "started",
-        "{1}YDTMP_.mp4=137", "");
-    row("clear in the merge", "two", merging, "clear@ffmpeg", "started started", "{1}YDTMP_.mp4=137", "");
+        "{1}YDTMP_.mp4=137");
+    row("clear in the merge", "two", merging, "clear@ffmpeg", "started started", "{1}YDTMP_.mp4=137");
     row("clear after a failed merge", "two", "ffmpeg: write half|exit 1", "clear@end", "started started error(-4)",
         "{1}YDTMP_.mp4=137", "ffmpegFinished: FFMPEG terminated abnormally!");
-    row("clear after a download", "", "", "clear@end", "started finished", "clip.mp4=137", "");
+    row("clear after a download", "", "", "clear@end", "started finished", "clip.mp4=137");
 
     row("delete in item 1", "has=clip.mp4.part has=.part", "137: announce mp4|file mp4.part|spawn|hang", "delete@137",
-        "started", ".part=old, {1}YDTMP_.mp4=137", "");
-    row("delete in item 2", "two", second, "delete@140", "started started", "{1}YDTMP_.mp4=137", "");
-    row("delete in the merge", "two", merging, "delete@ffmpeg", "started started", "{1}YDTMP_.mp4=137", "");
-    row("delete after a download", "", "", "delete@end", "started finished", "clip.mp4=137", "");
+        "started", ".part=old, {1}YDTMP_.mp4=137");
+    row("delete in item 2", "two", second, "delete@140", "started started", "{1}YDTMP_.mp4=137");
+    row("delete in the merge", "two", merging, "delete@ffmpeg", "started started", "{1}YDTMP_.mp4=137");
+    row("delete after a download", "", "", "delete@end", "started finished", "clip.mp4=137");
 }
 
 void DownloadTest::idle()
@@ -235,15 +236,10 @@ void DownloadTest::idle()
 
 void DownloadTest::mergeArguments_data()
 {
-    for (const char *name : {"video", "audio", "steps", "codecs", "output"})
-        QTest::addColumn<QString>(name);
-    const auto row = [](const char *name, const char *video, const char *audio, const char *codecs,
-                        const char *steps = "", const char *output = "mp4.tmp.mp4") {
-        QTest::newRow(name) << text(video) << text(audio) << text(steps) << text(codecs) << text(output);
-    };
-    row("both copied", "mp4", "m4a", "-vcodec copy -acodec copy");
+    const TextTable row{"video", "audio", "codecs", "steps", "output"};
+    row("both copied", "mp4", "m4a", "-vcodec copy -acodec copy", "", "mp4.tmp.mp4");
     row("capitals", "MP4", "M4A", "-vcodec copy -acodec copy", "", "MP4.tmp.mp4");
-    row("audio encoded", "mp4", "webm", "-vcodec copy");
+    row("audio encoded", "mp4", "webm", "-vcodec copy", "", "mp4.tmp.mp4");
     row("last suffix counts", "x.mp4", "m4a.mp3", "-vcodec copy", "", "x.mp4.tmp.mp4");
     row("both encoded", "webm", "webm", "", "", "webm.tmp.mp4");
     row("video encoded, so audio too", "webm", "m4a", "", "", "webm.tmp.mp4");
@@ -290,8 +286,7 @@ void DownloadTest::trace()
     const Setup setup(QStringLiteral("two"), stage);
     stage.play(text("137: announce mp4|progress 50 1000|out \xc3\xa9\xe2\x82\xac\\n\n"
                     "140: announce m4a|err note\nffmpeg: out \xc3\xa9|err \xe2\x82\xac|merge"));
-    QStringList messages;
-    debugMessages = &messages;
+    debugMessages().clear();
     const QtMessageHandler before = qInstallMessageHandler(keepDebugMessage);
     const auto downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
@@ -334,10 +329,11 @@ void DownloadTest::trace()
     };
     QCOMPARE(stage.records(LOG_DEBUG, true), expected);
 
+    QStringList messages = debugMessages();
     QCOMPARE(messages.size(), 9);
+    const QString mergeArguments = stage.plain(messages.takeLast());
     for (const QString &part : {text("-i"), text("DIR/{1}YDTMP_.mp4"), text("DIR/{2}YDTMP_.m4a"), text("-acodec")})
-        QVERIFY2(stage.plain(messages.last()).contains(part), qPrintable(messages.last()));
-    messages.removeLast();
+        QVERIFY2(mergeArguments.contains(part), qPrintable(mergeArguments));
     const QStringList expectedMessages{
         text("entering yd..."),
         text("ydProgress : 0B 0B 0B/s"),
@@ -353,9 +349,9 @@ void DownloadTest::trace()
 
 void DownloadTest::secondDownloadWhileOneRuns_data()
 {
-    QTest::addColumn<QString>("phase");
+    const TextTable row{"phase"};
     for (const char *phase : {"137", "140", "ffmpeg"})
-        QTest::newRow(phase) << text(phase);
+        row(phase, phase);
 }
 
 void DownloadTest::secondDownloadWhileOneRuns()
@@ -387,12 +383,7 @@ void DownloadTest::secondDownloadWhileOneRuns()
 
 void DownloadTest::secondDownloadAfterTheFirst_data()
 {
-    for (const char *name : {"setup", "scenario", "hangs", "first", "files"})
-        QTest::addColumn<QString>(name);
-    const auto row = [](const char *name, const char *setup, const char *scenario, const char *hangs, const char *first,
-                        const char *files) {
-        QTest::newRow(name) << text(setup) << text(scenario) << text(hangs) << text(first) << text(files);
-    };
+    const TextTable row{"setup", "scenario", "hangs", "first", "files"};
     const char *full = "137: announce mp4|progress 100 9000\n140: announce m4a|progress 100 3000";
     row("success", "two", full, "",
         "started progress(10800,9000,10) started progress(12001,12000,10) "
@@ -450,12 +441,7 @@ void DownloadTest::secondDownloadAfterTheFirst()
 
 void DownloadTest::secondDownloadFromANotification_data()
 {
-    for (const char *name : {"setup", "scenario", "first", "files"})
-        QTest::addColumn<QString>(name);
-    const auto row = [](const char *name, const char *setup, const char *scenario, const char *first,
-                        const char *files) {
-        QTest::newRow(name) << text(setup) << text(scenario) << text(first) << text(files);
-    };
+    const TextTable row{"setup", "scenario", "first", "files"};
     row("finished", "", "", "started finished", "clip.mp4=137, second.mp4=137+140");
     row("finished merge", "two", "", "started started progress(0,0,0) finished",
         "clip.mp4=137+140, second.mp4=137+140");
@@ -552,11 +538,10 @@ void DownloadTest::sideBySide()
 
 void DownloadTest::hostKilled_data()
 {
-    for (const char *name : {"job", "phase"})
-        QTest::addColumn<QString>(name);
-    QTest::newRow("extraction") << text("extract") << text("dump");
+    const TextTable row{"job", "phase"};
+    row("extraction", "extract", "dump");
     for (const char *phase : {"137", "140", "ffmpeg"})
-        QTest::newRow(phase) << text("download") << text(phase);
+        row(phase, "download", phase);
 }
 
 /** A host that is killed cannot clean up: the system ends its direct child. */

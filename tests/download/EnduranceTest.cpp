@@ -61,7 +61,9 @@ QString EnduranceTest::outcome(Worker *worker, Start start)
 {
     QString result;
     QEventLoop loop;
-    QTimer::singleShot(Stage::Patience, &loop, &QEventLoop::quit);
+    QTimer watchdog;
+    QObject::connect(&watchdog, &QTimer::timeout, &loop, &QEventLoop::quit);
+    watchdog.start(Stage::Patience);
     const auto end = [&](const char *text) {
         result = QString::fromLatin1(text);
         loop.quit();
@@ -99,7 +101,7 @@ void EnduranceTest::extractions()
     const qint64 each = (late.memory - early.memory) / (count - count / 10);
     qInfo("%lld bytes for each extraction", static_cast<long long>(each));
     if (isMemoryMeasurable)
-        QVERIFY(each < 16 * 1024);
+        QVERIFY(each < qint64(16) * 1024);
 }
 
 void EnduranceTest::downloads()
@@ -133,7 +135,7 @@ void EnduranceTest::downloads()
     const qint64 each = (late.memory - early.memory) / (count - count / 10);
     qInfo("%lld bytes for each download", static_cast<long long>(each));
     if (isMemoryMeasurable)
-        QVERIFY(each < 2 * 1024);
+        QVERIFY(each < qint64(2) * 1024);
 }
 
 NOX_TEST_MAIN(EnduranceTest)

@@ -27,8 +27,7 @@ private Q_SLOTS:
 
 void FaultMatrixTest::extraction_data()
 {
-    ExtractTable::addColumns();
-    const auto row = ExtractTable::row;
+    const TextTable row = ExtractTable::begin();
     const char *empty = "parseWebMediaInfo: JSON reader.parse error: * Line 1, Column 1\n  Syntax error: value, object "
                         "or array expected.\n";
     row("interpreter missing", "python=missing", "", "", "finished(||) error(0)",
@@ -37,24 +36,21 @@ void FaultMatrixTest::extraction_data()
         "ydProcessError: Yd extract process terminated with error: 0");
     row("interpreter crashes", "", "dump: kill SIGABRT", "", "finished(||) error(1) error(-1)",
         "ydProcessError: Yd extract process terminated with error: 1");
-    row("interpreter exits 1", "", "dump: exit 1", "", "error(-1)", "");
+    row("interpreter exits 1", "", "dump: exit 1", "", "error(-1)");
     row("interpreter hangs, host cancels", "", "dump: spawn|hang", "cancel", "finished(||) error(1)",
         "cancel: Cancel getMediaInfo...|ydProcessError: Yd extract process terminated with error: 1");
-    row("interpreter hangs, host deletes", "", "dump: spawn|hang", "delete", "", "");
+    row("interpreter hangs, host deletes", "", "dump: spawn|hang", "delete");
     row("standard output closed early", "", "dump: close 1|exit 0", "", "finished(||)", empty);
-    row("standard output closed behind the document", "", "dump: json Clip 1|close 1|exit 0", "", "finished(Clip|1|)",
-        "");
+    row("standard output closed behind the document", "", "dump: json Clip 1|close 1|exit 0", "", "finished(Clip|1|)");
     row("both outputs closed, then a hang", "", "dump: close 1|close 2|spawn|hang", "cancel", "finished(||) error(1)",
         "cancel: Cancel getMediaInfo...|ydProcessError: Yd extract process terminated with error: 1");
-    row("log cannot be written", "log=/dev/full", "dump: err WARNING|json Clip 1", "", "finished(Clip|1|WARNING)", "");
-    row("log folder missing", "log=/nowhere/x.log", "dump: err WARNING|json Clip 1", "", "finished(Clip|1|WARNING)",
-        "");
+    row("log cannot be written", "log=/dev/full", "dump: err WARNING|json Clip 1", "", "finished(Clip|1|WARNING)");
+    row("log folder missing", "log=/nowhere/x.log", "dump: err WARNING|json Clip 1", "", "finished(Clip|1|WARNING)");
 }
 
 void FaultMatrixTest::download_data()
 {
-    DownloadTable::addColumns();
-    const auto row = DownloadTable::row;
+    const TextTable row = DownloadTable::begin();
     const char *done = "clip.mp4=137";
     const char *both = "{1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140 -> {1}YDTMP_.mp4=137";
     const char *exit1 = "ydFinished: Yd process terminated abnormally: http://127.0.0.1/watch?v=1  \n ExitCode: 1";
@@ -84,11 +80,11 @@ void FaultMatrixTest::download_data()
         "ffmpegFinished: FFMPEG terminated abnormally!");
     row("ffmpeg hangs, host cancels", "two", "ffmpeg: write half|spawn|hang", "cancel@ffmpeg",
         "started started error(-7) error(-5)", "", ffmpegKilled);
-    row("standard output closed early", "", "137: announce mp4|close 1|exit 0", "", "started finished", done, "");
+    row("standard output closed early", "", "137: announce mp4|close 1|exit 0", "", "started finished", done);
     row("standard output closed before the name", "", "137: close 1|file mp4|exit 0", "", "started error(-8)",
         "{1}YDTMP_.mp4=137", "ydFinished: Rename failed from  to DIR/clip.mp4!");
     row("ffmpeg closes its outputs", "two", "ffmpeg: close 1|close 2|merge", "",
-        "started started progress(0,0,0) finished", "clip.mp4=137+140", "");
+        "started started progress(0,0,0) finished", "clip.mp4=137+140");
     row("50 MB of standard error", "", "137: announce mp4|flood 50|progress 50 1000", "",
         "started progress(1000,500,10) finished", done, "ydReadError: Yd process read error: x ");
     row("50 MB of standard error from ffmpeg", "two", "ffmpeg: flood 50|merge", "",
@@ -101,7 +97,7 @@ void FaultMatrixTest::download_data()
         "ffmpegReadStandardError: FFMPEG read error: ERROR: File too large\n|ffmpegFinished: FFMPEG terminated "
         "abnormally!");
     row("log cannot be written", "two log=/dev/full", "140: announce m4a|err x", "",
-        "started started progress(0,0,0) finished", "clip.mp4=137+140", "");
+        "started started progress(0,0,0) finished", "clip.mp4=137+140");
     row("folder never writable", "dest=/proc/clip.mp4", "", "", "started error(-4)", "",
         (error + "No such file or directory\n |" + exit1).c_str());
     row("folder never there", "dest=/nowhere/at/all/clip.mp4", "", "", "started error(-4)", "",
@@ -126,8 +122,7 @@ void FaultMatrixTest::download_data()
 
 void FaultMatrixTest::lockedFolder_data()
 {
-    DownloadTable::addColumns();
-    const auto row = DownloadTable::row;
+    const TextTable row = DownloadTable::begin();
     row("locked in item 1", "", "137: announce mp4|chmod 555", "", "started error(-8)", "{1}YDTMP_.mp4=137",
         "ydFinished: Rename failed from DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
     row("locked in the merge", "two", "ffmpeg: merge|chmod 555", "", "started started error(-8)",

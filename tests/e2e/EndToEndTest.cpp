@@ -52,14 +52,14 @@ void EndToEndTest::initTestCase()
 
 std::unique_ptr<WebMediaInfoExtractor> EndToEndTest::newExtractor() const
 {
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     return std::unique_ptr<WebMediaInfoExtractor>(
         factory->createExtractor(m_tool, m_root.filePath(QStringLiteral("byte code"))));
 }
 
 std::unique_ptr<WebMediaDownloader> EndToEndTest::newDownloader() const
 {
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     return std::unique_ptr<WebMediaDownloader>(
         factory->createDownloader(m_tool, m_root.filePath(QStringLiteral("byte code"))));
 }

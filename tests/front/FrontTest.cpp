@@ -2,6 +2,7 @@
 #include "SignalLog.h"
 #include "Stage.h"
 #include "TestMain.h"
+#include "TextTable.h"
 
 #include <nox/front/ToolEnvironment.h>
 #include <nox/front/WebMediaDownloaderFactory.h>
@@ -53,31 +54,21 @@ bool FrontTest::isMethod(const QMetaObject *meta, int index, const QString &text
 
 void FrontTest::metaObjects_data()
 {
-    QTest::addColumn<bool>("isDownloader");
-    QTest::addColumn<bool>("isInterface");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("parent");
-    QTest::addColumn<QStringList>("methods");
-
-    const auto row = [](bool isDownloader, bool isInterface, const char *name, const char *parent,
-                        const char *methods) {
-        QTest::newRow(name) << isDownloader << isInterface << QString::fromLatin1(name) << QString::fromLatin1(parent)
-                            << QString::fromLatin1(methods).split(QLatin1Char('\n'));
-    };
-    row(false, true, "Nox::WebMediaInfoExtractor", "QObject",
+    const TextTable row{"kind", "parent", "methods"};
+    row("Nox::WebMediaInfoExtractor", "extractor interface", "QObject",
         "signal finished(Nox::WebMediaInfo) mediaInfo\n"
         "signal error(qint32) errorCode");
-    row(true, true, "Nox::WebMediaDownloader", "QObject",
+    row("Nox::WebMediaDownloader", "downloader interface", "QObject",
         "signal started()\n"
         "signal progress(qint64,qint64,qint64) total finish speed\n"
         "signal error(qint32) errorCode\n"
         "signal finished()");
-    row(false, false, "Nox::YdExtractor", "Nox::WebMediaInfoExtractor",
+    row("Nox::YdExtractor", "extractor", "Nox::WebMediaInfoExtractor",
         "slot ydReadOutputData()\n"
         "slot ydFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
         "slot ydProcessError(QProcess::ProcessError) error\n"
         "slot ydReadError()");
-    row(true, false, "Nox::YdDownloader", "Nox::WebMediaDownloader",
+    row("Nox::YdDownloader", "downloader", "Nox::WebMediaDownloader",
         "slot ydReadOutputData()\n"
         "slot ydFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
         "slot ydProcessError(QProcess::ProcessError) error\n"
@@ -90,11 +81,12 @@ void FrontTest::metaObjects_data()
 
 void FrontTest::metaObjects()
 {
-    QFETCH(bool, isDownloader);
-    QFETCH(bool, isInterface);
-    QFETCH(QString, name);
+    QFETCH(QString, kind);
     QFETCH(QString, parent);
-    QFETCH(QStringList, methods);
+    QFETCH(QString, methods);
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    const bool isDownloader = kind.startsWith(QLatin1String("downloader"));
+    const QStringList expected = methods.split(QLatin1Char('\n'));
 
     const Stage stage;
     std::unique_ptr<QObject> worker;
@@ -102,13 +94,14 @@ void FrontTest::metaObjects()
         worker = stage.newDownloader();
     else
         worker = stage.newExtractor();
-    const QMetaObject *meta = isInterface ? worker->metaObject()->superClass() : worker->metaObject();
+    const QMetaObject *meta =
+        kind.endsWith(QLatin1String("interface")) ? worker->metaObject()->superClass() : worker->metaObject();
     QCOMPARE(QString::fromLatin1(meta->className()), name);
     QCOMPARE(QString::fromLatin1(meta->superClass()->className()), parent);
 
-    QCOMPARE(meta->methodCount() - meta->methodOffset(), int(methods.size()));
-    for (int i = 0; i < int(methods.size()); ++i)
-        QVERIFY2(isMethod(meta, meta->methodOffset() + i, methods.at(i)), qPrintable(methods.at(i)));
+    QCOMPARE(meta->methodCount() - meta->methodOffset(), int(expected.size()));
+    for (int i = 0; i < int(expected.size()); ++i)
+        QVERIFY2(isMethod(meta, meta->methodOffset() + i, expected.at(i)), qPrintable(expected.at(i)));
     QCOMPARE(meta->propertyCount(), meta->propertyOffset());
     QCOMPARE(meta->enumeratorCount(), meta->enumeratorOffset());
     QCOMPARE(meta->classInfoCount(), meta->classInfoOffset());
@@ -121,7 +114,7 @@ void FrontTest::metaObjects()
 void FrontTest::factory()
 {
     const Stage stage;
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     QCOMPARE(WebMediaDownloaderFactory::instance(), factory);
     const auto first = stage.newDownloader();
     const auto second = stage.newDownloader();
@@ -134,35 +127,24 @@ void FrontTest::factory()
 
 void FrontTest::commandLines_data()
 {
-    for (const char *name : {"tool", "cache", "folder", "url", "sentUrl"})
-        QTest::addColumn<QString>(name);
-    QTest::addColumn<bool>("extractorSwitch");
-    QTest::addColumn<bool>("downloaderSwitch");
-
-    const auto row = [](const char *name, const char *tool, const char *cache, const char *folder, bool extractorSwitch,
-                        bool downloaderSwitch, const char *url = "http://h/p", const char *sentUrl = "http://h/p") {
-        QTestData &data = QTest::newRow(name);
-        for (const char *text : {tool, cache, folder, url, sentUrl})
-            data << QString::fromUtf8(text);
-        data << extractorSwitch << downloaderSwitch;
-    };
-    row("plain", "/x/yt.zip", "/c", "/d", true, true);
-    row("tool of another name", "/x/tool.zip", "/c", "/d/yt.zip", false, false);
-    row("capitals", "/x/YT.ZIP", "/c", "/d", false, false);
-    row("mark in the cache folder", "/x/tool.zip", "/c/yt.zip-cache", "/d", true, false);
-    row("mark in the middle of the tool's path", "/x/yt.zip.d/tool", "/c", "/d", true, true);
-    row("mark in the address", "/x/tool", "/c", "/d", false, false, "http://h/yt.zip", "http://h/yt.zip");
-    row("no cache folder", "/x/yt.zip", "", "/d", true, true);
-    row("blanks", "/x y/my yt.zip", "/c  c/ d", "/d d/ e ", true, true);
-    row("double quotes inside", "/x\"y/yt.zip", "/c \"c\" d", "/d\"\"d/\"e f\"/g", true, true);
-    row("double quotes at the ends", "\"x y/yt.zip\"", "\"", "/\"\"\"", true, true);
-    row("markers of templates", "/%1%2/yt.zip", "/c%1/%3", "/d/%2%4 %1/%(id)s", true, true);
+    const TextTable row{"tool", "cache", "folder", "switches", "url", "sentUrl"};
+    row("plain", "/x/yt.zip", "/c", "/d", "both");
+    row("tool of another name", "/x/tool.zip", "/c", "/d/yt.zip", "");
+    row("capitals", "/x/YT.ZIP", "/c", "/d", "");
+    row("mark in the cache folder", "/x/tool.zip", "/c/yt.zip-cache", "/d", "extractor");
+    row("mark in the middle of the tool's path", "/x/yt.zip.d/tool", "/c", "/d", "both");
+    row("mark in the address", "/x/tool", "/c", "/d", "", "http://h/yt.zip", "http://h/yt.zip");
+    row("no cache folder", "/x/yt.zip", "", "/d", "both");
+    row("blanks", "/x y/my yt.zip", "/c  c/ d", "/d d/ e ", "both");
+    row("double quotes inside", R"(/x"y/yt.zip)", R"(/c "c" d)", R"(/d""d/"e f"/g)", "both");
+    row("double quotes at the ends", R"("x y/yt.zip")", R"(")", R"(/""")", "both");
+    row("markers of templates", "/%1%2/yt.zip", "/c%1/%3", "/d/%2%4 %1/%(id)s", "both");
     row("characters of shells and other scripts", "/x\\ y/'$a'/yt.zip", "/c\\",
         "/Gr\xc3\xbc\xc3\x9f"
         "e \xe6\xbc\xa2/d\\",
-        true, true);
-    row("address cut", "/x/yt.zip", "/c", "/d", true, true, "http://h/watch?v=1&list=2&v=3", "http://h/watch?v=1");
-    row("address left alone", "/x/yt.zip", "/c", "/d", true, true, "http://h/w?a=1&v=%1%20'$x\\",
+        "both");
+    row("address cut", "/x/yt.zip", "/c", "/d", "both", "http://h/watch?v=1&list=2&v=3", "http://h/watch?v=1");
+    row("address left alone", "/x/yt.zip", "/c", "/d", "both", "http://h/w?a=1&v=%1%20'$x\\",
         "http://h/w?a=1&v=%1%20'$x\\");
 }
 
@@ -183,12 +165,15 @@ void FrontTest::commandLines()
     QFETCH(QString, folder);
     QFETCH(QString, url);
     QFETCH(QString, sentUrl);
-    QFETCH(bool, extractorSwitch);
-    QFETCH(bool, downloaderSwitch);
+    QFETCH(QString, switches);
+    const bool extractorSwitch = !switches.isEmpty();
+    const bool downloaderSwitch = switches == QLatin1String("both");
+    if (url.isEmpty())
+        url = sentUrl = QStringLiteral("http://h/p");
 
     Stage stage;
     stage.play(QStringLiteral("dump: exit 1\n137: exit 1"));
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(tool, cache));
     const SignalLog extraction(extractor.get());
     extractor->getMediaInfoBySignal(url);
@@ -222,7 +207,7 @@ void FrontTest::realInterpreter()
     Stage stage;
     stage.provide(Stage::Interpreter, Stage::Real);
     const QString cache = stage.path(QStringLiteral("byte code"));
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(stage.tool(), cache));
     QCOMPARE(SignalLog::recordText(extractor->getMediaInfo(QStringLiteral("http://h/p"))),
              QStringLiteral("finished(Clip|137,140|)"));

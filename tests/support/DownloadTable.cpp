@@ -8,18 +8,9 @@
 
 using namespace Nox;
 
-void DownloadTable::addColumns()
+TextTable DownloadTable::begin()
 {
-    for (const char *name : {"setup", "scenario", "action", "notifications", "files", "errors"})
-        QTest::addColumn<QString>(name);
-}
-
-void DownloadTable::row(const char *name, const char *setup, const char *scenario, const char *action,
-                        const char *notifications, const char *files, const char *errors)
-{
-    QTestData &data = QTest::newRow(name);
-    for (const char *text : {setup, scenario, action, notifications, files, errors})
-        data << QString::fromUtf8(text);
+    return {"setup", "scenario", "action", "notifications", "files", "errors"};
 }
 
 void DownloadTable::run()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextTable.h"
+
 /**
  * A table of downloads with stand-ins. Columns, all texts:
  *   setup          words: two (a DASH video 137 with the audio 140; else only 137), size=BYTES (of the
@@ -17,8 +19,6 @@ class DownloadTable
 public:
     DownloadTable() = delete;
 
-    static void addColumns();
-    static void row(const char *name, const char *setup, const char *scenario, const char *action,
-                    const char *notifications, const char *files, const char *errors);
+    static TextTable begin();
     static void run(); ///< runs the current row
 };

@@ -8,18 +8,9 @@
 
 using namespace Nox;
 
-void ExtractTable::addColumns()
+TextTable ExtractTable::begin()
 {
-    for (const char *name : {"setup", "scenario", "action", "notifications", "errors"})
-        QTest::addColumn<QString>(name);
-}
-
-void ExtractTable::row(const char *name, const char *setup, const char *scenario, const char *action,
-                       const char *notifications, const char *errors)
-{
-    QTestData &data = QTest::newRow(name);
-    for (const char *text : {setup, scenario, action, notifications, errors})
-        data << QString::fromUtf8(text);
+    return {"setup", "scenario", "action", "notifications", "errors"};
 }
 
 void ExtractTable::run()

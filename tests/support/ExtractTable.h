@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextTable.h"
+
 /**
  * A table of notifying extractions with stand-ins. Columns, all texts:
  *   setup          words: python=missing, python=plain (not executable), log=FILE
@@ -13,8 +15,6 @@ class ExtractTable
 public:
     ExtractTable() = delete;
 
-    static void addColumns();
-    static void row(const char *name, const char *setup, const char *scenario, const char *action,
-                    const char *notifications, const char *errors);
+    static TextTable begin();
     static void run(); ///< runs the current row
 };

@@ -56,13 +56,13 @@ QString Stage::tool() const
 
 std::unique_ptr<WebMediaDownloader> Stage::newDownloader() const
 {
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     return std::unique_ptr<WebMediaDownloader>(factory->createDownloader(tool(), path(QStringLiteral("cache"))));
 }
 
 std::unique_ptr<WebMediaInfoExtractor> Stage::newExtractor() const
 {
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     return std::unique_ptr<WebMediaInfoExtractor>(factory->createExtractor(tool(), path(QStringLiteral("cache"))));
 }
 

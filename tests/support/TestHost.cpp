@@ -10,14 +10,16 @@ using namespace Nox;
 /** A host that extracts or downloads once and ends with the first outcome: JOB TOOL DESTINATION. */
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
-    const QStringList words = app.arguments();
+    const QCoreApplication app(argc, argv);
+    const QStringList words = QCoreApplication::arguments();
     const QString url = QStringLiteral("http://127.0.0.1/page");
     Logger::init({}, LOG_FATAL, 0);
-    QTimer::singleShot(60000, &app, [] { QCoreApplication::exit(2); });
+    QTimer watchdog;
+    QObject::connect(&watchdog, &QTimer::timeout, &app, [] { QCoreApplication::exit(2); });
+    watchdog.start(60000);
     const auto end = [] { QCoreApplication::quit(); };
 
-    const auto factory = WebMediaDownloaderFactory::instance();
+    auto *const factory = WebMediaDownloaderFactory::instance();
     const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(words.value(2), QString()));
     const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(words.value(2), QString()));
     QObject::connect(extractor.get(), &WebMediaInfoExtractor::finished, &app, end);
@@ -33,5 +35,5 @@ int main(int argc, char **argv)
         extractor->getMediaInfoBySignal(url);
     else
         downloader->download(url, profile, words.value(3));
-    return app.exec();
+    return QCoreApplication::exec();
 }
