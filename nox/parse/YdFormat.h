@@ -1,12 +1,9 @@
 #pragma once
 
 #include <nox/model/MediaProfile.h>
+#include <nox/parse/FormatEntry.h>
 
 #include <optional>
-
-namespace Json {
-class Value;
-}
 
 namespace Nox {
 
@@ -15,11 +12,11 @@ namespace YdFormat {
 
 /**
  * The profile of one entry.
- * @param entry the entry; one that is no object gives none
+ * @param entry what the tool says of the stream
  * @param description the page's description, stored in the profile
  * @return a valid profile, or none for an entry that the library does not offer
  */
-std::optional<MediaProfile> toProfile(const Json::Value &entry, const QString &description);
+std::optional<MediaProfile> toProfile(const FormatEntry &entry, const QString &description);
 
 } // namespace YdFormat
 

@@ -3,6 +3,7 @@
 #include <nox/log/LogCall.h>
 #include <nox/model/WebMediaInfo.h>
 #include <nox/parse/JsonMembers.h>
+#include <nox/parse/PageScanner.h>
 #include <nox/parse/YdFormat.h>
 #include <nox/parse/YdStatusLines.h>
 #include <nox/util/ByteCount.h>
@@ -54,34 +55,70 @@ QString text(const Json::Value &object, const char (&name)[Size])
     return JsonMembers::toString(JsonMembers::find(object, name), QLatin1String(""));
 }
 
-void readPage(const Json::Value &page, WebMediaInfo &info)
+FormatEntry formatEntry(const Json::Value &object)
 {
-    const QString title = text(page, "title");
-    qDebug().noquote() << QStringLiteral("title: %1").arg(title);
-    info.setTitle(title);
-    info.setFileName(Utilities::filterInvalidCharsOfFileName(title, QStringLiteral(" ")));
-
-    const int duration = JsonMembers::toInt(JsonMembers::find(page, "duration"), 0);
-    qDebug().noquote() << QStringLiteral("duration: %1").arg(duration);
-    info.setDuration(duration);
-
-    QString thumbnail = text(page, "thumbnail");
-    // The largest picture does not exist for every page; the medium one does.
-    thumbnail.replace(QLatin1String("maxresdefault"), QLatin1String("mqdefault"));
-    qDebug().noquote() << QStringLiteral("thumbnail: %1").arg(thumbnail);
-    info.setThumbnailUrl(thumbnail);
+    const auto integer = [&object](const auto &name) {
+        return JsonMembers::toInt(JsonMembers::find(object, name), -1);
+    };
+    FormatEntry entry;
+    entry.note = text(object, "format_note");
+    entry.audioCodec = text(object, "acodec");
+    entry.videoCodec = text(object, "vcodec");
+    entry.code = text(object, "format_id");
+    entry.extension = text(object, "ext");
+    entry.url = text(object, "url");
+    entry.resolution = text(object, "resolution");
+    entry.height = integer("height");
+    entry.width = integer("width");
+    const Json::Value *rate = JsonMembers::find(object, "abr");
+    entry.audioRate = JsonMembers::toDouble(rate, 0.0);
+    entry.audioRateText = JsonMembers::toString(rate, QLatin1String(""));
+    return entry;
 }
 
-void readFormats(const Json::Value &page, WebMediaInfo &info)
+PageText pageText(const Json::Value &object)
 {
-    const Json::Value *formats = JsonMembers::find(page, "formats");
+    PageText page;
+    page.title = text(object, "title");
+    page.thumbnail = text(object, "thumbnail");
+    page.description = text(object, "description");
+    page.duration = JsonMembers::toInt(JsonMembers::find(object, "duration"), 0);
+    const Json::Value *formats = JsonMembers::find(object, "formats");
     if (formats == nullptr || !formats->isArray())
-        return;
-    const QString description = text(page, "description");
-    for (const Json::Value &entry : *formats) {
-        if (auto profile = YdFormat::toProfile(entry, description))
+        return page;
+    for (const Json::Value &entry : *formats)
+        page.formats.push_back(formatEntry(entry));
+    return page;
+}
+
+void fill(WebMediaInfo &info, PageText page)
+{
+    qDebug().noquote() << QStringLiteral("title: %1").arg(page.title);
+    info.setTitle(page.title);
+    info.setFileName(Utilities::filterInvalidCharsOfFileName(page.title, QStringLiteral(" ")));
+
+    qDebug().noquote() << QStringLiteral("duration: %1").arg(page.duration);
+    info.setDuration(page.duration);
+
+    // The largest picture does not exist for every page; the medium one does.
+    page.thumbnail.replace(QLatin1String("maxresdefault"), QLatin1String("mqdefault"));
+    qDebug().noquote() << QStringLiteral("thumbnail: %1").arg(page.thumbnail);
+    info.setThumbnailUrl(page.thumbnail);
+
+    for (const FormatEntry &entry : page.formats) {
+        if (auto profile = YdFormat::toProfile(entry, page.description))
             info.addMediaProfileToHead(std::move(*profile));
     }
+}
+
+// By the JSON reader, which takes whatever there is and knows the words for what it does not take.
+bool readWithReader(QString output, PageText &page, std::string &error)
+{
+    Json::Value root;
+    if (!readDocument(preparedDocument(std::move(output)), root, error))
+        return false;
+    page = pageText(root);
+    return true;
 }
 
 } // namespace
@@ -109,14 +146,13 @@ YdOutputParser *YdOutputParser::instance()
 void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir)
 {
     Q_UNUSED(tempDir)
-    Json::Value page;
+    std::optional<PageText> page = PageScanner::read(output);
     std::string error;
-    if (!readDocument(preparedDocument(std::move(output)), page, error)) {
+    if (!page && !readWithReader(std::move(output), page.emplace(), error)) {
         NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());
         return;
     }
-    readPage(page, info);
-    readFormats(page, info);
+    fill(info, std::move(*page));
 }
 
 int YdOutputParser::parseDownloadeInfo(QString text, qint64 &total, qint64 &finish, qint64 &speed)

@@ -2,6 +2,8 @@
 
 #include <nox/util/Utilities.h>
 
+#include <nox/util/TextEscape.h>
+
 #include <QFontMetrics>
 #include <QStringView>
 
@@ -13,53 +15,7 @@ namespace Nox {
 
 namespace {
 
-// A stand-in for one character: the character and how many characters of text it takes up.
-struct Escape {
-    QChar character;
-    qsizetype length;
-};
-
-int hexDigitValue(QChar character)
-{
-    const char16_t unit = character.unicode();
-    if (unit >= u'0' && unit <= u'9')
-        return unit - u'0';
-    if (unit >= u'a' && unit <= u'f')
-        return unit - u'a' + 10;
-    if (unit >= u'A' && unit <= u'F')
-        return unit - u'A' + 10;
-    return -1;
-}
-
-// "uXXXX", behind the backslash.
-std::optional<Escape> readUnicodeEscape(QStringView text)
-{
-    constexpr qsizetype length = 5;
-    if (text.size() < length || text[0] != QLatin1Char('u'))
-        return std::nullopt;
-    unsigned code = 0;
-    for (qsizetype i = 1; i < length; ++i) {
-        const int digit = hexDigitValue(text[i]);
-        if (digit < 0)
-            return std::nullopt;
-        code = code * 16 + static_cast<unsigned>(digit);
-    }
-    return Escape{QChar(static_cast<ushort>(code)), length};
-}
-
-// "#NNN;", behind the ampersand. Only the low 16 bits of the number count.
-std::optional<Escape> readCharacterReference(QStringView text)
-{
-    if (text.size() < 3 || text[0] != QLatin1Char('#'))
-        return std::nullopt;
-    unsigned code = 0;
-    qsizetype i = 1;
-    for (; i < text.size() && text[i].isDigit(); ++i)
-        code = (code * 10 + static_cast<unsigned>(text[i].digitValue())) & 0xffffU;
-    if (i == 1 || i == text.size() || text[i] != QLatin1Char(';'))
-        return std::nullopt;
-    return Escape{QChar(static_cast<ushort>(code)), i + 1};
-}
+using TextEscape::Escape;
 
 void append(QString &result, QStringView text)
 {
@@ -114,12 +70,12 @@ bool Utilities::isValidUrl(QString url)
 
 QString Utilities::convertHttpSpecificChar2(QString text)
 {
-    return replaceEscapes(text, QLatin1Char('\\'), readUnicodeEscape);
+    return replaceEscapes(text, QLatin1Char('\\'), TextEscape::readUnicodeEscape);
 }
 
 QString Utilities::convertHttpSpecificChar(QString text)
 {
-    return replaceEscapes(text, QLatin1Char('&'), readCharacterReference);
+    return replaceEscapes(text, QLatin1Char('&'), TextEscape::readCharacterReference);
 }
 
 QString Utilities::stringList2String(QStringList &list)
