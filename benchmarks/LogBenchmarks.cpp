@@ -20,7 +20,7 @@ constexpr int runs = 20'000;
     char message[capacity];
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(message, sizeof message, format, arguments);
+    static_cast<void>(std::vsnprintf(message, sizeof message, format, arguments));
     va_end(arguments);
     benchmark::DoNotOptimize(message);
 }

@@ -92,7 +92,7 @@ bool QtJsonPage::parse(const QByteArray &document, Nox::WebMediaInfo &info)
 
     const QString description = text(page, QLatin1String("description"));
     const QJsonArray formats = page.value(QLatin1String("formats")).toArray();
-    for (const QJsonValue &entry : formats) {
+    for (const QJsonValue entry : formats) {
         MediaProfile profile;
         if (readFormat(entry.toObject(), description, profile))
             info.addMediaProfileToHead(profile);

@@ -7,7 +7,8 @@ namespace Paired {
 bool RatioReporter::ReportContext(const Context &context)
 {
     static_cast<void>(context);
-    std::printf("%-44s %7s %17s %7s   %11s %11s\n", "", "ratio", "95 % interval", "bar", "subject", "baseline");
+    static_cast<void>(
+        std::printf("%-44s %7s %17s %7s   %11s %11s\n", "", "ratio", "95 % interval", "bar", "subject", "baseline"));
     return true;
 }
 
@@ -27,7 +28,7 @@ void RatioReporter::reportRun(const Run &run)
     const std::string name = run.run_name.function_name;
     if (run.error_occurred) {
         m_hasPassed = false;
-        std::printf("%-44s %s\n", name.c_str(), run.error_message.c_str());
+        static_cast<void>(std::printf("%-44s %s\n", name.c_str(), run.error_message.c_str()));
         return;
     }
     const auto counter = [&run](const char *key) { return run.counters.at(key).value; };
@@ -39,9 +40,10 @@ void RatioReporter::reportRun(const Run &run)
     } else if (counter("ratio") > bar) {
         verdict = "above, but within noise";
     }
-    std::printf("%-44s %7.3f  [%6.3f, %6.3f] %7.2f   %11.4g %11.4g   %s\n", name.c_str(), counter("ratio"),
-                counter("low"), counter("high"), bar, counter("subject"), counter("baseline"), verdict);
-    std::fflush(stdout);
+    static_cast<void>(std::printf("%-44s %7.3f  [%6.3f, %6.3f] %7.2f   %11.4g %11.4g   %s\n", name.c_str(),
+                                  counter("ratio"), counter("low"), counter("high"), bar, counter("subject"),
+                                  counter("baseline"), verdict));
+    static_cast<void>(std::fflush(stdout));
 }
 
 } // namespace Paired

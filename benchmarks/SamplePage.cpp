@@ -1,9 +1,10 @@
 #include "SamplePage.h"
 
+#include "Numbers.h"
+
 #include <nox/util/Utilities.h>
 
 #include <iterator>
-#include <random>
 #include <utility>
 
 namespace {
@@ -67,13 +68,14 @@ private:
         for (int i = 0; i < length; ++i) {
             if (i % 40 == 39)
                 m_json += "&p%2C=";
-            m_json += digits[m_random() % 64];
+            m_json += digits[m_numbers.below(64)];
         }
     }
 
     void writeFormat(const Kind &kind, int number, bool isFull)
     {
-        m_json += R"({"asr": null, "filesize": )" + QByteArray::number(m_random() % 500000000U);
+        m_json +=
+            R"({"asr": null, "filesize": )" + QByteArray::number(static_cast<qulonglong>(m_numbers.below(500'000'000)));
         m_json += R"(, "format_id": ")" + QByteArray(kind.code) + '-' + QByteArray::number(number);
         m_json += R"(", "format_note": ")" + QByteArray(kind.note) + R"(", "source_preference": -1, "fps": 25)";
         if (kind.height > 0) {
@@ -131,7 +133,7 @@ private:
     }
 
     QByteArray m_json;
-    std::minstd_rand m_random;
+    Numbers m_numbers;
 };
 
 } // namespace

@@ -1,9 +1,10 @@
 #include "SampleProfiles.h"
 
+#include "Numbers.h"
+
 #include <nox/model/WebMediaInfo.h>
 
 #include <iterator>
-#include <random>
 
 using Nox::MediaProfile;
 
@@ -48,18 +49,18 @@ MediaProfile audioProfile(int number, const QString &description)
 QList<MediaProfile> SampleProfiles::shuffled(int count)
 {
     const QString description = QStringLiteral("What the page says of its video");
-    std::minstd_rand random;
+    Numbers random;
     QList<MediaProfile> profiles;
     profiles.reserve(count);
     for (int i = 0; i < count; ++i) {
-        if (random() % 3 == 0) {
+        if (random.below(3) == 0) {
             profiles.append(audioProfile(i, description));
             continue;
         }
-        const QSize picture = pictures[random() % std::size(pictures)];
-        MediaProfile video = videoProfile(i, description, picture, containers[random() % std::size(containers)]);
-        video.setDash(random() % 2 == 0);
-        video.set3D(random() % 20 == 0);
+        const QSize picture = pictures[random.below(std::size(pictures))];
+        MediaProfile video = videoProfile(i, description, picture, containers[random.below(std::size(containers))]);
+        video.setDash(random.below(2) == 0);
+        video.set3D(random.below(20) == 0);
         profiles.append(video);
     }
     return profiles;

@@ -18,7 +18,7 @@ void Check::that(bool holds, const char *what)
 {
     if (holds)
         return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
+    static_cast<void>(std::fprintf(stderr, "does not hold: %s\n", what));
     std::abort();
 }
 

@@ -45,7 +45,7 @@ void checkSame(const WebMediaInfo &a, const WebMediaInfo &b)
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
+extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/)
 {
     Check::silence();
     return 0;
