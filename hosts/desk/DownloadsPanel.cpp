@@ -58,7 +58,7 @@ QWidget *DownloadsPanel::makeList()
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidget(rows);
-    area->setMinimumHeight(5 * fontMetrics().lineSpacing());
+    area->setMinimumHeight(3 * fontMetrics().lineSpacing());
     return area;
 }
 

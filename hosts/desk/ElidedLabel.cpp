@@ -18,8 +18,9 @@ QSize ElidedLabel::minimumSizeHint() const
     return {fontMetrics().averageCharWidth() * 8, QLabel::minimumSizeHint().height()};
 }
 
-void ElidedLabel::paintEvent(QPaintEvent *)
+void ElidedLabel::paintEvent(QPaintEvent *event)
 {
+    Q_UNUSED(event)
     QPainter painter(this);
     const QRect area = contentsRect();
     const Qt::Alignment place = QStyle::visualAlignment(layoutDirection(), alignment());

@@ -13,7 +13,7 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr qint64 maximumBytes = 256 * 1024;
+constexpr qint64 maximumBytes = 256LL * 1024;
 
 QString endOf(const QString &path)
 {

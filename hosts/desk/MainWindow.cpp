@@ -75,9 +75,9 @@ void MainWindow::addShortcuts()
 void MainWindow::restore()
 {
     // In terms of the font, so that it fits any scaling, and no larger than the screen.
-    const QSize wanted(fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 54);
+    const QSize wanted(fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 56);
     resize(wanted.boundedTo(screen()->availableSize() * 0.9));
-    m_splitter->setSizes({3 * wanted.height() / 5, 2 * wanted.height() / 5});
+    m_splitter->setSizes({11 * wanted.height() / 20, 9 * wanted.height() / 20});
     restoreGeometry(m_desk.settings().windowGeometry());
     m_splitter->restoreState(m_desk.settings().splitterState());
 }

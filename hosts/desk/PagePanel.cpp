@@ -131,8 +131,8 @@ QLayout *PagePanel::makeCard()
     texts->addWidget(m_address);
     texts->addStretch();
     auto *card = new QHBoxLayout;
-    card->setSpacing(2 * card->spacing());
     card->addWidget(m_thumbnail);
+    card->addSpacing(fontMetrics().averageCharWidth());
     card->addLayout(texts, 1);
     connect(&m_desk.thumbnail(), &ThumbnailLoader::changed, m_thumbnail,
             [this] { m_thumbnail->setPicture(m_desk.thumbnail().picture()); });

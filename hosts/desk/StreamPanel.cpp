@@ -54,8 +54,8 @@ void StreamPanel::setUpTable()
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    const int row = m_table->verticalHeader()->defaultSectionSize();
-    m_table->setMinimumHeight(3 * row);
+    // A header and two streams, for screens with little room.
+    m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height() + 3 * fontMetrics().lineSpacing());
 }
 
 void StreamPanel::focusTable()

@@ -10,7 +10,7 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr qint64 maximumBytes = 8 * 1024 * 1024;
+constexpr qint64 maximumBytes = 8LL * 1024 * 1024;
 constexpr int maximumEdge = 8192;    // of the picture as it comes
 constexpr QSize keptSize(1280, 720); // enough for the small view at any scaling
 

@@ -31,8 +31,9 @@ QSize ThumbnailView::sizeHint() const
     return {height * 16 / 9, height};
 }
 
-void ThumbnailView::paintEvent(QPaintEvent *)
+void ThumbnailView::paintEvent(QPaintEvent *event)
 {
+    Q_UNUSED(event)
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (m_picture.isNull()) {

@@ -28,7 +28,7 @@ void installTranslation(const QLocale &locale)
 {
     initResources();
     // The texts in the source are English, which no file holds.
-    if (locale.language() == QLocale::English) {
+    if (locale.uiLanguages().value(0).startsWith(QLatin1String("en"))) {
         return;
     }
     install(locale, QStringLiteral("qtbase"), QStringLiteral(NOX_QT_TRANSLATIONS));

@@ -14,14 +14,14 @@
 
 namespace {
 
-constexpr qint64 largestLog = 1024 * 1024;
+constexpr qint64 largestLog = 1024LL * 1024;
 
 /** The log of this and earlier times; begun anew when it has become large. */
 QString logFile()
 {
     const QDir folder(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
     folder.mkpath(QStringLiteral("."));
-    const QString path = folder.filePath(QStringLiteral("nox-desk.log"));
+    QString path = folder.filePath(QStringLiteral("nox-desk.log"));
     if (QFileInfo(path).size() > largestLog) {
         QFile::remove(path);
     }

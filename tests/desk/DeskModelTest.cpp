@@ -65,6 +65,8 @@ QString rowText(const StreamTableModel &model, int row)
 
 } // namespace
 
+Q_DECLARE_METATYPE(Nox::MediaProfile)
+
 /** Models and choices, without a window and without processes. */
 class DeskModelTest : public QObject
 {
