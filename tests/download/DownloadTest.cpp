@@ -72,6 +72,8 @@ private Q_SLOTS:
     void secondDownloadAfterTheFirst();
     void secondDownloadFromANotification_data();
     void secondDownloadFromANotification();
+    void answeredNotification_data();
+    void answeredNotification();
     void deletedWhenTheToolEnds_data();
     void deletedWhenTheToolEnds();
     void sideBySide();
@@ -473,6 +475,62 @@ void DownloadTest::secondDownloadFromANotification()
     connect(downloader.get(), &WebMediaDownloader::error, this, startSecond);
     downloader->download(Setup::url(), applied.profile(), applied.destination());
     QTRY_COMPARE_WITH_TIMEOUT(log.text(), first + text(" started started progress(0,0,0) finished"), Stage::Patience);
+    QCOMPARE(stage.files(), files);
+}
+
+void DownloadTest::answeredNotification_data()
+{
+    const TextTable row{"setup", "scenario", "moment", "answer", "notifications", "files"};
+    const char *progress = "137: announce mp4|progress 50 1000|spawn|hang";
+    row("deleted at started", "", "137: hang", "started", "delete", "started");
+    row("deleted at progress", "", progress, "progress", "delete", "started progress(1000,500,10)",
+        "{1}YDTMP_.mp4=137");
+    row("deleted at finished", "", "", "finished", "delete", "started finished", "clip.mp4=137");
+    row("deleted at error(-1)", "", "137: kill SIGKILL", "error", "delete", "started error(-1)");
+    row("deleted at error(-4)", "", "137: announce mp4|file mp4.part|exit 1", "error", "delete", "started error(-4)",
+        "{1}YDTMP_.mp4=137");
+    row("deleted at error(-7)", "two ffmpeg=missing", "", "error", "delete", "started started error(-7)",
+        "{1}YDTMP_.mp4=137");
+    row("deleted at error(-8)", "has=clip.mp4", "", "error", "delete", "started error(-8)",
+        "clip.mp4=old, {1}YDTMP_.mp4=137");
+    row("deleted at the closing progress", "two", "", "progress", "delete", "started started progress(0,0,0)",
+        "clip.mp4=137+140");
+    row("cancelled at started", "two", "137: announce mp4|spawn|hang", "started", "cancel", "started error(-1)");
+    row("cancelled at progress", "two", progress, "progress", "cancel", "started progress(1200,500,10) error(-1)");
+    row("cancelled at error(-4)", "", "137: announce mp4|exit 1", "error", "cancel", "started error(-4)");
+}
+
+/** Deleting or cancelling in the midst of a notification is the end: nothing follows, nothing stays. */
+void DownloadTest::answeredNotification()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, scenario);
+    QFETCH(QString, moment);
+    QFETCH(QString, answer);
+    QFETCH(QString, notifications);
+    QFETCH(QString, files);
+    Stage stage;
+    const Setup applied(setup, stage);
+    stage.play(scenario);
+    auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    const auto respond = [&](const QString &notification) {
+        if (notification != moment || !downloader)
+            return;
+        if (answer == QLatin1String("delete"))
+            delete downloader.release();
+        else
+            downloader->cancel();
+    };
+    connect(downloader.get(), &WebMediaDownloader::started, this, [&] { respond(text("started")); });
+    connect(downloader.get(), &WebMediaDownloader::progress, this, [&] { respond(text("progress")); });
+    connect(downloader.get(), &WebMediaDownloader::error, this, [&] { respond(text("error")); });
+    connect(downloader.get(), &WebMediaDownloader::finished, this, [&] { respond(text("finished")); });
+    downloader->download(Setup::url(), applied.profile(), applied.destination());
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QTest::qWait(30);
+    QCOMPARE(log.text(), notifications);
     QCOMPARE(stage.files(), files);
 }
 

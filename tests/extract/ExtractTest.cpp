@@ -32,6 +32,8 @@ private Q_SLOTS:
     void records();
     void secondRequest();
     void replacedRequest();
+    void deletedInANotification_data();
+    void deletedInANotification();
     void cancelBeforeAnyRequest();
     void floodOfErrors();
 };
@@ -193,6 +195,38 @@ void ExtractTest::replacedRequest()
         QCOMPARE(log.text(), expected);
     }
     QCOMPARE(stage.errors(), QString());
+}
+
+void ExtractTest::deletedInANotification_data()
+{
+    const TextTable row{"scenario", "moment", "notifications"};
+    row("success", "", "finished", "finished(Clip|137,140|)");
+    row("error text", "dump: err bad|spawn|hang", "finished", "finished(||bad)");
+    row("error text, second notification", "dump: err bad|spawn|hang", "error", "finished(||bad) error(-1)");
+    row("crash", "dump: kill SIGKILL", "finished", "finished(||)");
+    row("exit 1", "dump: exit 1", "error", "error(-1)");
+}
+
+void ExtractTest::deletedInANotification()
+{
+    QFETCH(QString, scenario);
+    QFETCH(QString, moment);
+    QFETCH(QString, notifications);
+    Stage stage;
+    stage.play(scenario);
+    auto extractor = stage.newExtractor();
+    const SignalLog log(extractor.get());
+    const auto respond = [&](const char *notification) {
+        if (moment == QLatin1String(notification))
+            delete extractor.release();
+    };
+    connect(extractor.get(), &WebMediaInfoExtractor::finished, this, [&] { respond("finished"); });
+    connect(extractor.get(), &WebMediaInfoExtractor::error, this, [&] { respond("error"); });
+    extractor->getMediaInfoBySignal(Setup::url());
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QTest::qWait(30);
+    QCOMPARE(log.text(), notifications);
 }
 
 void ExtractTest::cancelBeforeAnyRequest()
