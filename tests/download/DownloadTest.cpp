@@ -518,7 +518,7 @@ void DownloadTest::answeredNotification()
         if (notification != moment || !downloader)
             return;
         if (answer == QLatin1String("delete"))
-            delete downloader.release();
+            downloader.reset();
         else
             downloader->cancel();
     };

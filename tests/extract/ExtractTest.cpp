@@ -218,7 +218,7 @@ void ExtractTest::deletedInANotification()
     const SignalLog log(extractor.get());
     const auto respond = [&](const char *notification) {
         if (moment == QLatin1String(notification))
-            delete extractor.release();
+            extractor.reset();
     };
     connect(extractor.get(), &WebMediaInfoExtractor::finished, this, [&] { respond("finished"); });
     connect(extractor.get(), &WebMediaInfoExtractor::error, this, [&] { respond("error"); });
