@@ -32,7 +32,7 @@ PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
     addSound(*layout);
     addDestination(*layout);
     m_downloadButton->setObjectName(QStringLiteral("download"));
-    layout->addWidget(m_downloadButton, 4, 2);
+    layout->addWidget(m_downloadButton, 2, 3);
 
     connect(m_downloadButton, &QPushButton::clicked, this, &PlanForm::downloadRequested);
     connect(&m_plan, &DownloadPlan::changed, this, &PlanForm::refresh);
@@ -47,8 +47,8 @@ void PlanForm::addSound(QGridLayout &layout)
     auto *label = new QLabel(tr("&Sound:"));
     label->setBuddy(m_sound);
     layout.addWidget(label, 0, 0);
-    layout.addWidget(m_sound, 0, 1, 1, 2);
-    layout.addWidget(m_soundProblem, 1, 1, 1, 2);
+    layout.addWidget(m_sound, 0, 1, 1, 3);
+    layout.addWidget(m_soundProblem, 1, 1, 1, 3);
     connect(m_sound, qOverload<int>(&QComboBox::currentIndexChanged), this,
             [this] { m_plan.setCompanion(m_sound->currentData().toString()); });
 }
@@ -64,7 +64,7 @@ void PlanForm::addDestination(QGridLayout &layout)
     layout.addWidget(label, 2, 0);
     layout.addWidget(m_destination, 2, 1);
     layout.addWidget(m_browseButton, 2, 2);
-    layout.addWidget(m_destinationProblem, 3, 1, 2, 1, Qt::AlignTop);
+    layout.addWidget(m_destinationProblem, 3, 1, 1, 3);
     connect(m_destination, &QLineEdit::textEdited, &m_plan, &DownloadPlan::setDestination);
     connect(m_destination, &QLineEdit::returnPressed, this, &PlanForm::downloadRequested);
     connect(m_browseButton, &QPushButton::clicked, this, &PlanForm::browse);
