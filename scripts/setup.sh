@@ -22,7 +22,7 @@ declare -A packages=(
     [coverage]="gcovr"
     [docs]="doxygen graphviz"
     [package]="binutils dpkg-dev file"
-    [desk]="xvfb xauth fonts-dejavu-core"
+    [desk]="xvfb xauth xdotool imagemagick fonts-dejavu-core"
 )
 readonly groups=(build qt5 run lint sanitizers fuzz bench coverage docs package desk)
 

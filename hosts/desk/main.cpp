@@ -1,8 +1,8 @@
 #include "Desk.h"
 #include "MainWindow.h"
 #include "Translation.h"
+#include "common/InterruptWatcher.h"
 #include "common/Locale.h"
-#include "fetch/InterruptWatcher.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -64,8 +64,8 @@ int main(int argc, char *argv[])
 
     Desk desk(logFile());
     MainWindow window(desk);
-    const NoxFetch::InterruptWatcher interrupts;
-    QObject::connect(&interrupts, &NoxFetch::InterruptWatcher::interrupted, &window, &MainWindow::cancelAllAndClose);
+    const NoxHost::InterruptWatcher interrupts;
+    QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::cancelAllAndClose);
     window.show();
     if (!address.isEmpty()) {
         window.read(address);

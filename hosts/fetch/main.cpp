@@ -1,9 +1,9 @@
 #include "Console.h"
 #include "ExitCode.h"
 #include "FetchApp.h"
-#include "InterruptWatcher.h"
 #include "MessageFilter.h"
 #include "Options.h"
+#include "common/InterruptWatcher.h"
 #include "common/Locale.h"
 
 #include <QCoreApplication>
@@ -30,8 +30,8 @@ int main(int argc, char *argv[])
     messages.setVerbose(commandLine.options.verbose);
 
     FetchApp fetch(commandLine.options, console);
-    InterruptWatcher interrupts;
-    QObject::connect(&interrupts, &InterruptWatcher::interrupted, &fetch, &FetchApp::interrupt);
+    NoxHost::InterruptWatcher interrupts;
+    QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &fetch, &FetchApp::interrupt);
     QObject::connect(&fetch, &FetchApp::ended, &application, &QCoreApplication::exit, Qt::QueuedConnection);
     QTimer::singleShot(0, &fetch, &FetchApp::start);
     return QCoreApplication::exec();

@@ -7,7 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace NoxFetch {
+namespace NoxHost {
 
 namespace {
 
@@ -63,4 +63,4 @@ void InterruptWatcher::drain()
     Q_EMIT interrupted();
 }
 
-} // namespace NoxFetch
+} // namespace NoxHost

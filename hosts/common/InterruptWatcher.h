@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace NoxFetch {
+namespace NoxHost {
 
 /**
  * Turns SIGINT, SIGTERM and SIGHUP into a notification from the event loop, so that the download can
@@ -29,4 +29,4 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
-} // namespace NoxFetch
+} // namespace NoxHost
