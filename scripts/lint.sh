@@ -9,7 +9,7 @@ cd "$root"
 
 readonly checks=(format scripts spelling cppcheck clang tidy)
 mapfile -t code_folders < <(ls -d nox hosts tests benchmarks fuzz 2>/dev/null)
-readonly clang_dir=$root/build/clang
+readonly clang_dir=$root/build/asan
 
 # Prints the sources of ours that match the find expression given, each ended by a null character.
 sources() {
@@ -40,8 +40,9 @@ check_cppcheck() {
 }
 
 # The other compiler, with its warnings; clang-tidy reads the command lines and the generated files that this leaves.
+# It is the build for the sanitizers, which test.sh takes up where this has left it.
 check_clang() {
-    configure release "$clang_dir" -DCMAKE_CXX_COMPILER=clang++ -DNOX_BUILD_BENCHMARKS=ON
+    configure asan "$clang_dir" -DNOX_BUILD_BENCHMARKS=ON
     compile "$clang_dir"
 }
 
@@ -56,9 +57,9 @@ check_tidy() {
     [[ -e $clang_dir/build.ninja ]] || check_clang
     sources -name '*.cpp' -not -path 'fuzz/*' | tidy "$clang_dir"
     # The fuzz targets cannot be built along with the rest, whose objects would be marked for the fuzzer.
-    configure release "$clang_dir-fuzz" -DCMAKE_CXX_COMPILER=clang++ -DNOX_BUILD_FUZZERS=ON \
+    configure release "$root/build/clang-fuzz" -DCMAKE_CXX_COMPILER=clang++ -DNOX_BUILD_FUZZERS=ON \
         -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
-    sources -name '*.cpp' -path 'fuzz/*' | tidy "$clang_dir-fuzz"
+    sources -name '*.cpp' -path 'fuzz/*' | tidy "$root/build/clang-fuzz"
 }
 
 case ${1-} in
@@ -72,7 +73,7 @@ for check in "$@"; do
     fi
 done
 
-scripts/setup.sh build run lint bench
+scripts/setup.sh build run lint sanitizers bench
 for check in "$@"; do
     say "lint: $check"
     "check_$check"

@@ -35,6 +35,7 @@ done
 
 groups=(build run)
 [[ " ${presets[*]} " != *" qt5 "* ]] || groups+=(qt5)
+[[ $asan == no ]] || groups+=(sanitizers)
 "$root/scripts/setup.sh" "${groups[@]}"
 
 for preset in "${presets[@]}"; do
