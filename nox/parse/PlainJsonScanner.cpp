@@ -3,8 +3,6 @@
 #include <nox/util/TextEscape.h>
 #include <nox/util/Utilities.h>
 
-#include <QLatin1String>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -94,7 +92,7 @@ bool PlainJsonScanner::skipValue(int depth)
     case u'n':
     case u't':
     case u'f':
-        return takeWord();
+        return takeWord(QLatin1String("null")) || takeWord(QLatin1String("true")) || takeWord(QLatin1String("false"));
     default:
         return skipNumber();
     }
@@ -108,15 +106,12 @@ bool PlainJsonScanner::take(char16_t character)
     return true;
 }
 
-bool PlainJsonScanner::takeWord()
+bool PlainJsonScanner::takeWord(QLatin1String word)
 {
-    for (const QLatin1String word : {QLatin1String("null"), QLatin1String("true"), QLatin1String("false")}) {
-        if (QStringView(m_at, m_end).startsWith(word)) {
-            m_at += word.size();
-            return true;
-        }
-    }
-    return false;
+    if (!QStringView(m_at, m_end).startsWith(word))
+        return false;
+    m_at += word.size();
+    return true;
 }
 
 double PlainJsonScanner::takeDigits(double number, int &count)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLatin1String>
 #include <QString>
 #include <QStringView>
 
@@ -86,7 +87,7 @@ public:
 
 private:
     bool take(char16_t character);
-    bool takeWord();
+    bool takeWord(QLatin1String word);
     double takeDigits(double number, int &count);
     void skipBlanks();
     bool readName(QStringView &name);
