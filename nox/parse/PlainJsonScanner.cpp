@@ -23,8 +23,8 @@ constexpr char16_t escapeCharacters[] = u"\"\\/\b\f\n\r\t";
 constexpr std::array<bool, 128> makeStops()
 {
     std::array<bool, 128> result{};
-    for (const char stop : {'"', '\\', '&'})
-        result[static_cast<size_t>(stop)] = true;
+    for (const char16_t stop : {u'"', u'\\', u'&'})
+        result[stop] = true;
     return result;
 }
 constexpr std::array<bool, 128> stops = makeStops();
@@ -48,8 +48,8 @@ bool isStructural(QChar character)
 QString unescaped(const QString &text)
 {
     QString result = text;
-    auto end = result.begin();
-    for (auto at = text.cbegin(); at != text.cend(); ++at, ++end)
+    auto *end = result.begin();
+    for (const auto *at = text.cbegin(); at != text.cend(); ++at, ++end)
         *end = *at == u'\\' ? QChar(escapeCharacters[QStringView(escapeLetters).indexOf(*++at)]) : *at;
     result.truncate(static_cast<QString::size_type>(end - result.begin()));
     return result;
