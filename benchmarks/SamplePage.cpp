@@ -148,6 +148,11 @@ SamplePage SamplePage::ordinary()
     return SamplePage(Writer().page(200, 120, 60, true));
 }
 
+SamplePage SamplePage::unusual()
+{
+    return SamplePage(Writer().page(200, 120, 60, true).replace("webpage_url", R"(webpage\u005furl)"));
+}
+
 SamplePage SamplePage::withFormats(int formats)
 {
     return SamplePage(Writer().page(formats, 0, 4, false));

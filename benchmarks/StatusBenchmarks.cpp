@@ -32,7 +32,7 @@ double readTime(const QString &text)
     });
 }
 
-QString repeated(const QString &piece, qsizetype length)
+QString repeated(const QString &piece, int length)
 {
     QString text;
     text.reserve(length);
@@ -45,7 +45,7 @@ QString repeated(const QString &piece, qsizetype length)
 QString mixedText(int length)
 {
     const QString end = QStringLiteral("\n[download] Destination: /tmp/clip.mp4\n");
-    const auto half = length / 2 - end.size();
+    const int half = length / 2 - static_cast<int>(end.size());
     return repeated(QString::fromUtf16(progressLine), half) + repeated(QStringLiteral("[download] "), half) + end;
 }
 
