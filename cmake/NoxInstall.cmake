@@ -1,28 +1,71 @@
-# What a host's build finds: the CMake package and the pkg-config file.
+# What is installed, under which names, and what a host's build finds: the CMake package and the pkg-config file.
+#
+# The builds for Qt 6 and Qt 5 can be installed side by side. The one for Qt 6 has the plain names. For Qt 5 the library,
+# the pkg-config file and the folders carry the version; the headers, although the same, stand in a folder of their own,
+# so that each development package is whole and never meets the headers of another version.
 
 include(CMakePackageConfigHelpers)
 
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/NoxWebMedia)
+if(NOX_QT_MAJOR EQUAL 6)
+    set(NOX_LIBRARY_NAME NoxWebMedia)
+    set(NOX_PKGCONFIG_NAME noxwebmedia)
+    set(NOX_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR})
+else()
+    set(NOX_LIBRARY_NAME NoxWebMediaQt${NOX_QT_MAJOR})
+    set(NOX_PKGCONFIG_NAME noxwebmedia-qt${NOX_QT_MAJOR})
+    set(NOX_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/${NOX_PKGCONFIG_NAME})
+endif()
+# find_package(NoxWebMedia) looks into every folder whose name begins so.
+set(NOX_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/${NOX_LIBRARY_NAME})
 
 configure_package_config_file(
     ${CMAKE_CURRENT_LIST_DIR}/NoxWebMediaConfig.cmake.in
     ${CMAKE_BINARY_DIR}/NoxWebMediaConfig.cmake
-    INSTALL_DESTINATION ${package_dir}
+    INSTALL_DESTINATION ${NOX_INSTALL_CMAKEDIR}
+)
+configure_file(
+    ${CMAKE_CURRENT_LIST_DIR}/NoxWebMediaConfigVersion.cmake.in
+    ${CMAKE_BINARY_DIR}/NoxWebMediaConfigVersion.cmake
+    @ONLY
 )
 write_basic_package_version_file(
-    ${CMAKE_BINARY_DIR}/NoxWebMediaConfigVersion.cmake
+    ${CMAKE_BINARY_DIR}/NoxWebMediaConfigNumber.cmake
     COMPATIBILITY SameMajorVersion
 )
-configure_file(${CMAKE_CURRENT_LIST_DIR}/noxwebmedia.pc.in ${CMAKE_BINARY_DIR}/noxwebmedia.pc @ONLY)
+# Relative to its own place, so that an installation can be put anywhere.
+file(RELATIVE_PATH prefix_from_pc /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+configure_file(
+    ${CMAKE_CURRENT_LIST_DIR}/noxwebmedia.pc.in
+    ${CMAKE_BINARY_DIR}/${NOX_PKGCONFIG_NAME}.pc
+    @ONLY
+)
 
-install(EXPORT NoxWebMediaTargets NAMESPACE Nox:: DESTINATION ${package_dir} COMPONENT development)
+install(EXPORT NoxWebMediaTargets NAMESPACE Nox:: DESTINATION ${NOX_INSTALL_CMAKEDIR} COMPONENT development)
 install(
-    FILES ${CMAKE_BINARY_DIR}/NoxWebMediaConfig.cmake ${CMAKE_BINARY_DIR}/NoxWebMediaConfigVersion.cmake
-    DESTINATION ${package_dir}
+    FILES
+        ${CMAKE_BINARY_DIR}/NoxWebMediaConfig.cmake
+        ${CMAKE_BINARY_DIR}/NoxWebMediaConfigVersion.cmake
+        ${CMAKE_BINARY_DIR}/NoxWebMediaConfigNumber.cmake
+    DESTINATION ${NOX_INSTALL_CMAKEDIR}
     COMPONENT development
 )
 install(
-    FILES ${CMAKE_BINARY_DIR}/noxwebmedia.pc
+    FILES ${CMAKE_BINARY_DIR}/${NOX_PKGCONFIG_NAME}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development
 )
+
+# nox_install_host(TARGET COMPONENT): a host program with a folder of its own, in which it finds the programs that the
+# library drives, and a link among the commands.
+function(nox_install_host target component)
+    set(folder ${CMAKE_INSTALL_LIBEXECDIR}/${target})
+    file(RELATIVE_PATH library_from_folder /prefix/${folder} /prefix/${CMAKE_INSTALL_LIBDIR})
+    file(RELATIVE_PATH program_from_bin /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${folder}/${target})
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/${library_from_folder})
+    install(TARGETS ${target} RUNTIME DESTINATION ${folder} COMPONENT ${component})
+
+    set(link ${CMAKE_CURRENT_BINARY_DIR}/link/${target})
+    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/link)
+    file(CREATE_LINK ${program_from_bin} ${link} SYMBOLIC)
+    install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component})
+endfunction()

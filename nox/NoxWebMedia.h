@@ -4,6 +4,10 @@
  * @file
  * Every public header of the library in one.
  */
+
+/** @namespace Nox
+ * The library's classes and types. The free functions for hosts stand outside it.
+ */
 #include <nox/Export.h>
 #include <nox/front/ToolEnvironment.h>
 #include <nox/front/WebMediaDownloader.h>

@@ -83,6 +83,8 @@ YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
 
 YdDownloader::~YdDownloader()
 {
+    // Before the connections are cut: without one, Qt no longer tells who called.
+    const QObject *caller = sender();
     // From here on nothing that the processes report may notify the host or start another one.
     for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
         if (process != nullptr)
@@ -94,7 +96,7 @@ YdDownloader::~YdDownloader()
 
     for (ChildProcess *process : {m_ffmpegProcess, m_ydProcess}) {
         // Destroyed in answer to a signal of the process: that object must outlive its signal.
-        if (process != nullptr && sender() == process) {
+        if (process != nullptr && process == caller) {
             process->killGroup();
             process->deleteLater();
         } else {

@@ -32,10 +32,12 @@ YdExtractor::~YdExtractor()
 {
     if (m_process == nullptr)
         return;
+    // Before the connections are cut: without one, Qt no longer tells who called.
+    const bool isAnswer = sender() == m_process;
     m_process->disconnect(this);
     m_process->killGroup();
     // Destroyed in answer to a signal of the process: that object must outlive its signal.
-    if (sender() == m_process) {
+    if (isAnswer) {
         m_process->setParent(nullptr);
         m_process->deleteLater();
     }

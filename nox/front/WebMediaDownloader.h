@@ -32,12 +32,15 @@ public:
 
     /**
      * Stops the download, which is over with that, and removes its files, a finished destination file
-     * included. What the stopped process reports still arrives as error(), unless a new download is
-     * started first.
+     * included. Emits nothing itself and waits for nothing. What the stopped process reports still arrives as error(),
+     * unless a new download is started first.
      */
     virtual void cancel() = 0;
 
-    /** Removes leftover partial files; stops nothing. The first stream's finished file stays. */
+    /**
+     * Removes leftover partial files; stops nothing and emits nothing. The first stream's finished file
+     * stays. Files that cannot be removed stay, too.
+     */
     virtual void clear() = 0;
 
 Q_SIGNALS:
@@ -45,7 +48,8 @@ Q_SIGNALS:
     void started();
 
     /**
-     * How far the download is.
+     * How far the download is. Comes any number of times, also none. With two streams it counts over both,
+     * and the last one says that all is done.
      * @param total expected size in bytes
      * @param finish bytes done
      * @param speed bytes per second

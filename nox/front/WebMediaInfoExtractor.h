@@ -36,7 +36,10 @@ public:
      */
     virtual void getMediaInfoBySignal(QString url) = 0;
 
-    /** Stops a running extraction. What the stopped process reports still arrives as error(). */
+    /**
+     * Stops a running extraction; emits nothing itself and waits for nothing. What the stopped process
+     * reports still arrives as finished() and error().
+     */
     virtual void cancel() = 0;
 
 Q_SIGNALS:

@@ -62,10 +62,10 @@ public:
     /** Local date and time as " YYYY-MM-DD hh:mm:ss ", or empty when the clock cannot be read. */
     static std::string getCurDateTime();
 
-    static bool isInit;                ///< Whether init() has run.
-    static _NoxLogLevel m_curLogLevel; ///< Threshold.
-    static int m_outType;              ///< Output flags.
-    static std::string m_logFileName;  ///< Path of the log file.
+    static bool isInit;                ///< Whether init() has run; the first record runs it if the host has not.
+    static _NoxLogLevel m_curLogLevel; ///< Threshold; #LOG_ERROR until init() has run.
+    static int m_outType;              ///< Output flags; both until init() has run.
+    static std::string m_logFileName;  ///< Path of the log file; empty until init() has run.
 };
 
 } // namespace Nox

@@ -42,7 +42,8 @@ public:
     void sortProfileDesc();
 
     /**
-     * Records the size of the first profile whose stream URL is exactly @p url.
+     * Records the size of a stream.
+     * @param url the stream's URL; the first profile whose URL is exactly this one is meant
      * @param size size in bytes
      * @return whether a profile has that URL
      */

@@ -43,7 +43,7 @@ public:
      */
     int parseDownloadeInfo(QString text, qint64 &total, qint64 &finish, qint64 &speed);
 
-    /** Container name of a legacy numeric format code; "FLV" for every other code. */
+    /** Container name, such as MP4, of a legacy numeric format code; "FLV" for every other code. */
     QString getYdFormat(QString ydCode);
 
     /** Length in characters of getYdFormat(). */

@@ -1,0 +1,125 @@
+#!/usr/bin/python3
+"""Checks who includes whom.
+
+    check-includes.py [TREE]     the folder with nox/ and hosts/; the one above this script unless given
+
+The rooms of the library lie on floors, and includes lead downwards only; only the factory knows the concrete workers.
+Hosts see public headers, which include public headers only, and NoxWebMedia.h names them all. No file includes itself by
+a detour.
+"""
+
+import pathlib
+import re
+import sys
+
+MAY_INCLUDE = {
+    "nox": {"nox/front", "nox/model", "nox/parse", "nox/log", "nox/util"},
+    "nox/util": set(),
+    "nox/log": {"nox/util"},
+    "nox/model": {"nox/util"},
+    "nox/parse": {"nox/util", "nox/log", "nox/model"},
+    "nox/front": {"nox/util", "nox/log", "nox/model"},
+    "nox/extract": {"nox/util", "nox/log", "nox/model", "nox/parse", "nox/front"},
+    "nox/download": {"nox/util", "nox/log", "nox/model", "nox/parse", "nox/front"},
+    "hosts/common": {"nox"},
+    "hosts/fetch": {"nox", "hosts/common"},
+    "hosts/desk": {"nox", "hosts/common"},
+}
+# The top floor.
+MAY_INCLUDE_TOO = {"nox/front/WebMediaDownloaderFactory.cpp": {"nox/extract", "nox/download"}}
+EXPORT = "nox/Export.h"
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+
+
+def room(name):
+    return name.rpartition("/")[0]
+
+
+class Tree:
+    def __init__(self, root):
+        self.root = root
+        self.files = {
+            path.relative_to(root).as_posix(): path
+            for top in ("nox", "hosts")
+            for path in sorted((root / top).rglob("*"))
+            if path.suffix in (".h", ".cpp")
+        }
+        self.includes = {name: self.included_by(name, path) for name, path in self.files.items()}
+        listed = re.search(r"set\(public_headers\s([^)]*)\)", (root / "nox/CMakeLists.txt").read_text())
+        self.public = {f"nox/{header}" for header in listed.group(1).split()} if listed else set()
+
+    def included_by(self, name, path):
+        """The files of the tree that this one includes; what is not in the tree is the system's."""
+        found = []
+        for bracket, text in INCLUDE.findall(path.read_text()):
+            candidates = [text] if bracket == "<" else [f"{room(name)}/{text}", f"hosts/{text}"]
+            found += [candidate for candidate in candidates if candidate in self.files][:1]
+            if bracket == "<" and text.startswith("nox/") and text not in self.files:
+                found.append(text)
+        return found
+
+
+def problems_of_rooms(tree):
+    for name, included in tree.includes.items():
+        here = room(name)
+        if here not in MAY_INCLUDE:
+            yield f"{name}: the folder {here} has no place in the order; give it one in check-includes.py"
+            continue
+        allowed = MAY_INCLUDE[here] | MAY_INCLUDE_TOO.get(name, set()) | {here}
+        for other in included:
+            if other not in tree.files:
+                yield f"{name} includes {other}, which does not exist"
+            elif other == EXPORT:
+                continue
+            elif here.startswith("hosts") and other.startswith("nox/"):
+                if other not in tree.public:
+                    yield f"{name} includes {other}, which is private to the library"
+            elif room(other) not in allowed:
+                yield f"{name} includes {other}: {here} may include {', '.join(sorted(allowed - {here})) or 'nothing'}"
+
+
+def problems_of_public_headers(tree):
+    if not tree.public:
+        yield "nox/CMakeLists.txt: no list of public headers found"
+    for header in sorted(tree.public):
+        if header not in tree.files:
+            yield f"{header} is listed as public, but does not exist"
+            continue
+        for other in tree.includes[header]:
+            if other not in tree.public:
+                yield f"{header} is public, but includes the private {other}"
+    everything = "nox/NoxWebMedia.h"
+    for header in sorted(tree.public - set(tree.includes.get(everything, [])) - {everything}):
+        yield f"{header} is public, but {everything} does not include it"
+
+
+def problems_of_circles(tree):
+    done = set()
+
+    def visit(name, path):
+        if name in path:
+            yield "circle: " + " -> ".join([*path[path.index(name):], name])
+        elif name not in done:
+            for other in tree.includes.get(name, []):
+                yield from visit(other, [*path, name])
+            done.add(name)
+
+    for name in tree.files:
+        yield from visit(name, [])
+
+
+def main():
+    if len(sys.argv) > 2 or any(argument.startswith("-") for argument in sys.argv[1:]):
+        sys.exit(__doc__)
+    root = pathlib.Path(sys.argv[1] if len(sys.argv) == 2 else pathlib.Path(__file__).parent.parent).resolve()
+    tree = Tree(root)
+    problems = [*problems_of_rooms(tree), *problems_of_public_headers(tree), *problems_of_circles(tree)]
+    for problem in problems:
+        print(problem, file=sys.stderr)
+    if problems:
+        sys.exit(f"check-includes.py: {len(problems)} includes that go the wrong way")
+    print(f"{len(tree.files)} files, {sum(map(len, tree.includes.values()))} includes, all in order")
+
+
+if __name__ == "__main__":
+    main()
