@@ -46,20 +46,13 @@ check_clang() {
     compile "$clang_dir"
 }
 
-# Runs clang-tidy with the command lines of a build over the files whose names come in, each ended by a null character.
-tidy() {
-    # Largest first, so that none is left running alone at the end.
-    xargs -0 ls -S | tr '\n' '\0' |
-        xargs -0 -n 1 -P "$jobs" clang-tidy --quiet -p "$1" 2> >(grep -v 'warnings generated' >&2)
-}
-
 check_tidy() {
     [[ -e $clang_dir/build.ninja ]] || check_clang
-    sources -name '*.cpp' -not -path 'fuzz/*' | tidy "$clang_dir"
+    sources -name '*.cpp' -not -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$clang_dir" "$jobs"
     # The fuzz targets cannot be built along with the rest, whose objects would be marked for the fuzzer.
     configure release "$root/build/clang-fuzz" -DCMAKE_CXX_COMPILER=clang++ -DNOX_BUILD_FUZZERS=ON \
         -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
-    sources -name '*.cpp' -path 'fuzz/*' | tidy "$root/build/clang-fuzz"
+    sources -name '*.cpp' -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$root/build/clang-fuzz" "$jobs"
 }
 
 case ${1-} in
