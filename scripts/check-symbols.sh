@@ -19,9 +19,9 @@ if [[ $# -ne 1 || ! -d $1 ]]; then
     exit 2
 fi
 qt=$(sed -n 's/^NOX_QT_MAJOR:STRING=//p' "$1/CMakeCache.txt")
-library=$(find "$1/nox" -name 'libNoxWebMedia*.so.*.*.*' -type f)
+library=$1/nox/libNoxWebMedia$([[ $qt == 6 ]] || echo "Qt$qt").so
 list=$root/docs/abi/symbols-qt$qt.txt
-[[ -n $library ]] || { echo "check-symbols.sh: no library in $1; build it first" >&2; exit 2; }
+[[ -e $library ]] || { echo "check-symbols.sh: no library in $1; build it first" >&2; exit 2; }
 
 # Without addresses and kinds, which vary from build to build.
 exported() {
