@@ -83,8 +83,6 @@ YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
 
 YdDownloader::~YdDownloader()
 {
-    // Before the connections are cut: without one, Qt no longer tells who called.
-    const QObject *caller = sender();
     // From here on nothing that the processes report may notify the host or start another one.
     for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
         if (process != nullptr)
@@ -95,13 +93,8 @@ YdDownloader::~YdDownloader()
     YdDownloader::clear();
 
     for (ChildProcess *process : {m_ffmpegProcess, m_ydProcess}) {
-        // Destroyed in answer to a signal of the process: that object must outlive its signal.
-        if (process != nullptr && process == caller) {
-            process->killGroup();
-            process->deleteLater();
-        } else {
-            delete process;
-        }
+        if (process != nullptr)
+            process->dispose();
     }
 }
 
@@ -246,6 +239,7 @@ QString YdDownloader::itemCommand(const QString &ydCode)
 
 void YdDownloader::ydReadOutputData()
 {
+    const ChildProcess::Visit visit(m_ydProcess);
     const QString text = ToolText::fromUtf8(m_ydProcess->readAll());
     NOX_LOG_DEBUG("Yd download output: %s", LogCall::latin1(text).constData());
     rememberItemFile(text);
@@ -273,12 +267,14 @@ void YdDownloader::rememberItemFile(const QString &text)
 
 void YdDownloader::ydReadError()
 {
+    const ChildProcess::Visit visit(m_ydProcess);
     const QString text = ToolText::fromLocal8Bit(m_ydProcess->readAllStandardError());
     NOX_LOG_ERROR("Yd process read error: %s ", LogCall::latin1(text).constData());
 }
 
 void YdDownloader::ydProcessError(QProcess::ProcessError error)
 {
+    const ChildProcess::Visit visit(m_ydProcess);
     NOX_LOG_ERROR("Yd process error: %d ", static_cast<int>(error));
     // A process that runs on still decides by its end; one that could not be started has none.
     if (m_ydProcess->state() == QProcess::NotRunning)
@@ -288,6 +284,7 @@ void YdDownloader::ydProcessError(QProcess::ProcessError error)
 
 void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
+    const ChildProcess::Visit visit(m_ydProcess);
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
     const QByteArray url = LogCall::utf8(Utilities::escapeUrl(m_url));
     const bool isDone = exitCode == 0 && exitStatus == QProcess::NormalExit;
@@ -353,18 +350,21 @@ void YdDownloader::proceedMerge()
 
 void YdDownloader::ffmpegReadOutputData()
 {
+    const ChildProcess::Visit visit(m_ffmpegProcess);
     const QString text = ToolText::fromUtf8(m_ffmpegProcess->readAll());
     NOX_LOG_INFO("FFMPEG read output: %s", LogCall::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegReadStandardError()
 {
+    const ChildProcess::Visit visit(m_ffmpegProcess);
     const QString text = ToolText::fromUtf8(m_ffmpegProcess->readAllStandardError());
     NOX_LOG_ERROR("FFMPEG read error: %s", LogCall::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
 {
+    const ChildProcess::Visit visit(m_ffmpegProcess);
     if (m_ffmpegProcess->state() == QProcess::NotRunning)
         m_isRunning = false;
     Q_EMIT this->error(MergeProcessFailed);
@@ -373,6 +373,7 @@ void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
 
 void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
+    const ChildProcess::Visit visit(m_ffmpegProcess);
     NOX_LOG_INFO("FFMPEG process finished");
     m_isRunning = false;
     if (exitStatus == QProcess::CrashExit) {

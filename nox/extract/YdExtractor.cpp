@@ -30,16 +30,13 @@ YdExtractor::YdExtractor(const QString &toolPath, const QString &pycacheDir)
 
 YdExtractor::~YdExtractor()
 {
-    if (m_process == nullptr)
-        return;
-    // Before the connections are cut: without one, Qt no longer tells who called.
-    const bool isAnswer = sender() == m_process;
-    m_process->disconnect(this);
-    m_process->killGroup();
-    // Destroyed in answer to a signal of the process: that object must outlive its signal.
-    if (isAnswer) {
-        m_process->setParent(nullptr);
-        m_process->deleteLater();
+    // All of them: the host may be answering a signal of one that a newer request has replaced.
+    const QObjectList owned = children();
+    for (QObject *child : owned) {
+        if (auto *process = dynamic_cast<ChildProcess *>(child)) {
+            process->disconnect(this);
+            process->dispose();
+        }
     }
 }
 
@@ -116,6 +113,7 @@ void YdExtractor::ydReadOutputData()
 
 void YdExtractor::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
+    const ChildProcess::Visit visit(m_process);
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
     if (exitCode != 0) {
         qDebug().noquote() << m_process->errorString();
@@ -129,12 +127,14 @@ void YdExtractor::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 
 void YdExtractor::ydProcessError(QProcess::ProcessError error)
 {
+    const ChildProcess::Visit visit(m_process);
     NOX_LOG_ERROR("Yd extract process terminated with error: %d", static_cast<int>(error));
     reportFailure(error);
 }
 
 void YdExtractor::ydReadError()
 {
+    const ChildProcess::Visit visit(m_process);
     const QString text = ToolText::fromLocal8Bit(m_process->readAllStandardError());
     NOX_LOG_ERROR("Yd extract read error: %s", LogCall::latin1(text).constData());
     m_mediaInfo.setErrorDetail(text);

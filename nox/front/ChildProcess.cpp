@@ -28,6 +28,18 @@ void prepareChild(pid_t host)
 
 } // namespace
 
+ChildProcess::Visit::Visit(ChildProcess *process)
+    : m_process(process)
+{
+    ++process->m_visits;
+}
+
+ChildProcess::Visit::~Visit()
+{
+    if (ChildProcess *process = m_process.data())
+        --process->m_visits;
+}
+
 ChildProcess::ChildProcess(QObject *parent)
     : ModifiableProcess(parent)
 {
@@ -62,6 +74,17 @@ void ChildProcess::killGroup()
     killDescendants();
     // A child so young that it has no group yet has no descendants either.
     kill();
+}
+
+void ChildProcess::dispose()
+{
+    if (m_visits == 0) {
+        delete this;
+        return;
+    }
+    setParent(nullptr);
+    killGroup();
+    deleteLater();
 }
 
 void ChildProcess::discardOutput(QProcess::ProcessChannel channel)

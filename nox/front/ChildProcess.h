@@ -2,6 +2,8 @@
 
 #include <nox/front/ModifiableProcess.h>
 
+#include <QPointer>
+
 namespace Nox {
 
 /**
@@ -14,6 +16,21 @@ namespace Nox {
 class ChildProcess final : public ModifiableProcess
 {
 public:
+    /**
+     * Lives while a slot answers one of the process's signals, which the process must outlive.
+     * Not by `QObject::sender()`: inside a notification of the worker that names the worker itself.
+     */
+    class Visit
+    {
+    public:
+        explicit Visit(ChildProcess *process);
+        ~Visit();
+        Q_DISABLE_COPY_MOVE(Visit)
+
+    private:
+        QPointer<ChildProcess> m_process;
+    };
+
     explicit ChildProcess(QObject *parent = nullptr);
     ~ChildProcess() override;
     Q_DISABLE_COPY_MOVE(ChildProcess)
@@ -30,8 +47,13 @@ public:
     /** Drops what the program has printed to @p channel and what it still prints. */
     void discardOutput(QProcess::ProcessChannel channel);
 
+    /** Kills the program and destroys this object: at once, or, during a Visit, from the event loop. */
+    void dispose();
+
 private:
     void killDescendants();
+
+    int m_visits = 0;
 
     qint64 m_group = 0; // process group of the last program; 0 when nothing can be left of it
 };
