@@ -20,8 +20,8 @@ declare -A packages=(
     [fuzz]="clang libclang-rt-14-dev llvm-14"
     [bench]="libbenchmark-dev"
     [coverage]="gcovr"
-    [docs]="doxygen graphviz"
-    [package]="binutils dpkg-dev file"
+    [docs]="doxygen"
+    [package]="binutils dpkg-dev fakeroot file"
     [desk]="xvfb xauth xdotool imagemagick fonts-dejavu-core"
 )
 readonly groups=(build qt5 run lint sanitizers fuzz bench coverage docs package desk)

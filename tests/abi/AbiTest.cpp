@@ -132,5 +132,5 @@ void AbiTest::sizes()
     QCOMPARE(found, expected);
 }
 
-QTEST_APPLESS_MAIN(AbiTest)
+QTEST_GUILESS_MAIN(AbiTest)
 #include "AbiTest.moc"
