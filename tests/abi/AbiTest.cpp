@@ -53,7 +53,7 @@ struct MediaProfileLayout : MediaInfoLayout {
     QString url;
     qint64 size;
     QString description;
-    bool flags[3];
+    bool choices[3];
 };
 
 struct FileMediaInfoLayout : MediaInfoLayout {
