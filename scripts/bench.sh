@@ -11,7 +11,9 @@
 # counts. Next to it stands the interval that holds the true median with 95 % probability. A bar counts as exceeded, and
 # the script fails, when the whole interval lies above it: a median above the bar whose interval still reaches below is
 # noise, and marked as such. All but the whole runs are measured in processor time, which other programs do not raise,
-# though they take away memory bandwidth: measure on a quiet machine.
+# though they take away memory bandwidth: measure on a quiet machine. The whole runs waver by more than their bars leave
+# room for, so what the library adds to them is also measured with stand-ins that do nothing ("added"), as a share of what
+# the bar allows.
 #
 # The figures also go to build/bench-qtN/*.json. What follows "--" goes to the programs, as in:
 # scripts/bench.sh --no-runs -- --benchmark_filter=list
@@ -51,9 +53,27 @@ if [[ " ${programs[*]} " == *" nox_bench_runs "* ]]; then
     export NOX_BENCH_URL=$url
 fi
 
+# Runs a program of the build, or of the folder given; its figures go to the build.
 failed=0
+measure() {
+    local name=$1 folder=$2 program=$3
+    shift 3
+    say "$name, Qt $qt"
+    "$folder/$program" --benchmark_out="$build/$name.json" --benchmark_out_format=json "$@" || failed=1
+}
+
+# The same programs beside stand-ins that do nothing.
+stage_empty() {
+    mkdir -p "$1/python3.10/bin"
+    cp -f "$build/bin/nox_bench_runs" "$build/bin/nox-fetch" "$root/benchmarks/empty/ffmpeg" "$1"
+    cp -f "$root/benchmarks/empty/python3.10" "$1/python3.10/bin"
+    : >"$1/yt.zip"
+}
+
 for program in "${programs[@]}"; do
-    say "$program, Qt $qt"
-    "$build/bin/$program" --benchmark_out="$build/$program.json" --benchmark_out_format=json "$@" || failed=1
+    measure "$program" "$build/bin" "$program" "$@"
+    [[ $program == nox_bench_runs ]] || continue
+    stage_empty "$build/empty"
+    NOX_BENCH_EMPTY=1 measure nox_bench_runs-added "$build/empty" nox_bench_runs "$@"
 done
 exit $failed
