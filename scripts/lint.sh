@@ -50,8 +50,7 @@ check_tidy() {
     [[ -e $clang_dir/build.ninja ]] || check_clang
     sources -name '*.cpp' -not -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$clang_dir" "$jobs"
     # The fuzz targets cannot be built along with the rest, whose objects would be marked for the fuzzer.
-    configure release "$root/build/clang-fuzz" -DCMAKE_CXX_COMPILER=clang++ -DNOX_BUILD_FUZZERS=ON \
-        -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
+    configure asan "$root/build/clang-fuzz" -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
     sources -name '*.cpp' -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$root/build/clang-fuzz" "$jobs"
 }
 
