@@ -139,12 +139,6 @@ void downloadBare(const Place &place)
     remove(place.file("bare-audio.m4a"));
 }
 
-void fetchBare(const Place &place)
-{
-    runBare(place.toolCommand({"--dump-json"}));
-    downloadBare(place);
-}
-
 double timeOf(const Place &place, void (*work)(const Place &place))
 {
     return Paired::wallTimeOf([&] { work(place); });
@@ -178,7 +172,7 @@ constexpr Run runs[] = {
     {"blocking extraction / bare tool", extract, extractBare, 1.02, 15, 1, timeOf},
     {"notifying extraction / bare tool", extractWithNotifications, extractBare, 1.02, 15, 1, timeOf},
     {"download / tool twice, ffmpeg", download, downloadBare, 1.03, 9, 2, timeOfMakingClip},
-    {"nox-fetch / tool thrice, ffmpeg", fetch, fetchBare, 1.03, 9, 3, timeOfMakingClip},
+    {"nox-fetch / tool twice, ffmpeg", fetch, downloadBare, 1.03, 9, 2, timeOfMakingClip},
 };
 
 // With the real programs, whose own time wavers by more than the bars leave room for.

@@ -59,6 +59,10 @@ void FetchApp::start()
         fail(ExtractionFailed, words);
         return;
     }
+    if (const std::optional<StreamRequest> request = StreamRequest::withoutPage(m_options)) {
+        startDownload(*request, m_options.output);
+        return;
+    }
     m_progress.begin(QStringLiteral("extracting"));
     m_extraction.start(m_options.url);
 }
@@ -91,13 +95,13 @@ void FetchApp::onPage(const Nox::WebMediaInfo &page)
         break;
     }
     const StreamRequest request = StreamRequest::choose(m_options, streams);
-    if (!request.problem.isEmpty())
+    if (!request.problem.isEmpty()) {
         fail(UsageError, request.problem);
-    else if (const QString words = request.needsJoining() ? NoxHost::ToolSetup::joiningProblem() : QString();
-             !words.isEmpty())
-        fail(DownloadFailed, words);
-    else
-        startDownload(page, request);
+        return;
+    }
+    startDownload(request,
+                  m_options.output.isEmpty() ? NoxHost::Destination::proposed(page, request.stream, QDir::currentPath())
+                                             : m_options.output);
 }
 
 void FetchApp::onExtractionFailed(const QString &words, const QString &toolWords)
@@ -106,14 +110,16 @@ void FetchApp::onExtractionFailed(const QString &words, const QString &toolWords
     fail(ExtractionFailed, words, toolWords.isEmpty() ? m_log.complaints() : toolWords);
 }
 
-void FetchApp::startDownload(const Nox::WebMediaInfo &page, const StreamRequest &request)
+void FetchApp::startDownload(const StreamRequest &request, const QString &destination)
 {
+    if (const QString words = request.needsJoining() ? NoxHost::ToolSetup::joiningProblem() : QString();
+        !words.isEmpty()) {
+        fail(DownloadFailed, words);
+        return;
+    }
     m_console.note(QStringLiteral("Fetching %1").arg(request.text()));
     m_log.mark();
     m_isDownloading = true;
-    const QString destination = m_options.output.isEmpty()
-        ? NoxHost::Destination::proposed(page, request.stream, QDir::currentPath())
-        : m_options.output;
     m_download.start(m_options.url, request.stream, destination);
 }
 

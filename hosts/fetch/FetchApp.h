@@ -37,7 +37,7 @@ Q_SIGNALS:
 private:
     void onPage(const Nox::WebMediaInfo &page);
     void onExtractionFailed(const QString &words, const QString &toolWords);
-    void startDownload(const Nox::WebMediaInfo &page, const StreamRequest &request);
+    void startDownload(const StreamRequest &request, const QString &destination);
     void onPhase(NoxHost::DownloadJob::Phase phase);
     void onDownloadFailed(int code, const QString &words);
     void onCancelled();

@@ -16,6 +16,7 @@ QString description()
 {
     return QStringLiteral("Downloads the video of a web page. Without options: the best stream, joined with the best\n"
                           "audio, into a file named after the page's title. Prints the file's path.\n"
+                          "With -f, -a and -o nothing is looked up on the page, which saves one run of the tool.\n"
                           "\n"
                           "Exit code: 0 done, 1 page not readable, 2 wrong usage, 3 download failed, 130 interrupted.");
 }

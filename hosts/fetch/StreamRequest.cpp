@@ -26,6 +26,21 @@ QString codesOf(const QList<Nox::MediaProfile> &streams)
 
 } // namespace
 
+std::optional<StreamRequest> StreamRequest::withoutPage(const Options &options)
+{
+    using NoxHost::StreamChoice;
+    const bool isComplete = StreamChoice::isUsableCode(options.formatCode)
+        && StreamChoice::isUsableCode(options.audioCode) && !options.output.isEmpty();
+    if (options.mode != Options::Mode::Download || !isComplete)
+        return std::nullopt;
+    StreamRequest request;
+    request.stream.setMediaType(Nox::MEDIA_TYPE_VIDEO);
+    request.stream.setName(options.formatCode);
+    request.stream.setDash(true);
+    request.stream.setPreferredDashAudioYdCode(options.audioCode);
+    return request;
+}
+
 StreamRequest StreamRequest::choose(const Options &options, const NoxHost::StreamChoice &streams)
 {
     StreamRequest request;

@@ -7,12 +7,20 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace NoxFetch {
 
 /** Which stream of the page is to be downloaded, or why the user's wish cannot be met. */
 struct StreamRequest {
     Nox::MediaProfile stream; ///< Its preferred audio code set when it is to be joined.
     QString problem;          ///< In words; empty when there is a stream.
+
+    /**
+     * What @p options ask for when they name both streams and the file, so that nothing has to be looked up
+     * on the page first; nothing when they leave something open. The codes are taken at their word.
+     */
+    static std::optional<StreamRequest> withoutPage(const Options &options);
 
     /** Picks what @p options ask for from @p streams. */
     static StreamRequest choose(const Options &options, const NoxHost::StreamChoice &streams);

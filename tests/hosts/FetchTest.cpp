@@ -77,6 +77,11 @@ void FetchTest::outcomes_data()
                             << text(files) << text(runs);
     };
     const char done[] = "DIR/Clip.mp4\n";
+    const char list[] = "   CODE  KIND        CONTAINER  QUALITY  SIZE  DASH/3D\n"
+                        "*  137   video only  MP4        720P     -     DASH\n"
+                        "   18    video       MP4        360P     -     -\n"
+                        "   251   audio       WEBM       160K     -     DASH\n"
+                        "*  140   audio       M4A        128K     -     DASH\n";
     row("best and companion", "", "", 0, done, "Clip (1:01:01)|137 (video only, MP4, 720P) with audio 140|joining",
         "Clip.mp4=137+140", "dump 137 140 ffmpeg");
     row("format", "", "-f|18", 0, done, "video", "Clip.mp4=18", "dump 18");
@@ -84,16 +89,13 @@ void FetchTest::outcomes_data()
     row("other audio", "251: announce webm", "-a|251", 0, done, "", "Clip.mp4=137+251", "dump 137 251 ffmpeg");
     row("audio alone", "", "-f|140", 0, "DIR/Clip.m4a\n", "audio", "Clip.m4a=140", "dump 140");
     row("output", "", "-f|18|-o|my %(id)s.x", 0, "DIR/my %(id)s.x\n", "", "my %(id)s.x=18", "dump 18");
+    row("both codes and output", "", "-f|137|-a|140|-o|x.mp4", 0, "DIR/x.mp4\n",
+        "137 (video only) with audio 140|!1:01:01", "x.mp4=137+140", "137 140 ffmpeg");
+    row("both codes, output and list", "", "-f|137|-a|140|-o|x.mp4|-q|-l", 0, list, "", "", "dump");
     row("name taken", "", "-f|18", 0, "DIR/Clip(1).mp4\n", "", "Clip(1).mp4=18, Clip.mp4=old", "dump 18");
     row("taken meanwhile", "18: announce mp4|touch ../Clip.mp4", "-f|18", 0, "DIR/Clip(1).mp4\n", "",
         "Clip(1).mp4=18, Clip.mp4=new", "dump 18");
-    row("list", "", "-l", 0,
-        "   CODE  KIND        CONTAINER  QUALITY  SIZE  DASH/3D\n"
-        "*  137   video only  MP4        720P     -     DASH\n"
-        "   18    video       MP4        360P     -     -\n"
-        "   251   audio       WEBM       160K     -     DASH\n"
-        "*  140   audio       M4A        128K     -     DASH\n",
-        "", "", "dump");
+    row("list", "", "-l", 0, list, "", "", "dump");
 
     row("output taken", "", "-o|Clip.mp4", 2, "", "exists already", "Clip.mp4=old", "");
     row("output in no folder", "", "-o|none/x.mp4", 2, "", "does not exist", "", "");
@@ -101,6 +103,9 @@ void FetchTest::outcomes_data()
     row("unknown option", "", "--colour=18", 2, "", "colour", "", "");
     row("log in no folder", "", "--log|none/log", 2, "", "log file", "", "");
     row("unknown format", "", "-f|999", 2, "", "\"999\"; it has: 137, 18, 251, 140", "", "dump");
+    row("unknown code taken at its word", "999: err ERROR: no such format\\n|exit 1", "-f|137|-a|999|-o|x.mp4", 3, "",
+        "tool gave up|code -4|ERROR: no such format", "", "137 999");
+    row("codes that are options", "", "-f|--exec=x|-a|140|-o|x.mp4", 2, "", "--exec=x", "", "dump");
     row("audio that is video", "", "-a|18", 2, "", "it has: 251, 140", "", "dump");
     row("audio for a stream with sound", "", "-f|18|-a|140", 2, "", "\"18\"", "", "dump");
 
