@@ -22,35 +22,25 @@ constexpr int pairs = 40;
 // that the host kept.
 enum class Ownership { Own, Shared };
 
+// Both sides get the same list, in the same state of memory.
+Profiles subjectOf(const Profiles &list, Ownership ownership)
+{
+    return ownership == Ownership::Own ? SampleProfiles::deepCopy(list) : list;
+}
+
 double copyTime(const Profiles &list)
 {
     Profiles copy;
     return Paired::processorTimeOf([&] { copy = SampleProfiles::deepCopy(list); });
 }
 
-double operationTime(const Profiles &list, Ownership ownership, void (*operation)(Profiles &))
+double operationTime(Profiles subject, void (*operation)(Profiles &))
 {
-    Profiles subject = ownership == Ownership::Own ? SampleProfiles::deepCopy(list) : list;
+    const auto size = subject.size();
     const double time = Paired::processorTimeOf([&] { operation(subject); });
-    if (subject.isEmpty() || subject.size() >= list.size())
+    if (subject.isEmpty() || subject.size() >= size)
         throw Mismatch("the operation removed nothing, or everything");
     return time;
-}
-
-double sortTime(const WebMediaInfo &page)
-{
-    WebMediaInfo subject = page;
-    return Paired::processorTimeOf([&subject] { subject.sortProfileDesc(); });
-}
-
-// A page that nothing else holds: sorting it back costs the same as sorting it for the first time would, so
-// it is filled anew each time.
-double ownSortTime(const Profiles &list)
-{
-    WebMediaInfo subject;
-    for (const MediaProfile &profile : list)
-        subject.addMediaProfile(profile);
-    return Paired::processorTimeOf([&subject] { subject.sortProfileDesc(); });
 }
 
 WebMediaInfo pageOf(const Profiles &list)
@@ -61,13 +51,22 @@ WebMediaInfo pageOf(const Profiles &list)
     return page;
 }
 
+double sortTime(WebMediaInfo page)
+{
+    return Paired::processorTimeOf([&page] { page.sortProfileDesc(); });
+}
+
+// A page that nothing else holds: sorting it back costs the same as sorting it for the first time would, so
+// it is filled anew each time.
 Sides sorting(Ownership ownership)
 {
     const Profiles list = SampleProfiles::shuffled(count);
-    const auto copy = [list] { return copyTime(list); };
-    if (ownership == Ownership::Own)
-        return {[list] { return ownSortTime(list); }, copy};
-    return {[page = pageOf(list)] { return sortTime(page); }, copy};
+    if (ownership == Ownership::Own) {
+        return {[list] { return sortTime(pageOf(list)); },
+                [list] { return copyTime(pageOf(list).getMediaProfileList()); }};
+    }
+    const WebMediaInfo page = pageOf(list);
+    return {[page] { return sortTime(page); }, [page] { return copyTime(page.getMediaProfileList()); }};
 }
 
 void addOperation(const std::string &name, double bar, Profiles (*makeList)(int), void (*operation)(Profiles &))
@@ -75,7 +74,8 @@ void addOperation(const std::string &name, double bar, Profiles (*makeList)(int)
     for (const Ownership ownership : {Ownership::Own, Ownership::Shared}) {
         const auto make = [=]() -> Sides {
             const Profiles list = makeList(count);
-            return {[=] { return operationTime(list, ownership, operation); }, [list] { return copyTime(list); }};
+            return {[=] { return operationTime(subjectOf(list, ownership), operation); },
+                    [=] { return copyTime(subjectOf(list, ownership)); }};
         };
         Paired::add({name + (ownership == Ownership::Own ? ", own" : ", shared"), bar, pairs, make});
     }

@@ -3,11 +3,9 @@
 #include <nox/model/PictureRank.h>
 #include <nox/model/RecordAccess.h>
 
-#include <QHash>
-
 #include <algorithm>
-#include <array>
 #include <limits>
+#include <numeric>
 
 namespace Nox {
 
@@ -15,116 +13,116 @@ namespace {
 
 using ListRearrangement::Index;
 
-/*
- * What decides about a profile, packed into one number, since sorting the records themselves would
- * move every field of them again and again.
- */
-struct Entry {
-    quint64 key;
-    Index position;
-};
+// A key holds, from the top, the rank, the format, and whether the picture is flat.
+constexpr int keyBits = std::numeric_limits<quint64>::digits;
+constexpr int rankBits = 32;
+constexpr int rankShift = keyBits - rankBits;
+constexpr int flatBits = 1;
 
-constexpr int formatShift = 1;
-constexpr int rankShift = 32;
-
-// Numbers the formats of a list in the order in which they first appear.
-class FormatNumbers
+// The lowest bits of a number.
+quint64 low(int bits, quint64 number)
 {
-public:
-    quint64 of(const QString &format)
-    {
-        // A list has few formats, and most of its profiles have one of the first.
-        for (size_t i = 0; i < m_first.size() && i < m_formats.size(); ++i) {
-            if (*m_first[i] == format)
-                return i;
-        }
-        return lookUp(format);
-    }
-
-    // The place of each number's format in the order of code units.
-    std::vector<quint64> places() const
-    {
-        std::vector<quint64> sorted(m_formats.size());
-        for (size_t i = 0; i < sorted.size(); ++i)
-            sorted[i] = i;
-        std::sort(sorted.begin(), sorted.end(), [this](quint64 a, quint64 b) { return *m_formats[a] < *m_formats[b]; });
-        std::vector<quint64> result(sorted.size());
-        for (size_t place = 0; place < sorted.size(); ++place)
-            result[sorted[place]] = place;
-        return result;
-    }
-
-private:
-    quint64 lookUp(const QString &format)
-    {
-        const auto number = static_cast<quint64>(m_formats.size());
-        const auto known = m_numbers.constFind(format);
-        if (known != m_numbers.constEnd())
-            return *known;
-        m_numbers.insert(format, number);
-        if (number < m_first.size())
-            m_first[number] = &format;
-        m_formats.push_back(&format);
-        return number;
-    }
-
-    std::array<const QString *, 4> m_first{};
-    std::vector<const QString *> m_formats;
-    QHash<QString, quint64> m_numbers;
-};
-
-std::vector<Entry> entriesOf(const QList<MediaProfile> &profiles)
-{
-    FormatNumbers formats;
-    std::vector<Entry> entries;
-    entries.reserve(static_cast<size_t>(profiles.size()));
-    for (const MediaProfile &profile : profiles) {
-        // Shifted to be positive; it is a 32-bit number.
-        const auto rank = static_cast<quint64>(PictureRank::of(profile) - std::numeric_limits<qint32>::min());
-        const quint64 isFlat = RecordAccess::is3D(profile) ? 0 : 1;
-        const quint64 format = formats.of(RecordAccess::format(profile));
-        entries.push_back({rank << rankShift | format << formatShift | isFlat, static_cast<Index>(entries.size())});
-    }
-
-    const std::vector<quint64> places = formats.places();
-    constexpr quint64 formatMask = (quint64{1} << rankShift) - (quint64{1} << formatShift);
-    for (Entry &entry : entries) {
-        const quint64 place = places[(entry.key & formatMask) >> formatShift];
-        entry.key = (entry.key & ~formatMask) | place << formatShift;
-    }
-    return entries;
+    return number & ((quint64{1} << bits) - 1);
 }
 
-// Sorts by one byte of the key, highest first; equal ones keep their order.
-void sortByByte(std::vector<Entry> &entries, std::vector<Entry> &scratch, int shift)
+// Bits that hold every number below count.
+int bitsFor(size_t count)
 {
-    const auto byteOf = [shift](const Entry &entry) { return 0xffU - (entry.key >> shift & 0xffU); };
+    int bits = 0;
+    while (bits < keyBits && (quint64{count} >> bits) != 0)
+        ++bits;
+    return bits;
+}
+
+// Sorts by eight bits, highest first; equal ones keep their order.
+void sortByByte(std::vector<quint64> &values, std::vector<quint64> &scratch, int shift)
+{
+    const auto byteOf = [shift](quint64 value) { return 0xffU - (value >> shift & 0xffU); };
     std::array<size_t, 257> starts{};
-    for (const Entry &entry : entries)
-        ++starts[byteOf(entry) + 1];
-    if (std::find(starts.begin(), starts.end(), entries.size()) != starts.end())
+    for (const quint64 value : values)
+        ++starts[byteOf(value) + 1];
+    if (std::find(starts.begin(), starts.end(), values.size()) != starts.end())
         return; // all have the same byte
-    for (size_t i = 1; i < starts.size(); ++i)
-        starts[i] += starts[i - 1];
-    for (const Entry &entry : entries)
-        scratch[starts[byteOf(entry)]++] = entry;
-    entries.swap(scratch);
+    std::partial_sum(starts.begin(), starts.end(), starts.begin());
+    scratch.resize(values.size());
+    for (const quint64 value : values)
+        scratch[starts[byteOf(value)]++] = value;
+    values.swap(scratch);
+}
+
+// Radix sort, with the positions in the low bits: linear, and the keys of a page's streams differ in few bytes.
+std::vector<Index> sortPacked(std::vector<quint64> &keys, int positionBits)
+{
+    for (size_t position = 0; position < keys.size(); ++position)
+        keys[position] = keys[position] << positionBits | position;
+    std::vector<quint64> scratch;
+    for (int shift = positionBits; shift < keyBits; shift += 8)
+        sortByByte(keys, scratch, shift);
+
+    std::vector<Index> positions(keys.size());
+    std::transform(keys.begin(), keys.end(), positions.begin(),
+                   [positionBits](quint64 key) { return static_cast<Index>(low(positionBits, key)); });
+    return positions;
+}
+
+std::vector<Index> sortApart(const std::vector<quint64> &keys)
+{
+    std::vector<Index> positions(keys.size());
+    std::iota(positions.begin(), positions.end(), Index{0});
+    std::stable_sort(positions.begin(), positions.end(),
+                     [&keys](Index a, Index b) { return keys[static_cast<size_t>(a)] > keys[static_cast<size_t>(b)]; });
+    return positions;
 }
 
 } // namespace
 
-std::vector<Index> BestFirst::order(const QList<MediaProfile> &profiles)
+BestFirst::BestFirst(Index count)
 {
-    // Radix sort: linear, and the keys of a page's streams differ in few bytes.
-    std::vector<Entry> entries = entriesOf(profiles);
-    std::vector<Entry> scratch(entries.size());
-    for (int shift = 0; shift < std::numeric_limits<quint64>::digits; shift += 8)
-        sortByByte(entries, scratch, shift);
+    m_keys.reserve(static_cast<size_t>(count));
+}
 
-    std::vector<Index> positions(entries.size());
-    std::transform(entries.begin(), entries.end(), positions.begin(),
-                   [](const Entry &entry) { return entry.position; });
-    return positions;
+void BestFirst::add(const MediaProfile &profile)
+{
+    m_looks[m_pending++] = {&profile, RecordAccess::resolution(profile), RecordAccess::format(profile),
+                            RecordAccess::is3D(profile)};
+    if (m_pending == m_looks.size())
+        weigh();
+}
+
+std::vector<Index> BestFirst::order()
+{
+    weigh();
+    const int bits = placeFormats();
+    const int positionBits = bitsFor(m_keys.size());
+    if (bits + positionBits <= keyBits)
+        return sortPacked(m_keys, positionBits);
+    return sortApart(m_keys); // there are tens of thousands of formats
+}
+
+void BestFirst::weigh()
+{
+    for (size_t i = 0; i < m_pending; ++i) {
+        const Look &look = m_looks[i];
+        const qint64 rank =
+            look.picture.width() == -1 ? PictureRank::of(*look.profile) : PictureRank::ofSize(look.picture);
+        // Shifted to be positive; it is a 32-bit number.
+        const auto place = static_cast<quint64>(rank - std::numeric_limits<qint32>::min());
+        const quint64 format = m_formats.of(look.format);
+        m_keys.push_back(place << rankShift | format << flatBits | (look.is3D ? 0U : 1U));
+    }
+    m_pending = 0;
+}
+
+// Puts the place of each format for its number, and all in as few bits as it takes; returns how many.
+int BestFirst::placeFormats()
+{
+    const std::vector<quint64> places = m_formats.places();
+    const int formatBits = bitsFor(places.size());
+    for (quint64 &key : m_keys) {
+        const quint64 place = places[low(rankShift, key) >> flatBits];
+        key = ((key >> rankShift) << formatBits | place) << flatBits | low(flatBits, key);
+    }
+    return rankBits + formatBits + flatBits;
 }
 
 } // namespace Nox

@@ -6,36 +6,69 @@ namespace Nox {
 
 namespace {
 
-QList<MediaProfile> copyOf(const QList<MediaProfile> &list, const std::vector<ListRearrangement::Index> &positions)
+using ListRearrangement::Index;
+
+size_t at(Index position)
+{
+    return static_cast<size_t>(position);
+}
+
+QList<MediaProfile> copyOf(const QList<MediaProfile> &list, const std::vector<Index> &positions)
 {
     QList<MediaProfile> copy;
-    copy.reserve(static_cast<ListRearrangement::Index>(positions.size()));
-    for (const auto position : positions)
+    copy.reserve(static_cast<Index>(positions.size()));
+    for (const Index position : positions)
         copy.append(list.at(position));
     return copy;
 }
 
-QList<MediaProfile> blankList(ListRearrangement::Index size)
+// Reads the list from its first entry to its last: each entry's texts lie near those of the entry before.
+QList<MediaProfile> scatteredCopyOf(const QList<MediaProfile> &list, const std::vector<Index> &order)
 {
-    QList<MediaProfile> list;
-    list.reserve(size);
-    for (ListRearrangement::Index i = 0; i < size; ++i)
-        list.append(MediaProfile());
-    return list;
+    std::vector<Index> places(order.size());
+    for (size_t place = 0; place < order.size(); ++place)
+        places[at(order[place])] = static_cast<Index>(place);
+
+    QList<MediaProfile> copy;
+    copy.reserve(list.size());
+    for (Index i = 0; i < list.size(); ++i)
+        copy.append(MediaProfile());
+    const auto entries = copy.begin();
+    for (Index i = 0; i < list.size(); ++i)
+        entries[places[at(i)]] = list.at(i);
+    return copy;
 }
 
-// Reads the list from its first entry to its last: each entry's texts lie near those of the entry before.
-QList<MediaProfile> scatteredCopyOf(const QList<MediaProfile> &list, const std::vector<ListRearrangement::Index> &order)
+// Both follow each cycle of the permutation; a position that is done points to itself.
+void permutePointers(QList<MediaProfile> &list, std::vector<Index> &order)
 {
-    std::vector<ListRearrangement::Index> places(order.size());
-    for (size_t place = 0; place < order.size(); ++place)
-        places[static_cast<size_t>(order[place])] = static_cast<ListRearrangement::Index>(place);
+    for (Index start = 0; start < list.size(); ++start) {
+        Index current = start;
+        for (Index source = order[at(current)]; source != start; source = order[at(current)]) {
+            list.swapItemsAt(current, source);
+            order[at(current)] = current;
+            current = source;
+        }
+        order[at(current)] = current;
+    }
+}
 
-    QList<MediaProfile> copy = blankList(list.size());
-    const auto entries = copy.begin();
-    for (ListRearrangement::Index i = 0; i < list.size(); ++i)
-        entries[places[static_cast<size_t>(i)]] = list.at(i);
-    return copy;
+void permuteEntries(QList<MediaProfile> &list, std::vector<Index> &order)
+{
+    const auto entries = list.begin();
+    for (Index start = 0; start < list.size(); ++start) {
+        if (order[at(start)] == start)
+            continue;
+        MediaProfile first = std::move(entries[start]);
+        Index hole = start;
+        for (Index source = order[at(hole)]; source != start; source = order[at(hole)]) {
+            entries[hole] = std::move(entries[source]);
+            order[at(hole)] = hole;
+            hole = source;
+        }
+        entries[hole] = std::move(first);
+        order[at(hole)] = hole;
+    }
 }
 
 } // namespace
@@ -51,8 +84,12 @@ void ListRearrangement::keepOnly(QList<MediaProfile> &list, const std::vector<In
     const auto entries = list.begin();
     Index end = 0;
     for (const Index position : kept) {
-        if (position != end)
-            entries[end] = std::move(entries[position]);
+        if (position != end) {
+            if constexpr (isArray)
+                entries[end] = std::move(entries[position]);
+            else
+                list.swapItemsAt(end, position);
+        }
         ++end;
     }
     list.erase(list.begin() + end, list.end());
@@ -60,26 +97,12 @@ void ListRearrangement::keepOnly(QList<MediaProfile> &list, const std::vector<In
 
 void ListRearrangement::reorder(QList<MediaProfile> &list, std::vector<Index> order)
 {
-    if (!list.isDetached()) {
+    if constexpr (!isArray)
+        permutePointers(list, order);
+    else if (list.isDetached())
+        permuteEntries(list, order);
+    else
         list = scatteredCopyOf(list, order);
-        return;
-    }
-    const auto entries = list.begin();
-    // Follows each cycle of the permutation; a position that is done points to itself.
-    for (Index start = 0; start < list.size(); ++start) {
-        if (order[static_cast<size_t>(start)] == start)
-            continue;
-        MediaProfile first = std::move(entries[start]);
-        Index hole = start;
-        for (Index source = order[static_cast<size_t>(hole)]; source != start;
-             source = order[static_cast<size_t>(hole)]) {
-            entries[hole] = std::move(entries[source]);
-            order[static_cast<size_t>(hole)] = hole;
-            hole = source;
-        }
-        entries[hole] = std::move(first);
-        order[static_cast<size_t>(hole)] = hole;
-    }
 }
 
 } // namespace Nox

@@ -3,7 +3,9 @@
 #include <nox/model/MediaProfile.h>
 
 #include <QList>
+#include <QVector>
 
+#include <type_traits>
 #include <vector>
 
 /**
@@ -13,6 +15,13 @@
 namespace Nox::ListRearrangement {
 
 using Index = QList<MediaProfile>::size_type;
+
+/**
+ * Whether a list is one block that holds the profiles themselves (as with Qt 6): what moves is best
+ * moved once, straight to its place. Otherwise (as with Qt 5) each profile stays where it was
+ * allocated, and only pointers change places.
+ */
+constexpr bool isArray = std::is_same_v<QList<MediaProfile>, QVector<MediaProfile>>;
 
 /** Keeps the entries at the positions @p kept, which rise, and drops the others. */
 void keepOnly(QList<MediaProfile> &list, const std::vector<Index> &kept);

@@ -6,7 +6,7 @@ namespace Nox {
 
 bool PictureRank::isAbove1080p(const QString &label)
 {
-    return label.compare(QLatin1String(">1080p"), Qt::CaseInsensitive) == 0;
+    return label.size() == 6 && label.compare(QLatin1String(">1080p"), Qt::CaseInsensitive) == 0;
 }
 
 qint64 PictureRank::of(const MediaInfo &info)
@@ -14,6 +14,11 @@ qint64 PictureRank::of(const MediaInfo &info)
     const QSize size = RecordAccess::resolution(info);
     if (size.width() == -1 && isAbove1080p(RecordAccess::label(info)))
         return 1920 * 1080 + 1;
+    return ofSize(size);
+}
+
+qint64 PictureRank::ofSize(QSize size)
+{
     // Unsigned, since a product beyond 32 bits wraps around.
     return static_cast<qint32>(static_cast<quint32>(size.width()) * static_cast<quint32>(size.height()));
 }

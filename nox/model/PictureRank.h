@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <QtGlobal>
 
@@ -18,6 +19,9 @@ bool isAbove1080p(const QString &label);
  * tool calls larger than 1080p without saying how large ranks just above 1920 × 1080.
  */
 qint64 of(const MediaInfo &info);
+
+/** The same of a picture of known size. */
+qint64 ofSize(QSize size);
 
 } // namespace PictureRank
 

@@ -49,7 +49,22 @@ bool WebMediaInfo::addMediaProfileToHead(MediaProfile profile)
 
 void WebMediaInfo::sortProfileDesc()
 {
-    ListRearrangement::reorder(m_profiles, BestFirst::order(std::as_const(m_profiles)));
+    const QList<MediaProfile> &profiles = m_profiles;
+    BestFirst bestFirst(profiles.size());
+    if (ListRearrangement::isArray || m_profiles.isDetached()) {
+        for (const MediaProfile &profile : profiles)
+            bestFirst.add(profile);
+    } else {
+        // Profiles that have to be copied anyway are looked at on the way.
+        QList<MediaProfile> copy;
+        copy.reserve(profiles.size());
+        for (const MediaProfile &profile : profiles) {
+            copy.append(profile);
+            bestFirst.add(copy.constLast());
+        }
+        m_profiles = copy;
+    }
+    ListRearrangement::reorder(m_profiles, bestFirst.order());
 }
 
 bool WebMediaInfo::setProfileSize(QString url, qint64 size)
