@@ -8,9 +8,6 @@
 /** What the fuzz targets share. */
 namespace Check {
 
-/** Keeps the library's log and Qt's debug messages quiet; for LLVMFuzzerInitialize(). */
-void silence();
-
 /** Ends the program with @p what when @p holds is false, which the fuzzer counts as a finding. */
 void that(bool holds, const char *what);
 

@@ -87,12 +87,6 @@ void checkPatterns(const QString &text)
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/)
-{
-    Check::silence();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, size_t size)
 {
     const QString text = Check::text(data, size);

@@ -1,3 +1,4 @@
+#include "DemoPage.h"
 #include "DeskStage.h"
 #include "DeskUser.h"
 
@@ -11,11 +12,6 @@
 namespace {
 
 constexpr int patienceMs = 120000;
-
-bool runScript(const char *name, const QString &argument)
-{
-    return QProcess::execute(QStringLiteral(NOX_SCRIPTS "/") + QString::fromLatin1(name), {argument}) == 0;
-}
 
 } // namespace
 
@@ -33,31 +29,23 @@ private Q_SLOTS:
 private:
     std::unique_ptr<DeskStage> m_stage;
     std::unique_ptr<DeskUser> m_user;
-    std::unique_ptr<QProcess> m_server;
+    std::unique_ptr<DemoPage> m_page;
 };
 
 void DeskRealTest::initTestCase()
 {
     m_stage = std::make_unique<DeskStage>();
-    const QString media = m_stage->path(QStringLiteral("media"));
-    QVERIFY(runScript("stage-programs.sh", QCoreApplication::applicationDirPath()));
-    QVERIFY(runScript("make-clip.sh", media));
-    m_server = std::make_unique<QProcess>();
-    m_server->start(QStringLiteral("/usr/bin/python3"),
-                    {QStringLiteral(NOX_SCRIPTS "/demo-server.py"), QStringLiteral("--media"), media,
-                     QStringLiteral("--rate"), QStringLiteral("1000000")});
-    QTRY_VERIFY_WITH_TIMEOUT(m_server->canReadLine(), patienceMs);
+    m_page = std::make_unique<DemoPage>();
+    QVERIFY(m_page->serve());
     m_user = std::make_unique<DeskUser>();
-    m_user->readPage(QString::fromUtf8(m_server->readLine()).trimmed());
+    m_user->readPage(m_page->url());
     QTRY_VERIFY_WITH_TIMEOUT(m_user->sees("streams"), patienceMs);
 }
 
 void DeskRealTest::cleanupTestCase()
 {
     m_user.reset();
-    m_server->kill();
-    m_server->waitForFinished();
-    m_server.reset();
+    m_page.reset();
     QTRY_VERIFY_WITH_TIMEOUT(m_stage->isQuiet(), patienceMs);
 }
 

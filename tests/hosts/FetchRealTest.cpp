@@ -1,3 +1,4 @@
+#include "DemoPage.h"
 #include "FetchProgram.h"
 #include "Processes.h"
 #include "TestMain.h"
@@ -14,11 +15,6 @@ namespace {
 
 constexpr int patienceMs = 120000;
 
-bool runScript(const QString &name, const QStringList &arguments)
-{
-    return QProcess::execute(QStringLiteral(NOX_SCRIPTS "/") + name, arguments) == 0;
-}
-
 } // namespace
 
 /** nox-fetch with the real tool and the real ffmpeg, on a page that is served on the loopback address. */
@@ -28,44 +24,30 @@ class FetchRealTest : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanupTestCase();
     void describe();
     void download();
     void interrupt();
     void unsupportedPage();
 
 private:
-    QStringList arguments(const QStringList &more) const;
+    QStringList arguments(const QStringList &more, const QString &path = {}) const;
     QStringList filesLeft() const;
 
     QTemporaryDir m_root;
-    QProcess m_server;
-    QString m_url;
+    DemoPage m_page;
 };
 
 void FetchRealTest::initTestCase()
 {
     QVERIFY(FetchProgram::install());
-    const QString media = m_root.filePath(QStringLiteral("media"));
-    QVERIFY(runScript(QStringLiteral("stage-programs.sh"), {QCoreApplication::applicationDirPath()}));
-    QVERIFY(runScript(QStringLiteral("make-clip.sh"), {media}));
     QVERIFY(QDir(m_root.path()).mkdir(QStringLiteral("work")));
-    m_server.start(QStringLiteral("/usr/bin/python3"),
-                   {QStringLiteral(NOX_SCRIPTS "/demo-server.py"), QStringLiteral("--media"), media,
-                    QStringLiteral("--rate"), QStringLiteral("1000000")});
-    QTRY_VERIFY_WITH_TIMEOUT(m_server.canReadLine(), patienceMs);
-    m_url = QString::fromUtf8(m_server.readLine()).trimmed();
+    QVERIFY(m_page.serve());
 }
 
-void FetchRealTest::cleanupTestCase()
+QStringList FetchRealTest::arguments(const QStringList &more, const QString &path) const
 {
-    m_server.kill();
-    m_server.waitForFinished();
-}
-
-QStringList FetchRealTest::arguments(const QStringList &more) const
-{
-    return more + QStringList{QStringLiteral("--pycache"), m_root.filePath(QStringLiteral("pycache")), m_url};
+    return more
+        + QStringList{QStringLiteral("--pycache"), m_root.filePath(QStringLiteral("pycache")), m_page.url() + path};
 }
 
 QStringList FetchRealTest::filesLeft() const
@@ -130,8 +112,7 @@ void FetchRealTest::interrupt()
 void FetchRealTest::unsupportedPage()
 {
     FetchProgram fetch(m_root.filePath(QStringLiteral("work")));
-    m_url += QStringLiteral("nowhere");
-    QVERIFY(fetch.run(arguments({})));
+    QVERIFY(fetch.run(arguments({}, QStringLiteral("nowhere"))));
     QCOMPARE(fetch.exitCode(), 1);
     QVERIFY2(fetch.errors().contains(QLatin1String("404")), qPrintable(fetch.errors()));
 }
