@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Runs the tests of the records and of the parsers under valgrind, which sees what the sanitizers do not: values that
+# were never set.
+#
+#   scripts/memcheck.sh [--qt 6|5]     with this version of Qt; 6 unless given
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+. "$(dirname "$0")/common.sh"
+
+preset=release
+groups=(build sanitizers)
+case ${1-} in
+    -h | --help) print_help; exit 0 ;;
+    --qt)
+        case ${2-} in
+            6) ;;
+            5) preset=qt5; groups+=(qt5) ;;
+            *) echo "memcheck.sh: --qt takes 6 or 5" >&2; exit 2 ;;
+        esac
+        ;;
+    ?*) echo "memcheck.sh: unknown argument '$1'; see --help" >&2; exit 2 ;;
+esac
+
+"$root/scripts/setup.sh" "${groups[@]}"
+build=$root/build/$preset
+say "build: $preset"
+configure "$preset" "$build"
+compile "$build" model_test parse_test
+
+# Qt's expressions compile themselves to machine code, which reads in blocks that valgrind takes for too long.
+export QT_ENABLE_REGEXP_JIT=0
+for name in model parse; do
+    say "memcheck: $name"
+    timeout 900 valgrind --quiet --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite,possible \
+        "$build/tests/$name/${name}_test/${name}_test" -silent
+done
