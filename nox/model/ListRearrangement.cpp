@@ -23,7 +23,7 @@ QList<MediaProfile> copyOf(const QList<MediaProfile> &list, const std::vector<In
 }
 
 // Reads the list from its first entry to its last: each entry's texts lie near those of the entry before.
-QList<MediaProfile> scatteredCopyOf(const QList<MediaProfile> &list, const std::vector<Index> &order)
+[[maybe_unused]] QList<MediaProfile> scatteredCopyOf(const QList<MediaProfile> &list, const std::vector<Index> &order)
 {
     std::vector<Index> places(order.size());
     for (size_t place = 0; place < order.size(); ++place)
@@ -39,8 +39,9 @@ QList<MediaProfile> scatteredCopyOf(const QList<MediaProfile> &list, const std::
     return copy;
 }
 
-// Both follow each cycle of the permutation; a position that is done points to itself.
-void permutePointers(QList<MediaProfile> &list, std::vector<Index> &order)
+// Both follow each cycle of the permutation; a position that is done points to itself. Which of them serves depends on
+// what a list is.
+[[maybe_unused]] void permutePointers(QList<MediaProfile> &list, std::vector<Index> &order)
 {
     for (Index start = 0; start < list.size(); ++start) {
         Index current = start;
@@ -53,7 +54,7 @@ void permutePointers(QList<MediaProfile> &list, std::vector<Index> &order)
     }
 }
 
-void permuteEntries(QList<MediaProfile> &list, std::vector<Index> &order)
+[[maybe_unused]] void permuteEntries(QList<MediaProfile> &list, std::vector<Index> &order)
 {
     const auto entries = list.begin();
     for (Index start = 0; start < list.size(); ++start) {
