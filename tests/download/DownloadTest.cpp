@@ -495,6 +495,12 @@ void DownloadTest::answeredNotification_data()
         "clip.mp4=old, {1}YDTMP_.mp4=137");
     row("deleted at the closing progress", "two", "", "progress", "delete", "started started progress(0,0,0)",
         "clip.mp4=137+140");
+    row("deleted at progress by a function of its own", "", progress, "progress", "delete as own",
+        "started progress(1000,500,10)", "{1}YDTMP_.mp4=137");
+    row("deleted at error(-1) by a function of its own", "", "137: kill SIGKILL", "error", "delete as own",
+        "started error(-1)");
+    row("deleted at error(-7) by a function of its own", "two", "ffmpeg: kill SIGKILL", "error", "delete as own",
+        "started started error(-7)", "{1}YDTMP_.mp4=137");
     row("cancelled at started", "two", "137: announce mp4|spawn|hang", "started", "cancel", "started error(-1)");
     row("cancelled at progress", "two", progress, "progress", "cancel", "started progress(1200,500,10) error(-1)");
     row("cancelled at error(-4)", "", "137: announce mp4|exit 1", "error", "cancel", "started error(-4)");
@@ -517,15 +523,17 @@ void DownloadTest::answeredNotification()
     const auto respond = [&](const QString &notification) {
         if (notification != moment || !downloader)
             return;
-        if (answer == QLatin1String("delete"))
+        if (answer.startsWith(QLatin1String("delete")))
             downloader.reset();
         else
             downloader->cancel();
     };
-    connect(downloader.get(), &WebMediaDownloader::started, this, [&] { respond(text("started")); });
-    connect(downloader.get(), &WebMediaDownloader::progress, this, [&] { respond(text("progress")); });
-    connect(downloader.get(), &WebMediaDownloader::error, this, [&] { respond(text("error")); });
-    connect(downloader.get(), &WebMediaDownloader::finished, this, [&] { respond(text("finished")); });
+    // A function connected without a receiver runs as the worker's own.
+    QObject *receiver = answer.endsWith(QLatin1String("own")) ? static_cast<QObject *>(downloader.get()) : this;
+    connect(downloader.get(), &WebMediaDownloader::started, receiver, [&] { respond(text("started")); });
+    connect(downloader.get(), &WebMediaDownloader::progress, receiver, [&] { respond(text("progress")); });
+    connect(downloader.get(), &WebMediaDownloader::error, receiver, [&] { respond(text("error")); });
+    connect(downloader.get(), &WebMediaDownloader::finished, receiver, [&] { respond(text("finished")); });
     downloader->download(Setup::url(), applied.profile(), applied.destination());
     QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
     QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
