@@ -13,15 +13,6 @@ size_t at(Index position)
     return static_cast<size_t>(position);
 }
 
-QList<MediaProfile> copyOf(const QList<MediaProfile> &list, const std::vector<Index> &positions)
-{
-    QList<MediaProfile> copy;
-    copy.reserve(static_cast<Index>(positions.size()));
-    for (const Index position : positions)
-        copy.append(list.at(position));
-    return copy;
-}
-
 // Reads the list from its first entry to its last: each entry's texts lie near those of the entry before.
 [[maybe_unused]] QList<MediaProfile> scatteredCopyOf(const QList<MediaProfile> &list, const std::vector<Index> &order)
 {
@@ -73,28 +64,6 @@ QList<MediaProfile> copyOf(const QList<MediaProfile> &list, const std::vector<In
 }
 
 } // namespace
-
-void ListRearrangement::keepOnly(QList<MediaProfile> &list, const std::vector<Index> &kept)
-{
-    if (static_cast<Index>(kept.size()) == list.size())
-        return;
-    if (!list.isDetached()) {
-        list = copyOf(list, kept);
-        return;
-    }
-    const auto entries = list.begin();
-    Index end = 0;
-    for (const Index position : kept) {
-        if (position != end) {
-            if constexpr (isArray)
-                entries[end] = std::move(entries[position]);
-            else
-                list.swapItemsAt(end, position);
-        }
-        ++end;
-    }
-    list.erase(list.begin() + end, list.end());
-}
 
 void ListRearrangement::reorder(QList<MediaProfile> &list, std::vector<Index> order)
 {

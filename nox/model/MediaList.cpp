@@ -1,17 +1,17 @@
 #include <nox/model/MediaList.h>
 
-#include <nox/model/ListRearrangement.h>
+#include <nox/model/ListCompaction.h>
 #include <nox/model/PictureRank.h>
 #include <nox/model/RecordAccess.h>
 
 #include <algorithm>
-#include <vector>
 
 namespace {
 
+using Nox::ListCompaction;
 using Nox::MediaProfile;
 using Nox::RecordAccess;
-using Nox::ListRearrangement::Index;
+using Index = ListCompaction::Index;
 
 bool sharesPicture(const MediaProfile &a, const MediaProfile &b)
 {
@@ -36,8 +36,7 @@ void MediaListRemoveDuplicatedResolutions(QList<MediaProfile> &list)
     if (count < 2)
         return;
 
-    std::vector<Index> kept;
-    kept.reserve(static_cast<size_t>(count));
+    ListCompaction kept(list);
     Index current = 0;
     for (Index next = 1; next < count; ++next) {
         // The last entry takes no part: it is never removed, nor anything on its account.
@@ -47,24 +46,23 @@ void MediaListRemoveDuplicatedResolutions(QList<MediaProfile> &list)
                     current = next;
             }
         }
-        kept.push_back(current);
+        kept.keep(current);
         current = next;
     }
-    kept.push_back(current);
-    Nox::ListRearrangement::keepOnly(list, kept);
+    kept.keep(current);
+    kept.finish();
 }
 
 void MediaListRemoveAudio(QList<MediaProfile> &list)
 {
     const QList<MediaProfile> &entries = list;
-    std::vector<Index> kept;
-    kept.reserve(static_cast<size_t>(entries.size()));
+    ListCompaction kept(list);
     for (Index i = 0; i < entries.size(); ++i) {
         const MediaProfile &entry = entries.at(i);
         if (RecordAccess::mediaType(entry) != Nox::MEDIA_TYPE_AUDIO && !RecordAccess::name(entry).isEmpty())
-            kept.push_back(i);
+            kept.keep(i);
     }
-    Nox::ListRearrangement::keepOnly(list, kept);
+    kept.finish();
 }
 
 MediaProfile MediaListGetStreamByYdCode(const QList<MediaProfile> &list, const QString &ydCode)
