@@ -105,6 +105,10 @@ QString Destination::folderProblem(const QString &folder)
         return tr("\"%1\" is not a folder.").arg(folder);
     if (!info.isWritable() || !info.isExecutable())
         return tr("You may not write into the folder \"%1\".").arg(folder);
+    // The tool takes them for fields of its output template, and would write into a folder of another name.
+    if (folder.contains(QLatin1String("%(")) || folder.contains(QLatin1String("%%")))
+        return tr("The folder \"%1\" cannot be used: the download tool reads %( and %% in its name differently.")
+            .arg(folder);
     return {};
 }
 

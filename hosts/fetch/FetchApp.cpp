@@ -11,6 +11,7 @@
 #include "common/StreamChoice.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace NoxFetch {
 
@@ -112,8 +113,10 @@ void FetchApp::onExtractionFailed(const QString &words, const QString &toolWords
 
 void FetchApp::startDownload(const StreamRequest &request, const QString &destination)
 {
-    if (const QString words = request.needsJoining() ? NoxHost::ToolSetup::joiningProblem() : QString();
-        !words.isEmpty()) {
+    QString words = request.needsJoining() ? NoxHost::ToolSetup::joiningProblem() : QString();
+    if (words.isEmpty())
+        words = NoxHost::Destination::folderProblem(QFileInfo(destination).absolutePath());
+    if (!words.isEmpty()) {
         fail(DownloadFailed, words);
         return;
     }

@@ -241,6 +241,9 @@ void HostCommonTest::nameProblems()
     QCOMPARE(Destination::free(folder.filePath(text("taken"))), folder.filePath(text("taken(1)")));
 
     QCOMPARE(problem(text("good (1).mp4")), QString());
+    for (const char *name : {"50% off", "a%(id)s", "100%%"})
+        QVERIFY(QDir(folder.path()).mkdir(text(name)));
+    QCOMPARE(problem(text("50% off/a%(id)s.mp4")), QString());
     QCOMPARE(problem(QString(247, QLatin1Char('x'))), QString());
     const struct {
         QString name;
@@ -255,6 +258,8 @@ void HostCommonTest::nameProblems()
         {text("dangling"), "exists already"},
         {text("none/a"), "does not exist"},
         {text("taken/a"), "not a folder"},
+        {text("a%(id)s/a"), "cannot be used"},
+        {text("100%%/a"), "cannot be used"},
     };
     for (const auto &row : rows) {
         const QString words = problem(row.name);

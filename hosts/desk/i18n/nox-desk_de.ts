@@ -359,6 +359,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>In den Ordner „%1“ dürfen Sie nicht schreiben.</translation>
     </message>
     <message>
+        <source>The folder &quot;%1&quot; cannot be used: the download tool reads %( and %% in its name differently.</source>
+        <translation>Der Ordner „%1“ ist nicht verwendbar: Das Download-Werkzeug liest %( und %% in seinem Namen anders.</translation>
+    </message>
+    <message>
         <source>audio</source>
         <translation>Ton</translation>
     </message>
