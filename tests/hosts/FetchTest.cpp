@@ -25,6 +25,77 @@ QString url()
     return QStringLiteral("http://127.0.0.1/page");
 }
 
+void addRow(const char *name, const char *scenario, const char *arguments, int exitCode, const char *output,
+            const char *error, const char *files, const char *runs)
+{
+    const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
+    QTest::newRow(name) << text(scenario) << text(arguments) << exitCode << text(output) << text(error) << text(files)
+                        << text(runs);
+}
+
+void addSuccesses()
+{
+    const char done[] = "DIR/Clip.mp4\n";
+    const char list[] = "   CODE  KIND        CONTAINER  QUALITY  SIZE  DASH/3D\n"
+                        "*  137   video only  MP4        720P     -     DASH\n"
+                        "   18    video       MP4        360P     -     -\n"
+                        "   251   audio       WEBM       160K     -     DASH\n"
+                        "*  140   audio       M4A        128K     -     DASH\n";
+    addRow("best and companion", "", "", 0, done, "Clip (1:01:01)|137 (video only, MP4, 720P) with audio 140|joining",
+           "Clip.mp4=137+140", "dump 137 140 ffmpeg");
+    addRow("format", "", "-f|18", 0, done, "video", "Clip.mp4=18", "dump 18");
+    addRow("no audio", "", "--no-audio", 0, done, "!joining", "Clip.mp4=137", "dump 137");
+    addRow("other audio", "251: announce webm", "-a|251", 0, done, "", "Clip.mp4=137+251", "dump 137 251 ffmpeg");
+    addRow("audio alone", "", "-f|140", 0, "DIR/Clip.m4a\n", "audio", "Clip.m4a=140", "dump 140");
+    addRow("output", "", "-f|18|-o|my %(id)s.x", 0, "DIR/my %(id)s.x\n", "", "my %(id)s.x=18", "dump 18");
+    addRow("both codes and output", "", "-f|137|-a|140|-o|x.mp4", 0, "DIR/x.mp4\n",
+           "137 (video only) with audio 140|!1:01:01", "x.mp4=137+140", "137 140 ffmpeg");
+    addRow("both codes, output and list", "", "-f|137|-a|140|-o|x.mp4|-q|-l", 0, list, "", "", "dump");
+    addRow("name taken", "", "-f|18", 0, "DIR/Clip(1).mp4\n", "", "Clip(1).mp4=18, Clip.mp4=old", "dump 18");
+    addRow("taken meanwhile", "18: announce mp4|touch ../Clip.mp4", "-f|18", 0, "DIR/Clip(1).mp4\n", "",
+           "Clip(1).mp4=18, Clip.mp4=new", "dump 18");
+    addRow("list", "", "-l", 0, list, "", "", "dump");
+}
+
+void addFailures()
+{
+    addRow("output taken", "", "-o|Clip.mp4", 2, "", "exists already", "Clip.mp4=old", "");
+    addRow("output in no folder", "", "-o|none/x.mp4", 2, "", "does not exist", "", "");
+    addRow("two addresses", "", "http://127.0.0.1/", 2, "", "exactly one", "", "");
+    addRow("unknown option", "", "--colour=18", 2, "", "colour", "", "");
+    addRow("log in no folder", "", "--log|none/log", 2, "", "log file", "", "");
+    addRow("unknown format", "", "-f|999", 2, "", "\"999\"; it has: 137, 18, 251, 140", "", "dump");
+    addRow("unknown code taken at its word", "999: err ERROR: no such format\\n|exit 1", "-f|137|-a|999|-o|x.mp4", 3,
+           "", "tool gave up|code -4|ERROR: no such format", "", "137 999");
+    addRow("codes that are options", "", "-f|--exec=x|-a|140|-o|x.mp4", 2, "", "--exec=x", "", "dump");
+    addRow("audio that is video", "", "-a|18", 2, "", "it has: 251, 140", "", "dump");
+    addRow("audio for a stream with sound", "", "-f|18|-a|140", 2, "", "\"18\"", "", "dump");
+
+    addRow("page error", R"(dump: err ERROR: no such video\n|exit 1)", "", 1, "", "could not read|ERROR: no such video",
+           "", "dump");
+    addRow("warning and error in one breath", R"(dump: err WARNING: odd\nERROR: gone\n|exit 1)", "", 1, "",
+           "ERROR: gone|!odd", "", "dump");
+    addRow("error in two pieces", R"(dump: err ERROR: first |err second\n|exit 1)", "", 1, "", "ERROR: first second",
+           "", "dump");
+    addRow("complaint but success", R"(dump: err Deprecated\n|json Late 18)", "-f|18", 0, "DIR/Late.mp4\n",
+           "!Deprecated", "Late.mp4=18", "dump 18");
+    addRow("complaint but no page", R"(dump: err some words\n|out {})", "", 1, "", "no stream|some words", "", "dump");
+    addRow("no stream", "dump: json Clip ", "-l", 1, "", "no stream", "", "dump");
+    addRow("no code that can be passed on", "dump: json Clip --exec=x", "", 1, "", "no stream", "", "dump");
+    addRow("tool crash", "dump: kill SIGSEGV", "", 1, "", "crashed", "", "dump");
+
+    addRow("video fails", R"(137: file mp4.part|touch x.ytdl|err ERROR: HTTP 403\n|exit 1)", "", 3, "",
+           "tool gave up|code -4|ERROR: HTTP 403", "", "dump 137");
+    addRow("video crashes", "137: announce mp4|kill SIGSEGV", "", 3, "", "crashed|code -5", "", "dump 137");
+    addRow("audio fails", "140: announce m4a|exit 2", "", 3, "", "tool gave up|code -4", "", "dump 137 140");
+    addRow("joining fails", R"(ffmpeg: err Invalid data\n|exit 1)", "", 3, "",
+           "Joining|ffmpeg reported|-4|Invalid data", "", "dump 137 140 ffmpeg");
+    addRow("joining crashes", "ffmpeg: kill SIGSEGV", "", 3, "", "Joining|ffmpeg crashed|code -5", "",
+           "dump 137 140 ffmpeg");
+    addRow("no final name", "18: file mp4", "-f|18", 3, "", "final name|code -8", "", "dump 18");
+    addRow("folder gone", "18: announce mp4|vanish", "-f|18", 3, "", "final name", "", "dump 18");
+}
+
 } // namespace
 
 /** nox-fetch, from the command line to the files, with stand-ins for the external programs. */
@@ -70,68 +141,8 @@ void FetchTest::outcomes_data()
     QTest::addColumn<QString>("files");  // "Clip.mp4" is put there before when the row's name says so
     QTest::addColumn<QString>("runs");
 
-    const auto row = [](const char *name, const char *scenario, const char *arguments, int exitCode, const char *output,
-                        const char *error, const char *files, const char *runs) {
-        const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
-        QTest::newRow(name) << text(scenario) << text(arguments) << exitCode << text(output) << text(error)
-                            << text(files) << text(runs);
-    };
-    const char done[] = "DIR/Clip.mp4\n";
-    const char list[] = "   CODE  KIND        CONTAINER  QUALITY  SIZE  DASH/3D\n"
-                        "*  137   video only  MP4        720P     -     DASH\n"
-                        "   18    video       MP4        360P     -     -\n"
-                        "   251   audio       WEBM       160K     -     DASH\n"
-                        "*  140   audio       M4A        128K     -     DASH\n";
-    row("best and companion", "", "", 0, done, "Clip (1:01:01)|137 (video only, MP4, 720P) with audio 140|joining",
-        "Clip.mp4=137+140", "dump 137 140 ffmpeg");
-    row("format", "", "-f|18", 0, done, "video", "Clip.mp4=18", "dump 18");
-    row("no audio", "", "--no-audio", 0, done, "!joining", "Clip.mp4=137", "dump 137");
-    row("other audio", "251: announce webm", "-a|251", 0, done, "", "Clip.mp4=137+251", "dump 137 251 ffmpeg");
-    row("audio alone", "", "-f|140", 0, "DIR/Clip.m4a\n", "audio", "Clip.m4a=140", "dump 140");
-    row("output", "", "-f|18|-o|my %(id)s.x", 0, "DIR/my %(id)s.x\n", "", "my %(id)s.x=18", "dump 18");
-    row("both codes and output", "", "-f|137|-a|140|-o|x.mp4", 0, "DIR/x.mp4\n",
-        "137 (video only) with audio 140|!1:01:01", "x.mp4=137+140", "137 140 ffmpeg");
-    row("both codes, output and list", "", "-f|137|-a|140|-o|x.mp4|-q|-l", 0, list, "", "", "dump");
-    row("name taken", "", "-f|18", 0, "DIR/Clip(1).mp4\n", "", "Clip(1).mp4=18, Clip.mp4=old", "dump 18");
-    row("taken meanwhile", "18: announce mp4|touch ../Clip.mp4", "-f|18", 0, "DIR/Clip(1).mp4\n", "",
-        "Clip(1).mp4=18, Clip.mp4=new", "dump 18");
-    row("list", "", "-l", 0, list, "", "", "dump");
-
-    row("output taken", "", "-o|Clip.mp4", 2, "", "exists already", "Clip.mp4=old", "");
-    row("output in no folder", "", "-o|none/x.mp4", 2, "", "does not exist", "", "");
-    row("two addresses", "", "http://127.0.0.1/", 2, "", "exactly one", "", "");
-    row("unknown option", "", "--colour=18", 2, "", "colour", "", "");
-    row("log in no folder", "", "--log|none/log", 2, "", "log file", "", "");
-    row("unknown format", "", "-f|999", 2, "", "\"999\"; it has: 137, 18, 251, 140", "", "dump");
-    row("unknown code taken at its word", "999: err ERROR: no such format\\n|exit 1", "-f|137|-a|999|-o|x.mp4", 3, "",
-        "tool gave up|code -4|ERROR: no such format", "", "137 999");
-    row("codes that are options", "", "-f|--exec=x|-a|140|-o|x.mp4", 2, "", "--exec=x", "", "dump");
-    row("audio that is video", "", "-a|18", 2, "", "it has: 251, 140", "", "dump");
-    row("audio for a stream with sound", "", "-f|18|-a|140", 2, "", "\"18\"", "", "dump");
-
-    row("page error", R"(dump: err ERROR: no such video\n|exit 1)", "", 1, "", "could not read|ERROR: no such video",
-        "", "dump");
-    row("warning and error in one breath", R"(dump: err WARNING: odd\nERROR: gone\n|exit 1)", "", 1, "",
-        "ERROR: gone|!odd", "", "dump");
-    row("error in two pieces", R"(dump: err ERROR: first |err second\n|exit 1)", "", 1, "", "ERROR: first second", "",
-        "dump");
-    row("complaint but success", R"(dump: err Deprecated\n|json Late 18)", "-f|18", 0, "DIR/Late.mp4\n", "!Deprecated",
-        "Late.mp4=18", "dump 18");
-    row("complaint but no page", R"(dump: err some words\n|out {})", "", 1, "", "no stream|some words", "", "dump");
-    row("no stream", "dump: json Clip ", "-l", 1, "", "no stream", "", "dump");
-    row("no code that can be passed on", "dump: json Clip --exec=x", "", 1, "", "no stream", "", "dump");
-    row("tool crash", "dump: kill SIGSEGV", "", 1, "", "crashed", "", "dump");
-
-    row("video fails", R"(137: file mp4.part|touch x.ytdl|err ERROR: HTTP 403\n|exit 1)", "", 3, "",
-        "tool gave up|code -4|ERROR: HTTP 403", "", "dump 137");
-    row("video crashes", "137: announce mp4|kill SIGSEGV", "", 3, "", "crashed|code -5", "", "dump 137");
-    row("audio fails", "140: announce m4a|exit 2", "", 3, "", "tool gave up|code -4", "", "dump 137 140");
-    row("joining fails", R"(ffmpeg: err Invalid data\n|exit 1)", "", 3, "", "Joining|ffmpeg reported|-4|Invalid data",
-        "", "dump 137 140 ffmpeg");
-    row("joining crashes", "ffmpeg: kill SIGSEGV", "", 3, "", "Joining|ffmpeg crashed|code -5", "",
-        "dump 137 140 ffmpeg");
-    row("no final name", "18: file mp4", "-f|18", 3, "", "final name|code -8", "", "dump 18");
-    row("folder gone", "18: announce mp4|vanish", "-f|18", 3, "", "final name", "", "dump 18");
+    addSuccesses();
+    addFailures();
 }
 
 void FetchTest::outcomes()
