@@ -86,12 +86,12 @@ void FaultMatrixTest::download_data()
     row("ffmpeg closes its outputs", "two", "ffmpeg: close 1|close 2|merge", "",
         "started started progress(0,0,0) finished", "clip.mp4=137+140");
     row("50 MB of standard error", "", "137: announce mp4|flood 50|progress 50 1000", "",
-        "started progress(1000,500,10) finished", done, "ydReadError: Yd process read error: x ");
+        "started progress(1000,500,10) finished", done, "ydReadError: Yd process read error: ~ ");
     row("50 MB of standard error from ffmpeg", "two", "ffmpeg: flood 50|merge", "",
         "started started progress(0,0,0) finished", "clip.mp4=137+140",
-        "ffmpegReadStandardError: FFMPEG read error: x");
+        "ffmpegReadStandardError: FFMPEG read error: ~");
     row("disk full in the download", "", "137: announce mp4|limit 100|bulk mp4 1000", "", "started error(-4)",
-        "{1}YDTMP_.mp4=x", (error + "File too large\n |" + exit1).c_str());
+        "{1}YDTMP_.mp4=~", (error + "File too large\n |" + exit1).c_str());
     row("disk full in the merge", "two", "ffmpeg: limit 2|merge", "", "started started error(-4)",
         "{1}YDTMP_.mp4.tmp.mp4=13, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140 -> {1}YDTMP_.mp4=137",
         "ffmpegReadStandardError: FFMPEG read error: ERROR: File too large\n|ffmpegFinished: FFMPEG terminated "

@@ -98,7 +98,7 @@ class Player:
 
     def flood(self, megabytes):
         for _ in range(int(megabytes)):
-            os.write(2, b"x" * (1 << 20))
+            os.write(2, b"~" * (1 << 20))
 
     def close(self, channel):
         os.close(int(channel))
@@ -110,7 +110,7 @@ class Player:
 
     def bulk(self, raw):
         extension, size = raw.split(" ")
-        write(self.item(extension), "x" * int(size))
+        write(self.item(extension), "~" * int(size))
 
     def touch(self, name):
         write(os.path.join(self.folder, name), "new")

@@ -11,7 +11,7 @@ namespace {
 
 bool isFlood(char first, char second)
 {
-    return first == 'x' && second == 'x';
+    return first == '~' && second == '~';
 }
 
 } // namespace

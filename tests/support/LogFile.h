@@ -7,7 +7,7 @@
 
 /**
  * The library's log, turned to a file at the lowest level, and read back record by record. A row of
- * "x", with which stand-ins flood their outputs, reads as one.
+ * "~", with which stand-ins flood their outputs, reads as one.
  */
 class LogFile
 {

@@ -166,7 +166,7 @@ QStringList Stage::records(_NoxLogLevel lowest, bool withSource) const
     QStringList result;
     for (const QString &record : m_log.records(lowest, withSource)) {
         const QString text = plain(record);
-        if (!text.trimmed().endsWith(QLatin1String(": x")) || !result.endsWith(text)) // a flood counts as one
+        if (!text.trimmed().endsWith(QLatin1String(": ~")) || !result.endsWith(text)) // a flood counts as one
             result.append(text);
     }
     return result;
@@ -180,7 +180,7 @@ QString Stage::errors() const
 QString Stage::plain(QString text) const
 {
     static const QRegularExpression unique(QStringLiteral("\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}"));
-    static const QRegularExpression flood(QStringLiteral("xx+"));
+    static const QRegularExpression flood(QStringLiteral("~~+"));
     text.replace(folder(), QStringLiteral("DIR")).replace(m_root.path(), QStringLiteral("ROOT"));
     text.replace(QCoreApplication::applicationDirPath(), QStringLiteral("APP"));
     int number = 0;
@@ -189,7 +189,7 @@ QString Stage::plain(QString text) const
         if (match.hasMatch() && run.key != QLatin1String("ffmpeg"))
             text.replace(match.captured(), QStringLiteral("{%1}").arg(++number));
     }
-    return text.replace(flood, QStringLiteral("x"));
+    return text.replace(flood, QStringLiteral("~"));
 }
 
 QByteArray Stage::moduleLog() const
