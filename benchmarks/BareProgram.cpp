@@ -1,4 +1,4 @@
-#include "BareProgram.h"
+#include "benchmarks/BareProgram.h"
 
 #include <array>
 

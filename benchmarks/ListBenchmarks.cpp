@@ -1,6 +1,6 @@
-#include "MicroBenchmarks.h"
-#include "Paired.h"
-#include "SampleProfiles.h"
+#include "benchmarks/MicroBenchmarks.h"
+#include "benchmarks/Paired.h"
+#include "benchmarks/SampleProfiles.h"
 
 #include <nox/model/MediaList.h>
 #include <nox/model/WebMediaInfo.h>

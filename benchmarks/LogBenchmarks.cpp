@@ -1,5 +1,5 @@
-#include "MicroBenchmarks.h"
-#include "Paired.h"
+#include "benchmarks/MicroBenchmarks.h"
+#include "benchmarks/Paired.h"
 
 #include <nox/log/Logger.h>
 

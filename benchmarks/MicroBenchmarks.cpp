@@ -1,6 +1,6 @@
-#include "MicroBenchmarks.h"
+#include "benchmarks/MicroBenchmarks.h"
 
-#include "Paired.h"
+#include "benchmarks/Paired.h"
 
 #include <nox/log/Logger.h>
 

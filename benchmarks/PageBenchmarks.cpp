@@ -1,8 +1,8 @@
-#include "MicroBenchmarks.h"
-#include "Paired.h"
-#include "PeakMemory.h"
-#include "QtJsonPage.h"
-#include "SamplePage.h"
+#include "benchmarks/MicroBenchmarks.h"
+#include "benchmarks/Paired.h"
+#include "benchmarks/PeakMemory.h"
+#include "benchmarks/QtJsonPage.h"
+#include "benchmarks/SamplePage.h"
 
 #include <nox/model/WebMediaInfo.h>
 #include <nox/parse/YdOutputParser.h>

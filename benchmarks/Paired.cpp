@@ -1,6 +1,6 @@
-#include "Paired.h"
+#include "benchmarks/Paired.h"
 
-#include "RatioReporter.h"
+#include "benchmarks/RatioReporter.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,4 +1,4 @@
-#include "PeakMemory.h"
+#include "benchmarks/PeakMemory.h"
 
 #include <cstdlib>
 #include <fstream>

@@ -1,4 +1,4 @@
-#include "QtJsonPage.h"
+#include "benchmarks/QtJsonPage.h"
 
 #include <nox/util/ByteNumber.h>
 #include <nox/util/Utilities.h>

@@ -1,4 +1,4 @@
-#include "RatioReporter.h"
+#include "benchmarks/RatioReporter.h"
 
 #include <cstdio>
 

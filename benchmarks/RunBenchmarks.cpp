@@ -1,7 +1,7 @@
 // What the library and the command line add to whole runs of the external programs.
 
-#include "BareProgram.h"
-#include "Paired.h"
+#include "benchmarks/BareProgram.h"
+#include "benchmarks/Paired.h"
 
 #include <nox/NoxWebMedia.h>
 

@@ -1,6 +1,6 @@
-#include "SamplePage.h"
+#include "benchmarks/SamplePage.h"
 
-#include "Numbers.h"
+#include "benchmarks/Numbers.h"
 
 #include <nox/util/Utilities.h>
 

@@ -1,6 +1,6 @@
-#include "SampleProfiles.h"
+#include "benchmarks/SampleProfiles.h"
 
-#include "Numbers.h"
+#include "benchmarks/Numbers.h"
 
 #include <nox/model/WebMediaInfo.h>
 

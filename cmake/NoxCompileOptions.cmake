@@ -13,6 +13,9 @@ endif()
 
 add_library(nox_options INTERFACE)
 
+# Every header of the tree is included by its path in the tree.
+target_include_directories(nox_options INTERFACE ${PROJECT_SOURCE_DIR})
+
 target_compile_options(nox_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-align -Wcast-qual
     -Wformat=2 -Wimplicit-fallthrough -Wold-style-cast -Woverloaded-virtual -Wnull-dereference

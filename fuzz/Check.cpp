@@ -1,4 +1,4 @@
-#include "Check.h"
+#include "fuzz/Check.h"
 
 #include <nox/log/Logger.h>
 

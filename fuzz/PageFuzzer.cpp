@@ -1,7 +1,7 @@
 // The page description, against a reading in the plainest way.
 
-#include "Check.h"
-#include "PlainPage.h"
+#include "fuzz/Check.h"
+#include "fuzz/PlainPage.h"
 
 #include <nox/model/WebMediaInfo.h>
 #include <nox/parse/YdOutputParser.h>

@@ -1,4 +1,4 @@
-#include "PlainPage.h"
+#include "fuzz/PlainPage.h"
 
 #include <nox/parse/JsonHelper.h>
 #include <nox/util/ByteNumber.h>

@@ -1,6 +1,6 @@
 // Files with a byte-order mark.
 
-#include "Check.h"
+#include "fuzz/Check.h"
 
 #include <nox/parse/JsonHelper.h>
 

@@ -1,6 +1,6 @@
 // The status text of a download, against the regular expressions for which the matchers stand.
 
-#include "Check.h"
+#include "fuzz/Check.h"
 
 #include <nox/parse/YdOutputParser.h>
 #include <nox/parse/YdStatusLines.h>

@@ -1,6 +1,6 @@
 // The helpers for byte counts, sizes, paths, file names and URLs.
 
-#include "Check.h"
+#include "fuzz/Check.h"
 
 #include <nox/util/ByteNumber.h>
 #include <nox/util/Utilities.h>

@@ -1,6 +1,6 @@
-#include "common/Destination.h"
+#include "hosts/common/Destination.h"
 
-#include "common/PrintableText.h"
+#include "hosts/common/TextSanitizer.h"
 
 #include <nox/util/Utilities.h>
 

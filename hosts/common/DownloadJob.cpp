@@ -1,6 +1,6 @@
-#include "common/DownloadJob.h"
+#include "hosts/common/DownloadJob.h"
 
-#include "common/Destination.h"
+#include "hosts/common/Destination.h"
 
 #include <nox/front/WebMediaDownloaderFactory.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "common/FailureText.h"
-#include "common/PartialFolder.h"
-#include "common/ToolSetup.h"
-#include "common/TransferFigures.h"
+#include "hosts/common/DownloadFolder.h"
+#include "hosts/common/FailureText.h"
+#include "hosts/common/ToolSetup.h"
+#include "hosts/common/TransferFigures.h"
 
 #include <nox/front/WebMediaDownloader.h>
 #include <nox/model/MediaProfile.h>
@@ -80,7 +80,7 @@ private:
     Nox::MediaProfile m_stream;
     QString m_destination;
     QString m_partialName;
-    PartialFolder m_folder;
+    DownloadFolder m_folder;
     std::unique_ptr<Nox::WebMediaDownloader> m_downloader; // goes before the folder in which its processes write
     State m_state = State::Idle;
     Outcome m_outcome = Outcome::Failed;

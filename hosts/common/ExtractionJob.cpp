@@ -1,7 +1,7 @@
-#include "common/ExtractionJob.h"
+#include "hosts/common/ExtractionJob.h"
 
-#include "common/FailureText.h"
-#include "common/PrintableText.h"
+#include "hosts/common/FailureText.h"
+#include "hosts/common/TextSanitizer.h"
 
 #include <nox/front/WebMediaDownloaderFactory.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/ToolSetup.h"
+#include "hosts/common/ToolSetup.h"
 
 #include <nox/front/WebMediaInfoExtractor.h>
 #include <nox/model/WebMediaInfo.h>

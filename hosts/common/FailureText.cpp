@@ -1,4 +1,4 @@
-#include "common/FailureText.h"
+#include "hosts/common/FailureText.h"
 
 #include <QProcess>
 

@@ -1,4 +1,4 @@
-#include "InterruptWatcher.h"
+#include "hosts/common/InterruptWatcher.h"
 
 #include <cerrno>
 #include <csignal>

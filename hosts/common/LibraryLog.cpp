@@ -1,6 +1,6 @@
-#include "common/LibraryLog.h"
+#include "hosts/common/LibraryLog.h"
 
-#include "common/PrintableText.h"
+#include "hosts/common/TextSanitizer.h"
 
 #include <nox/log/Logger.h>
 

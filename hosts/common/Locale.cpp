@@ -1,4 +1,4 @@
-#include "common/Locale.h"
+#include "hosts/common/Locale.h"
 
 #include <QByteArray>
 #include <QtGlobal>

@@ -1,4 +1,4 @@
-#include "common/StreamChoice.h"
+#include "hosts/common/StreamChoice.h"
 
 #include <nox/model/MediaList.h>
 

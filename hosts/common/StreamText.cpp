@@ -1,6 +1,6 @@
-#include "common/StreamText.h"
+#include "hosts/common/StreamText.h"
 
-#include "common/PrintableText.h"
+#include "hosts/common/TextSanitizer.h"
 
 #include <nox/util/Utilities.h>
 

@@ -1,4 +1,4 @@
-#include "common/ToolSetup.h"
+#include "hosts/common/ToolSetup.h"
 
 #include <nox/front/ToolEnvironment.h>
 

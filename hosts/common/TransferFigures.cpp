@@ -1,4 +1,4 @@
-#include "common/TransferFigures.h"
+#include "hosts/common/TransferFigures.h"
 
 namespace NoxHost {
 

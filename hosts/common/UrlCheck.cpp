@@ -1,4 +1,4 @@
-#include "common/UrlCheck.h"
+#include "hosts/common/UrlCheck.h"
 
 #include <nox/util/Utilities.h>
 

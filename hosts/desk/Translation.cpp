@@ -1,4 +1,4 @@
-#include "Translation.h"
+#include "hosts/desk/Translation.h"
 
 #include <QCoreApplication>
 #include <QTranslator>

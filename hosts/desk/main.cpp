@@ -1,8 +1,8 @@
-#include "Desk.h"
-#include "MainWindow.h"
-#include "Translation.h"
-#include "common/InterruptWatcher.h"
-#include "common/Locale.h"
+#include "hosts/common/InterruptWatcher.h"
+#include "hosts/common/Locale.h"
+#include "hosts/desk/Translation.h"
+#include "hosts/desk/model/Desk.h"
+#include "hosts/desk/view/MainWindow.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

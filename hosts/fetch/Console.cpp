@@ -1,4 +1,4 @@
-#include "Console.h"
+#include "hosts/fetch/Console.h"
 
 #include <cstdio>
 

@@ -1,14 +1,14 @@
-#include "FetchApp.h"
+#include "hosts/fetch/FetchApp.h"
 
-#include "Console.h"
-#include "ExitCode.h"
-#include "JsonRecord.h"
-#include "StreamRequest.h"
-#include "TablePrinter.h"
-#include "common/Destination.h"
-#include "common/FailureText.h"
-#include "common/PrintableText.h"
-#include "common/StreamChoice.h"
+#include "hosts/common/Destination.h"
+#include "hosts/common/FailureText.h"
+#include "hosts/common/StreamChoice.h"
+#include "hosts/common/TextSanitizer.h"
+#include "hosts/fetch/Console.h"
+#include "hosts/fetch/ExitCode.h"
+#include "hosts/fetch/JsonRecord.h"
+#include "hosts/fetch/StreamRequest.h"
+#include "hosts/fetch/StreamTable.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -42,7 +42,7 @@ FetchApp::FetchApp(const Options &options, Console &console, QObject *parent)
     connect(&m_extraction, &ExtractionJob::failed, this, &FetchApp::onExtractionFailed);
     connect(&m_extraction, &ExtractionJob::cancelled, this, &FetchApp::onCancelled);
     connect(&m_download, &DownloadJob::phaseChanged, this, &FetchApp::onPhase);
-    connect(&m_download, &DownloadJob::progressed, &m_progress, &ProgressBar::advance);
+    connect(&m_download, &DownloadJob::progressed, &m_progress, &ProgressReporter::advance);
     connect(&m_download, &DownloadJob::finished, this, &FetchApp::printResult);
     connect(&m_download, &DownloadJob::failed, this, &FetchApp::onDownloadFailed);
     connect(&m_download, &DownloadJob::cancelled, this, &FetchApp::onCancelled);

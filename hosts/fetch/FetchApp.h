@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Options.h"
-#include "ProgressBar.h"
-#include "common/DownloadJob.h"
-#include "common/ExtractionJob.h"
-#include "common/LibraryLog.h"
-#include "common/ToolSetup.h"
+#include "hosts/common/DownloadJob.h"
+#include "hosts/common/ExtractionJob.h"
+#include "hosts/common/LibraryLog.h"
+#include "hosts/common/ToolSetup.h"
+#include "hosts/fetch/Options.h"
+#include "hosts/fetch/ProgressReporter.h"
 
 #include <nox/model/WebMediaInfo.h>
 
@@ -48,7 +48,7 @@ private:
 
     Options m_options;
     Console &m_console;
-    ProgressBar m_progress;
+    ProgressReporter m_progress;
     NoxHost::LibraryLog m_log;
     NoxHost::ToolSetup m_tools;
     NoxHost::ExtractionJob m_extraction;

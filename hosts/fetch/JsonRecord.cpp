@@ -1,6 +1,6 @@
-#include "JsonRecord.h"
+#include "hosts/fetch/JsonRecord.h"
 
-#include "common/StreamText.h"
+#include "hosts/common/StreamText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

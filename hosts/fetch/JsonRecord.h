@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/StreamChoice.h"
+#include "hosts/common/StreamChoice.h"
 
 #include <nox/model/WebMediaInfo.h>
 

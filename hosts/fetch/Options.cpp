@@ -1,8 +1,8 @@
-#include "Options.h"
+#include "hosts/fetch/Options.h"
 
-#include "ExitCode.h"
-#include "common/Destination.h"
-#include "common/UrlCheck.h"
+#include "hosts/common/Destination.h"
+#include "hosts/common/UrlCheck.h"
+#include "hosts/fetch/ExitCode.h"
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>

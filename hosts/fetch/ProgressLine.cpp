@@ -1,4 +1,4 @@
-#include "ProgressLine.h"
+#include "hosts/fetch/ProgressLine.h"
 
 #include <QLocale>
 #include <QStringList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/TransferFigures.h"
+#include "hosts/common/TransferFigures.h"
 
 #include <QString>
 

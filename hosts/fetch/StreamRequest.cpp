@@ -1,7 +1,7 @@
-#include "StreamRequest.h"
+#include "hosts/fetch/StreamRequest.h"
 
-#include "common/PrintableText.h"
-#include "common/StreamText.h"
+#include "hosts/common/StreamText.h"
+#include "hosts/common/TextSanitizer.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Options.h"
-#include "common/StreamChoice.h"
+#include "hosts/common/StreamChoice.h"
+#include "hosts/fetch/Options.h"
 
 #include <nox/model/MediaProfile.h>
 

@@ -1,10 +1,10 @@
-#include "Console.h"
-#include "ExitCode.h"
-#include "FetchApp.h"
-#include "MessageFilter.h"
-#include "Options.h"
-#include "common/InterruptWatcher.h"
-#include "common/Locale.h"
+#include "hosts/common/InterruptWatcher.h"
+#include "hosts/common/Locale.h"
+#include "hosts/fetch/Console.h"
+#include "hosts/fetch/ExitCode.h"
+#include "hosts/fetch/FetchApp.h"
+#include "hosts/fetch/MessageHandler.h"
+#include "hosts/fetch/Options.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -15,7 +15,7 @@ int main(int argc, char *argv[])
 
     NoxHost::ensureUtf8Locale();
     Console console;
-    MessageFilter messages(console);
+    MessageHandler messages(console);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("nox-fetch"));
 

@@ -1,8 +1,8 @@
 #include <nox/download/MergeCommand.h>
 
-#include <nox/front/ToolCommand.h>
+#include <nox/process/ProgramPaths.h>
+#include <nox/process/ToolCommand.h>
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -46,7 +46,7 @@ QStringList MergeCommand::arguments(const QString &videoFile, const QString &aud
 
 QString MergeCommand::text(const QStringList &arguments)
 {
-    QString command = ToolCommand::quoted(QCoreApplication::applicationDirPath() + QLatin1String("/ffmpeg"));
+    QString command = ToolCommand::quoted(ProgramPaths::ffmpeg());
     command += QLatin1Char(' ');
     for (const QString &argument : arguments)
         command += argument + QLatin1Char(' ');

@@ -1,13 +1,13 @@
 #include <nox/download/YdDownloader.h>
 
 #include <nox/download/MergeCommand.h>
-#include <nox/front/ChildProcess.h>
-#include <nox/front/ToolCommand.h>
 #include <nox/log/LogCall.h>
 #include <nox/log/ModuleMarker.h>
 #include <nox/parse/YdOutputParser.h>
 #include <nox/parse/YdStatusLines.h>
-#include <nox/util/ToolText.h>
+#include <nox/process/ChildProcess.h>
+#include <nox/process/ProcessOutput.h>
+#include <nox/process/ToolCommand.h>
 #include <nox/util/Utilities.h>
 
 #include <QDebug>
@@ -55,10 +55,10 @@ void removePart(const QString &file)
  * Looks, after a notification, whether the host has answered it by deleting the downloader, by
  * cancelling, or by starting anew: then nothing more may be done for the old download.
  */
-class YdDownloader::Watch
+class YdDownloader::RunGuard
 {
 public:
-    explicit Watch(YdDownloader *downloader)
+    explicit RunGuard(YdDownloader *downloader)
         : m_downloader(downloader)
         , m_run(downloader->m_run)
     {
@@ -198,9 +198,9 @@ void YdDownloader::initYdDownloaderCommand()
 
     const QString command = itemCommand(ydCode);
     NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
-    const Watch watch(this);
+    const RunGuard run(this);
     m_ydProcess->launch(command);
-    if (watch.isSame())
+    if (run.isSame())
         Q_EMIT started();
 }
 
@@ -217,9 +217,9 @@ void YdDownloader::downloadNextItem()
 
     const QString command = itemCommand(ydCode);
     NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
-    const Watch watch(this);
+    const RunGuard run(this);
     m_ydProcess->launch(command);
-    if (!watch.isSame())
+    if (!run.isSame())
         return;
     qDebug().noquote() << QStringLiteral("ydStarted : %1").arg(m_url);
     Q_EMIT started();
@@ -239,8 +239,8 @@ QString YdDownloader::itemCommand(const QString &ydCode)
 
 void YdDownloader::ydReadOutputData()
 {
-    const ChildProcess::Visit visit(m_ydProcess);
-    const QString text = ToolText::fromUtf8(m_ydProcess->readAll());
+    const ChildProcess::SignalGuard guard(m_ydProcess);
+    const QString text = ProcessOutput::fromUtf8(m_ydProcess->readAll());
     NOX_LOG_DEBUG("Yd download output: %s", LogCall::latin1(text).constData());
     rememberItemFile(text);
 
@@ -267,14 +267,14 @@ void YdDownloader::rememberItemFile(const QString &text)
 
 void YdDownloader::ydReadError()
 {
-    const ChildProcess::Visit visit(m_ydProcess);
-    const QString text = ToolText::fromLocal8Bit(m_ydProcess->readAllStandardError());
+    const ChildProcess::SignalGuard guard(m_ydProcess);
+    const QString text = ProcessOutput::fromLocal8Bit(m_ydProcess->readAllStandardError());
     NOX_LOG_ERROR("Yd process read error: %s ", LogCall::latin1(text).constData());
 }
 
 void YdDownloader::ydProcessError(QProcess::ProcessError error)
 {
-    const ChildProcess::Visit visit(m_ydProcess);
+    const ChildProcess::SignalGuard guard(m_ydProcess);
     NOX_LOG_ERROR("Yd process error: %d ", static_cast<int>(error));
     // A process that runs on still decides by its end; one that could not be started has none.
     if (m_ydProcess->state() == QProcess::NotRunning)
@@ -284,7 +284,7 @@ void YdDownloader::ydProcessError(QProcess::ProcessError error)
 
 void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
-    const ChildProcess::Visit visit(m_ydProcess);
+    const ChildProcess::SignalGuard guard(m_ydProcess);
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
     const QByteArray url = LogCall::utf8(Utilities::escapeUrl(m_url));
     const bool isDone = exitCode == 0 && exitStatus == QProcess::NormalExit;
@@ -309,7 +309,7 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
     // What the failed run leaves is removed in the end, also when the host answers by starting anew.
     const QByteArray from = LogCall::latin1(m_item1File);
     const QByteArray to = LogCall::latin1(m_destFile);
-    const Watch watch(this);
+    const RunGuard run(this);
     m_isClearPending = true;
     if (isDone) {
         Q_EMIT error(RenameFailed);
@@ -321,7 +321,7 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
         NOX_LOG_ERROR("Yd process terminated abnormally: %s  \n ExitCode: %d", url.constData(), exitCode);
         Q_EMIT error(ExitedWithError);
     }
-    if (watch.isSame())
+    if (run.isSame())
         clearLeftovers();
 }
 
@@ -350,21 +350,21 @@ void YdDownloader::proceedMerge()
 
 void YdDownloader::ffmpegReadOutputData()
 {
-    const ChildProcess::Visit visit(m_ffmpegProcess);
-    const QString text = ToolText::fromUtf8(m_ffmpegProcess->readAll());
+    const ChildProcess::SignalGuard guard(m_ffmpegProcess);
+    const QString text = ProcessOutput::fromUtf8(m_ffmpegProcess->readAll());
     NOX_LOG_INFO("FFMPEG read output: %s", LogCall::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegReadStandardError()
 {
-    const ChildProcess::Visit visit(m_ffmpegProcess);
-    const QString text = ToolText::fromUtf8(m_ffmpegProcess->readAllStandardError());
+    const ChildProcess::SignalGuard guard(m_ffmpegProcess);
+    const QString text = ProcessOutput::fromUtf8(m_ffmpegProcess->readAllStandardError());
     NOX_LOG_ERROR("FFMPEG read error: %s", LogCall::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
 {
-    const ChildProcess::Visit visit(m_ffmpegProcess);
+    const ChildProcess::SignalGuard guard(m_ffmpegProcess);
     if (m_ffmpegProcess->state() == QProcess::NotRunning)
         m_isRunning = false;
     Q_EMIT this->error(MergeProcessFailed);
@@ -373,7 +373,7 @@ void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
 
 void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
-    const ChildProcess::Visit visit(m_ffmpegProcess);
+    const ChildProcess::SignalGuard guard(m_ffmpegProcess);
     NOX_LOG_INFO("FFMPEG process finished");
     m_isRunning = false;
     if (exitStatus == QProcess::CrashExit) {
@@ -398,9 +398,9 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
         NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
         return;
     }
-    const Watch watch(this);
+    const RunGuard run(this);
     Q_EMIT progress(m_progress.expectedTotal(), m_progress.expectedTotal(), 0);
-    if (watch.isSame())
+    if (run.isSame())
         Q_EMIT finished();
 }
 

@@ -41,7 +41,7 @@ protected Q_SLOTS:
     void ffmpegReadStandardError();
 
 private:
-    class Watch;
+    class RunGuard;
 
     bool isUsingYt() const;
     void reset();

@@ -1,10 +1,10 @@
 #include <nox/extract/YdExtractor.h>
 
-#include <nox/front/ChildProcess.h>
-#include <nox/front/ToolCommand.h>
 #include <nox/log/LogCall.h>
 #include <nox/parse/YdOutputParser.h>
-#include <nox/util/ToolText.h>
+#include <nox/process/ChildProcess.h>
+#include <nox/process/ProcessOutput.h>
+#include <nox/process/ToolCommand.h>
 #include <nox/util/Utilities.h>
 
 #include <QDebug>
@@ -105,7 +105,7 @@ void YdExtractor::initYdExtractorCommand()
 
 void YdExtractor::ydReadOutputData()
 {
-    QString output = ToolText::fromLocal8Bit(m_process->readAllStandardOutput());
+    QString output = ProcessOutput::fromLocal8Bit(m_process->readAllStandardOutput());
     NOX_LOG_DEBUG("%s \r\n%s ", LogCall::utf8(m_mediaInfo.getUrl()).constData(), LogCall::utf8(output).constData());
     YdOutputParser::instance()->parseWebMediaInfo(std::move(output), m_mediaInfo, m_tempDir);
     NOX_LOG_DEBUG("duration : %d", static_cast<int>(m_mediaInfo.getDuration()));
@@ -113,7 +113,7 @@ void YdExtractor::ydReadOutputData()
 
 void YdExtractor::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
-    const ChildProcess::Visit visit(m_process);
+    const ChildProcess::SignalGuard guard(m_process);
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
     if (exitCode != 0) {
         qDebug().noquote() << m_process->errorString();
@@ -127,15 +127,15 @@ void YdExtractor::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 
 void YdExtractor::ydProcessError(QProcess::ProcessError error)
 {
-    const ChildProcess::Visit visit(m_process);
+    const ChildProcess::SignalGuard guard(m_process);
     NOX_LOG_ERROR("Yd extract process terminated with error: %d", static_cast<int>(error));
     reportFailure(error);
 }
 
 void YdExtractor::ydReadError()
 {
-    const ChildProcess::Visit visit(m_process);
-    const QString text = ToolText::fromLocal8Bit(m_process->readAllStandardError());
+    const ChildProcess::SignalGuard guard(m_process);
+    const QString text = ProcessOutput::fromLocal8Bit(m_process->readAllStandardError());
     NOX_LOG_ERROR("Yd extract read error: %s", LogCall::latin1(text).constData());
     m_mediaInfo.setErrorDetail(text);
     if (!text.startsWith(QLatin1String("WARNING")))

@@ -1,9 +1,8 @@
 #include <nox/front/ToolEnvironment.h>
 
-#include <QCoreApplication>
+#include <nox/process/ProgramPaths.h>
 
 QString GetPythonExecPath()
 {
-    return QStringLiteral("%1/%2").arg(QCoreApplication::applicationDirPath(),
-                                       QStringLiteral("python3.10/bin/python3.10"));
+    return Nox::ProgramPaths::interpreter();
 }

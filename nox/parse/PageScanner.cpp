@@ -108,7 +108,7 @@ bool readFormats(PlainJsonScanner &scanner, std::vector<FormatEntry> &formats)
     return scanner.readArray([&] { return readFormat(scanner, formats); });
 }
 
-bool readPageMember(PlainJsonScanner &scanner, QStringView name, PageText &page, SeenMembers &seen)
+bool readPageMember(PlainJsonScanner &scanner, QStringView name, PageDescription &page, SeenMembers &seen)
 {
     if (name.isNull())
         return false;
@@ -127,10 +127,10 @@ bool readPageMember(PlainJsonScanner &scanner, QStringView name, PageText &page,
 
 } // namespace
 
-std::optional<PageText> PageScanner::read(QStringView text)
+std::optional<PageDescription> PageScanner::read(QStringView text)
 {
     PlainJsonScanner scanner(text);
-    PageText page;
+    PageDescription page;
     SeenMembers seen;
     if (!scanner.readObject([&](QStringView name) { return readPageMember(scanner, name, page, seen); }))
         return std::nullopt;

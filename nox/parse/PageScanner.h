@@ -10,7 +10,7 @@
 namespace Nox {
 
 /** What the library reads of the tool's description of a page. */
-struct PageText {
+struct PageDescription {
     QString title = QLatin1String("");
     QString thumbnail = QLatin1String("");
     QString description = QLatin1String("");
@@ -28,7 +28,7 @@ namespace PageScanner {
  * @return nothing where the text holds anything that the JSON reader might take in another way, or not
  *         at all: it has to be asked then
  */
-std::optional<PageText> read(QStringView text);
+std::optional<PageDescription> read(QStringView text);
 
 } // namespace PageScanner
 

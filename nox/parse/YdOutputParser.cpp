@@ -76,9 +76,9 @@ FormatEntry formatEntry(const Json::Value &object)
     return entry;
 }
 
-PageText pageText(const Json::Value &object)
+PageDescription pageText(const Json::Value &object)
 {
-    PageText page;
+    PageDescription page;
     page.title = text(object, "title");
     page.thumbnail = text(object, "thumbnail");
     page.description = text(object, "description");
@@ -91,7 +91,7 @@ PageText pageText(const Json::Value &object)
     return page;
 }
 
-void fill(WebMediaInfo &info, PageText page)
+void fill(WebMediaInfo &info, PageDescription page)
 {
     qDebug().noquote() << QStringLiteral("title: %1").arg(page.title);
     info.setTitle(page.title);
@@ -112,7 +112,7 @@ void fill(WebMediaInfo &info, PageText page)
 }
 
 // By the JSON reader, which takes whatever there is and knows the words for what it does not take.
-bool readWithReader(QString output, PageText &page, std::string &error)
+bool readWithReader(QString output, PageDescription &page, std::string &error)
 {
     Json::Value root;
     if (!readDocument(preparedDocument(std::move(output)), root, error))
@@ -146,7 +146,7 @@ YdOutputParser *YdOutputParser::instance()
 void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir)
 {
     Q_UNUSED(tempDir)
-    std::optional<PageText> page = PageScanner::read(output);
+    std::optional<PageDescription> page = PageScanner::read(output);
     std::string error;
     if (!page && !readWithReader(std::move(output), page.emplace(), error)) {
         NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());

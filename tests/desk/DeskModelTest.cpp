@@ -1,7 +1,7 @@
-#include "AddressOffer.h"
-#include "DownloadPlan.h"
-#include "StreamTableModel.h"
-#include "WebRequest.h"
+#include "hosts/desk/model/DownloadPlan.h"
+#include "hosts/desk/model/StreamTableModel.h"
+#include "hosts/desk/network/WebRequest.h"
+#include "hosts/desk/view/AddressOffer.h"
 
 #include <QAbstractItemModelTester>
 #include <QDir>

@@ -1,6 +1,6 @@
-#include "DemoPage.h"
-#include "DeskStage.h"
-#include "DeskUser.h"
+#include "tests/desk/DeskSandbox.h"
+#include "tests/desk/DeskUser.h"
+#include "tests/support/DemoPage.h"
 
 #include <QApplication>
 #include <QDir>
@@ -27,14 +27,14 @@ private Q_SLOTS:
     void cancel();
 
 private:
-    std::unique_ptr<DeskStage> m_stage;
+    std::unique_ptr<DeskSandbox> m_stage;
     std::unique_ptr<DeskUser> m_user;
     std::unique_ptr<DemoPage> m_page;
 };
 
 void DeskRealTest::initTestCase()
 {
-    m_stage = std::make_unique<DeskStage>();
+    m_stage = std::make_unique<DeskSandbox>();
     m_page = std::make_unique<DemoPage>();
     QVERIFY(m_page->serve());
     m_user = std::make_unique<DeskUser>();

@@ -1,6 +1,6 @@
-#include "DeskUser.h"
+#include "tests/desk/DeskUser.h"
 
-#include "DownloadRow.h"
+#include "hosts/desk/view/DownloadRow.h"
 
 #include <QLabel>
 #include <QLayout>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Desk.h"
-#include "MainWindow.h"
+#include "hosts/desk/model/Desk.h"
+#include "hosts/desk/view/MainWindow.h"
 
 #include <QAbstractButton>
 #include <QWidget>

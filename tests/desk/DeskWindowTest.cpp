@@ -1,6 +1,6 @@
-#include "DeskStage.h"
-#include "DeskUser.h"
-#include "Translation.h"
+#include "hosts/desk/Translation.h"
+#include "tests/desk/DeskSandbox.h"
+#include "tests/desk/DeskUser.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
@@ -17,7 +17,7 @@
 
 using namespace NoxDesk;
 
-#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, DeskStage::Patience)
+#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, DeskSandbox::Patience)
 
 namespace {
 
@@ -65,7 +65,7 @@ public Q_SLOTS:
 private:
     void beginDownload(const QString &quality);
 
-    std::unique_ptr<DeskStage> m_stage;
+    std::unique_ptr<DeskSandbox> m_stage;
     std::unique_ptr<DeskUser> m_user;
     QStringList m_opened;
 };
@@ -85,8 +85,8 @@ void DeskWindowTest::cleanupTestCase()
 
 void DeskWindowTest::init()
 {
-    m_stage = std::make_unique<DeskStage>();
-    DeskStage::installStandIns();
+    m_stage = std::make_unique<DeskSandbox>();
+    DeskSandbox::installStandIns();
     QGuiApplication::clipboard()->clear();
     m_opened.clear();
     m_user = std::make_unique<DeskUser>();
@@ -163,7 +163,7 @@ void DeskWindowTest::unreadablePage()
 {
     QFETCH(QString, scenario);
     QFETCH(QString, words);
-    DeskStage::play(scenario);
+    DeskSandbox::play(scenario);
     if (scenario.isEmpty()) {
         QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + QStringLiteral("/yt.zip")));
     }
@@ -181,7 +181,7 @@ void DeskWindowTest::unreadablePage()
 
 void DeskWindowTest::cancelsReading()
 {
-    DeskStage::play(QStringLiteral("dump: hang"));
+    DeskSandbox::play(QStringLiteral("dump: hang"));
     m_user->readPage(pageAddress);
     QTRY_SOON(m_stage->hangs(QStringLiteral("dump")));
     QVERIFY(m_user->press("cancelReading"));
@@ -192,10 +192,10 @@ void DeskWindowTest::cancelsReading()
 
 void DeskWindowTest::newestPageWins()
 {
-    DeskStage::play(QStringLiteral("dump: hang"));
+    DeskSandbox::play(QStringLiteral("dump: hang"));
     m_user->readPage(pageAddress);
     QTRY_SOON(m_stage->hangs(QStringLiteral("dump")));
-    DeskStage::play(QStringLiteral("dump: json Second 1"));
+    DeskSandbox::play(QStringLiteral("dump: json Second 1"));
     m_user->readPage(pageAddress);
     QTRY_SOON(m_user->sees("streams"));
     QCOMPARE(m_user->text("title"), QStringLiteral("Second"));
@@ -204,26 +204,26 @@ void DeskWindowTest::newestPageWins()
 
 void DeskWindowTest::downloadsJoined()
 {
-    DeskStage::play(DeskStage::pageScenario()
-                    + QStringLiteral("\n137: announce mp4|progress 25.0 1000000|hang\nffmpeg: merge|hang"));
+    DeskSandbox::play(DeskSandbox::pageScenario()
+                      + QStringLiteral("\n137: announce mp4|progress 25.0 1000000|hang\nffmpeg: merge|hang"));
     const QAbstractItemModelTester tester(&m_user->desk().downloads(),
                                           QAbstractItemModelTester::FailureReportingMode::QtTest);
     beginDownload(QStringLiteral("1080P"));
     QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 0),
                               QStringLiteral("Fetching video · 250.0 kB / 1.2 MB · 10 bytes/s · 26:23:20 left"),
-                              DeskStage::Patience);
+                              DeskSandbox::Patience);
     QCOMPARE(m_user->find("progress", 0)->property("value").toInt(), 20);
     QVERIFY(m_user->press("cancel", 0));
     QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
 
-    DeskStage::play(DeskStage::pageScenario() + QStringLiteral("\nffmpeg: merge|hang"));
+    DeskSandbox::play(DeskSandbox::pageScenario() + QStringLiteral("\nffmpeg: merge|hang"));
     beginDownload(QStringLiteral("1080P"));
     QTRY_SOON(m_user->text("status", 0) == QLatin1String("Joining video and audio"));
     QVERIFY(m_user->press("cancel", 0));
     QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
     QCOMPARE(m_stage->files(), QStringList());
 
-    DeskStage::play(DeskStage::pageScenario());
+    DeskSandbox::play(DeskSandbox::pageScenario());
     beginDownload(QStringLiteral("1080P"));
     QTRY_SOON(m_user->text("status", 0).startsWith(QLatin1String("Finished, 7 bytes"))); // "137+140"
     const QString file = m_stage->videos() + QStringLiteral("/Clip.mp4");
@@ -259,7 +259,7 @@ void DeskWindowTest::cancelsDownload()
     QFETCH(QString, quality);
     QFETCH(QString, scenario);
     QFETCH(QString, hanging);
-    DeskStage::play(DeskStage::pageScenario() + QLatin1Char('\n') + scenario);
+    DeskSandbox::play(DeskSandbox::pageScenario() + QLatin1Char('\n') + scenario);
     beginDownload(quality);
     QTRY_SOON(m_stage->hangs(hanging));
     QVERIFY(!m_stage->files().isEmpty() && !m_stage->isQuiet());
@@ -291,7 +291,7 @@ void DeskWindowTest::failedDownload()
     QFETCH(QString, scenario);
     QFETCH(QString, words);
     QFETCH(QString, toolWords);
-    DeskStage::play(DeskStage::pageScenario() + QLatin1Char('\n') + scenario);
+    DeskSandbox::play(DeskSandbox::pageScenario() + QLatin1Char('\n') + scenario);
     beginDownload(QStringLiteral("1080P"));
     QTRY_SOON(m_user->sees("failureWords", 0));
     QVERIFY2(m_user->text("failureWords", 0).contains(words), qPrintable(m_user->text("failureWords", 0)));
@@ -304,8 +304,8 @@ void DeskWindowTest::failedDownload()
 
 void DeskWindowTest::twoDownloads()
 {
-    DeskStage::play(DeskStage::pageScenario()
-                    + QStringLiteral("\n137: announce mp4|progress 50.0 100|wait go\n18: announce mp4|hang"));
+    DeskSandbox::play(DeskSandbox::pageScenario()
+                      + QStringLiteral("\n137: announce mp4|progress 50.0 100|wait go\n18: announce mp4|hang"));
     beginDownload(QStringLiteral("1080P"));
     QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/Clip(1).mp4"));
     beginDownload(QStringLiteral("360P"));
@@ -342,7 +342,7 @@ void DeskWindowTest::badDestination()
 
 void DeskWindowTest::missingFfmpeg()
 {
-    DeskStage::removeFfmpeg();
+    DeskSandbox::removeFfmpeg();
     m_user->readPage(pageAddress);
     QTRY_SOON(m_user->sees("streams"));
     QVERIFY(m_user->text("soundProblem").contains(QLatin1String("cannot be joined")));
@@ -354,7 +354,7 @@ void DeskWindowTest::missingFfmpeg()
 
 void DeskWindowTest::closing()
 {
-    DeskStage::play(DeskStage::pageScenario() + QStringLiteral("\n18: announce mp4|hang"));
+    DeskSandbox::play(DeskSandbox::pageScenario() + QStringLiteral("\n18: announce mp4|hang"));
     beginDownload(QStringLiteral("360P"));
     QTRY_SOON(m_stage->hangs(QStringLiteral("18")));
     QVERIFY(!m_user->window().close());

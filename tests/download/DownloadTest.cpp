@@ -1,10 +1,10 @@
-#include "DownloadTable.h"
-#include "HostProgram.h"
-#include "Processes.h"
-#include "Setup.h"
-#include "SignalLog.h"
-#include "Stage.h"
-#include "TestMain.h"
+#include "tests/support/DownloadTable.h"
+#include "tests/support/HostProgram.h"
+#include "tests/support/Processes.h"
+#include "tests/support/Setup.h"
+#include "tests/support/SignalLog.h"
+#include "tests/support/TestMain.h"
+#include "tests/support/TestSandbox.h"
 
 #include <nox/log/ModuleLog.h>
 
@@ -223,7 +223,7 @@ void DownloadTest::cancelClearDelete_data()
 
 void DownloadTest::idle()
 {
-    Stage stage;
+    TestSandbox stage;
     stage.putFile(QStringLiteral(".part"));
     auto downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
@@ -257,13 +257,14 @@ void DownloadTest::mergeArguments()
     QFETCH(QString, steps);
     QFETCH(QString, codecs);
     QFETCH(QString, output);
-    Stage stage;
+    TestSandbox stage;
     const Setup setup(QStringLiteral("two"), stage);
     stage.play(QStringLiteral("137: announce %1%2\n140: announce %3").arg(video, steps, audio));
     const auto downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), setup.profile(), setup.destination());
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("started started progress(0,0,0) finished"), Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("started started progress(0,0,0) finished"),
+                              TestSandbox::Patience);
 
     QStringList expected{QStringLiteral("-i"), QStringLiteral("DIR/{1}YDTMP_.") + video, QStringLiteral("-i"),
                          QStringLiteral("DIR/{2}YDTMP_.") + audio};
@@ -284,7 +285,7 @@ void DownloadTest::mergeArguments()
 /** Every log record and debug message of one download, in order. */
 void DownloadTest::trace()
 {
-    Stage stage;
+    TestSandbox stage;
     const Setup setup(QStringLiteral("two"), stage);
     stage.play(text("137: announce mp4|progress 50 1000|out \xc3\xa9\xe2\x82\xac\\n\n"
                     "140: announce m4a|err note\nffmpeg: out \xc3\xa9|err \xe2\x82\xac|merge"));
@@ -294,7 +295,7 @@ void DownloadTest::trace()
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), setup.profile(), setup.destination());
     const bool isFinished =
-        QTest::qWaitFor([&log] { return log.text().endsWith(QStringLiteral("finished")); }, Stage::Patience);
+        QTest::qWaitFor([&log] { return log.text().endsWith(QStringLiteral("finished")); }, TestSandbox::Patience);
     qInstallMessageHandler(before);
     QVERIFY(isFinished);
 
@@ -359,7 +360,7 @@ void DownloadTest::secondDownloadWhileOneRuns_data()
 void DownloadTest::secondDownloadWhileOneRuns()
 {
     QFETCH(QString, phase);
-    Stage stage;
+    TestSandbox stage;
     const Setup setup(QStringLiteral("two"), stage);
     const QString work = phase == QLatin1String("ffmpeg") ? QStringLiteral("merge")
         : phase == QLatin1String("137")                   ? QStringLiteral("announce mp4")
@@ -368,7 +369,7 @@ void DownloadTest::secondDownloadWhileOneRuns()
     const auto downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), setup.profile(), setup.destination());
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isMarked(QStringLiteral("there")), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isMarked(QStringLiteral("there")), TestSandbox::Patience);
     const QString before = log.text();
     const auto recordCount = stage.records(LOG_DEBUG).size();
     downloader->download(QStringLiteral("http://other/"), MediaProfile(), QStringLiteral("/other.mp4"));
@@ -377,7 +378,7 @@ void DownloadTest::secondDownloadWhileOneRuns()
     QCOMPARE(stage.records(LOG_DEBUG).size(), recordCount + 1);
     stage.mark(QStringLiteral("go"));
     const QString expected = QStringLiteral("started started progress(0,0,0) finished");
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), expected, Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), expected, TestSandbox::Patience);
     QCOMPARE(stage.files(), QStringLiteral("clip.mp4=137+140"));
     QCOMPARE(stage.keys(), (QStringList{text("137"), text("140"), text("ffmpeg")}));
     QVERIFY(stage.records(LOG_INFO).last().startsWith(QStringLiteral("ffmpegFinished")));
@@ -414,26 +415,26 @@ void DownloadTest::secondDownloadAfterTheFirst()
     QFETCH(QString, hangs);
     QFETCH(QString, first);
     QFETCH(QString, files);
-    Stage stage;
+    TestSandbox stage;
     const Setup applied(setup, stage);
     stage.play(scenario);
     auto downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), applied.profile(), applied.destination());
     if (!hangs.isEmpty()) {
-        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(hangs), Stage::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(hangs), TestSandbox::Patience);
         downloader->cancel();
     }
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first, Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first, TestSandbox::Patience);
 
-    stage.provide(Stage::Interpreter, Stage::StandIn);
-    stage.provide(Stage::Ffmpeg, Stage::StandIn);
+    stage.provide(TestSandbox::Interpreter, TestSandbox::StandIn);
+    stage.provide(TestSandbox::Ffmpeg, TestSandbox::StandIn);
     const Setup two(QStringLiteral("two"), stage);
     stage.play(QStringLiteral("137: announce mp4|progress 50 1000\n140: announce m4a|progress 50 300"));
     downloader->download(Setup::url(), two.profile(), stage.folder() + QStringLiteral("/second.mp4"));
     const QString second = QStringLiteral(" started progress(1200,500,10) started progress(1300,1150,10) "
                                           "progress(1300,1300,0) finished");
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first + second, Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first + second, TestSandbox::Patience);
     QTest::qWait(30);
     QCOMPARE(log.text(), first + second);
     QCOMPARE(stage.files(), files);
@@ -459,7 +460,7 @@ void DownloadTest::secondDownloadFromANotification()
     QFETCH(QString, scenario);
     QFETCH(QString, first);
     QFETCH(QString, files);
-    Stage stage;
+    TestSandbox stage;
     const Setup applied(setup, stage);
     const Setup two(QStringLiteral("two"), stage);
     stage.play(scenario);
@@ -474,7 +475,8 @@ void DownloadTest::secondDownloadFromANotification()
     connect(downloader.get(), &WebMediaDownloader::finished, this, startSecond);
     connect(downloader.get(), &WebMediaDownloader::error, this, startSecond);
     downloader->download(Setup::url(), applied.profile(), applied.destination());
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first + text(" started started progress(0,0,0) finished"), Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), first + text(" started started progress(0,0,0) finished"),
+                              TestSandbox::Patience);
     QCOMPARE(stage.files(), files);
 }
 
@@ -515,7 +517,7 @@ void DownloadTest::answeredNotification()
     QFETCH(QString, answer);
     QFETCH(QString, notifications);
     QFETCH(QString, files);
-    Stage stage;
+    TestSandbox stage;
     const Setup applied(setup, stage);
     stage.play(scenario);
     auto downloader = stage.newDownloader();
@@ -535,8 +537,8 @@ void DownloadTest::answeredNotification()
     connect(downloader.get(), &WebMediaDownloader::error, receiver, [&] { respond(text("error")); });
     connect(downloader.get(), &WebMediaDownloader::finished, receiver, [&] { respond(text("finished")); });
     downloader->download(Setup::url(), applied.profile(), applied.destination());
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
     QTest::qWait(30);
     QCOMPARE(log.text(), notifications);
     QCOMPARE(stage.files(), files);
@@ -557,13 +559,13 @@ void DownloadTest::deletedWhenTheToolEnds()
 {
     QFETCH(QString, scenario);
     QFETCH(QStringList, keys);
-    Stage stage;
+    TestSandbox stage;
     const Setup setup(QStringLiteral("two"), stage);
     stage.play(scenario);
     auto downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), setup.profile(), setup.destination());
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isMarked(QStringLiteral("there")), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isMarked(QStringLiteral("there")), TestSandbox::Patience);
     const QString before = log.text();
     stage.mark(QStringLiteral("go"));
     downloader.reset();
@@ -578,7 +580,7 @@ void DownloadTest::deletedWhenTheToolEnds()
 /** Two downloads whose items alternate; each adds its own item 1 to its own item 2. */
 void DownloadTest::sideBySide()
 {
-    Stage stage;
+    TestSandbox stage;
     stage.play(QStringLiteral(
         "137: announce mp4|progress 100 1000|mark a1\n138: wait a1|announce mp4|progress 100 5000|mark b1\n"
         "140: wait b1|announce m4a|progress 50 300|mark a2\n141: wait a2|announce m4a|progress 100 1500"));
@@ -594,11 +596,11 @@ void DownloadTest::sideBySide()
     QTRY_COMPARE_WITH_TIMEOUT(logA.text(),
                               text("started progress(1200,1000,10) started progress(1300,1150,10) "
                                    "progress(1300,1300,0) finished"),
-                              Stage::Patience);
+                              TestSandbox::Patience);
     QTRY_COMPARE_WITH_TIMEOUT(logB.text(),
                               text("started progress(6000,5000,10) started progress(6501,6500,10) "
                                    "progress(6501,6501,0) finished"),
-                              Stage::Patience);
+                              TestSandbox::Patience);
     QCOMPARE(stage.files(), QStringLiteral("a.mp4=137+140, b.mp4=138+141"));
 }
 
@@ -615,16 +617,17 @@ void DownloadTest::hostKilled()
 {
     QFETCH(QString, job);
     QFETCH(QString, phase);
-    Stage stage;
+    TestSandbox stage;
     stage.play(phase + QStringLiteral(": spawn|hang"));
     HostProgram host(stage.path(QStringLiteral("app")));
     host.start(job, QStringLiteral("/x/yt.zip"), stage.folder() + QStringLiteral("/clip.mp4"));
-    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(phase), Stage::Patience);
-    const QList<Stage::Run> runs = stage.runs();
-    const auto run = std::find_if(runs.begin(), runs.end(), [&](const Stage::Run &each) { return each.key == phase; });
+    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(phase), TestSandbox::Patience);
+    const QList<TestSandbox::Run> runs = stage.runs();
+    const auto run =
+        std::find_if(runs.begin(), runs.end(), [&](const TestSandbox::Run &each) { return each.key == phase; });
     QVERIFY(run != runs.end() && Processes::isRunning(run->pid));
     host.killHard();
-    QTRY_VERIFY_WITH_TIMEOUT(!Processes::isRunning(run->pid), Stage::GraceAfterKill);
+    QTRY_VERIFY_WITH_TIMEOUT(!Processes::isRunning(run->pid), TestSandbox::GraceAfterKill);
 }
 
 NOX_TEST_MAIN(DownloadTest)

@@ -1,7 +1,7 @@
-#include "Processes.h"
-#include "Setup.h"
-#include "Stage.h"
-#include "TestMain.h"
+#include "tests/support/Processes.h"
+#include "tests/support/Setup.h"
+#include "tests/support/TestMain.h"
+#include "tests/support/TestSandbox.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -63,7 +63,7 @@ QString EnduranceTest::outcome(Worker *worker, Start start)
     QEventLoop loop;
     QTimer watchdog;
     QObject::connect(&watchdog, &QTimer::timeout, &loop, &QEventLoop::quit);
-    watchdog.start(Stage::Patience);
+    watchdog.start(TestSandbox::Patience);
     const auto end = [&](const char *text) {
         result = QString::fromLatin1(text);
         loop.quit();
@@ -83,7 +83,7 @@ void EnduranceTest::initTestCase()
 void EnduranceTest::extractions()
 {
     constexpr int count = 1000;
-    Stage stage;
+    TestSandbox stage;
     provide(QStringLiteral("/python3.10/bin/python3.10"), "#!/bin/sh\necho '{\"title\":\"Clip\"}'\n");
     const auto extractor = stage.newExtractor();
     Holdings early;
@@ -107,7 +107,7 @@ void EnduranceTest::extractions()
 void EnduranceTest::downloads()
 {
     constexpr int count = 300;
-    Stage stage;
+    TestSandbox stage;
     provide(QStringLiteral("/python3.10/bin/python3.10"),
             "#!/bin/sh\n"
             "file=\"${8%'%(ext)s'}mp4\"\n"

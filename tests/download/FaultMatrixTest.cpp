@@ -1,7 +1,7 @@
-#include "DownloadTable.h"
-#include "ExtractTable.h"
-#include "TestMain.h"
-#include "WithoutRootRights.h"
+#include "tests/support/DownloadTable.h"
+#include "tests/support/ExtractTable.h"
+#include "tests/support/TestMain.h"
+#include "tests/support/WithoutRootRights.h"
 
 #include <QtTest>
 

@@ -1,8 +1,8 @@
-#include "DemoPage.h"
-#include "Processes.h"
-#include "SignalLog.h"
-#include "Stage.h"
-#include "TestMain.h"
+#include "tests/support/DemoPage.h"
+#include "tests/support/Processes.h"
+#include "tests/support/SignalLog.h"
+#include "tests/support/TestMain.h"
+#include "tests/support/TestSandbox.h"
 
 #include <nox/front/WebMediaDownloaderFactory.h>
 #include <nox/model/MediaList.h>
@@ -149,8 +149,8 @@ void EndToEndTest::cancelledDownload()
     QTRY_VERIFY_WITH_TIMEOUT(log.text().contains(QStringLiteral("progress")), Patience);
     QVERIFY2(!filesLeft().isEmpty(), "the tool writes beside the destination");
     downloader->cancel();
-    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(QStringLiteral(" error(-1)")), Stage::GraceAfterKill);
-    QTRY_COMPARE_WITH_TIMEOUT(Processes::children().size(), m_childCount, Stage::GraceAfterKill);
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(QStringLiteral(" error(-1)")), TestSandbox::GraceAfterKill);
+    QTRY_COMPARE_WITH_TIMEOUT(Processes::children().size(), m_childCount, TestSandbox::GraceAfterKill);
     QCOMPARE(filesLeft(), QStringList());
 }
 

@@ -1,8 +1,8 @@
-#include "ExtractTable.h"
-#include "Setup.h"
-#include "SignalLog.h"
-#include "Stage.h"
-#include "TestMain.h"
+#include "tests/support/ExtractTable.h"
+#include "tests/support/Setup.h"
+#include "tests/support/SignalLog.h"
+#include "tests/support/TestMain.h"
+#include "tests/support/TestSandbox.h"
 
 #include <QRegularExpression>
 #include <QtTest>
@@ -92,7 +92,7 @@ void ExtractTest::blocking()
     QFETCH(QString, scenario);
     QFETCH(QString, notifications);
     QFETCH(QString, records);
-    Stage stage;
+    TestSandbox stage;
     const Setup applied(setup, stage);
     stage.play(scenario);
     const auto extractor = stage.newExtractor();
@@ -116,14 +116,14 @@ void ExtractTest::blocking()
 /** A record is a copy, filled from the whole of the output, and carries the address as the host gave it. */
 void ExtractTest::record()
 {
-    Stage stage;
+    TestSandbox stage;
     const QString title(300000, QLatin1Char('t'));
     stage.play(QStringLiteral("dump: long 300000"));
     const auto extractor = stage.newExtractor();
     WebMediaInfo seen;
     QObject::connect(extractor.get(), &WebMediaInfoExtractor::finished, this, [&](WebMediaInfo info) { seen = info; });
     extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_VERIFY_WITH_TIMEOUT(!seen.getUrl().isNull(), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!seen.getUrl().isNull(), TestSandbox::Patience);
     QCOMPARE(seen.getTitle(), title);
     QCOMPARE(seen.getUrl(), Setup::url());
     QCOMPARE(seen.getDuration(), qint64(7));
@@ -132,12 +132,12 @@ void ExtractTest::record()
 
 void ExtractTest::records()
 {
-    Stage stage;
+    TestSandbox stage;
     stage.play(text("dump: err WARNING: w|out {\"title\":\"\xc3\xa9\",\"duration\":9}"));
     const auto extractor = stage.newExtractor();
     const SignalLog log(extractor.get());
     extractor->getMediaInfoBySignal(text("http://h/\xc3\xa9?v=1&a"));
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), text("finished(\xc3\xa9||WARNING: w)"), Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), text("finished(\xc3\xa9||WARNING: w)"), TestSandbox::Patience);
     // The log's bytes read as Latin-1: texts in UTF-8 show two characters for one.
     const QStringList expected{
         text("[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/\xc3\x83\xc2\xa9?v=1&a "),
@@ -155,12 +155,12 @@ void ExtractTest::records()
 /** A request starts from the record that the one before left. */
 void ExtractTest::secondRequest()
 {
-    Stage stage;
+    TestSandbox stage;
     const auto extractor = stage.newExtractor();
     stage.play(QStringLiteral("dump: err WARNING|json A 1,2"));
     const SignalLog log(extractor.get());
     extractor->getMediaInfoBySignal(QStringLiteral("http://h/a"));
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("finished(A|2,1|WARNING)"), Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("finished(A|2,1|WARNING)"), TestSandbox::Patience);
     stage.play(QStringLiteral("dump: json B 3"));
     QCOMPARE(SignalLog::recordText(extractor->getMediaInfo(QStringLiteral("http://h/b"))),
              QStringLiteral("finished(B|3,2,1|WARNING)"));
@@ -174,14 +174,14 @@ void ExtractTest::secondRequest()
 /** A request while one runs takes its place: the earlier process is ended and says nothing more. */
 void ExtractTest::replacedRequest()
 {
-    Stage stage;
+    TestSandbox stage;
     const auto extractor = stage.newExtractor();
     const SignalLog log(extractor.get());
     for (const bool isBlocking : {false, true}) {
         stage.play(QStringLiteral("dump: spawn|hang"));
         QFile::remove(stage.path(QStringLiteral("notes/mark.hang.dump")));
         extractor->getMediaInfoBySignal(QStringLiteral("http://h/a"));
-        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("dump")), Stage::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("dump")), TestSandbox::Patience);
         stage.play(QStringLiteral("dump: json B 3"));
         if (isBlocking)
             extractor->getMediaInfo(QStringLiteral("http://h/b"));
@@ -189,8 +189,8 @@ void ExtractTest::replacedRequest()
             extractor->getMediaInfoBySignal(QStringLiteral("http://h/b"));
         const QString expected =
             isBlocking ? QStringLiteral("finished(B|3|) finished(B|3,3|)") : QStringLiteral("finished(B|3|)");
-        QTRY_COMPARE_WITH_TIMEOUT(log.text(), expected, Stage::Patience);
-        QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+        QTRY_COMPARE_WITH_TIMEOUT(log.text(), expected, TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
         QTest::qWait(30);
         QCOMPARE(log.text(), expected);
     }
@@ -212,7 +212,7 @@ void ExtractTest::deletedInANotification()
     QFETCH(QString, scenario);
     QFETCH(QString, moment);
     QFETCH(QString, notifications);
-    Stage stage;
+    TestSandbox stage;
     stage.play(scenario);
     auto extractor = stage.newExtractor();
     const SignalLog log(extractor.get());
@@ -223,15 +223,15 @@ void ExtractTest::deletedInANotification()
     connect(extractor.get(), &WebMediaInfoExtractor::finished, this, [&] { respond("finished"); });
     connect(extractor.get(), &WebMediaInfoExtractor::error, this, [&] { respond("error"); });
     extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
     QTest::qWait(30);
     QCOMPARE(log.text(), notifications);
 }
 
 void ExtractTest::cancelBeforeAnyRequest()
 {
-    const Stage stage;
+    const TestSandbox stage;
     const auto extractor = stage.newExtractor();
     const SignalLog log(extractor.get());
     extractor->cancel();
@@ -244,17 +244,17 @@ void ExtractTest::cancelBeforeAnyRequest()
 /** How many chunks 50 MB come in is the machine's affair; each is a pair. */
 void ExtractTest::floodOfErrors()
 {
-    Stage stage;
+    TestSandbox stage;
     stage.play(QStringLiteral("dump: flood 50|json Clip 1"));
     const auto extractor = stage.newExtractor();
     const SignalLog log(extractor.get());
     extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_VERIFY_WITH_TIMEOUT(log.text().contains(QStringLiteral("Clip")), 2 * Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().contains(QStringLiteral("Clip")), 2 * TestSandbox::Patience);
     static const QRegularExpression pairs(
         QStringLiteral("^(finished\\(\\|\\|~+\\) error\\(-1\\) )+finished\\(Clip\\|1\\|~+\\)$"));
     QVERIFY2(pairs.match(log.text()).hasMatch(), qPrintable(log.text().left(300)));
     QCOMPARE(log.text().count(QLatin1Char('~')) / (1 << 20), 50);
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::Patience);
 }
 
 NOX_TEST_MAIN(ExtractTest)

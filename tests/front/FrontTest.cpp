@@ -1,8 +1,8 @@
-#include "HostProgram.h"
-#include "SignalLog.h"
-#include "Stage.h"
-#include "TestMain.h"
-#include "TextTable.h"
+#include "tests/support/HostProgram.h"
+#include "tests/support/SignalLog.h"
+#include "tests/support/TestMain.h"
+#include "tests/support/TestSandbox.h"
+#include "tests/support/TextTable.h"
 
 #include <nox/front/ToolEnvironment.h>
 #include <nox/front/WebMediaDownloaderFactory.h>
@@ -88,7 +88,7 @@ void FrontTest::metaObjects()
     const bool isDownloader = kind.startsWith(QLatin1String("downloader"));
     const QStringList expected = methods.split(QLatin1Char('\n'));
 
-    const Stage stage;
+    const TestSandbox stage;
     std::unique_ptr<QObject> worker;
     if (isDownloader)
         worker = stage.newDownloader();
@@ -113,7 +113,7 @@ void FrontTest::metaObjects()
 
 void FrontTest::factory()
 {
-    const Stage stage;
+    const TestSandbox stage;
     auto *const factory = WebMediaDownloaderFactory::instance();
     QCOMPARE(WebMediaDownloaderFactory::instance(), factory);
     const auto first = stage.newDownloader();
@@ -171,13 +171,13 @@ void FrontTest::commandLines()
     if (url.isEmpty())
         url = sentUrl = QStringLiteral("http://h/p");
 
-    Stage stage;
+    TestSandbox stage;
     stage.play(QStringLiteral("dump: exit 1\n137: exit 1"));
     auto *const factory = WebMediaDownloaderFactory::instance();
     const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(tool, cache));
     const SignalLog extraction(extractor.get());
     extractor->getMediaInfoBySignal(url);
-    QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), QStringLiteral("error(-1)"), Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), QStringLiteral("error(-1)"), TestSandbox::Patience);
     QCOMPARE(stage.arguments(QStringLiteral("dump")),
              expectedHead(tool, cache, {QStringLiteral("--dump-json")}, extractorSwitch) + QStringList(sentUrl));
     extractor->getMediaInfo(url);
@@ -188,7 +188,7 @@ void FrontTest::commandLines()
     MediaProfile profile;
     profile.setName(QStringLiteral("137"));
     downloader->download(url, profile, folder + QStringLiteral("/clip.mp4"));
-    QTRY_COMPARE_WITH_TIMEOUT(download.text(), QStringLiteral("started error(-4)"), Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(download.text(), QStringLiteral("started error(-4)"), TestSandbox::Patience);
     QStringList arguments = stage.arguments(QStringLiteral("137"));
     QVERIFY(arguments.size() > 2);
     const QString output = arguments.takeAt(arguments.size() - 2);
@@ -204,8 +204,8 @@ void FrontTest::commandLines()
 /** The real interpreter takes the cache folder from the option and runs the file under the name given. */
 void FrontTest::realInterpreter()
 {
-    Stage stage;
-    stage.provide(Stage::Interpreter, Stage::Real);
+    TestSandbox stage;
+    stage.provide(TestSandbox::Interpreter, TestSandbox::Real);
     const QString cache = stage.path(QStringLiteral("byte code"));
     auto *const factory = WebMediaDownloaderFactory::instance();
     std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(stage.tool(), cache));
@@ -223,11 +223,11 @@ void FrontTest::realInterpreter()
     MediaProfile profile;
     profile.setName(QStringLiteral("137"));
     downloader->download(QStringLiteral("http://h/p"), profile, QStringLiteral("clip.mp4"));
-    QTRY_COMPARE_WITH_TIMEOUT(download.text(), QStringLiteral("started error(-4)"), Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(download.text(), QStringLiteral("started error(-4)"), TestSandbox::Patience);
     extractor = stage.newExtractor();
     const SignalLog extraction(extractor.get());
     extractor->getMediaInfoBySignal(QStringLiteral("http://h/p"));
-    QTRY_VERIFY_WITH_TIMEOUT(extraction.text().endsWith(QStringLiteral(" error(-1) error(-1)")), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(extraction.text().endsWith(QStringLiteral(" error(-1) error(-1)")), TestSandbox::Patience);
     QVERIFY(extraction.text().startsWith(QStringLiteral("finished(||")));
     QVERIFY(extraction.text().contains(stage.tool()));
 }
@@ -246,7 +246,7 @@ void FrontTest::applicationFolder()
 {
     QFETCH(QString, folder);
     QFETCH(bool, isSwitched);
-    Stage stage;
+    TestSandbox stage;
     stage.play(QStringLiteral("ffmpeg: merge"));
     HostProgram host(stage.path(folder));
     host.start(QStringLiteral("extract"), QStringLiteral("/x/tool"), {});

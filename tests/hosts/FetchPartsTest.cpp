@@ -1,5 +1,5 @@
-#include "Options.h"
-#include "ProgressLine.h"
+#include "hosts/fetch/Options.h"
+#include "hosts/fetch/ProgressLine.h"
 
 #include <QDir>
 #include <QtTest>

@@ -1,4 +1,4 @@
-#include "FetchProgram.h"
+#include "tests/hosts/FetchProgram.h"
 
 #include <QCoreApplication>
 #include <QFile>

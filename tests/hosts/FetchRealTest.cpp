@@ -1,7 +1,7 @@
-#include "DemoPage.h"
-#include "FetchProgram.h"
-#include "Processes.h"
-#include "TestMain.h"
+#include "tests/hosts/FetchProgram.h"
+#include "tests/support/DemoPage.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TestMain.h"
 
 #include <QDir>
 #include <QJsonArray>

@@ -1,6 +1,6 @@
-#include "FetchProgram.h"
-#include "Stage.h"
-#include "TestMain.h"
+#include "tests/hosts/FetchProgram.h"
+#include "tests/support/TestMain.h"
+#include "tests/support/TestSandbox.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -116,7 +116,7 @@ private Q_SLOTS:
     void bar();
 
 private:
-    static QStringList leftInFolder(const Stage &stage);
+    static QStringList leftInFolder(const TestSandbox &stage);
 };
 
 void FetchTest::initTestCase()
@@ -126,7 +126,7 @@ void FetchTest::initTestCase()
     QVERIFY(QFile(QCoreApplication::applicationDirPath() + QStringLiteral("/yt.zip")).open(QIODevice::WriteOnly));
 }
 
-QStringList FetchTest::leftInFolder(const Stage &stage)
+QStringList FetchTest::leftInFolder(const TestSandbox &stage)
 {
     return QDir(stage.folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
 }
@@ -155,7 +155,7 @@ void FetchTest::outcomes()
     QFETCH(QString, files);
     QFETCH(QString, runs);
 
-    Stage stage;
+    TestSandbox stage;
     stage.play(QLatin1String(page) + QLatin1Char('\n') + scenario);
     if (QByteArray(QTest::currentDataTag()).endsWith(" taken"))
         stage.putFile(QStringLiteral("Clip.mp4"));
@@ -184,13 +184,14 @@ void FetchTest::missingPrograms_data()
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("named");
 
-    QTest::newRow("tool") << int(Stage::Ffmpeg) << int(Stage::StandIn) << QStringLiteral("none.zip") << 1
+    QTest::newRow("tool") << int(TestSandbox::Ffmpeg) << int(TestSandbox::StandIn) << QStringLiteral("none.zip") << 1
                           << QStringLiteral("none.zip");
-    QTest::newRow("interpreter") << int(Stage::Interpreter) << int(Stage::Missing) << QString() << 1
+    QTest::newRow("interpreter") << int(TestSandbox::Interpreter) << int(TestSandbox::Missing) << QString() << 1
                                  << QStringLiteral("python3.10/bin/python3.10");
-    QTest::newRow("interpreter is no program") << int(Stage::Interpreter) << int(Stage::NotExecutable) << QString() << 1
-                                               << QStringLiteral("python3.10/bin/python3.10");
-    QTest::newRow("ffmpeg") << int(Stage::Ffmpeg) << int(Stage::Missing) << QString() << 3 << QStringLiteral("/ffmpeg");
+    QTest::newRow("interpreter is no program") << int(TestSandbox::Interpreter) << int(TestSandbox::NotExecutable)
+                                               << QString() << 1 << QStringLiteral("python3.10/bin/python3.10");
+    QTest::newRow("ffmpeg") << int(TestSandbox::Ffmpeg) << int(TestSandbox::Missing) << QString() << 3
+                            << QStringLiteral("/ffmpeg");
 }
 
 void FetchTest::missingPrograms()
@@ -201,8 +202,8 @@ void FetchTest::missingPrograms()
     QFETCH(int, exitCode);
     QFETCH(QString, named);
 
-    Stage stage;
-    stage.provide(static_cast<Stage::Program>(program), static_cast<Stage::Condition>(condition));
+    TestSandbox stage;
+    stage.provide(static_cast<TestSandbox::Program>(program), static_cast<TestSandbox::Condition>(condition));
     stage.play(QLatin1String(page));
     FetchProgram fetch(stage.folder());
     QVERIFY(fetch.run({url(), QStringLiteral("--tool"), tool.isEmpty() ? stage.tool() : tool}));
@@ -233,24 +234,24 @@ void FetchTest::interrupts()
     QFETCH(QString, script);
     QFETCH(int, signalNumber);
 
-    Stage stage;
+    TestSandbox stage;
     stage.play(QLatin1String(page) + QStringLiteral("\n%1: %2").arg(key, script));
     FetchProgram fetch(stage.folder());
     fetch.start({url()});
-    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(key), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(key), TestSandbox::Patience);
     QCOMPARE(leftInFolder(stage).size(), key == QLatin1String("dump") ? 0 : 1); // all stands in one place
     fetch.interrupt(signalNumber);
     QVERIFY(fetch.waitForEnd());
     QCOMPARE(fetch.exitCode(), 130);
     QCOMPARE(fetch.output(), QString());
     QCOMPARE(leftInFolder(stage), QStringList());
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
     QCOMPARE(QDir(stage.path(QStringLiteral("tmp"))).entryList({QStringLiteral("nox*")}), QStringList());
 }
 
 void FetchTest::json()
 {
-    Stage stage;
+    TestSandbox stage;
     stage.play(QLatin1String(page));
     FetchProgram fetch(stage.folder());
     QVERIFY(fetch.run({QStringLiteral("--json"), url()}));
@@ -263,7 +264,7 @@ void FetchTest::json()
 
 void FetchTest::quietVerboseLog()
 {
-    Stage stage;
+    TestSandbox stage;
     stage.play(QLatin1String(page));
     FetchProgram quiet(stage.folder());
     QVERIFY(quiet.run({QStringLiteral("-q"), url()}));
@@ -285,7 +286,7 @@ void FetchTest::bar()
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
     QVERIFY(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
     const int held = open(ptsname(terminal), O_RDWR | O_NOCTTY); // what is written must not get lost at the end
-    Stage stage;
+    TestSandbox stage;
     stage.play(QLatin1String(page)
                + QLatin1String("\n137: announce mp4|progress 50.0 1000|wait go\nffmpeg: write begun|wait join|merge"));
     FetchProgram fetch(stage.folder());
@@ -299,10 +300,10 @@ void FetchTest::bar()
             text.append(bytes, static_cast<int>(count));
         return text.contains(words);
     };
-    QTRY_VERIFY_WITH_TIMEOUT(shows("extracting |"), Stage::Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(shows("video      41% [##"), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("extracting |"), TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("video      41% [##"), TestSandbox::Patience);
     stage.mark(QStringLiteral("go"));
-    QTRY_VERIFY_WITH_TIMEOUT(shows("joining |"), Stage::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("joining |"), TestSandbox::Patience);
     stage.mark(QStringLiteral("join"));
     QVERIFY(fetch.waitForEnd());
     QVERIFY(shows("500 bytes / 1.2 kB  10 bytes/s  0:01:10"));

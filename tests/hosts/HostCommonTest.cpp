@@ -1,12 +1,12 @@
-#include "common/Destination.h"
-#include "common/FailureText.h"
-#include "common/LibraryLog.h"
-#include "common/PartialFolder.h"
-#include "common/PrintableText.h"
-#include "common/StreamChoice.h"
-#include "common/StreamText.h"
-#include "common/TransferFigures.h"
-#include "common/UrlCheck.h"
+#include "hosts/common/Destination.h"
+#include "hosts/common/DownloadFolder.h"
+#include "hosts/common/FailureText.h"
+#include "hosts/common/LibraryLog.h"
+#include "hosts/common/StreamChoice.h"
+#include "hosts/common/StreamText.h"
+#include "hosts/common/TextSanitizer.h"
+#include "hosts/common/TransferFigures.h"
+#include "hosts/common/UrlCheck.h"
 
 #include <nox/log/Logger.h>
 
@@ -305,7 +305,7 @@ void HostCommonTest::partialFolder()
     QTemporaryDir parent;
     const auto put = [](const QString &path) { return QFile(path).open(QIODevice::WriteOnly); };
     {
-        PartialFolder folder;
+        DownloadFolder folder;
         QVERIFY(!folder.create(parent.filePath(text("none"))) && !folder.errorText().isEmpty());
         QVERIFY(folder.create(parent.path()));
         QVERIFY(put(folder.filePath(text("{1}YDTMP_.mp4"))) && put(folder.filePath(text("{2}YDTMP_.m4a.part"))));

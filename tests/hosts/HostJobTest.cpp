@@ -1,5 +1,5 @@
-#include "common/DownloadJob.h"
-#include "common/ExtractionJob.h"
+#include "hosts/common/DownloadJob.h"
+#include "hosts/common/ExtractionJob.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -57,7 +57,7 @@ void HostJobTest::initTestCase()
     for (const char *name : {"python3.10/bin/python3.10", "ffmpeg"}) {
         const QString file = programs.filePath(QString::fromLatin1(name));
         QFile::remove(file);
-        QVERIFY(QFile::link(QStringLiteral(NOX_STANDIN_PROGRAM), file));
+        QVERIFY(QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), file));
     }
 }
 

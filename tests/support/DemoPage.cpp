@@ -1,4 +1,4 @@
-#include "DemoPage.h"
+#include "tests/support/DemoPage.h"
 
 #include <QCoreApplication>
 #include <QStringList>

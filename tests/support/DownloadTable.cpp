@@ -1,8 +1,8 @@
-#include "DownloadTable.h"
+#include "tests/support/DownloadTable.h"
 
-#include "Setup.h"
-#include "SignalLog.h"
-#include "Stage.h"
+#include "tests/support/Setup.h"
+#include "tests/support/SignalLog.h"
+#include "tests/support/TestSandbox.h"
 
 #include <QtTest>
 
@@ -25,16 +25,16 @@ void DownloadTable::run()
     const QString moment = action.section(QLatin1Char('@'), 1);
     const QStringList left = files.split(QStringLiteral(" -> "));
 
-    Stage stage;
+    TestSandbox stage;
     const Setup applied(setup, stage);
     stage.play(scenario);
     std::unique_ptr<WebMediaDownloader> downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), applied.profile(), applied.destination());
     if (moment == QLatin1String("end"))
-        QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
     else if (!moment.isEmpty())
-        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(moment), Stage::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(moment), TestSandbox::Patience);
     if (verb == QLatin1String("cancel"))
         downloader->cancel();
     else if (verb == QLatin1String("clear"))
@@ -42,10 +42,10 @@ void DownloadTable::run()
     else if (verb == QLatin1String("delete"))
         downloader.reset();
 
-    const int grace = verb.isEmpty() ? Stage::Patience : Stage::GraceAfterKill;
+    const int grace = verb.isEmpty() ? TestSandbox::Patience : TestSandbox::GraceAfterKill;
     if (verb != QLatin1String("clear"))
         QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), grace);
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
     QTest::qWait(30);
     QCOMPARE(log.text(), notifications);
     QCOMPARE(stage.files(), left.first());
@@ -55,6 +55,6 @@ void DownloadTable::run()
 
     downloader.reset();
     QCOMPARE(stage.files(), left.last());
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), Stage::GraceAfterKill);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
     QCOMPARE(log.text(), notifications);
 }

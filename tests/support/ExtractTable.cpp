@@ -1,8 +1,8 @@
-#include "ExtractTable.h"
+#include "tests/support/ExtractTable.h"
 
-#include "Setup.h"
-#include "SignalLog.h"
-#include "Stage.h"
+#include "tests/support/Setup.h"
+#include "tests/support/SignalLog.h"
+#include "tests/support/TestSandbox.h"
 
 #include <QtTest>
 
@@ -21,7 +21,7 @@ void ExtractTable::run()
     QFETCH(QString, notifications);
     QFETCH(QString, errors);
 
-    Stage stage;
+    TestSandbox stage;
     const Setup applied(setup, stage);
     stage.play(scenario);
     std::unique_ptr<WebMediaInfoExtractor> extractor = stage.newExtractor();
@@ -29,15 +29,15 @@ void ExtractTable::run()
     extractor->getMediaInfoBySignal(Setup::url());
     QCOMPARE(log.text(), QString());
     if (!action.isEmpty())
-        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("dump")), Stage::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("dump")), TestSandbox::Patience);
     if (action == QLatin1String("cancel"))
         extractor->cancel();
     else if (action == QLatin1String("delete"))
         extractor.reset();
 
-    const int grace = action.isEmpty() ? Stage::Patience : Stage::GraceAfterKill;
+    const int grace = action.isEmpty() ? TestSandbox::Patience : TestSandbox::GraceAfterKill;
     QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), grace);
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, Stage::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
     QTest::qWait(30);
     QCOMPARE(log.text(), notifications);
     QCOMPARE(stage.errors(), errors);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TextTable.h"
+#include "tests/support/TextTable.h"
 
 /**
  * A table of notifying extractions with stand-ins. Columns, all texts:

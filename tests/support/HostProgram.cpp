@@ -1,14 +1,14 @@
-#include "HostProgram.h"
+#include "tests/support/HostProgram.h"
 
-#include "Stage.h"
+#include "tests/support/TestSandbox.h"
 
 #include <QFile>
 
 HostProgram::HostProgram(const QString &folder)
     : m_program(folder + QStringLiteral("/host"))
 {
-    Stage::provide(Stage::Interpreter, Stage::StandIn, folder);
-    Stage::provide(Stage::Ffmpeg, Stage::StandIn, folder);
+    TestSandbox::provide(TestSandbox::Interpreter, TestSandbox::StandIn, folder);
+    TestSandbox::provide(TestSandbox::Ffmpeg, TestSandbox::StandIn, folder);
     if (!QFile::copy(QStringLiteral(NOX_TEST_HOST), m_program))
         qFatal("cannot copy the host program to %s", qPrintable(m_program));
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
@@ -21,11 +21,11 @@ void HostProgram::start(const QString &job, const QString &tool, const QString &
 
 bool HostProgram::waitForEnd()
 {
-    return m_process.waitForFinished(Stage::Patience);
+    return m_process.waitForFinished(TestSandbox::Patience);
 }
 
 void HostProgram::killHard()
 {
     m_process.kill();
-    m_process.waitForFinished(Stage::Patience);
+    m_process.waitForFinished(TestSandbox::Patience);
 }

@@ -1,4 +1,4 @@
-#include "LogFile.h"
+#include "tests/support/LogFile.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -1,4 +1,4 @@
-#include "Processes.h"
+#include "tests/support/Processes.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "Setup.h"
+#include "tests/support/Setup.h"
 
-#include "Stage.h"
+#include "tests/support/TestSandbox.h"
 
 #include <nox/log/Logger.h>
 
@@ -8,14 +8,14 @@ using namespace Nox;
 
 namespace {
 
-void provide(Stage &stage, Stage::Program program, const QString &condition)
+void provide(TestSandbox &stage, TestSandbox::Program program, const QString &condition)
 {
-    stage.provide(program, condition == QLatin1String("missing") ? Stage::Missing : Stage::NotExecutable);
+    stage.provide(program, condition == QLatin1String("missing") ? TestSandbox::Missing : TestSandbox::NotExecutable);
 }
 
 } // namespace
 
-Setup::Setup(const QString &words, Stage &stage)
+Setup::Setup(const QString &words, TestSandbox &stage)
     : m_destination(stage.folder() + QStringLiteral("/clip.mp4"))
 {
     m_profile.setName(QStringLiteral("137"));
@@ -40,9 +40,9 @@ Setup::Setup(const QString &words, Stage &stage)
         else if (name == QLatin1String("has"))
             stage.putFile(value);
         else if (name == QLatin1String("python"))
-            provide(stage, Stage::Interpreter, value);
+            provide(stage, TestSandbox::Interpreter, value);
         else if (name == QLatin1String("ffmpeg"))
-            provide(stage, Stage::Ffmpeg, value);
+            provide(stage, TestSandbox::Ffmpeg, value);
         else if (name == QLatin1String("log"))
             Logger::init(value.toStdString(), LOG_DEBUG, LOG_OUT_FILE);
         else if (name != QLatin1String("dash"))

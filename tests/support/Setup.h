@@ -4,13 +4,13 @@
 
 #include <QString>
 
-class Stage;
+class TestSandbox;
 
 /** What the first column of a table says, see DownloadTable and ExtractTable. */
 class Setup
 {
 public:
-    Setup(const QString &words, Stage &stage);
+    Setup(const QString &words, TestSandbox &stage);
 
     const Nox::MediaProfile &profile() const
     {

@@ -1,4 +1,4 @@
-#include "SignalLog.h"
+#include "tests/support/SignalLog.h"
 
 using namespace Nox;
 

@@ -1,4 +1,4 @@
-#include "WithoutRootRights.h"
+#include "tests/support/WithoutRootRights.h"
 
 #include <linux/capability.h>
 #include <sys/syscall.h>

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+
+namespace NoxHost {
+
+/**
+ * A private, hidden folder beside a file that is being made. Whatever the external programs leave
+ * behind stands in it and goes with it; the finished file is moved out. Being on one file system,
+ * that is a rename. The destructor removes the folder.
+ */
+class DownloadFolder
+{
+public:
+    DownloadFolder() = default;
+    DownloadFolder(const DownloadFolder &) = delete;
+    DownloadFolder &operator=(const DownloadFolder &) = delete;
+    ~DownloadFolder();
+
+    /**
+     * Makes the folder.
+     * @param parent folder of the file to make
+     * @return whether it was made; errorText() tells why not
+     */
+    bool create(const QString &parent);
+
+    QString errorText() const;                   ///< Why create() failed, in the system's words.
+    QString filePath(const QString &name) const; ///< Path of a file in the folder.
+
+    /** Whether the merge has begun to write its output. */
+    bool isJoining() const;
+
+    /** How many streams have been fetched as a whole. */
+    int completeStreams() const;
+
+    /**
+     * Moves the file @p name to @p destination, or to a numbered name when that is taken by now; an
+     * existing file is never replaced.
+     * @return the path it has got, or an empty string when it could not be moved
+     */
+    QString release(const QString &name, const QString &destination);
+
+    /** Removes the folder with all its files. @return whether it is gone */
+    bool remove();
+
+private:
+    QString m_path;
+    QString m_errorText;
+};
+
+} // namespace NoxHost

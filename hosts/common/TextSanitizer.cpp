@@ -1,0 +1,59 @@
+#include "hosts/common/TextSanitizer.h"
+
+#include <QStringList>
+
+namespace NoxHost {
+
+namespace {
+
+constexpr int maximumLines = 8;
+
+/** Marks that turn the writing direction of what follows, up to the end of the line. */
+bool isDirectionMark(char16_t unit)
+{
+    return (unit >= 0x202a && unit <= 0x202e) || (unit >= 0x2066 && unit <= 0x2069);
+}
+
+bool isUnprintable(QChar character)
+{
+    // Surrogates: the caller deals with those that stand in pairs.
+    return character.isSpace() || character.isSurrogate() || character.category() == QChar::Other_Control
+        || isDirectionMark(character.unicode());
+}
+
+} // namespace
+
+QString printableLine(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (auto i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        if (character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            result += character;
+            result += text.at(++i);
+        } else if (isUnprintable(character)) {
+            result += QLatin1Char(' ');
+        } else {
+            result += character;
+        }
+    }
+    return result.simplified();
+}
+
+QString toolWords(const QString &errorOutput)
+{
+    QStringList words;
+    QStringList warnings;
+    const QStringList lines = errorOutput.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        const QString printable = printableLine(line);
+        if (printable.isEmpty())
+            continue;
+        (printable.startsWith(QLatin1String("WARNING")) ? warnings : words) += printable;
+    }
+    const QStringList &chosen = words.isEmpty() ? warnings : words;
+    return chosen.mid(qMax(0, static_cast<int>(chosen.size()) - maximumLines)).join(QLatin1Char('\n'));
+}
+
+} // namespace NoxHost

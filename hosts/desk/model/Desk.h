@@ -1,0 +1,59 @@
+#pragma once
+
+#include "hosts/common/ToolSetup.h"
+#include "hosts/desk/model/DeskSettings.h"
+#include "hosts/desk/model/DownloadListModel.h"
+#include "hosts/desk/model/DownloadPlan.h"
+#include "hosts/desk/model/PageReader.h"
+#include "hosts/desk/model/StreamTableModel.h"
+#include "hosts/desk/network/StreamSizeProbe.h"
+#include "hosts/desk/network/ThumbnailLoader.h"
+
+#include <QNetworkAccessManager>
+#include <QObject>
+
+namespace NoxDesk {
+
+/** Everything behind the window: reads pages, keeps the choices, runs the downloads. */
+class Desk : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** @param logFile where the library's log goes; empty for a temporary file */
+    explicit Desk(const QString &logFile = {}, QObject *parent = nullptr);
+
+    PageReader &reader();
+    StreamTableModel &streams();
+    DownloadPlan &plan();
+    DownloadListModel &downloads();
+    ThumbnailLoader &thumbnail();
+    DeskSettings &settings();
+    QString logFile() const;
+
+    /** Chooses the stream in a row of streams(); no stream for a row that does not exist. */
+    void chooseStream(int row);
+
+    /** Begins the download that the plan describes, if it is complete. */
+    void startDownload();
+
+    /** Stops whatever runs. DownloadListModel::allEnded() follows when downloads ran. */
+    void cancelAll();
+
+private:
+    void onReaderState(PageReader::State state);
+    void onSizeFound(const QString &code, qint64 bytes);
+
+    NoxHost::ToolSetup m_tools;
+    SharedLog m_log;
+    DeskSettings m_settings;
+    QNetworkAccessManager m_network;
+    PageReader m_reader;
+    StreamTableModel m_streams;
+    StreamSizeProbe m_sizes;
+    ThumbnailLoader m_thumbnail;
+    DownloadPlan m_plan;
+    DownloadListModel m_downloads;
+};
+
+} // namespace NoxDesk

@@ -1,0 +1,155 @@
+#include "hosts/desk/model/Download.h"
+
+#include <QFileInfo>
+#include <QLocale>
+#include <QStringList>
+
+namespace NoxDesk {
+
+using NoxHost::DownloadJob;
+
+Download::Download(const NoxHost::ToolSetup &tools, SharedLog &log, const DownloadRequest &request, QObject *parent)
+    : QObject(parent)
+    , m_request(request)
+    , m_log(log)
+    , m_job(tools)
+    , m_file(request.destination)
+{
+    connect(&m_job, &DownloadJob::phaseChanged, this, &Download::changed);
+    connect(&m_job, &DownloadJob::progressed, this, &Download::onProgress);
+    connect(&m_job, &DownloadJob::finished, this, [this](const QString &file) {
+        m_file = file;
+        end(State::Finished);
+    });
+    connect(&m_job, &DownloadJob::failed, this, [this](int, const QString &words) {
+        m_problem = words;
+        m_toolWords = m_run->complaints();
+        end(State::Failed);
+    });
+    connect(&m_job, &DownloadJob::cancelled, this, [this] { end(State::Cancelled); });
+}
+
+void Download::start()
+{
+    m_run.emplace(m_log);
+    m_job.start(m_request.url, m_request.stream, m_request.destination);
+}
+
+void Download::cancel()
+{
+    if (m_state == State::Running) {
+        m_state = State::Cancelling;
+        m_job.cancel();
+        Q_EMIT changed();
+    }
+}
+
+void Download::onProgress(const NoxHost::TransferFigures &figures)
+{
+    m_figures = figures;
+    Q_EMIT changed();
+}
+
+void Download::end(State state)
+{
+    m_state = state;
+    m_run.reset();
+    Q_EMIT ended();
+    Q_EMIT changed();
+}
+
+Download::State Download::state() const
+{
+    return m_state;
+}
+
+bool Download::isActive() const
+{
+    return m_state == State::Running || m_state == State::Cancelling;
+}
+
+QString Download::title() const
+{
+    return m_request.title;
+}
+
+QString Download::file() const
+{
+    return m_file;
+}
+
+int Download::percent() const
+{
+    switch (m_state) {
+    case State::Finished:
+        return 100;
+    case State::Running:
+        return m_job.phase() == DownloadJob::Phase::Joining || m_figures.total() == 0 ? -1 : m_figures.percent();
+    case State::Cancelling:
+    case State::Failed:
+    case State::Cancelled:
+        break;
+    }
+    return m_figures.percent();
+}
+
+QString Download::status() const
+{
+    switch (m_state) {
+    case State::Running:
+        return m_job.phase() == DownloadJob::Phase::Joining ? phaseText() : phaseText() + figuresText();
+    case State::Cancelling:
+        return tr("Cancelling…");
+    case State::Finished:
+        return tr("Finished, %1")
+            .arg(QLocale().formattedDataSize(QFileInfo(m_file).size(), 1, QLocale::DataSizeSIFormat));
+    case State::Failed:
+        return tr("Failed");
+    case State::Cancelled:
+        return tr("Cancelled");
+    }
+    return {};
+}
+
+QString Download::phaseText() const
+{
+    switch (m_job.phase()) {
+    case DownloadJob::Phase::Waiting:
+        break;
+    case DownloadJob::Phase::Video:
+        return tr("Fetching video");
+    case DownloadJob::Phase::Audio:
+        return tr("Fetching audio");
+    case DownloadJob::Phase::Joining:
+        return tr("Joining video and audio");
+    }
+    return tr("Starting");
+}
+
+/** What is known of amount, speed and time left, each behind a separator. */
+QString Download::figuresText() const
+{
+    const QLocale locale;
+    const QString timeLeft = m_figures.timeLeftText();
+    const QStringList parts{m_figures.amountText(locale), m_figures.speedText(locale),
+                            timeLeft.isEmpty() ? timeLeft : tr("%1 left").arg(timeLeft)};
+    QString result;
+    for (const QString &part : parts) {
+        if (!part.isEmpty()) {
+            result += QStringLiteral(" · ") + part;
+        }
+    }
+    return result;
+}
+
+QString Download::problem() const
+{
+    return m_problem;
+}
+
+QString Download::toolWords() const
+{
+    return m_toolWords;
+}
+
+} // namespace NoxDesk

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "hosts/common/StreamChoice.h"
+#include "hosts/desk/model/DownloadRequest.h"
+
+#include <nox/model/WebMediaInfo.h>
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+
+namespace NoxDesk {
+
+/**
+ * The choices that lead to a download: stream, sound, destination. What the user has not chosen
+ * follows from the rest, and what stands in the way is told in words.
+ */
+class DownloadPlan : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DownloadPlan(QObject *parent = nullptr);
+
+    /** Begins anew for a page. No stream is chosen yet. */
+    void setPage(const QString &url, const Nox::WebMediaInfo &page, const NoxHost::StreamChoice &streams);
+
+    void setFolder(const QString &folder);           ///< Sets where files are proposed.
+    void setTaken(const QStringList &paths);         ///< Tells what other downloads are going to make.
+    void setSize(const QString &code, qint64 bytes); ///< Tells the size of a stream.
+
+    void setStream(const Nox::MediaProfile &stream); ///< Chooses, with the sound that suits it best.
+    void setCompanion(const QString &code);          ///< Chooses the sound to join; empty for none.
+    void setDestination(const QString &text);        ///< Chooses a file, as the user writes it.
+
+    /** Goes on to a name that is still free, for the next download. */
+    void renumber();
+
+    /** Whether sound can be joined to the stream. */
+    bool takesCompanion() const;
+
+    Nox::MediaProfile stream() const;            ///< The stream; invalid when none is chosen.
+    QList<Nox::MediaProfile> companions() const; ///< The sounds to choose from.
+    QString companion() const;                   ///< Code of the sound to join; empty for none.
+    QString destination() const;                 ///< The file as shown to the user.
+    QString path() const;                        ///< The file's absolute path; empty without a name.
+
+    QString soundProblem() const;       ///< Why the sound cannot be joined; empty when it can.
+    QString destinationProblem() const; ///< Why the file cannot be made; empty when it can.
+
+    /** Whether a download can begin. */
+    bool isComplete() const;
+
+    DownloadRequest request() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void propose();
+    void follow(const QString &oldSuffix);
+
+    QString m_url;
+    Nox::WebMediaInfo m_page;
+    NoxHost::StreamChoice m_streams;
+    QString m_folder;
+    QStringList m_taken;
+    QHash<QString, qint64> m_sizes;
+    Nox::MediaProfile m_stream; // its preferred audio code is the chosen one
+    QString m_destination;
+    bool m_isOwnDestination = false;
+};
+
+} // namespace NoxDesk

@@ -1,0 +1,125 @@
+#include "hosts/desk/model/PageReader.h"
+
+#include "hosts/common/FailureText.h"
+#include "hosts/common/UrlCheck.h"
+
+namespace NoxDesk {
+
+using NoxHost::ExtractionJob;
+
+PageReader::PageReader(const NoxHost::ToolSetup &tools, SharedLog &log, QObject *parent)
+    : QObject(parent)
+    , m_tools(tools)
+    , m_log(log)
+{
+}
+
+void PageReader::read(const QString &text)
+{
+    const QString url = text.trimmed();
+    if (const QString words = NoxHost::UrlCheck::problem(url); !words.isEmpty()) {
+        Q_EMIT refused(words);
+        return;
+    }
+    dismiss();
+    m_url = url;
+    m_page = {};
+    m_streams = {};
+    if (const QString words = m_tools.problem(); !words.isEmpty()) {
+        fail(words);
+        return;
+    }
+    begin();
+}
+
+/** The job may be notifying, so it goes later, and its process with it. */
+void PageReader::dismiss()
+{
+    if (m_job != nullptr) {
+        m_job->disconnect(this);
+        m_job->deleteLater();
+        m_job = nullptr;
+        m_run.reset();
+    }
+}
+
+void PageReader::begin()
+{
+    m_run.emplace(m_log);
+    m_job = new ExtractionJob(m_tools, this);
+    connect(m_job, &ExtractionJob::finished, this, &PageReader::onFinished);
+    connect(m_job, &ExtractionJob::failed, this, [this](const QString &words, const QString &toolWords) {
+        // Words in the same breath as a warning are not notified of, but logged.
+        fail(words, toolWords.isEmpty() ? m_run->complaints() : toolWords);
+    });
+    connect(m_job, &ExtractionJob::cancelled, this, [this] { setState(State::Empty); });
+    setState(State::Reading);
+    m_job->start(m_url);
+}
+
+void PageReader::cancel()
+{
+    if (m_state == State::Reading) {
+        m_job->cancel();
+    }
+}
+
+void PageReader::onFinished(const Nox::WebMediaInfo &page)
+{
+    const NoxHost::StreamChoice streams(page);
+    if (streams.all().isEmpty()) {
+        fail(NoxHost::FailureText::noStream());
+        return;
+    }
+    m_page = page;
+    m_streams = streams;
+    setState(State::Ready);
+}
+
+void PageReader::fail(const QString &words, const QString &toolWords)
+{
+    m_problem = words;
+    m_toolWords = toolWords;
+    setState(State::Failed);
+}
+
+void PageReader::setState(State state)
+{
+    m_state = state;
+    if (state != State::Reading) {
+        dismiss();
+    }
+    Q_EMIT stateChanged(state);
+}
+
+PageReader::State PageReader::state() const
+{
+    return m_state;
+}
+
+QString PageReader::url() const
+{
+    return m_url;
+}
+
+Nox::WebMediaInfo PageReader::page() const
+{
+    return m_page;
+}
+
+NoxHost::StreamChoice PageReader::streams() const
+{
+    return m_streams;
+}
+
+QString PageReader::problem() const
+{
+    return m_problem;
+}
+
+QString PageReader::toolWords() const
+{
+    return m_toolWords;
+}
+
+} // namespace NoxDesk

@@ -1,0 +1,59 @@
+#include "hosts/desk/view/AddressOffer.h"
+
+#include "hosts/common/UrlCheck.h"
+
+#include <QUrl>
+
+namespace NoxDesk {
+
+namespace {
+
+constexpr int maximumLength = 4096; // whatever is longer is text that happens to begin like an address
+
+} // namespace
+
+AddressOffer::AddressOffer(QClipboard &clipboard, QObject *parent)
+    : QObject(parent)
+    , m_clipboard(clipboard)
+{
+    connect(&clipboard, &QClipboard::dataChanged, this, &AddressOffer::check);
+}
+
+QString AddressOffer::address() const
+{
+    return m_address;
+}
+
+void AddressOffer::check()
+{
+    QString address = addressIn(m_clipboard.mimeData());
+    if (address == m_known) {
+        address.clear();
+    }
+    if (address != m_address) {
+        m_address = address;
+        Q_EMIT changed(address);
+    }
+}
+
+void AddressOffer::setKnown(const QString &address)
+{
+    m_known = address.trimmed();
+    check();
+}
+
+QString AddressOffer::addressIn(const QMimeData *data)
+{
+    if (data == nullptr) {
+        return {};
+    }
+    QString text;
+    if (data->hasUrls() && !data->urls().isEmpty()) {
+        text = data->urls().constFirst().toString(QUrl::FullyEncoded);
+    } else if (data->hasText()) {
+        text = data->text().trimmed();
+    }
+    return text.size() <= maximumLength && NoxHost::UrlCheck::problem(text).isEmpty() ? text : QString();
+}
+
+} // namespace NoxDesk

@@ -1,0 +1,120 @@
+#include "hosts/desk/view/DownloadRow.h"
+
+#include "hosts/desk/model/DownloadListModel.h"
+#include "hosts/desk/view/ElidedLabel.h"
+#include "hosts/desk/view/FailureBox.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QUrl>
+
+namespace NoxDesk {
+
+DownloadRow::DownloadRow(QWidget *parent)
+    : QFrame(parent)
+    , m_title(new ElidedLabel(Qt::ElideMiddle))
+    , m_status(new ElidedLabel(Qt::ElideRight))
+    , m_bar(new QProgressBar)
+    , m_failure(new FailureBox)
+    , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel")))
+    , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile")))
+    , m_folderButton(newButton(tr("Show in folder"), QStringLiteral("showFolder")))
+    , m_removeButton(newButton(tr("Remove"), QStringLiteral("remove")))
+{
+    setFrameShape(QFrame::StyledPanel);
+    m_title->setObjectName(QStringLiteral("fileName"));
+    m_bar->setObjectName(QStringLiteral("progress"));
+    m_status->setObjectName(QStringLiteral("status"));
+    QFont font = m_title->font();
+    font.setBold(true);
+    m_title->setFont(font);
+
+    auto *head = new QHBoxLayout;
+    head->addWidget(m_title, 1);
+    for (QPushButton *button : {m_cancelButton, m_openButton, m_folderButton, m_removeButton}) {
+        head->addWidget(button);
+    }
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(head);
+    layout->addWidget(m_bar);
+    layout->addWidget(m_status);
+    layout->addWidget(m_failure);
+
+    connect(m_cancelButton, &QPushButton::clicked, this, &DownloadRow::cancelRequested);
+    connect(m_openButton, &QPushButton::clicked, this, &DownloadRow::openFile);
+    connect(m_folderButton, &QPushButton::clicked, this, &DownloadRow::showFolder);
+    connect(m_removeButton, &QPushButton::clicked, this, &DownloadRow::removeRequested);
+    connect(m_failure, &FailureBox::logRequested, this, &DownloadRow::logRequested);
+}
+
+QPushButton *DownloadRow::newButton(const QString &text, const QString &name)
+{
+    auto *button = new QPushButton(text);
+    button->setObjectName(name);
+    return button;
+}
+
+void DownloadRow::refresh(const QModelIndex &index)
+{
+    m_file = index.data(DownloadListModel::FileRole).toString();
+    const QString name = QFileInfo(m_file).fileName();
+    if (m_title->text() != name) {
+        m_title->setText(name);
+        nameControls(name);
+    }
+    m_status->setText(index.data(DownloadListModel::StatusRole).toString());
+    const auto state = index.data(DownloadListModel::StateRole).value<Download::State>();
+    showBar(index.data(DownloadListModel::PercentRole).toInt(), state);
+    showButtons(state);
+    m_failure->setVisible(state == Download::State::Failed);
+    m_status->setVisible(state != Download::State::Failed);
+    m_failure->setTexts(index.data(DownloadListModel::ProblemRole).toString(),
+                        index.data(DownloadListModel::ToolWordsRole).toString());
+}
+
+/** The same buttons stand in every row: who cannot see the row hears which file they are for. */
+void DownloadRow::nameControls(const QString &title)
+{
+    for (QPushButton *button : {m_cancelButton, m_openButton, m_folderButton, m_removeButton}) {
+        button->setAccessibleName(tr("%1: %2", "button, file").arg(button->text(), title));
+    }
+    m_bar->setAccessibleName(tr("Progress of %1").arg(title));
+    setAccessibleName(tr("Download of %1").arg(title));
+}
+
+void DownloadRow::showBar(int percent, Download::State state)
+{
+    m_bar->setVisible(state == Download::State::Running || state == Download::State::Cancelling);
+    m_bar->setMaximum(percent < 0 ? 0 : 100);
+    m_bar->setValue(percent);
+}
+
+void DownloadRow::showButtons(Download::State state)
+{
+    const bool isActive = state == Download::State::Running || state == Download::State::Cancelling;
+    const bool isFinished = state == Download::State::Finished;
+    const bool hadFocus = m_cancelButton->hasFocus();
+    m_openButton->setVisible(isFinished);
+    m_folderButton->setVisible(isFinished);
+    m_removeButton->setVisible(!isActive);
+    if (hadFocus && !isActive) {
+        (isFinished ? m_openButton : m_removeButton)->setFocus();
+    }
+    m_cancelButton->setVisible(isActive);
+    m_cancelButton->setEnabled(state == Download::State::Running);
+}
+
+void DownloadRow::openFile() const
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(m_file));
+}
+
+void DownloadRow::showFolder() const
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(m_file).absolutePath()));
+}
+
+} // namespace NoxDesk

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "hosts/desk/model/Download.h"
+
+#include <QFrame>
+#include <QModelIndex>
+
+class QProgressBar;
+class QPushButton;
+
+namespace NoxDesk {
+
+class ElidedLabel;
+class FailureBox;
+
+/** One download in the list: its bar, its figures, and what can be done with it. */
+class DownloadRow : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit DownloadRow(QWidget *parent = nullptr);
+
+    /** Shows what the model says of the download. */
+    void refresh(const QModelIndex &index);
+
+Q_SIGNALS:
+    void cancelRequested();
+    void removeRequested();
+    void logRequested();
+
+private:
+    QPushButton *newButton(const QString &text, const QString &name);
+    void showBar(int percent, Download::State state);
+    void showButtons(Download::State state);
+    void nameControls(const QString &title);
+    void openFile() const;
+    void showFolder() const;
+
+    ElidedLabel *m_title;
+    ElidedLabel *m_status;
+    QProgressBar *m_bar;
+    FailureBox *m_failure;
+    QPushButton *m_cancelButton;
+    QPushButton *m_openButton;
+    QPushButton *m_folderButton;
+    QPushButton *m_removeButton;
+    QString m_file;
+};
+
+} // namespace NoxDesk

@@ -1,0 +1,112 @@
+#include "hosts/desk/view/DownloadsPanel.h"
+
+#include "hosts/desk/model/DownloadListModel.h"
+#include "hosts/desk/view/DownloadRow.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace NoxDesk {
+
+DownloadsPanel::DownloadsPanel(DownloadListModel &model, QWidget *parent)
+    : QWidget(parent)
+    , m_model(model)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addLayout(makeHead());
+    layout->addWidget(makeList(), 1);
+
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex &, int first, int last) { insertRows(first, last); });
+    connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+            [this](const QModelIndex &, int first, int last) { removeRows(first, last); });
+    connect(&m_model, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex &first, const QModelIndex &last) { refreshRows(first.row(), last.row()); });
+    connect(&m_model, &DownloadListModel::countsChanged, this, &DownloadsPanel::showCounts);
+    insertRows(0, m_model.rowCount() - 1);
+    showCounts();
+}
+
+QLayout *DownloadsPanel::makeHead()
+{
+    m_removeEndedButton = new QPushButton(tr("Remove &ended"));
+    m_removeEndedButton->setObjectName(QStringLiteral("removeEnded"));
+    m_removeEndedButton->setAccessibleDescription(tr("Takes ended downloads off the list; files stay"));
+    connect(m_removeEndedButton, &QPushButton::clicked, &m_model, &DownloadListModel::removeEnded);
+    auto *head = new QHBoxLayout;
+    head->addWidget(new QLabel(tr("Downloads:")), 1);
+    head->addWidget(m_removeEndedButton);
+    return head;
+}
+
+QWidget *DownloadsPanel::makeList()
+{
+    m_emptyWords = new QLabel(tr("No downloads yet"));
+    m_emptyWords->setAlignment(Qt::AlignCenter);
+    auto *rows = new QWidget;
+    m_rowLayout = new QVBoxLayout(rows);
+    m_rowLayout->setContentsMargins({});
+    m_rowLayout->addWidget(m_emptyWords, 1);
+    m_rowLayout->addStretch();
+    auto *area = new QScrollArea;
+    area->setObjectName(QStringLiteral("downloads"));
+    area->setAccessibleName(tr("Downloads"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidget(rows);
+    area->setMinimumHeight(3 * fontMetrics().lineSpacing());
+    return area;
+}
+
+DownloadRow *DownloadsPanel::newRow()
+{
+    auto *row = new DownloadRow;
+    connect(row, &DownloadRow::cancelRequested, this, [this, row] { m_model.cancel(rowOf(row)); });
+    connect(row, &DownloadRow::removeRequested, this, [this, row] { m_model.remove(rowOf(row)); });
+    connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
+    return row;
+}
+
+int DownloadsPanel::rowOf(DownloadRow *widget) const
+{
+    return static_cast<int>(m_rows.indexOf(widget));
+}
+
+void DownloadsPanel::insertRows(int first, int last)
+{
+    for (int row = first; row <= last; ++row) {
+        m_rows.insert(row, newRow());
+        m_rowLayout->insertWidget(row, m_rows.at(row));
+    }
+    refreshRows(first, last);
+}
+
+/** A row may be the one whose button was pressed, so it goes later. */
+void DownloadsPanel::removeRows(int first, int last)
+{
+    for (int row = last; row >= first; --row) {
+        DownloadRow *widget = m_rows.takeAt(row);
+        m_rowLayout->removeWidget(widget);
+        widget->hide();
+        widget->deleteLater();
+    }
+}
+
+void DownloadsPanel::refreshRows(int first, int last)
+{
+    for (int row = first; row <= last; ++row) {
+        m_rows.at(row)->refresh(m_model.index(row));
+    }
+}
+
+void DownloadsPanel::showCounts()
+{
+    m_emptyWords->setVisible(m_model.rowCount() == 0);
+    m_removeEndedButton->setEnabled(m_model.endedCount() > 0);
+}
+
+} // namespace NoxDesk

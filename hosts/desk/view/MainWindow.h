@@ -1,0 +1,53 @@
+#pragma once
+
+#include "hosts/desk/view/AddressOffer.h"
+
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPointer>
+
+class QSplitter;
+
+namespace NoxDesk {
+
+class AddressBar;
+class Desk;
+
+/** The window: address above, page in the middle, downloads below. */
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /** @param desk must outlive the window */
+    explicit MainWindow(Desk &desk, QWidget *parent = nullptr);
+
+    /** Reads the page at @p address, as if the user had typed it. */
+    void read(const QString &address);
+
+    /** Stops all that runs, and closes when nothing of it is left. */
+    void cancelAllAndClose();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void layOut();
+    void addShortcuts();
+    void restore();
+    void remember();
+    void askToClose();
+    void showLog();
+
+    Desk &m_desk;
+    AddressOffer m_offer;
+    AddressBar *m_addressBar;
+    QSplitter *m_splitter;
+    QPointer<QMessageBox> m_question;
+    bool m_isClosing = false;
+};
+
+} // namespace NoxDesk

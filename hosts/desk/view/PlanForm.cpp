@@ -1,0 +1,125 @@
+#include "hosts/desk/view/PlanForm.h"
+
+#include "hosts/common/StreamText.h"
+#include "hosts/desk/model/DownloadPlan.h"
+#include "hosts/desk/view/ReasonLabel.h"
+
+#include <QComboBox>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QStyle>
+
+namespace NoxDesk {
+
+using NoxHost::StreamText;
+
+PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
+    : QWidget(parent)
+    , m_plan(plan)
+    , m_sound(new QComboBox)
+    , m_soundProblem(new ReasonLabel)
+    , m_destination(new QLineEdit)
+    , m_browseButton(new QPushButton(tr("&Browse…")))
+    , m_destinationProblem(new ReasonLabel)
+    , m_downloadButton(new QPushButton(tr("&Download")))
+{
+    auto *layout = new QGridLayout(this);
+    layout->setContentsMargins({});
+    layout->setColumnStretch(1, 1);
+    addSound(*layout);
+    addDestination(*layout);
+    m_downloadButton->setObjectName(QStringLiteral("download"));
+    layout->addWidget(m_downloadButton, 2, 3);
+
+    connect(m_downloadButton, &QPushButton::clicked, this, &PlanForm::downloadRequested);
+    connect(&m_plan, &DownloadPlan::changed, this, &PlanForm::refresh);
+    refresh();
+}
+
+void PlanForm::addSound(QGridLayout &layout)
+{
+    m_sound->setObjectName(QStringLiteral("sound"));
+    m_sound->setAccessibleName(tr("Sound to join with the picture"));
+    m_soundProblem->setObjectName(QStringLiteral("soundProblem"));
+    auto *label = new QLabel(tr("&Sound:"));
+    label->setBuddy(m_sound);
+    layout.addWidget(label, 0, 0);
+    layout.addWidget(m_sound, 0, 1, 1, 3);
+    layout.addWidget(m_soundProblem, 1, 1, 1, 3);
+    connect(m_sound, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            [this] { m_plan.setCompanion(m_sound->currentData().toString()); });
+}
+
+void PlanForm::addDestination(QGridLayout &layout)
+{
+    m_destination->setObjectName(QStringLiteral("destination"));
+    m_destination->setAccessibleName(tr("File to save to"));
+    m_browseButton->setObjectName(QStringLiteral("browse"));
+    m_destinationProblem->setObjectName(QStringLiteral("destinationProblem"));
+    auto *label = new QLabel(tr("&File:"));
+    label->setBuddy(m_destination);
+    layout.addWidget(label, 2, 0);
+    layout.addWidget(m_destination, 2, 1);
+    layout.addWidget(m_browseButton, 2, 2);
+    layout.addWidget(m_destinationProblem, 3, 1, 1, 3);
+    connect(m_destination, &QLineEdit::textEdited, &m_plan, &DownloadPlan::setDestination);
+    connect(m_destination, &QLineEdit::returnPressed, this, &PlanForm::downloadRequested);
+    connect(m_browseButton, &QPushButton::clicked, this, &PlanForm::browse);
+}
+
+void PlanForm::refresh()
+{
+    fillSounds();
+    if (m_destination->text() != m_plan.destination()) {
+        m_destination->setText(m_plan.destination());
+    }
+    const bool hasStream = m_plan.stream().isValid();
+    m_soundProblem->explain(m_plan.soundProblem(), *m_sound);
+    m_destinationProblem->explain(hasStream ? m_plan.destinationProblem() : QString(), *m_destination);
+    m_downloadButton->setEnabled(m_plan.isComplete());
+}
+
+void PlanForm::fillSounds()
+{
+    const QSignalBlocker blocker(m_sound);
+    m_sound->clear();
+    m_sound->setEnabled(m_plan.takesCompanion());
+    if (!m_plan.takesCompanion()) {
+        m_sound->addItem(m_plan.stream().isDash() && m_plan.stream().getMediaType() == Nox::MEDIA_TYPE_VIDEO
+                             ? tr("The page has none")
+                             : tr("Part of the stream"));
+        return;
+    }
+    const QList<Nox::MediaProfile> sounds = m_plan.companions();
+    for (const Nox::MediaProfile &sound : sounds) {
+        const QString label = StreamText::label(sound);
+        m_sound->addItem(tr("%1, %2", "container, bit rate")
+                             .arg(StreamText::container(sound), label.isEmpty() ? sound.getName() : label),
+                         sound.getName());
+    }
+    m_sound->addItem(tr("None, the picture only"), QString());
+    m_sound->setCurrentIndex(m_sound->findData(m_plan.companion()));
+}
+
+void PlanForm::browse()
+{
+    if (m_dialog != nullptr) {
+        return;
+    }
+    m_dialog = new QFileDialog(this, tr("Save as"));
+    m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_dialog->setAcceptMode(QFileDialog::AcceptSave);
+    // An existing file is never replaced: the form says so beside the field.
+    m_dialog->setOption(QFileDialog::DontConfirmOverwrite);
+    const QFileInfo file(m_plan.path());
+    m_dialog->setDirectory(file.absolutePath());
+    m_dialog->selectFile(file.fileName());
+    connect(m_dialog, &QFileDialog::fileSelected, &m_plan,
+            [this](const QString &path) { m_plan.setDestination(QDir::toNativeSeparators(path)); });
+    m_dialog->open();
+}
+
+} // namespace NoxDesk

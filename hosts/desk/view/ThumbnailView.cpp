@@ -1,0 +1,68 @@
+#include "hosts/desk/view/ThumbnailView.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace NoxDesk {
+
+namespace {
+
+constexpr int linesHigh = 5;
+
+} // namespace
+
+ThumbnailView::ThumbnailView(QWidget *parent)
+    : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setPicture({});
+}
+
+void ThumbnailView::setPicture(const QImage &picture)
+{
+    m_picture = picture;
+    setAccessibleName(picture.isNull() ? tr("No picture of the page") : tr("Picture of the page"));
+    update();
+}
+
+QSize ThumbnailView::sizeHint() const
+{
+    const int height = linesHigh * fontMetrics().lineSpacing();
+    return {height * 16 / 9, height};
+}
+
+void ThumbnailView::paintEvent(QPaintEvent *event)
+{
+    Q_UNUSED(event)
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    if (m_picture.isNull()) {
+        paintPlaceholder(painter);
+        return;
+    }
+    // Scaled beforehand, in device pixels: the painter's own scaling looks at too few of the picture's.
+    const QSize size = m_picture.size().scaled(this->size(), Qt::KeepAspectRatio);
+    QRect area(QPoint(), size);
+    area.moveCenter(rect().center());
+    const QSize pixels = (QSizeF(size) * devicePixelRatioF()).toSize();
+    painter.drawImage(area, m_picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
+void ThumbnailView::paintPlaceholder(QPainter &painter) const
+{
+    QColor colour = palette().color(QPalette::WindowText);
+    painter.setPen(Qt::NoPen);
+    colour.setAlphaF(0.08F);
+    painter.setBrush(colour);
+    const qreal unit = height() / 20.0;
+    painter.drawRoundedRect(QRectF(rect()), unit, unit);
+
+    const QPointF centre = QRectF(rect()).center();
+    QPainterPath triangle;
+    triangle.addPolygon(
+        QPolygonF({centre + QPointF(-3, -4) * unit, centre + QPointF(-3, 4) * unit, centre + QPointF(4, 0) * unit}));
+    colour.setAlphaF(0.35F);
+    painter.fillPath(triangle, colour);
+}
+
+} // namespace NoxDesk

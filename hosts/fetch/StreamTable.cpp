@@ -1,0 +1,64 @@
+#include "hosts/fetch/StreamTable.h"
+
+#include "hosts/common/StreamText.h"
+#include "hosts/common/TextSanitizer.h"
+
+#include <QStringList>
+#include <QVector>
+
+namespace NoxFetch {
+
+namespace {
+
+using Nox::MediaProfile;
+using NoxHost::StreamText;
+
+QStringList row(const MediaProfile &stream, bool isChosen)
+{
+    QStringList cells{
+        isChosen ? QStringLiteral("*") : QString(),
+        NoxHost::printableLine(stream.getName()),
+        StreamText::kind(stream),
+        StreamText::container(stream),
+        StreamText::label(stream),
+        StreamText::size(stream),
+        StreamText::marks(stream),
+    };
+    for (int i = 1; i < cells.size(); ++i)
+        if (cells.at(i).isEmpty())
+            cells[i] = QStringLiteral("-");
+    return cells;
+}
+
+QString joined(const QStringList &cells, const QVector<int> &widths)
+{
+    QString line;
+    for (int i = 0; i < cells.size(); ++i)
+        line += cells.at(i).leftJustified(widths.at(i)) + QStringLiteral("  ");
+    while (line.endsWith(QLatin1Char(' ')))
+        line.chop(1);
+    return line;
+}
+
+} // namespace
+
+QString streamTable(const NoxHost::StreamChoice &streams)
+{
+    const MediaProfile best = streams.best();
+    const QStringList chosen{best.getName(), streams.companionFor(best).getName()};
+    QVector<QStringList> rows{{QString(), QStringLiteral("CODE"), QStringLiteral("KIND"), QStringLiteral("CONTAINER"),
+                               QStringLiteral("QUALITY"), QStringLiteral("SIZE"), QStringLiteral("DASH/3D")}};
+    const QList<MediaProfile> all = streams.all();
+    for (const MediaProfile &stream : all)
+        rows.append(row(stream, chosen.contains(stream.getName())));
+    QVector<int> widths(rows.constFirst().size(), 1);
+    for (const QStringList &cells : qAsConst(rows))
+        for (int i = 0; i < cells.size(); ++i)
+            widths[i] = qMax(widths.at(i), static_cast<int>(cells.at(i).size()));
+    QStringList lines;
+    for (const QStringList &cells : qAsConst(rows))
+        lines += joined(cells, widths);
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace NoxFetch

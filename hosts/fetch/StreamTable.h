@@ -1,0 +1,12 @@
+#pragma once
+
+#include "hosts/common/StreamChoice.h"
+
+#include <QString>
+
+namespace NoxFetch {
+
+/** The streams as a table, best first, with a star at those that are taken when nobody chooses. */
+QString streamTable(const NoxHost::StreamChoice &streams);
+
+} // namespace NoxFetch

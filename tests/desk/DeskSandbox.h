@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/**
+ * A home of its own for one test: settings, caches and videos in a temporary folder, and stand-in
+ * programs in the folder of the test program. Ends what its stand-ins left running.
+ */
+class DeskSandbox
+{
+public:
+    DeskSandbox();
+    ~DeskSandbox();
+
+    QString path(const QString &name) const;
+    QString videos() const; ///< where files are proposed
+
+    /** What the stand-ins play from now on. */
+    static void play(const QString &scenario);
+
+    /** A page description for play(): a video with sound, DASH videos, audio; titled "Clip". */
+    static QString pageScenario();
+
+    static void installStandIns();
+    static void removeFfmpeg();
+
+    bool hangs(const QString &key) const; ///< whether the stand-in with that key has come to its hang
+    int runCount() const;                 ///< of stand-ins so far
+    bool isQuiet() const;                 ///< no stand-in runs, and this process has no child
+    QStringList files() const;            ///< in videos(), hidden ones and folders, too
+
+    static constexpr int Patience = 30000; ///< milliseconds; only a failing test waits so long
+
+private:
+    QList<qint64> pids() const;
+
+    QTemporaryDir m_root;
+};

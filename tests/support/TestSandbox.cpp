@@ -1,0 +1,200 @@
+#include "tests/support/TestSandbox.h"
+
+#include "tests/support/Processes.h"
+
+#include <nox/front/WebMediaDownloaderFactory.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+using namespace Nox;
+
+TestSandbox::TestSandbox()
+    : m_workingFolder(QDir::currentPath())
+    , m_log(path(QStringLiteral("library.log")))
+{
+    for (const char *name : {"my videos", "tmp", "notes"})
+        QDir().mkpath(path(QLatin1String(name)));
+    QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), tool());
+    QDir::setCurrent(folder());
+    qputenv("TMPDIR", path(QStringLiteral("tmp")).toLocal8Bit());
+    qputenv("NOX_STAGE", path(QStringLiteral("notes")).toLocal8Bit());
+    play(QString());
+    provide(Interpreter, StandIn);
+    provide(Ffmpeg, StandIn);
+}
+
+TestSandbox::~TestSandbox()
+{
+    for (const Run &run : runs())
+        Processes::end(run.pid);
+    QFile::setPermissions(folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner); // a run may lock it
+    QDir::setCurrent(m_workingFolder);
+    if (m_tmpdir.isNull())
+        qunsetenv("TMPDIR");
+    else
+        qputenv("TMPDIR", m_tmpdir);
+}
+
+QString TestSandbox::path(const QString &name) const
+{
+    return m_root.filePath(name);
+}
+
+QString TestSandbox::folder() const
+{
+    return path(QStringLiteral("my videos"));
+}
+
+QString TestSandbox::tool() const
+{
+    return path(QStringLiteral("yt.zip"));
+}
+
+std::unique_ptr<WebMediaDownloader> TestSandbox::newDownloader() const
+{
+    auto *const factory = WebMediaDownloaderFactory::instance();
+    return std::unique_ptr<WebMediaDownloader>(factory->createDownloader(tool(), path(QStringLiteral("cache"))));
+}
+
+std::unique_ptr<WebMediaInfoExtractor> TestSandbox::newExtractor() const
+{
+    auto *const factory = WebMediaDownloaderFactory::instance();
+    return std::unique_ptr<WebMediaInfoExtractor>(factory->createExtractor(tool(), path(QStringLiteral("cache"))));
+}
+
+void TestSandbox::play(const QString &scenario)
+{
+    qputenv("NOX_SCENARIO", scenario.toUtf8());
+}
+
+void TestSandbox::provide(Program program, Condition condition, const QString &appFolder)
+{
+    const QString file =
+        appFolder + (program == Ffmpeg ? QStringLiteral("/ffmpeg") : QStringLiteral("/python3.10/bin/python3.10"));
+    QDir().mkpath(QFileInfo(file).path());
+    QFile::remove(file);
+    if (condition == StandIn)
+        QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), file);
+    else if (condition == Real)
+        QFile::link(program == Ffmpeg ? QStringLiteral("/usr/bin/ffmpeg") : QStringLiteral("/usr/bin/python3"), file);
+    else if (condition == NotExecutable)
+        QFile(file).open(QIODevice::WriteOnly);
+}
+
+void TestSandbox::provide(Program program, Condition condition)
+{
+    provide(program, condition, QCoreApplication::applicationDirPath());
+}
+
+void TestSandbox::mark(const QString &name)
+{
+    QFile(path(QStringLiteral("notes/mark.") + name)).open(QIODevice::WriteOnly);
+}
+
+bool TestSandbox::isMarked(const QString &name) const
+{
+    return QFile::exists(path(QStringLiteral("notes/mark.") + name));
+}
+
+bool TestSandbox::hangs(const QString &key) const
+{
+    return isMarked(QStringLiteral("hang.") + key);
+}
+
+QList<TestSandbox::Run> TestSandbox::runs() const
+{
+    QList<Run> result;
+    QFile file(path(QStringLiteral("notes/runs")));
+    if (!file.open(QIODevice::ReadOnly))
+        return result;
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString &line : lines) {
+        const QStringList words = line.split(QLatin1Char('\x1f'));
+        result.append({words.value(0), words.value(1).toLongLong(), words.mid(2)});
+    }
+    return result;
+}
+
+QStringList TestSandbox::keys() const
+{
+    QStringList result;
+    for (const Run &run : runs())
+        result.append(run.key);
+    return result;
+}
+
+QStringList TestSandbox::arguments(const QString &key) const
+{
+    const QList<Run> all = runs();
+    const auto found = std::find_if(all.begin(), all.end(), [&key](const Run &run) { return run.key == key; });
+    return found == all.end() ? QStringList{QStringLiteral("not run: ") + key} : found->arguments;
+}
+
+bool TestSandbox::isQuiet() const
+{
+    const QList<Run> all = runs();
+    return std::none_of(all.begin(), all.end(), [](const Run &run) { return Processes::isRunning(run.pid); })
+        && Processes::children().isEmpty();
+}
+
+QString TestSandbox::files() const
+{
+    QStringList result;
+    const QFileInfoList infos = QDir(folder()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System);
+    for (const QFileInfo &info : infos) {
+        QFile file(info.filePath());
+        file.open(QIODevice::ReadOnly);
+        result.append(plain(info.fileName() + QLatin1Char('=') + QString::fromUtf8(file.readAll())));
+    }
+    result.sort();
+    return result.join(QStringLiteral(", "));
+}
+
+void TestSandbox::putFile(const QString &name)
+{
+    QFile file(folder() + QLatin1Char('/') + name);
+    if (!file.open(QIODevice::WriteOnly) || file.write("old") != 3)
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+}
+
+QStringList TestSandbox::records(_NoxLogLevel lowest, bool withSource) const
+{
+    QStringList result;
+    for (const QString &record : m_log.records(lowest, withSource)) {
+        const QString text = plain(record);
+        if (!text.trimmed().endsWith(QLatin1String(": ~")) || !result.endsWith(text)) // a flood counts as one
+            result.append(text);
+    }
+    return result;
+}
+
+QString TestSandbox::errors() const
+{
+    return records(LOG_ERROR).join(QLatin1Char('|'));
+}
+
+QString TestSandbox::plain(QString text) const
+{
+    static const QRegularExpression unique(QStringLiteral("\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}"));
+    static const QRegularExpression flood(QStringLiteral("~~+"));
+    text.replace(folder(), QStringLiteral("DIR")).replace(m_root.path(), QStringLiteral("ROOT"));
+    text.replace(QCoreApplication::applicationDirPath(), QStringLiteral("APP"));
+    int number = 0;
+    for (const Run &run : runs()) {
+        const QRegularExpressionMatch match = unique.match(run.arguments.join(QLatin1Char(' ')));
+        if (match.hasMatch() && run.key != QLatin1String("ffmpeg"))
+            text.replace(match.captured(), QStringLiteral("{%1}").arg(++number));
+    }
+    return text.replace(flood, QStringLiteral("~"));
+}
+
+QByteArray TestSandbox::moduleLog() const
+{
+    const QString name = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+    QFile file(path(QStringLiteral("tmp/") + name + QStringLiteral(".1.log")));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

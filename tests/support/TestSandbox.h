@@ -1,0 +1,72 @@
+#pragma once
+
+#include "tests/support/LogFile.h"
+
+#include <nox/front/WebMediaDownloader.h>
+#include <nox/front/WebMediaInfoExtractor.h>
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+/**
+ * A private world for one test: folders, stand-in programs in the application folder, a log, and the
+ * stand-ins' own notes of how they were started. Sets TMPDIR and the working folder while it lives,
+ * and ends what its stand-ins left running.
+ */
+class TestSandbox
+{
+public:
+    enum Program { Interpreter, Ffmpeg };
+    enum Condition { StandIn, Real, Missing, NotExecutable };
+
+    struct Run {
+        QString key; ///< format code, "dump", "ffmpeg", or "child" for a process that a stand-in started
+        qint64 pid;
+        QStringList arguments;
+    };
+
+    TestSandbox();
+    ~TestSandbox();
+
+    QString path(const QString &name) const;
+    QString folder() const; ///< destination folder, also the working folder; its name holds a blank
+    QString tool() const;   ///< the stand-in as a tool file for a real interpreter, named yt.zip
+
+    std::unique_ptr<Nox::WebMediaDownloader> newDownloader() const;
+    std::unique_ptr<Nox::WebMediaInfoExtractor> newExtractor() const;
+
+    /** What the stand-ins play from now on; keys that are not named play a successful run. */
+    void play(const QString &scenario);
+    static void provide(Program program, Condition condition, const QString &appFolder);
+    void provide(Program program, Condition condition);
+
+    void mark(const QString &name);
+    bool isMarked(const QString &name) const;
+    bool hangs(const QString &key) const;
+
+    QList<Run> runs() const;
+    QStringList keys() const;                        ///< keys of all runs, in order
+    QStringList arguments(const QString &key) const; ///< of the first run with that key
+    bool isQuiet() const; ///< no process that a stand-in was or started runs, and this one has no child
+
+    /** Names and contents of the files in folder(): "name=content, name=content". */
+    QString files() const;
+    void putFile(const QString &name);
+
+    /** Texts of the log; folders as DIR, APP and ROOT, the items' unique names as {1} and {2}. */
+    QStringList records(Nox::_NoxLogLevel lowest, bool withSource = false) const;
+    QString errors() const; ///< records from LOG_ERROR up, "|" between them
+    QString plain(QString text) const;
+    QByteArray moduleLog() const;
+
+    static constexpr int Patience = 30000;      ///< milliseconds; only a failing test waits so long
+    static constexpr int GraceAfterKill = 2000; ///< milliseconds in which a stopped program must be gone
+
+private:
+    QByteArray m_tmpdir = qgetenv("TMPDIR");
+    QString m_workingFolder;
+    QTemporaryDir m_root;
+    LogFile m_log;
+};
