@@ -9,6 +9,7 @@
  * The library's classes and types. The free functions for hosts stand outside it.
  */
 #include <nox/Export.h>
+#include <nox/front/DownloadError.h>
 #include <nox/front/ToolEnvironment.h>
 #include <nox/front/WebMediaDownloader.h>
 #include <nox/front/WebMediaDownloaderFactory.h>

@@ -23,15 +23,6 @@ namespace Nox {
 
 namespace {
 
-// What error() carries.
-enum Failure : qint32 {
-    ProcessFailed = -1, // or there is no format code to start a process for
-    ExitedWithError = -4,
-    Crashed = -5,
-    MergeProcessFailed = -7,
-    RenameFailed = -8,
-};
-
 constexpr int teardownWait = 50; // milliseconds
 constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
 
@@ -159,6 +150,7 @@ bool YdDownloader::isUsingYt() const
 void YdDownloader::reset()
 {
     clearLeftovers();
+    clearErrorTail();
     for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
         if (process != nullptr) {
             process->disconnect(this);
@@ -192,7 +184,7 @@ void YdDownloader::initYdDownloaderCommand()
     if (ydCode.isEmpty()) {
         NOX_LOG_ERROR("Yd download format is empty. url %s", LogCall::utf8(m_url).constData());
         m_isRunning = false;
-        Q_EMIT error(ProcessFailed);
+        fail(DownloadError::ProcessFailed);
         return;
     }
 
@@ -211,7 +203,7 @@ void YdDownloader::downloadNextItem()
     if (ydCode.isEmpty()) {
         NOX_LOG_ERROR("yd download format is empty. url %s", LogCall::utf8(m_url).constData());
         m_isRunning = false;
-        Q_EMIT error(ProcessFailed);
+        fail(DownloadError::ProcessFailed);
         return;
     }
 
@@ -268,7 +260,9 @@ void YdDownloader::rememberItemFile(const QString &text)
 void YdDownloader::ydReadError()
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
-    const QString text = ProcessOutput::fromLocal8Bit(m_ydProcess->readAllStandardError());
+    const QByteArray output = m_ydProcess->readAllStandardError();
+    appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
+    const QString text = ProcessOutput::fromLocal8Bit(output);
     NOX_LOG_ERROR("Yd process read error: %s ", LogCall::latin1(text).constData());
 }
 
@@ -279,7 +273,7 @@ void YdDownloader::ydProcessError(QProcess::ProcessError error)
     // A process that runs on still decides by its end; one that could not be started has none.
     if (m_ydProcess->state() == QProcess::NotRunning)
         m_isRunning = false;
-    Q_EMIT this->error(ProcessFailed);
+    fail(DownloadError::ProcessFailed);
 }
 
 void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
@@ -312,14 +306,14 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
     const RunGuard run(this);
     m_isClearPending = true;
     if (isDone) {
-        Q_EMIT error(RenameFailed);
+        fail(DownloadError::RenameFailed);
         NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
     } else if (exitStatus == QProcess::CrashExit) {
         NOX_LOG_ERROR("Yd process crashed: %s ", url.constData());
-        Q_EMIT error(Crashed);
+        fail(DownloadError::Crashed);
     } else {
         NOX_LOG_ERROR("Yd process terminated abnormally: %s  \n ExitCode: %d", url.constData(), exitCode);
-        Q_EMIT error(ExitedWithError);
+        fail(DownloadError::ExitedWithError);
     }
     if (run.isSame())
         clearLeftovers();
@@ -335,7 +329,7 @@ void YdDownloader::proceedMerge()
     if (m_item1File.isEmpty() || m_item2File.isEmpty()) {
         NOX_LOG_ERROR("FFMPEG not started: the tool has not named both files!");
         m_isRunning = false;
-        Q_EMIT error(ExitedWithError);
+        fail(DownloadError::ExitedWithError);
         return;
     }
     if (!MergeCommand::copiesVideo(m_item1File))
@@ -358,7 +352,9 @@ void YdDownloader::ffmpegReadOutputData()
 void YdDownloader::ffmpegReadStandardError()
 {
     const ChildProcess::SignalGuard guard(m_ffmpegProcess);
-    const QString text = ProcessOutput::fromUtf8(m_ffmpegProcess->readAllStandardError());
+    const QByteArray output = m_ffmpegProcess->readAllStandardError();
+    appendToErrorTail(output, ProcessOutput::fromUtf8);
+    const QString text = ProcessOutput::fromUtf8(output);
     NOX_LOG_ERROR("FFMPEG read error: %s", LogCall::utf8(text).constData());
 }
 
@@ -367,7 +363,7 @@ void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
     const ChildProcess::SignalGuard guard(m_ffmpegProcess);
     if (m_ffmpegProcess->state() == QProcess::NotRunning)
         m_isRunning = false;
-    Q_EMIT this->error(MergeProcessFailed);
+    fail(DownloadError::MergeProcessFailed);
     NOX_LOG_ERROR("FFMPEG process error: %d", static_cast<int>(error));
 }
 
@@ -378,12 +374,12 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
     m_isRunning = false;
     if (exitStatus == QProcess::CrashExit) {
         NOX_LOG_ERROR("FFMPEG crashed!");
-        Q_EMIT error(Crashed);
+        fail(DownloadError::Crashed);
         return;
     }
     if (exitCode != 0) {
         NOX_LOG_ERROR("FFMPEG terminated abnormally!");
-        Q_EMIT error(ExitedWithError);
+        fail(DownloadError::ExitedWithError);
         return;
     }
 
@@ -394,7 +390,7 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
     if (!QFile::rename(m_mergedFile, m_destFile)) {
         const QByteArray from = LogCall::latin1(m_mergedFile);
         const QByteArray to = LogCall::latin1(m_destFile);
-        Q_EMIT error(RenameFailed);
+        fail(DownloadError::RenameFailed);
         NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
         return;
     }
@@ -402,6 +398,11 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
     Q_EMIT progress(m_progress.expectedTotal(), m_progress.expectedTotal(), 0);
     if (run.isSame())
         Q_EMIT finished();
+}
+
+void YdDownloader::fail(DownloadError code)
+{
+    Q_EMIT error(static_cast<qint32>(code));
 }
 
 void YdDownloader::clearLeftovers()

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <nox/download/DownloadProgress.h>
+#include <nox/front/DownloadError.h>
 #include <nox/front/WebMediaDownloader.h>
+#include <nox/process/ErrorTail.h>
 
 #include <QProcess>
 #include <QString>
@@ -17,7 +19,7 @@ class ChildProcess;
  * The tool writes beside the destination, under a name of its own; only a complete file gets the
  * destination's name.
  */
-class YdDownloader final : public WebMediaDownloader
+class YdDownloader final : public WebMediaDownloader, public ErrorTail
 {
     Q_OBJECT
 
@@ -51,6 +53,7 @@ private:
     void rememberItemFile(const QString &text);
     void proceedMerge();
     void clearLeftovers();
+    void fail(DownloadError code);
 
     ChildProcess *m_ydProcess = nullptr; // both owned, and new for every download
     ChildProcess *m_ffmpegProcess = nullptr;

@@ -86,6 +86,7 @@ void YdExtractor::beginRequest(const QString &url)
         m_process->discardOutput(QProcess::StandardOutput);
         m_process->discardOutput(QProcess::StandardError);
     }
+    clearErrorTail();
     m_url = url;
     m_mediaInfo.setUrl(url);
     m_process = new ChildProcess(this);
@@ -135,7 +136,9 @@ void YdExtractor::ydProcessError(QProcess::ProcessError error)
 void YdExtractor::ydReadError()
 {
     const ChildProcess::SignalGuard guard(m_process);
-    const QString text = ProcessOutput::fromLocal8Bit(m_process->readAllStandardError());
+    const QByteArray output = m_process->readAllStandardError();
+    appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
+    const QString text = ProcessOutput::fromLocal8Bit(output);
     NOX_LOG_ERROR("Yd extract read error: %s", LogCall::latin1(text).constData());
     m_mediaInfo.setErrorDetail(text);
     if (!text.startsWith(QLatin1String("WARNING")))

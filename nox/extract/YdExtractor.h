@@ -2,6 +2,7 @@
 
 #include <nox/front/WebMediaInfoExtractor.h>
 #include <nox/model/WebMediaInfo.h>
+#include <nox/process/ErrorTail.h>
 
 #include <QProcess>
 #include <QString>
@@ -16,7 +17,7 @@ class ChildProcess;
  * Each request makes a process object of its own, which stays with the extractor as its child; the
  * record is kept between requests, so that a second page's profiles stand before the first one's.
  */
-class YdExtractor final : public WebMediaInfoExtractor
+class YdExtractor final : public WebMediaInfoExtractor, public ErrorTail
 {
     Q_OBJECT
 

@@ -43,6 +43,13 @@ public:
      */
     virtual void clear() = 0;
 
+    /**
+     * The tool's and ffmpeg's own words: the end of what they have printed on standard error since the
+     * last download(), 4096 bytes at most. Warnings and progress lines are among it. Empty when
+     * they have printed nothing, and in a class of the host's own.
+     */
+    QString errorDetail() const;
+
 Q_SIGNALS:
     /** The tool has been started for a stream; comes twice for a video with an audio companion. */
     void started();
@@ -58,9 +65,7 @@ Q_SIGNALS:
 
     /**
      * The download failed.
-     * @param errorCode -1 no format code, or the tool's process failed; -4 the tool or ffmpeg
-     *        reported failure; -5 it crashed; -7 ffmpeg's process failed; -8 the finished file could
-     *        not get its final name
+     * @param errorCode a value of DownloadError; errorDetail() has the words that go with it
      */
     void error(qint32 errorCode);
 

@@ -42,6 +42,13 @@ public:
      */
     virtual void cancel() = 0;
 
+    /**
+     * The tool's own words: the end of what it has printed on standard error since the last
+     * getMediaInfoBySignal(), 4096 bytes at most. Warnings are among it. Empty when it has printed
+     * nothing, after getMediaInfo(), which does not read them, and in a class of the host's own.
+     */
+    QString errorDetail() const;
+
 Q_SIGNALS:
     /**
      * The record as filled so far. Comes alone on success and before an error(), except before the

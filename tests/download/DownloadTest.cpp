@@ -77,6 +77,8 @@ private Q_SLOTS:
     void deletedWhenTheToolEnds_data();
     void deletedWhenTheToolEnds();
     void sideBySide();
+    void errorDetail_data();
+    void errorDetail();
     void hostKilled_data();
     void hostKilled();
 };
@@ -602,6 +604,42 @@ void DownloadTest::sideBySide()
                                    "progress(6501,6501,0) finished"),
                               TestSandbox::Patience);
     QCOMPARE(stage.files(), QStringLiteral("a.mp4=137+140, b.mp4=138+141"));
+}
+
+void DownloadTest::errorDetail_data()
+{
+    const TextTable row{"setup", "scenario", "notifications", "detail"};
+    row("nothing printed", "", "137: exit 1", "started error(-4)", "");
+    row("in several outputs", "", "137: err WARNING: \xc3\xa9\\n|err ERROR: \xe2\x82\xac\\n|exit 1",
+        "started error(-4)", "WARNING: \xc3\xa9\nERROR: \xe2\x82\xac\n");
+    row("of both programs", "two", "140: announce m4a|err one\\n\nffmpeg: err two \xc3\xa9|exit 1",
+        "started started error(-4)", "one\ntwo \xc3\xa9");
+    row("after success", "", "137: announce mp4|err WARNING", "started finished", "WARNING");
+    row("before a crash", "", "137: err last words|kill SIGKILL", "started error(-1) error(-5)", "last words");
+    row("interpreter missing", "python=missing", "", "started error(-1)", "");
+}
+
+/** What the programs of this download have said, until the next one begins. */
+void DownloadTest::errorDetail()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, scenario);
+    QFETCH(QString, notifications);
+    QFETCH(QString, detail);
+    TestSandbox stage;
+    const Setup applied(setup, stage);
+    stage.play(scenario);
+    const auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    QCOMPARE(downloader->errorDetail(), QString());
+    downloader->download(Setup::url(), applied.profile(), applied.destination());
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
+    QCOMPARE(downloader->errorDetail(), detail);
+    downloader->cancel();
+    QCOMPARE(downloader->errorDetail(), detail);
+    stage.play(QStringLiteral("137: hang"));
+    downloader->download(Setup::url(), applied.profile(), applied.destination());
+    QCOMPARE(downloader->errorDetail(), QString());
 }
 
 void DownloadTest::hostKilled_data()

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void deletedInANotification();
     void cancelBeforeAnyRequest();
     void floodOfErrors();
+    void errorDetail();
 };
 
 void ExtractTest::notifying_data()
@@ -255,6 +256,30 @@ void ExtractTest::floodOfErrors()
     QVERIFY2(pairs.match(log.text()).hasMatch(), qPrintable(log.text().left(300)));
     QCOMPARE(log.text().count(QLatin1Char('~')) / (1 << 20), 50);
     QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::Patience);
+}
+
+/** The tool's words of this request alone, to the end, also those that give no notification. */
+void ExtractTest::errorDetail()
+{
+    TestSandbox stage;
+    const auto extractor = stage.newExtractor();
+    const SignalLog log(extractor.get());
+    QCOMPARE(extractor->errorDetail(), QString());
+    QString inNotification;
+    connect(extractor.get(), &WebMediaInfoExtractor::error, this, [&] { inNotification = extractor->errorDetail(); });
+    stage.play(text("dump: err WARNING: \xc3\xa9\\n|err ERROR: no\\n|exit 1"));
+    extractor->getMediaInfoBySignal(Setup::url());
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(QStringLiteral("error(-1) error(-1)")), TestSandbox::Patience);
+    QCOMPARE(inNotification, text("WARNING: \xc3\xa9\nERROR: no\n"));
+
+    stage.play(QStringLiteral("dump: hang"));
+    extractor->getMediaInfoBySignal(Setup::url());
+    QCOMPARE(extractor->errorDetail(), QString());
+    stage.play(QStringLiteral("dump: err WARNING\\n|json A 1"));
+    extractor->getMediaInfoBySignal(Setup::url());
+    QTRY_COMPARE_WITH_TIMEOUT(extractor->errorDetail(), QStringLiteral("WARNING\n"), TestSandbox::Patience);
+    extractor->getMediaInfo(Setup::url());
+    QCOMPARE(extractor->errorDetail(), QString());
 }
 
 NOX_TEST_MAIN(ExtractTest)

@@ -6,6 +6,8 @@
 
 #include <nox/front/ToolEnvironment.h>
 #include <nox/front/WebMediaDownloaderFactory.h>
+#include <nox/process/ErrorTail.h>
+#include <nox/process/ProcessOutput.h>
 
 #include <QDir>
 #include <QMetaMethod>
@@ -16,6 +18,19 @@
 
 using namespace Nox;
 
+namespace {
+
+class TestWorker : public QObject, public ErrorTail
+{
+public:
+    void print(const QByteArray &output, bool isTool)
+    {
+        appendToErrorTail(output, isTool ? ProcessOutput::fromLocal8Bit : ProcessOutput::fromUtf8);
+    }
+};
+
+} // namespace
+
 /** What hosts see of the workers' classes, and the exact command lines that start the tool. */
 class FrontTest : public QObject
 {
@@ -25,6 +40,8 @@ private Q_SLOTS:
     void metaObjects_data();
     void metaObjects();
     void factory();
+    void errorTail_data();
+    void errorTail();
     void commandLines_data();
     void commandLines();
     void realInterpreter();
@@ -123,6 +140,39 @@ void FrontTest::factory()
     QVERIFY(!first->parent() && !extractor->parent());
     QCOMPARE(GetPythonExecPath(),
              QCoreApplication::applicationDirPath() + QStringLiteral("/python3.10/bin/python3.10"));
+}
+
+void FrontTest::errorTail_data()
+{
+    QTest::addColumn<QByteArrayList>("outputs");
+    QTest::addColumn<QString>("expected");
+    const QByteArray euro("\xe2\x82\xac");
+    const QString shown = QString::fromUtf8(euro);
+    QTest::newRow("nothing") << QByteArrayList() << QString();
+    QTest::newRow("a character in two outputs")
+        << QByteArrayList{"a\xe2", "\x82\xac", "b"} << QStringLiteral("a") + shown + QLatin1Char('b');
+    QTest::newRow("zero byte") << QByteArrayList{QByteArray("a\0b", 3)} << QString(QStringLiteral("a\0b"));
+    QTest::newRow("exactly the limit") << QByteArrayList{QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
+    QTest::newRow("one more") << QByteArrayList{"y", QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
+    QTest::newRow("one big output") << QByteArrayList{QByteArray(1000000, 'x') + "y"}
+                                    << QString(4095, QLatin1Char('x')) + QLatin1Char('y');
+    QTest::newRow("many small ones") << QByteArrayList(QVector<QByteArray>(20000, "xy").toList())
+                                     << QStringLiteral("xy").repeated(2048);
+    QTest::newRow("cut between characters") << QByteArrayList{euro.repeated(5000)} << shown.repeated(1365);
+}
+
+void FrontTest::errorTail()
+{
+    QFETCH(QByteArrayList, outputs);
+    QFETCH(QString, expected);
+    TestWorker worker;
+    for (const QByteArray &output : outputs)
+        worker.print(output, true);
+    QCOMPARE(ErrorTail::of(&worker), expected);
+    worker.print("!", false); // decoded anew behind what was there
+    QCOMPARE(ErrorTail::of(&worker).right(4000), (expected + QLatin1Char('!')).right(4000));
+    QVERIFY(ErrorTail::of(&worker).toUtf8().size() <= 4096);
+    QCOMPARE(ErrorTail::of(this), QString());
 }
 
 void FrontTest::commandLines_data()

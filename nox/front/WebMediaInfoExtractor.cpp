@@ -1,0 +1,12 @@
+#include <nox/front/WebMediaInfoExtractor.h>
+
+#include <nox/process/ErrorTail.h>
+
+namespace Nox {
+
+QString WebMediaInfoExtractor::errorDetail() const
+{
+    return ErrorTail::of(this);
+}
+
+} // namespace Nox
