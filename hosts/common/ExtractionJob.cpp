@@ -1,6 +1,7 @@
 #include "hosts/common/ExtractionJob.h"
 
 #include "hosts/common/FailureText.h"
+#include "hosts/common/StreamChoice.h"
 #include "hosts/common/TextSanitizer.h"
 
 #include <nox/front/WebMediaDownloaderFactory.h>
@@ -89,7 +90,7 @@ void ExtractionJob::settle()
     if (!m_awaitsError || m_state != State::Running)
         return;
     m_answered = true;
-    end(m_page.isValid() ? Outcome::Finished : Outcome::Failed);
+    end(StreamChoice(m_page).all().isEmpty() ? Outcome::Failed : Outcome::Finished);
 }
 
 /** The extractor goes later, since its notification may be on the stack; the outcome follows. */
@@ -121,7 +122,8 @@ void ExtractionJob::report()
     case Outcome::Failed:
         if (m_toolText.isEmpty())
             m_toolText = m_page.errorDetail();
-        Q_EMIT failed(m_answered ? FailureText::noStream() : FailureText::extraction(m_code), toolWords(m_toolText));
+        Q_EMIT failed(m_answered ? FailureText::noStream(m_page) : FailureText::extraction(m_code),
+                      toolWords(m_toolText));
         break;
     case Outcome::Cancelled:
         Q_EMIT cancelled();

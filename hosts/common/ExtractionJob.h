@@ -33,7 +33,7 @@ public:
     void cancel();
 
 Q_SIGNALS:
-    /** The page holds streams. */
+    /** The page holds at least one stream that StreamChoice offers. */
     void finished(const Nox::WebMediaInfo &page);
 
     /**

@@ -53,10 +53,14 @@ QString FailureText::extraction(int code)
     }
 }
 
-QString FailureText::noStream()
+QString FailureText::noStream(const Nox::WebMediaInfo &page)
 {
-    return tr("The page holds no stream that can be downloaded. Check the address; the page may need a newer download "
-              "tool.");
+    if (!page.getMediaProfileList().isEmpty())
+        return tr("None of the page's streams can be downloaded: their format codes cannot be passed to the tool.");
+    if (page.getTitle().isEmpty())
+        return tr("The download tool's description of the page could not be read. The log may tell more.");
+    return tr("The page holds no stream that can be downloaded. It may be protected, not have begun yet, or hold "
+              "pictures only.");
 }
 
 QString FailureText::noPrivateFolder(const QString &folder, const QString &cause)

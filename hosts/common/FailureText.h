@@ -1,5 +1,7 @@
 #pragma once
 
+#include <nox/model/WebMediaInfo.h>
+
 #include <QCoreApplication>
 #include <QString>
 
@@ -22,8 +24,8 @@ public:
     /** @p code as WebMediaInfoExtractor::error() gives it. */
     static QString extraction(int code);
 
-    /** The tool was content with the page, but there is nothing to download. */
-    static QString noStream();
+    /** The tool was content with the page, but what it tells of it, @p page, holds nothing to download. */
+    static QString noStream(const Nox::WebMediaInfo &page);
 
     /** The download's private folder could not be made in @p folder. */
     static QString noPrivateFolder(const QString &folder, const QString &cause);

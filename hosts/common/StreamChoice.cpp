@@ -2,9 +2,13 @@
 
 #include <nox/model/MediaList.h>
 
+#include <QSet>
+
 #include <algorithm>
-#include <functional>
 #include <iterator>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace NoxHost {
 
@@ -12,6 +16,13 @@ namespace {
 
 using Nox::MediaProfile;
 using Profiles = QList<MediaProfile>;
+
+constexpr int enoughLines = 360; // a picture that people put up with
+
+bool isAudio(const MediaProfile &stream)
+{
+    return stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO;
+}
 
 bool isVideo(const MediaProfile &stream)
 {
@@ -23,83 +34,101 @@ bool isSized(const MediaProfile &stream)
     return stream.getVResolution().isValid();
 }
 
-// The library's own sort leaves equals in no particular order; the tool lists them by preference.
-template <typename Before>
-void sortStably(Profiles &streams, Before before)
+bool isAbove1080p(const MediaProfile &stream)
 {
-    std::stable_sort(streams.begin(), streams.end(), before);
+    return stream.getOriResStr().compare(QLatin1String(">1080p"), Qt::CaseInsensitive) == 0;
 }
 
-bool isBetter(const MediaProfile &left, const MediaProfile &right)
+/** Size of the picture, also for a stream of which the tool tells nothing but that it is above 1080p. */
+qint64 pixels(const MediaProfile &stream)
 {
-    return right < left;
+    const QSize size = stream.getVResolution();
+    if (size.isValid())
+        return static_cast<qint64>(size.width()) * size.height();
+    return isAbove1080p(stream) ? 1920 * 1080 + 1 : 0;
 }
 
-/**
- * Thins streams of known size. The library keeps the first stream with sound of a run of equals, or
- * else the run's last, and never touches the list's last entry. So DASH streams go first, the
- * preferred one at their end, and an entry that equals nothing closes the list.
- */
-Profiles thinnedRun(const Profiles &run)
+/** A picture of unknown size counts as large enough: better than hours of conversion on mere suspicion. */
+bool hasEnoughLines(const MediaProfile &stream)
 {
-    Profiles streams;
-    std::copy_if(run.crbegin(), run.crend(), std::back_inserter(streams), std::mem_fn(&MediaProfile::isDash));
-    std::copy_if(run.cbegin(), run.cend(), std::back_inserter(streams), std::not_fn(&MediaProfile::isDash));
-    sortStably(streams, isBetter);
-    streams.append(MediaProfile());
-    MediaListRemoveDuplicatedResolutions(streams);
-    streams.removeLast();
-    return streams;
+    return !isSized(stream) || stream.getVResolution().height() >= enoughLines;
 }
 
-/** Streams of unknown size may differ in all a person cares for: they stay. */
-Profiles thin(const Profiles &streams)
+/** The first of @p streams that @p suits; an invalid profile when there is none. */
+template <typename Predicate>
+MediaProfile first(const Profiles &streams, Predicate suits)
 {
-    Profiles result;
-    Profiles run;
-    for (const MediaProfile &stream : streams) {
-        if (isVideo(stream) && isSized(stream)) {
-            run += stream;
-            continue;
-        }
-        result += thinnedRun(run);
-        run.clear();
-        result += stream;
+    const auto found = std::find_if(streams.cbegin(), streams.cend(), suits);
+    return found == streams.cend() ? MediaProfile() : *found;
+}
+
+/** Of @p streams, in their order, the first with a good picture that needs the least conversion. */
+template <typename ConversionOf>
+MediaProfile leastWork(const Profiles &streams, ConversionOf conversionOf)
+{
+    for (const Conversion::Kind most : {Conversion::None, Conversion::Sound}) {
+        const MediaProfile found = first(streams, [&](const MediaProfile &stream) {
+            return hasEnoughLines(stream) && conversionOf(stream) <= most;
+        });
+        if (found.isValid())
+            return found;
     }
-    return result + thinnedRun(run);
-}
-
-bool isSamePicture(const MediaProfile &left, const MediaProfile &right)
-{
-    return left.getVResolution() == right.getVResolution() && left.is3D() == right.is3D()
-        && (isSized(left) || left.getOriResStr().compare(right.getOriResStr(), Qt::CaseInsensitive) == 0);
-}
-
-/** How little has to happen to a stream until it is a file with picture and sound. */
-int effort(const MediaProfile &stream)
-{
-    if (!stream.isDash())
-        return 0;
-    return stream.getFormat() == QLatin1String("MP4") ? 1 : 2;
+    return streams.value(0);
 }
 
 } // namespace
 
 StreamChoice::StreamChoice(const Nox::WebMediaInfo &page)
 {
+    // The record holds the streams with the tool's best first.
     const Profiles streams = page.getMediaProfileList();
     for (const MediaProfile &stream : streams) {
         if (!stream.isValid() || !isUsableCode(stream.getName()))
             continue;
         m_all += stream;
-        if (stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO)
+        if (isAudio(stream))
             m_audio += stream;
     }
-    sortStably(m_all, isBetter);
-    sortStably(m_audio, [](const MediaProfile &left, const MediaProfile &right) {
-        return left.getABitRate() > right.getABitRate();
-    });
-    m_thinned = thin(m_all);
+    m_companionForMp4 =
+        first(m_audio, [](const MediaProfile &stream) { return stream.getFormat() == QLatin1String("M4A"); });
+    if (!m_companionForMp4.isValid())
+        m_companionForMp4 = m_audio.value(0);
+    sort();
+    thin();
+}
+
+void StreamChoice::sort()
+{
+    using Key = std::tuple<bool, qint64, bool, bool, int>;
+    std::vector<std::pair<Key, MediaProfile>> keyed;
+    keyed.reserve(static_cast<std::size_t>(m_all.size()));
+    for (const MediaProfile &stream : std::as_const(m_all)) {
+        const Key key(isAudio(stream), -pixels(stream), stream.is3D(), isSilent(stream), conversion(stream));
+        keyed.emplace_back(key, stream);
+    }
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [](const auto &left, const auto &right) { return left.first < right.first; });
+    std::transform(keyed.cbegin(), keyed.cend(), m_all.begin(), [](const auto &entry) { return entry.second; });
+}
+
+/** Audio, and videos of unknown size, may differ in all that a person cares for: they stay. */
+void StreamChoice::thin()
+{
+    QSet<QString> seen;
+    for (const MediaProfile &stream : std::as_const(m_all)) {
+        if (isVideo(stream) && isSized(stream)) {
+            const QSize size = stream.getVResolution();
+            const QString look = QStringLiteral("%1x%2 %3 %4 %5")
+                                     .arg(size.width())
+                                     .arg(size.height())
+                                     .arg(stream.is3D())
+                                     .arg(stream.getFormat(), stream.getOriResStr().toUpper());
+            if (seen.contains(look))
+                continue;
+            seen.insert(look);
+        }
+        m_thinned += stream;
+    }
 }
 
 Profiles StreamChoice::all() const
@@ -119,28 +148,40 @@ Profiles StreamChoice::audio() const
 
 MediaProfile StreamChoice::best() const
 {
-    const auto first = std::find_if(m_thinned.cbegin(), m_thinned.cend(), isVideo);
-    if (first == m_thinned.cend())
-        return m_audio.isEmpty() ? m_all.value(0) : m_audio.first();
-    MediaProfile result = *first;
-    for (auto it = first; it != m_thinned.cend(); ++it)
-        if (isVideo(*it) && isSamePicture(*it, *first) && effort(*it) < effort(result))
-            result = *it;
-    return result;
+    Profiles withSound;
+    std::copy_if(m_all.cbegin(), m_all.cend(), std::back_inserter(withSound),
+                 [this](const MediaProfile &stream) { return isVideo(stream) && !isSilent(stream); });
+    if (!withSound.isEmpty())
+        return leastWork(withSound, [this](const MediaProfile &stream) { return conversion(stream); });
+    const MediaProfile silent = first(m_all, isVideo);
+    if (silent.isValid())
+        return silent;
+    return m_audio.isEmpty() ? m_all.value(0) : m_audio.first();
+}
+
+MediaProfile StreamChoice::bestFor(const MediaProfile &audio) const
+{
+    Profiles videos;
+    std::copy_if(m_all.cbegin(), m_all.cend(), std::back_inserter(videos), needsCompanion);
+    return leastWork(videos, [&audio](const MediaProfile &stream) { return Conversion::needed(stream, audio); });
 }
 
 MediaProfile StreamChoice::companionFor(const MediaProfile &video) const
 {
     if (!needsCompanion(video))
         return {};
-    if (video.getFormat() == QLatin1String("MP4")) {
-        const auto m4a = std::find_if(m_audio.cbegin(), m_audio.cend(), [](const MediaProfile &stream) {
-            return stream.getFormat() == QLatin1String("M4A");
-        });
-        if (m4a != m_audio.cend())
-            return *m4a;
-    }
-    return m_audio.value(0);
+    return video.getFormat() == QLatin1String("MP4") ? m_companionForMp4 : m_audio.value(0);
+}
+
+Conversion::Kind StreamChoice::conversion(const MediaProfile &stream) const
+{
+    const QString code = stream.getPreferredDashAudioYdCode();
+    return Conversion::needed(stream, code.isEmpty() ? companionFor(stream) : find(code));
+}
+
+bool StreamChoice::isSilent(const MediaProfile &stream) const
+{
+    return needsCompanion(stream) && m_audio.isEmpty();
 }
 
 MediaProfile StreamChoice::find(const QString &code) const
@@ -151,6 +192,11 @@ MediaProfile StreamChoice::find(const QString &code) const
 bool StreamChoice::needsCompanion(const MediaProfile &stream)
 {
     return isVideo(stream) && stream.isDash();
+}
+
+bool StreamChoice::holdsSound(const MediaProfile &stream)
+{
+    return stream.isValid() && !needsCompanion(stream);
 }
 
 bool StreamChoice::isUsableCode(const QString &code)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hosts/common/Conversion.h"
+
 #include <nox/model/MediaProfile.h>
 #include <nox/model/WebMediaInfo.h>
 
@@ -11,6 +13,9 @@ namespace NoxHost {
 /**
  * The streams of a page in the order in which a person wants to see them, and the ones to take when
  * nobody chooses. Streams whose format code could not go on a command line are left out. A value.
+ *
+ * Where streams are equal in what is known of them, the tool's own order decides: it knows frame rate,
+ * bit rate, language and the site's preference.
  */
 class StreamChoice
 {
@@ -21,30 +26,40 @@ public:
     /** The streams of @p page, as the extractor delivered it. */
     explicit StreamChoice(const Nox::WebMediaInfo &page);
 
-    /** Every usable stream, best first; among equals the tool's own preference stands. */
+    /**
+     * Every usable stream: videos before audio, the larger picture first, 2D before 3D, and of equal
+     * pictures those first that need the least work.
+     */
     QList<Nox::MediaProfile> all() const;
 
     /**
      * all() without streams that differ from a kept one in nothing a person sees: of equal picture
-     * size, 3D and container one stays, one with sound of its own if there is any.
+     * size, 3D, container and label the first one stays.
      */
     QList<Nox::MediaProfile> thinned() const;
 
-    /** The audio streams, highest bit rate first. */
+    /** The audio streams in the tool's order, its best first. */
     QList<Nox::MediaProfile> audio() const;
 
     /**
-     * The stream to take when nobody chooses: of the best picture the one with sound of its own, or
-     * the one that can be joined without encoding it again. On a page without video the best audio
-     * stream; on an empty page an invalid profile.
+     * The stream to take when nobody chooses: the best picture that becomes a file with sound without
+     * anything being encoded. Streams that must be converted come first only where nothing else has a
+     * picture of at least 360 lines, and silent ones where nothing else has sound. On a page without
+     * video it is the best audio stream, on an empty page an invalid profile.
      */
     Nox::MediaProfile best() const;
 
+    /** The video to take with @p audio when nobody chooses, as best() does; an invalid profile when there is none. */
+    Nox::MediaProfile bestFor(const Nox::MediaProfile &audio) const;
+
     /**
-     * The audio stream to join with @p video: the one of highest bit rate, M4A before all others for
-     * an MP4 video. An invalid profile when the video needs none or there is none.
+     * The audio stream to join with @p video: the tool's best, for an MP4 video its best in M4A before
+     * all others. An invalid profile when the video needs none or there is none.
      */
     Nox::MediaProfile companionFor(const Nox::MediaProfile &video) const;
+
+    /** What must be converted when @p stream is saved: with the audio named in it, or else with companionFor(). */
+    Conversion::Kind conversion(const Nox::MediaProfile &stream) const;
 
     /** The stream with format code @p code, or an invalid profile. */
     Nox::MediaProfile find(const QString &code) const;
@@ -52,13 +67,21 @@ public:
     /** Whether a stream is a picture without sound that an audio stream can be joined to. */
     static bool needsCompanion(const Nox::MediaProfile &stream);
 
+    /** Whether a stream holds sound, alone or with a picture. */
+    static bool holdsSound(const Nox::MediaProfile &stream);
+
     /** Whether @p code is one argument of a command line that is no option. */
     static bool isUsableCode(const QString &code);
 
 private:
+    void sort();
+    void thin();
+    bool isSilent(const Nox::MediaProfile &stream) const;
+
     QList<Nox::MediaProfile> m_all;
     QList<Nox::MediaProfile> m_thinned;
     QList<Nox::MediaProfile> m_audio;
+    Nox::MediaProfile m_companionForMp4; // invalid on a page without audio
 };
 
 } // namespace NoxHost

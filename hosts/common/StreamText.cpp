@@ -4,9 +4,23 @@
 
 #include <nox/util/Utilities.h>
 
-#include <QStringList>
+#include <QHash>
 
 namespace NoxHost {
+
+namespace {
+
+/** Upper case as in 1080P60, but a small x between the sides of a picture. */
+QString capitalised(const QString &label)
+{
+    QString result = label.toUpper();
+    for (auto i = 1; i + 1 < result.size(); ++i)
+        if (result.at(i) == QLatin1Char('X') && result.at(i - 1).isDigit() && result.at(i + 1).isDigit())
+            result[i] = QLatin1Char('x');
+    return result;
+}
+
+} // namespace
 
 QString StreamText::kind(const Nox::MediaProfile &stream)
 {
@@ -32,7 +46,39 @@ QString StreamText::label(const Nox::MediaProfile &stream)
     // The 3D mark has a place of its own.
     Nox::MediaProfile flat(stream);
     flat.set3D(false);
-    return printableLine(flat.resolutionStringEx());
+    return printableLine(capitalised(flat.resolutionStringEx()));
+}
+
+QStringList StreamText::labels(const QList<Nox::MediaProfile> &streams)
+{
+    const auto words = [](const Nox::MediaProfile &stream) {
+        return QStringList{kind(stream), container(stream), label(stream)}.join(QLatin1Char('\n'));
+    };
+    QHash<QString, int> count;
+    for (const Nox::MediaProfile &stream : streams)
+        ++count[words(stream)];
+    QStringList result;
+    for (const Nox::MediaProfile &stream : streams) {
+        const QString text = label(stream);
+        const QString code = printableLine(stream.getName());
+        if (count.value(words(stream)) < 2)
+            result += text;
+        else
+            result += text.isEmpty() ? code : tr("%1 (%2)", "quality, format code").arg(text, code);
+    }
+    return result;
+}
+
+QString StreamText::plainWords(const Nox::MediaProfile &stream)
+{
+    if (stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO) {
+        const int rate = stream.getABitRate() / 1000;
+        return rate > 0 ? tr("sound only, %1 kbit/s").arg(rate) : tr("sound only");
+    }
+    const QSize size = stream.getVResolution();
+    const QString quality = size.isValid() ? tr("%1p", "lines of the picture").arg(size.height()) : label(stream);
+    const QString sound = stream.isDash() ? tr("without sound") : tr("with sound");
+    return quality.isEmpty() ? sound : tr("%1, %2", "quality, with or without sound").arg(quality, sound);
 }
 
 QString StreamText::container(const Nox::MediaProfile &stream)

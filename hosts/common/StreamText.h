@@ -3,7 +3,9 @@
 #include <nox/model/MediaProfile.h>
 
 #include <QCoreApplication>
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace NoxHost {
 
@@ -18,8 +20,17 @@ public:
     /** "video", "video only", "audio", with "3D" in front where it applies. */
     static QString kind(const Nox::MediaProfile &stream);
 
-    /** Quality for display, such as 1080P or 128K; empty when nothing is known of it. */
+    /** Quality for display, such as 1080P60, 1280x720 or 128K; empty when nothing is known of it. */
     static QString label(const Nox::MediaProfile &stream);
+
+    /**
+     * The labels of @p streams, one for each. Streams that stand in the same words (kind, container and
+     * label) have their format code in them, so that a person can tell them apart.
+     */
+    static QStringList labels(const QList<Nox::MediaProfile> &streams);
+
+    /** The stream in plain words, such as "1080p, with sound", "720p, without sound" or "sound only, 128 kbit/s". */
+    static QString plainWords(const Nox::MediaProfile &stream);
 
     /** Container such as MP4. */
     static QString container(const Nox::MediaProfile &stream);

@@ -80,10 +80,6 @@ void FetchApp::onPage(const Nox::WebMediaInfo &page)
 {
     m_progress.stop();
     const NoxHost::StreamChoice streams(page);
-    if (streams.all().isEmpty()) {
-        fail(ExtractionFailed, NoxHost::FailureText::noStream());
-        return;
-    }
     tellPage(page);
     switch (m_options.mode) {
     case Options::Mode::Json:
@@ -100,6 +96,9 @@ void FetchApp::onPage(const Nox::WebMediaInfo &page)
         fail(UsageError, request.problem);
         return;
     }
+    const QString warning = NoxHost::Conversion::warning(request.conversion, request.stream, page.getDuration());
+    if (!warning.isEmpty())
+        m_console.note(warning);
     startDownload(request,
                   m_options.output.isEmpty() ? NoxHost::Destination::proposed(page, request.stream, QDir::currentPath())
                                              : m_options.output);

@@ -23,7 +23,7 @@ QString kindName(Nox::MediaType type)
     return QStringLiteral("unknown");
 }
 
-QJsonObject streamObject(const Nox::MediaProfile &stream)
+QJsonObject streamObject(const Nox::MediaProfile &stream, NoxHost::Conversion::Kind conversion)
 {
     QJsonObject object{
         {QStringLiteral("code"), stream.getName()},
@@ -32,6 +32,7 @@ QJsonObject streamObject(const Nox::MediaProfile &stream)
         {QStringLiteral("quality"), NoxHost::StreamText::label(stream)},
         {QStringLiteral("dash"), stream.isDash()},
         {QStringLiteral("3d"), stream.is3D()},
+        {QStringLiteral("mustBeConverted"), conversion != NoxHost::Conversion::None},
         {QStringLiteral("url"), stream.getUrl()},
     };
     if (stream.getVResolution().isValid()) {
@@ -62,7 +63,7 @@ QString jsonRecord(const Nox::WebMediaInfo &page, const NoxHost::StreamChoice &s
     QJsonArray array;
     const QList<Nox::MediaProfile> all = streams.all();
     for (const Nox::MediaProfile &stream : all)
-        array.append(streamObject(stream));
+        array.append(streamObject(stream, streams.conversion(stream)));
     const QJsonObject record{
         {QStringLiteral("url"), page.getUrl()},
         {QStringLiteral("title"), page.getTitle()},

@@ -28,7 +28,7 @@ QList<QCommandLineOption> optionList()
         {{text("l"), text("list")}, text("Show the streams in a table; download nothing.")},
         {text("json"), text("Print what is known of the page as JSON; download nothing.")},
         {{text("f"), text("format")}, text("Download the stream with this code."), text("CODE")},
-        {{text("a"), text("audio")}, text("Join the video with the audio stream of this code."), text("CODE")},
+        {{text("a"), text("audio")}, text("Join the video with the sound of the stream with this code."), text("CODE")},
         {text("no-audio"), text("Leave a video without sound as it is.")},
         {{text("o"), text("output")}, text("File to make; it must not exist."), text("FILE")},
         {text("tool"), text("The download tool (default: yt.zip beside this program)."), text("FILE")},

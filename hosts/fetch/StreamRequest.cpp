@@ -9,6 +9,8 @@ namespace NoxFetch {
 
 namespace {
 
+using Nox::MediaProfile;
+
 StreamRequest refused(const QString &problem)
 {
     StreamRequest request;
@@ -16,11 +18,13 @@ StreamRequest refused(const QString &problem)
     return request;
 }
 
-QString codesOf(const QList<Nox::MediaProfile> &streams)
+template <typename Predicate>
+QString codesOf(const QList<MediaProfile> &streams, Predicate suits)
 {
     QStringList codes;
-    for (const Nox::MediaProfile &stream : streams)
-        codes += NoxHost::printableLine(stream.getName());
+    for (const MediaProfile &stream : streams)
+        if (suits(stream))
+            codes += NoxHost::printableLine(stream.getName());
     return codes.isEmpty() ? QStringLiteral("none") : codes.join(QStringLiteral(", "));
 }
 
@@ -43,26 +47,32 @@ std::optional<StreamRequest> StreamRequest::withoutPage(const Options &options)
 
 StreamRequest StreamRequest::choose(const Options &options, const NoxHost::StreamChoice &streams)
 {
+    using NoxHost::StreamChoice;
+    const MediaProfile audio = options.audioCode.isEmpty() ? MediaProfile() : streams.find(options.audioCode);
+    if (!options.audioCode.isEmpty() && !StreamChoice::holdsSound(audio)) {
+        return refused(QStringLiteral("The page has no stream with sound and the code \"%1\"; it has: %2")
+                           .arg(options.audioCode, codesOf(streams.all(), StreamChoice::holdsSound)));
+    }
     StreamRequest request;
-    request.stream = options.formatCode.isEmpty() ? streams.best() : streams.find(options.formatCode);
+    if (!options.formatCode.isEmpty())
+        request.stream = streams.find(options.formatCode);
+    else
+        request.stream = audio.isValid() ? streams.bestFor(audio) : streams.best();
+    if (!request.stream.isValid() && options.formatCode.isEmpty())
+        return refused(QStringLiteral("The page has no video without sound: --audio does not apply to it."));
     if (!request.stream.isValid()) {
         return refused(QStringLiteral("The page has no stream with the code \"%1\"; it has: %2")
-                           .arg(options.formatCode, codesOf(streams.all())));
+                           .arg(options.formatCode, codesOf(streams.all(), [](const MediaProfile &) { return true; })));
     }
-    if (options.audioCode.isEmpty()) {
-        if (!options.noAudio)
-            request.stream.setPreferredDashAudioYdCode(streams.companionFor(request.stream).getName());
-        return request;
-    }
-    if (!NoxHost::StreamChoice::needsCompanion(request.stream)) {
+    if (audio.isValid() && !StreamChoice::needsCompanion(request.stream)) {
         return refused(QStringLiteral("Stream \"%1\" is no video without sound: --audio does not apply to it.")
                            .arg(NoxHost::printableLine(request.stream.getName())));
     }
-    if (streams.find(options.audioCode).getMediaType() != Nox::MEDIA_TYPE_AUDIO) {
-        return refused(QStringLiteral("The page has no audio stream with the code \"%1\"; it has: %2")
-                           .arg(options.audioCode, codesOf(streams.audio())));
-    }
-    request.stream.setPreferredDashAudioYdCode(options.audioCode);
+    if (audio.isValid())
+        request.stream.setPreferredDashAudioYdCode(audio.getName());
+    else if (!options.noAudio)
+        request.stream.setPreferredDashAudioYdCode(streams.companionFor(request.stream).getName());
+    request.conversion = request.needsJoining() ? streams.conversion(request.stream) : NoxHost::Conversion::None;
     return request;
 }
 

@@ -16,6 +16,9 @@ struct StreamRequest {
     Nox::MediaProfile stream; ///< Its preferred audio code set when it is to be joined.
     QString problem;          ///< In words; empty when there is a stream.
 
+    /** What joining converts; None also where the page was not asked. */
+    NoxHost::Conversion::Kind conversion = NoxHost::Conversion::None;
+
     /**
      * What @p options ask for when they name both streams and the file, so that nothing has to be looked up
      * on the page first; nothing when they leave something open. The codes are taken at their word.

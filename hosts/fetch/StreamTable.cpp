@@ -13,7 +13,7 @@ namespace {
 using Nox::MediaProfile;
 using NoxHost::StreamText;
 
-QStringList row(const MediaProfile &stream, bool isChosen)
+QStringList row(const MediaProfile &stream, const QString &mark, bool isChosen)
 {
     QStringList cells{
         isChosen ? QStringLiteral("*") : QString(),
@@ -27,7 +27,7 @@ QStringList row(const MediaProfile &stream, bool isChosen)
     for (int i = 1; i < cells.size(); ++i)
         if (cells.at(i).isEmpty())
             cells[i] = QStringLiteral("-");
-    return cells;
+    return cells << mark;
 }
 
 QString joined(const QStringList &cells, const QVector<int> &widths)
@@ -47,10 +47,12 @@ QString streamTable(const NoxHost::StreamChoice &streams)
     const MediaProfile best = streams.best();
     const QStringList chosen{best.getName(), streams.companionFor(best).getName()};
     QVector<QStringList> rows{{QString(), QStringLiteral("CODE"), QStringLiteral("KIND"), QStringLiteral("CONTAINER"),
-                               QStringLiteral("QUALITY"), QStringLiteral("SIZE"), QStringLiteral("DASH/3D")}};
+                               QStringLiteral("QUALITY"), QStringLiteral("SIZE"), QStringLiteral("DASH/3D"),
+                               QString()}};
     const QList<MediaProfile> all = streams.all();
     for (const MediaProfile &stream : all)
-        rows.append(row(stream, chosen.contains(stream.getName())));
+        rows.append(
+            row(stream, NoxHost::Conversion::mark(streams.conversion(stream)), chosen.contains(stream.getName())));
     QVector<int> widths(rows.constFirst().size(), 1);
     for (const QStringList &cells : qAsConst(rows))
         for (int i = 0; i < cells.size(); ++i)

@@ -38,8 +38,8 @@ Nox::WebMediaInfo page()
     for (const Nox::MediaProfile &entry :
          {stream("18", "MP4", {640, 360}, false), stream("136", "MP4", {1280, 720}, true),
           stream("298", "MP4", {1280, 720}, true), stream("137", "MP4", {1920, 1080}, true),
-          stream("248", "WEBM", {1920, 1080}, true), stream("140", "M4A", {}, true, 128000),
-          stream("251", "WEBM", {}, true, 160000)}) {
+          stream("248", "WEBM", {1920, 1080}, true), stream("251", "WEBM", {}, true, 160000),
+          stream("140", "M4A", {}, true, 128000)}) {
         info.addMediaProfile(entry);
     }
     return info;
@@ -113,10 +113,7 @@ void DeskModelTest::streamTable()
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(model.startRow(), -1);
     model.setStreams(NoxHost::StreamChoice(page()));
-    const QString thinned = names(model);
-    QVERIFY2(thinned.startsWith(QLatin1String("248 137 ")) && thinned.endsWith(QLatin1String(" 18 251 140")),
-             qPrintable(thinned));
-    QCOMPARE(model.rowCount(), 6); // one of 136 and 298
+    QCOMPARE(names(model), QStringLiteral("137 248 136 18 251 140")); // one of 136 and 298
     QVERIFY(model.hidesAny());
     QCOMPARE(model.stream(model.startRow()).getName(), QStringLiteral("137"));
     QCOMPARE(model.stream(model.startRow(QStringLiteral("18"))).getName(), QStringLiteral("18"));

@@ -46,6 +46,8 @@ void addSuccesses()
     addRow("format", "", "-f|18", 0, done, "video", "Clip.mp4=18", "dump 18");
     addRow("no audio", "", "--no-audio", 0, done, "!joining", "Clip.mp4=137", "dump 137");
     addRow("other audio", "251: announce webm", "-a|251", 0, done, "", "Clip.mp4=137+251", "dump 137 251 ffmpeg");
+    addRow("other stream's sound", "18: announce mp4", "-a|18", 0, done, "audio must be converted|: 2 min.",
+           "Clip.mp4=137+18", "dump 137 18 ffmpeg");
     addRow("audio alone", "", "-f|140", 0, "DIR/Clip.m4a\n", "audio", "Clip.m4a=140", "dump 140");
     addRow("output", "", "-f|18|-o|my %(id)s.x", 0, "DIR/my %(id)s.x\n", "", "my %(id)s.x=18", "dump 18");
     addRow("both codes and output", "", "-f|137|-a|140|-o|x.mp4", 0, "DIR/x.mp4\n",
@@ -68,7 +70,7 @@ void addFailures()
     addRow("unknown code taken at its word", "999: err ERROR: no such format\\n|exit 1", "-f|137|-a|999|-o|x.mp4", 3,
            "", "tool gave up|code -4|ERROR: no such format", "", "137 999");
     addRow("codes that are options", "", "-f|--exec=x|-a|140|-o|x.mp4", 2, "", "--exec=x", "", "dump");
-    addRow("audio that is video", "", "-a|18", 2, "", "it has: 251, 140", "", "dump");
+    addRow("audio that is silent", "", "-a|137", 2, "", "it has: 18, 251, 140", "", "dump");
     addRow("audio for a stream with sound", "", "-f|18|-a|140", 2, "", "\"18\"", "", "dump");
 
     addRow("page error", R"(dump: err ERROR: no such video\n|exit 1)", "", 1, "", "could not read|ERROR: no such video",
@@ -79,9 +81,11 @@ void addFailures()
            "", "dump");
     addRow("complaint but success", R"(dump: err Deprecated\n|json Late 18)", "-f|18", 0, "DIR/Late.mp4\n",
            "!Deprecated", "Late.mp4=18", "dump 18");
-    addRow("complaint but no page", R"(dump: err some words\n|out {})", "", 1, "", "no stream|some words", "", "dump");
-    addRow("no stream", "dump: json Clip ", "-l", 1, "", "no stream", "", "dump");
-    addRow("no code that can be passed on", "dump: json Clip --exec=x", "", 1, "", "no stream", "", "dump");
+    addRow("complaint but no page", R"(dump: err some words\n|out {})", "", 1, "", "could not be read|some words", "",
+           "dump");
+    addRow("no stream", "dump: json Clip ", "-l", 1, "", "no stream|protected", "", "dump");
+    addRow("no code that can be passed on", "dump: json Clip --exec=x", "", 1, "", "cannot be passed", "", "dump");
+    addRow("no description", "dump: out nonsense", "", 1, "", "could not be read|!newer", "", "dump");
     addRow("tool crash", "dump: kill SIGSEGV", "", 1, "", "crashed", "", "dump");
 
     addRow("video fails", R"(137: file mp4.part|touch x.ytdl|err ERROR: HTTP 403\n|exit 1)", "", 3, "",

@@ -1,3 +1,4 @@
+#include "hosts/common/Conversion.h"
 #include "hosts/common/Destination.h"
 #include "hosts/common/DownloadFolder.h"
 #include "hosts/common/FailureText.h"
@@ -45,7 +46,7 @@ MediaProfile stream(const QString &words)
             result.setDash(true);
             result.setOriResStr(part);
             result.setABitRate(part.chopped(1).toInt() * 1000);
-        } else if (part.endsWith(QLatin1Char('p'))) {
+        } else if (part.contains(QLatin1Char('p'))) {
             result.setOriResStr(part);
         } else {
             const QStringList sides = part.split(QLatin1Char('x'));
@@ -84,6 +85,8 @@ class HostCommonTest : public QObject
 private Q_SLOTS:
     void choice_data();
     void choice();
+    void conversions_data();
+    void conversions();
     void streamTexts();
     void urls_data();
     void urls();
@@ -111,23 +114,30 @@ void HostCommonTest::choice_data()
     row("none", "", "", "", "");
     row("one", "18 MP4 640x360", "18", "18", "18");
     row("one without sound, no audio", "1 MP4 640x360 dash", "1", "1", "1");
-    row("audio only, highest rate", "a M4A 128K,b WEBM 160K", "b a", "b a", "b");
-    row("M4A for MP4 in spite of rate", "v MP4 640x360 dash,a M4A 48K,b M4A 128K,c WEBM 160K", "v c a b", "v c a b",
-        "v b");
-    row("highest rate for the others", "v WEBM 640x360 dash,a M4A 128K,c WEBM 160K", "v c a", "v c a", "v c");
+    row("audio only, the tool's best", "a M4A 128K,b WEBM 160K", "a b", "a b", "a");
+    row("M4A for MP4 in spite of rate", "v MP4 640x360 dash,c WEBM 160K,a M4A 48K,b M4A 128K", "v c a b", "v c a b",
+        "v a");
+    row("the tool's best for the others", "v WEBM 640x360 dash,a M4A 128K,c WEBM 160K", "v a c", "v a c", "v a");
+    row("own language's dub", "v MP4 640x360 dash,fr M4A 50K,en M4A 192K", "v fr en", "v fr en", "v fr");
     row("any audio for MP4 without M4A", "v MP4 640x360 dash,c WEBM 160K", "v c", "v c", "v c");
     row("own sound needs none", "v MP4 640x360,a M4A 128K", "v a", "v a", "v");
-    row("own sound before DASH", "d MP4 1280x720 dash,p MP4 1280x720,s MP4 640x360,a M4A 128K", "d p s a", "p s a",
-        "p");
-    row("equals at the end are thinned", "d MP4 1280x720 dash,p MP4 1280x720", "d p", "p", "p");
-    row("tool's preference among DASH", "s MP4 640x360,d MP4 1280x720 dash,e MP4 1280x720 dash,a M4A 1K", "d e s a",
-        "d s a", "d a");
-    row("tool's preference among plain", "p MP4 1280x720,q MP4 1280x720,d MP4 1280x720 dash", "p q d", "p", "p");
-    row("MP4 joins without encoding", "w WEBM 1280x720 dash,m MP4 1280x720 dash,a M4A 1K", "w m a", "w m a", "m a");
-    row("picture goes first", "w WEBM 3840x2160 dash,m MP4 1920x1080,c WEBM 9K", "w m c", "w m c", "w c");
+    row("own sound before silence", "d MP4 1280x720 dash,p MP4 1280x720,q MP4 640x360", "p d q", "p q", "p");
+    row("sound even where the picture is small", "d MP4 1280x720 dash,p MP4 320x180", "d p", "d p", "p");
+    row("tool's preference", "s MP4 640x360,d MP4 1280x720 dash,e MP4 1280x720 dash,p MP4 1280x720,a M4A 1K",
+        "d e p s a", "d s a", "d a");
+    row("no conversion before the tool's preference", "w WEBM 1280x720 dash,m MP4 1280x720 dash,a M4A 1K", "m w a",
+        "m w a", "m a");
+    row("no conversion before picture", "w WEBM 3840x2160 dash,m MP4 1920x1080 dash,s MP4 640x360,a M4A 9K,o WEBM 9K",
+        "w m s a o", "w m s a o", "m a");
+    row("sound that is converted", "m MP4 1920x1080 dash,s MP4 640x360,o WEBM 9K", "m s o", "m s o", "s");
+    row("nothing else is large", "w WEBM 3840x2160 dash,m MP4 1920x1080 dash,s MP4 320x240,o WEBM 9K", "w m s o",
+        "w m s o", "m o");
+    row("nothing else is large, nor MP4", "v WEBM 1280x720 dash,w WEBM 3840x2160 dash,s MP4 320x240,o WEBM 9K",
+        "w v s o", "w v s o", "w o");
     row("label above 1080p", "m MP4 1920x1080,x MP4 >1080p,l MP4 2560x1440", "l x m", "l x m", "l");
+    row("labels differ", "m MP4 1920x1080,n MP4 1920x1080 1080p60,o MP4 1920x1080", "m n o", "m n", "m");
     row("2D before 3D", "t MP4 640x360 3d,f MP4 640x360", "f t", "f t", "f");
-    row("unknown sizes all stay", "l FLV,m MP4,n MP4 dash,a M4A 9K", "m n a l", "m n a l", "m");
+    row("unknown sizes all stay", "l FLV,m MP4,n MP4 dash,a M4A 9K", "l m n a", "l m n a", "l");
     row("codes that are options", "-x MP4 9x9,q\"q MP4 8x8,ok MP4 7x7", "ok", "ok", "ok");
     row("no format", "v,ok MP4 7x7", "ok", "ok", "ok");
 }
@@ -142,6 +152,45 @@ void HostCommonTest::choice()
     QTEST(codes({best, choice.companionFor(best)}).trimmed(), "picked");
 }
 
+void HostCommonTest::conversions_data()
+{
+    QTest::addColumn<QString>("video");
+    QTest::addColumn<QString>("audio");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("warning"); // for an hour; "|" between texts that must be there
+    const auto row = [](const char *video, const char *audio, Conversion::Kind kind, const char *warning) {
+        QTest::newRow(qPrintable(text(video) + text(" + ") + text(audio)))
+            << text(video) << text(audio) << int(kind) << text(warning);
+    };
+    row("v WEBM 1280x720", "a M4A 1K", Conversion::None, "");
+    row("v WEBM 1280x720 dash", "", Conversion::None, "");
+    row("v MP4 1280x720 dash", "a M4A 1K", Conversion::None, "");
+    row("v MP4 1280x720 dash", "a WEBM 1K", Conversion::Sound, "audio must be converted|: 2 min.");
+    row("v WEBM 1280x720 dash", "a M4A 1K", Conversion::Picture, "takes long|Rough guess");
+    row("v WEBM dash", "a M4A 1K", Conversion::Picture, "takes long");
+    row("v WEBM 20000x20000 dash", "a M4A 1K", Conversion::Picture, " h.");
+}
+
+void HostCommonTest::conversions()
+{
+    QFETCH(QString, video);
+    QFETCH(QString, audio);
+    QFETCH(QString, warning);
+    const MediaProfile picture = stream(video);
+    const Conversion::Kind kind = Conversion::needed(picture, stream(audio));
+    QTEST(int(kind), "kind");
+    QCOMPARE(Conversion::mark(kind), kind == Conversion::None ? QString() : text("slow: must be converted"));
+    const QString words = Conversion::warning(kind, picture, 3600);
+    QCOMPARE(words.isEmpty(), warning.isEmpty());
+    for (const QString &part : warning.split(QLatin1Char('|')))
+        QVERIFY2(words.contains(part), qPrintable(words));
+    const qint64 one = Conversion::roughSeconds(kind, picture, 3600, 1);
+    const qint64 many = Conversion::roughSeconds(kind, picture, 3600, 64);
+    QCOMPARE(many < one, warning.contains(text("takes long|")) || warning == text(" h."));
+    QCOMPARE(Conversion::roughSeconds(kind, picture, 0, 1), qint64(-1));
+    QVERIFY(Conversion::roughSeconds(kind, picture, std::numeric_limits<qint64>::max(), 1) < 2000000000);
+}
+
 void HostCommonTest::streamTexts()
 {
     const auto described = [](const char *words) {
@@ -154,6 +203,23 @@ void HostCommonTest::streamTexts()
     QCOMPARE(described("1 MP4"), text("video||"));
     QCOMPARE(described("1 M4A 128K"), text("audio|128K|DASH"));
     QCOMPARE(described("1 M4A 0K"), text("audio||DASH"));
+    QCOMPARE(described("1 MP4 1920x1080 1080p60"), text("video|1080P60|"));
+    QCOMPARE(described("1 MP4 640x480"), text("video|640x480|"));
+    MediaProfile written = stream(text("1 MP4 1280x720 dash"));
+    written.setOriResStr(text("1280x720 extra"));
+    QCOMPARE(StreamText::label(written), text("1280x720 EXTRA"));
+
+    const QList<MediaProfile> streams{stream(text("a M4A 128K")), stream(text("b M4A 128K")),
+                                      stream(text("c M4A 64K")),  stream(text("d FLV")),
+                                      stream(text("e FLV")),      stream(text("f MP4 640x360"))};
+    QCOMPARE(StreamText::labels(streams).join(QLatin1Char('|')), text("128K (a)|128K (b)|64K|d|e|360P"));
+    QStringList words;
+    for (const MediaProfile &one : streams)
+        words += StreamText::plainWords(one);
+    words += StreamText::plainWords(written);
+    QCOMPARE(words.mid(1).join(QLatin1Char('|')),
+             text("sound only, 128 kbit/s|sound only, 64 kbit/s|with sound|with sound|360p, with sound|"
+                  "720p, without sound"));
     const QString joinedSigns = text("\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x94\xac"); // one sign made of two
     QCOMPARE(printableLine(text(" a\x1b[31m\tb\n") + QChar(0x202e) + joinedSigns + QChar(0xd800)),
              text("a [31m b ") + joinedSigns);

@@ -317,6 +317,33 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     </message>
 </context>
 <context>
+    <name>NoxHost::Conversion</name>
+    <message>
+        <source>slow: must be converted</source>
+        <translation>langsam: muss umgewandelt werden</translation>
+    </message>
+    <message>
+        <source>The video must be converted when it is joined with its audio, which takes long.</source>
+        <translation>Das Video muss umgewandelt werden, wenn es mit seinem Ton zusammengefügt wird, und das dauert lange.</translation>
+    </message>
+    <message>
+        <source>The audio must be converted when it is joined with the video.</source>
+        <translation>Der Ton muss umgewandelt werden, wenn er mit dem Video zusammengefügt wird.</translation>
+    </message>
+    <message>
+        <source>%1 Rough guess: less than a minute.</source>
+        <translation>%1 Grobe Schätzung: weniger als eine Minute.</translation>
+    </message>
+    <message>
+        <source>%1 Rough guess: %2 min.</source>
+        <translation>%1 Grobe Schätzung: %2 min.</translation>
+    </message>
+    <message>
+        <source>%1 Rough guess: %2 h.</source>
+        <translation>%1 Grobe Schätzung: %2 h.</translation>
+    </message>
+</context>
+<context>
     <name>NoxHost::Destination</name>
     <message>
         <source>The file needs a name.</source>
@@ -430,16 +457,24 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Das Download-Werkzeug ist aus unbekanntem Grund fehlgeschlagen (Code %1). Das Protokoll sagt vielleicht mehr.</translation>
     </message>
     <message>
-        <source>The page holds no stream that can be downloaded. Check the address; the page may need a newer download tool.</source>
-        <translation>Die Seite enthält keinen Stream, der sich herunterladen lässt. Prüfen Sie die Adresse; vielleicht braucht die Seite ein neueres Download-Werkzeug.</translation>
-    </message>
-    <message>
         <source>Nothing can be written into &quot;%1&quot; (%2). Check your rights and the room on the disk, or choose another folder.</source>
         <translation>In „%1“ lässt sich nichts schreiben (%2). Prüfen Sie Ihre Rechte und den Platz auf dem Datenträger, oder wählen Sie einen anderen Ordner.</translation>
     </message>
     <message>
         <source>The finished file could not be moved to &quot;%1&quot;. Check that the folder still exists and may be written to.</source>
         <translation>Die fertige Datei ließ sich nicht nach „%1“ verschieben. Prüfen Sie, ob es den Ordner noch gibt und ob Sie in ihn schreiben dürfen.</translation>
+    </message>
+    <message>
+        <source>None of the page&apos;s streams can be downloaded: their format codes cannot be passed to the tool.</source>
+        <translation>Keiner der Streams der Seite lässt sich herunterladen: Ihre Formatcodes können dem Download-Werkzeug nicht übergeben werden.</translation>
+    </message>
+    <message>
+        <source>The download tool&apos;s description of the page could not be read. The log may tell more.</source>
+        <translation>Die Beschreibung der Seite durch das Download-Werkzeug ist nicht lesbar. Das Protokoll sagt vielleicht mehr.</translation>
+    </message>
+    <message>
+        <source>The page holds no stream that can be downloaded. It may be protected, not have begun yet, or hold pictures only.</source>
+        <translation>Die Seite enthält keinen Stream, der sich herunterladen lässt. Vielleicht ist sie geschützt, hat noch nicht begonnen oder enthält nur Bilder.</translation>
     </message>
 </context>
 <context>
@@ -467,6 +502,37 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>unknown</source>
         <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>quality, format code</comment>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>sound only, %1 kbit/s</source>
+        <translation>nur Ton, %1 kbit/s</translation>
+    </message>
+    <message>
+        <source>sound only</source>
+        <translation>nur Ton</translation>
+    </message>
+    <message>
+        <source>%1p</source>
+        <comment>lines of the picture</comment>
+        <translation>%1p</translation>
+    </message>
+    <message>
+        <source>without sound</source>
+        <translation>ohne Ton</translation>
+    </message>
+    <message>
+        <source>with sound</source>
+        <translation>mit Ton</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>quality, with or without sound</comment>
+        <translation>%1, %2</translation>
     </message>
 </context>
 <context>

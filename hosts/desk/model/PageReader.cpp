@@ -1,6 +1,5 @@
 #include "hosts/desk/model/PageReader.h"
 
-#include "hosts/common/FailureText.h"
 #include "hosts/common/UrlCheck.h"
 
 namespace NoxDesk {
@@ -66,13 +65,8 @@ void PageReader::cancel()
 
 void PageReader::onFinished(const Nox::WebMediaInfo &page)
 {
-    const NoxHost::StreamChoice streams(page);
-    if (streams.all().isEmpty()) {
-        fail(NoxHost::FailureText::noStream());
-        return;
-    }
     m_page = page;
-    m_streams = streams;
+    m_streams = NoxHost::StreamChoice(page);
     setState(State::Ready);
 }
 
