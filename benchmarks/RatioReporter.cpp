@@ -1,8 +1,26 @@
 #include "benchmarks/RatioReporter.h"
 
 #include <cstdio>
+#include <string>
 
 namespace Paired {
+
+namespace {
+
+// Why the benchmark failed, or null. Google Benchmark 1.8 renamed the fields; the first is that of 1.7.
+template <typename Run>
+auto failure(const Run &run) -> decltype(&run.error_message)
+{
+    return run.error_occurred ? &run.error_message : nullptr;
+}
+
+template <typename Run>
+auto failure(const Run &run) -> decltype(&run.skip_message)
+{
+    return run.skipped ? &run.skip_message : nullptr;
+}
+
+} // namespace
 
 bool RatioReporter::ReportContext(const Context &context)
 {
@@ -26,9 +44,9 @@ bool RatioReporter::hasPassed() const
 void RatioReporter::reportRun(const Run &run)
 {
     const std::string name = run.run_name.function_name;
-    if (run.error_occurred) {
+    if (const std::string *message = failure(run)) {
         m_hasPassed = false;
-        static_cast<void>(std::printf("%-44s %s\n", name.c_str(), run.error_message.c_str()));
+        static_cast<void>(std::printf("%-44s %s\n", name.c_str(), message->c_str()));
         return;
     }
     const auto counter = [&run](const char *key) { return run.counters.at(key).value; };

@@ -31,22 +31,23 @@ readme_block() {
     sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/{/^\`\`\`/d;p}" "$root/README.md"
 }
 
-# expect PACKAGE DEPENDENCY...: each is among what the package depends on.
+# expect PACKAGE DEPENDENCY...: each is among what the package depends on. A dependency is a regular expression, since
+# names of libraries differ between releases.
 expect() {
     local package=$1 depends dependency
     depends=$(dpkg-deb -f "$packages/$package"_*.deb Depends)
     printf '%-24s%s\n' "$package" "$depends"
     for dependency in "${@:2}"; do
-        [[ ", $depends," == *", $dependency"[\ ,]* ]] || fail "$package does not depend on $dependency"
+        [[ ", $depends," =~ ", "${dependency}[\ ,] ]] || fail "$package does not depend on $dependency"
     done
 }
 
 say "dependencies"
-expect libnoxwebmedia1 libc6 libstdc++6 libjsoncpp25 libqt6core6 libqt6gui6
-expect libnoxwebmedia-qt5-1 libc6 libstdc++6 libjsoncpp25 libqt5core5a libqt5gui5
+expect libnoxwebmedia1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libqt6core6(t64)?' libqt6gui6
+expect libnoxwebmedia-qt5-1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libqt5core5(a|t64)' 'libqt5gui5(t64)?'
 expect libnoxwebmedia-dev libnoxwebmedia1 qt6-base-dev libjsoncpp-dev
 expect libnoxwebmedia-qt5-dev libnoxwebmedia-qt5-1 qtbase5-dev libjsoncpp-dev
-expect nox-fetch libnoxwebmedia1 libqt6core6 python3 yt-dlp
+expect nox-fetch libnoxwebmedia1 'libqt6core6(t64)?' python3 yt-dlp
 expect nox-desk libnoxwebmedia1 libqt6widgets6 libqt6network6 python3 yt-dlp
 apt-get -qq --simulate --no-install-recommends -o Debug::NoLocking=1 install "$packages"/*.deb >"$scratch/apt.log" ||
     fail "apt cannot install them"

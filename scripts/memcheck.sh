@@ -7,14 +7,14 @@ set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
 
-preset=release
+preset=strict-qt6
 groups=(build sanitizers)
 case ${1-} in
     -h | --help) print_help; exit 0 ;;
     --qt)
         case ${2-} in
             6) ;;
-            5) preset=qt5; groups+=(qt5) ;;
+            5) preset=strict-qt5; groups+=(qt5) ;;
             *) echo "memcheck.sh: --qt takes 6 or 5" >&2; exit 2 ;;
         esac
         ;;

@@ -11,20 +11,21 @@ set -euo pipefail
 
 # Every package that the project needs stands here, in the group of what it is for, and nowhere else.
 declare -A packages=(
-    [build]="build-essential cmake ninja-build pkg-config git
+    [build]="build-essential ccache cmake ninja-build pkg-config git
              qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libjsoncpp-dev"
     [qt5]="qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools"
     [run]="ffmpeg yt-dlp python3 ca-certificates procps"
     [lint]="clang clang-tidy clang-format shellcheck cppcheck codespell"
-    [sanitizers]="clang libclang-rt-14-dev llvm-14 libc6-dbg valgrind"
-    [fuzz]="clang libclang-rt-14-dev llvm-14"
+    [sanitizers]="clang libclang-rt-dev llvm libc6-dbg valgrind"
+    [fuzz]="clang libclang-rt-dev llvm"
     [bench]="libbenchmark-dev"
     [coverage]="gcovr"
     [docs]="doxygen"
     [package]="binutils dpkg-dev fakeroot file"
+    [release]="debootstrap"
     [desk]="xvfb xauth xdotool imagemagick fonts-dejavu-core"
 )
-readonly groups=(build qt5 run lint sanitizers fuzz bench coverage docs package desk)
+readonly groups=(build qt5 run lint sanitizers fuzz bench coverage docs package release desk)
 
 list_groups() {
     for group in "${groups[@]}"; do

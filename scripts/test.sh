@@ -1,48 +1,35 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds with Qt 6 and with Qt 5, and runs all tests.
+# Installs what is missing, builds, and runs all tests.
 #
-#   scripts/test.sh [--qt 6|5] [--asan | --asan-only] [-- CTEST-OPTION...]
+#   scripts/test.sh [PRESET...] [-- CTEST-OPTION...]
 #
-#   --qt N        only with this version of Qt
-#   --asan        with Qt 6 under the address and undefined-behaviour sanitizers too
-#   --asan-only   nothing but that
-#
-# What follows "--" goes to ctest, as in: scripts/test.sh --qt 6 -- -R parse
+# PRESET is one of CMakePresets.json (cmake --list-presets); release (Qt 6) and qt5 (Qt 5.15), one after the other,
+# unless given. What follows "--" goes to ctest, as in: scripts/test.sh asan -- -R parse
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
 
-presets=(release qt5)
-asan=no
+presets=()
 while [[ $# -gt 0 ]]; do
     case $1 in
-        --qt)
-            case ${2-} in
-                6) presets=(release) ;;
-                5) presets=(qt5) ;;
-                *) echo "test.sh: --qt takes 6 or 5" >&2; exit 2 ;;
-            esac
-            shift 2
-            ;;
-        --asan) asan=yes; shift ;;
-        --asan-only) presets=(); asan=yes; shift ;;
         --) shift; break ;;
         -h | --help) print_help; exit 0 ;;
-        *) echo "test.sh: unknown option '$1'; see --help" >&2; exit 2 ;;
+        -*) echo "test.sh: unknown option '$1'; see --help" >&2; exit 2 ;;
+        *) presets+=("$1"); shift ;;
     esac
 done
-[[ $asan == no ]] || presets+=(asan)
+[[ ${#presets[@]} -gt 0 ]] || presets=(release qt5)
 
 groups=(build run)
-[[ " ${presets[*]} " != *" qt5 "* ]] || groups+=(qt5)
-[[ $asan == no ]] || groups+=(sanitizers)
+[[ " ${presets[*]} " != *qt5\ * ]] || groups+=(qt5)
+[[ " ${presets[*]} " != *\ asan\ * ]] || groups+=(sanitizers)
 "$root/scripts/setup.sh" "${groups[@]}"
 
+cd "$root"
 for preset in "${presets[@]}"; do
-    dir=$root/build/$preset
     say "build: $preset"
-    configure "$preset" "$dir"
-    compile "$dir"
+    configure "$preset" "$root/build/$preset"
+    compile "$root/build/$preset"
     say "test: $preset"
-    ctest --test-dir "$dir" -j "$jobs" --output-on-failure --no-tests=error --timeout 300 "$@"
+    ctest --preset "$preset" -j "$jobs" "$@"
 done

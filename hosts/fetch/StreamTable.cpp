@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <utility>
+
 namespace NoxFetch {
 
 namespace {
@@ -54,11 +56,11 @@ QString streamTable(const NoxHost::StreamChoice &streams)
         rows.append(
             row(stream, NoxHost::Conversion::mark(streams.conversion(stream)), chosen.contains(stream.getName())));
     QVector<int> widths(rows.constFirst().size(), 1);
-    for (const QStringList &cells : qAsConst(rows))
+    for (const QStringList &cells : std::as_const(rows))
         for (int i = 0; i < cells.size(); ++i)
             widths[i] = qMax(widths.at(i), static_cast<int>(cells.at(i).size()));
     QStringList lines;
-    for (const QStringList &cells : qAsConst(rows))
+    for (const QStringList &cells : std::as_const(rows))
         lines += joined(cells, widths);
     return lines.join(QLatin1Char('\n'));
 }

@@ -48,7 +48,10 @@ int WriteLog(QString fmt, ...)
     const QByteArray format = fmt.toLocal8Bit();
     va_list arguments;
     va_start(arguments, fmt);
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_CLANG("-Wformat-nonliteral") // the format is the caller's
     qvsnprintf(line.data(), line.size(), format.constData(), arguments);
+    QT_WARNING_POP
     va_end(arguments);
 
     const QString path = logFilePath();
