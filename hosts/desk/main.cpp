@@ -6,27 +6,11 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QDir>
-#include <QFileInfo>
 #include <QIcon>
 #include <QLoggingCategory>
 #include <QStandardPaths>
 
 namespace {
-
-constexpr qint64 largestLog = 1024LL * 1024;
-
-/** The log of this and earlier times; begun anew when it has become large. */
-QString logFile()
-{
-    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
-    folder.mkpath(QStringLiteral("."));
-    QString path = folder.filePath(QStringLiteral("nox-desk.log"));
-    if (QFileInfo(path).size() > largestLog) {
-        QFile::remove(path);
-    }
-    return path;
-}
 
 /** The page address on the command line; empty when there is none. Ends the program for --help and mistakes. */
 QString addressFrom(const QStringList &arguments)
@@ -62,7 +46,7 @@ int main(int argc, char *argv[])
     const QString address = addressFrom(QCoreApplication::arguments());
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nox-desk.png")));
 
-    Desk desk(logFile());
+    Desk desk(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
     MainWindow window(desk);
     const NoxHost::InterruptWatcher interrupts;
     QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::cancelAllAndClose);

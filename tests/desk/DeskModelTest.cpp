@@ -1,7 +1,9 @@
 #include "hosts/desk/model/DownloadPlan.h"
+#include "hosts/desk/model/LogSession.h"
 #include "hosts/desk/model/StreamTableModel.h"
 #include "hosts/desk/network/WebRequest.h"
 #include "hosts/desk/view/AddressOffer.h"
+#include "hosts/desk/view/ShownText.h"
 
 #include <QAbstractItemModelTester>
 #include <QDir>
@@ -82,6 +84,10 @@ private Q_SLOTS:
     void destination_data();
     void destination();
     void ownDestination();
+    void ownNameComesBack();
+    void shownTexts_data();
+    void shownTexts();
+    void logs();
     void sizes_data();
     void sizes();
     void addresses_data();
@@ -272,6 +278,69 @@ void DeskModelTest::ownDestination()
     QCOMPARE(m_plan->destination(), path(QStringLiteral("A B.mp4")));
 }
 
+/** A name that the user gave is numbered only as long as another download makes that file. */
+void DeskModelTest::ownNameComesBack()
+{
+    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("18")));
+    QVERIFY(QDir(m_root->path()).mkdir(QStringLiteral("sub")));
+    m_plan->setDestination(QStringLiteral("sub/mine.mp4"));
+    m_plan->setFolder(path(QStringLiteral("sub")));
+    m_plan->setTaken({path(QStringLiteral("sub/mine.mp4"))});
+    m_plan->renumber();
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("sub/mine(1).mp4")));
+    m_plan->setTaken({});
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("sub/mine.mp4")));
+    m_plan->chooseFile(path(QStringLiteral("other")));
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("other.mp4")));
+    m_plan->chooseFile(path(QStringLiteral("other.MP4")));
+    QCOMPARE(m_plan->destination(), path(QStringLiteral("other.MP4")));
+}
+
+void DeskModelTest::shownTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("cut"); // after three characters
+    QTest::addColumn<QString>("rich");
+    QTest::newRow("short") << "abc"
+                           << "abc"
+                           << "<qt>abc</qt>";
+    QTest::newRow("emoji of two units") << QString::fromUtf8("ab😀d") << QString::fromUtf8("ab😀…")
+                                        << QString::fromUtf8("<qt>ab😀d</qt>");
+    QTest::newRow("accent of its own") << QString::fromUtf8("abe\u0301d") << QString::fromUtf8("abe\u0301…")
+                                       << QString::fromUtf8("<qt>abe\u0301d</qt>");
+    QTest::newRow("markup") << "<b>\n&" << QString::fromUtf8("<b>…") << "<qt>&lt;b&gt;<br>&amp;</qt>";
+    QTest::newRow("without blanks") << QString(50, u'x') << QString::fromUtf8("xxx…")
+                                    << QStringLiteral("<qt>%1\u200b%2</qt>").arg(QString(40, u'x'), QString(10, u'x'));
+}
+
+void DeskModelTest::shownTexts()
+{
+    QFETCH(QString, text);
+    QTEST(ShownText::cut(text, 3), "cut");
+    QTEST(ShownText::breakable(text), "rich");
+}
+
+/** Each program has a log of its own, which does not grow without bound while the external programs run. */
+void DeskModelTest::logs()
+{
+    auto first = std::make_unique<ProgramLog>(m_root->path());
+    const ProgramLog second(m_root->path());
+    const QString file = first->fileName();
+    QCOMPARE(QFileInfo(file).absolutePath(), m_root->path());
+    QVERIFY(second.fileName() != file);
+    first.reset();
+    ProgramLog next(m_root->path());
+    QCOMPARE(next.fileName(), file);
+
+    const LogSession session(next);
+    QFile log(file);
+    QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray(ProgramLog::largestSize + 1, 'x')) > 0);
+    log.close();
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(file).size() <= ProgramLog::largestSize, 30000);
+    QVERIFY(QFile::exists(file + QStringLiteral(".old")));
+    QCOMPARE(ProgramLog(QString()).fileName().isEmpty(), false);
+}
+
 void DeskModelTest::sizes_data()
 {
     QTest::addColumn<QString>("companion");
@@ -351,6 +420,10 @@ void DeskModelTest::offer()
     QCOMPARE(offer.address(), QString());
     offer.setKnown(QString());
     QCOMPARE(offer.address(), QStringLiteral("http://x/1"));
+    offer.dismiss();
+    QCOMPARE(offer.address(), QString());
+    offer.check();
+    QCOMPARE(offer.address(), QString());
 }
 
 void DeskModelTest::possibleRequests()

@@ -26,6 +26,7 @@ public:
     static void installStandIns();
     static void removeFfmpeg();
 
+    void let(const QString &mark) const;  ///< lets stand-ins go on that wait for the mark
     bool hangs(const QString &key) const; ///< whether the stand-in with that key has come to its hang
     int runCount() const;                 ///< of stand-ins so far
     bool isQuiet() const;                 ///< no stand-in runs, and this process has no child
@@ -36,5 +37,6 @@ public:
 private:
     QList<qint64> pids() const;
 
+    QByteArray m_temporaryFolder;
     QTemporaryDir m_root;
 };

@@ -30,14 +30,16 @@ MainWindow &DeskUser::window()
     return m_window;
 }
 
+QWidget *DeskUser::row(int row)
+{
+    const auto *list = m_window.findChild<QScrollArea *>(QStringLiteral("downloads"))->widget()->layout();
+    QLayoutItem *item = list->itemAt(row);
+    return item == nullptr ? nullptr : qobject_cast<DownloadRow *>(item->widget());
+}
+
 QWidget *DeskUser::find(const char *name, int row)
 {
-    QWidget *scope = &m_window;
-    if (row >= 0) {
-        const auto *list = m_window.findChild<QScrollArea *>(QStringLiteral("downloads"))->widget()->layout();
-        QLayoutItem *item = list->itemAt(row);
-        scope = item == nullptr ? nullptr : qobject_cast<DownloadRow *>(item->widget());
-    }
+    QWidget *scope = row < 0 ? &m_window : this->row(row);
     if (scope == nullptr) {
         return nullptr;
     }

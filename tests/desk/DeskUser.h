@@ -15,6 +15,9 @@ public:
     NoxDesk::Desk &desk();
     NoxDesk::MainWindow &window();
 
+    /** A row of the downloads, or null. */
+    QWidget *row(int row);
+
     /** The widget of that name that is shown, in a row of the downloads or outside of them; or null. */
     QWidget *find(const char *name, int row = -1);
 

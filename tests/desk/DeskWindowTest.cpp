@@ -11,6 +11,9 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTranslator>
 #include <QtTest>
 
 #include <memory>
@@ -55,6 +58,16 @@ private Q_SLOTS:
     void keyboard_data();
     void keyboard();
     void fitsLargeScaling();
+    void longTexts_data();
+    void longTexts();
+    void cancelKeepsFocus();
+    void rowsAreReachedInOrder();
+    void typingWhileReading_data();
+    void typingWhileReading();
+    void failedPageKeepsTheOther();
+    void oneDownloadForTwoClicks();
+    void openingFails();
+    void logOpensAtItsEnd();
 
 public Q_SLOTS:
     void openedUrl(const QUrl &url)
@@ -64,6 +77,8 @@ public Q_SLOTS:
 
 private:
     void beginDownload(const QString &quality);
+    int rowWithFocus() const;
+    QString cutControls() const;
 
     std::unique_ptr<DeskSandbox> m_stage;
     std::unique_ptr<DeskUser> m_user;
@@ -95,6 +110,7 @@ void DeskWindowTest::init()
 void DeskWindowTest::cleanup()
 {
     m_user.reset();
+    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>());
     QTRY_SOON(m_stage->isQuiet());
     m_stage.reset();
 }
@@ -107,6 +123,43 @@ void DeskWindowTest::beginDownload(const QString &quality)
     }
     m_user->choose(quality);
     QVERIFY(m_user->press("download"));
+}
+
+/** The row of the downloads that holds the focus, or -1. */
+int DeskWindowTest::rowWithFocus() const
+{
+    for (int row = 0; row < m_user->desk().downloads().rowCount(); ++row) {
+        if (m_user->row(row)->isAncestorOf(QApplication::focusWidget())) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+/** Names of the controls that cannot be seen in their full width when the keyboard comes to them. */
+QString DeskWindowTest::cutControls() const
+{
+    QStringList result;
+    const QList<QWidget *> widgets = m_user->window().findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        if ((widget->focusPolicy() & Qt::TabFocus) == 0 || !widget->isVisible() || !widget->isEnabled()) {
+            continue;
+        }
+        widget->setFocus(Qt::TabFocusReason);
+        for (QWidget *area = widget->parentWidget(); area != nullptr; area = area->parentWidget()) {
+            if (auto *scrolled = qobject_cast<QScrollArea *>(area)) {
+                scrolled->ensureWidgetVisible(widget);
+            }
+        }
+        const QRect place(widget->mapTo(&m_user->window(), QPoint()), widget->size());
+        const QSize seen = widget->visibleRegion().boundingRect().size();
+        const bool isWide = place.left() < 0 || place.right() > m_user->window().width();
+        const bool isScrolled = widget->inherits("QAbstractScrollArea"); // may be higher than what shows it
+        if (isWide || (!isScrolled && seen != widget->size())) {
+            result += widget->objectName();
+        }
+    }
+    return result.join(QLatin1Char(' '));
 }
 
 void DeskWindowTest::describesPage()
@@ -316,7 +369,7 @@ void DeskWindowTest::twoDownloads()
     QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
     QVERIFY(m_user->text("status", 1).startsWith(QLatin1String("Fetching video")));
 
-    QVERIFY(QFile(m_stage->path(QStringLiteral("notes/mark.go"))).open(QIODevice::WriteOnly));
+    m_stage->let(QStringLiteral("go"));
     QTRY_SOON(m_user->text("status", 1).startsWith(QLatin1String("Finished")));
     QCOMPARE(m_stage->files(), QStringList(QStringLiteral("Clip.mp4")));
 }
@@ -334,7 +387,7 @@ void DeskWindowTest::badDestination()
     QVERIFY(m_user->press("browse"));
     auto *dialog = m_user->window().findChild<QFileDialog *>();
     QVERIFY(dialog != nullptr);
-    Q_EMIT dialog->fileSelected(m_stage->videos() + QStringLiteral("/b.mp4"));
+    Q_EMIT dialog->fileSelected(m_stage->videos() + QStringLiteral("/b")); // as it is typed there
     dialog->reject();
     QVERIFY(!m_user->sees("destinationProblem") && m_user->canPress("download"));
     QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/b.mp4"));
@@ -465,6 +518,161 @@ void DeskWindowTest::fitsLargeScaling()
     const QSize least = m_user->window().minimumSizeHint();
     QVERIFY2(least.width() <= 960 && least.height() <= 480,
              qPrintable(QStringLiteral("%1x%2").arg(least.width()).arg(least.height())));
+}
+
+void DeskWindowTest::longTexts_data()
+{
+    keyboard_data();
+}
+
+/** No text decides how wide the window is, and in a small one everything can be seen and reached. */
+void DeskWindowTest::longTexts()
+{
+    QFETCH(QLocale::Language, language);
+    m_user.reset();
+    installTranslation(QLocale(language));
+    m_user = std::make_unique<DeskUser>();
+    const QString text(700, u'W');
+    const QString page = DeskSandbox::pageScenario().replace(QLatin1String("Clip"), text);
+    DeskSandbox::play(page + QStringLiteral("\n137: announce mp4|err ERROR: ") + text
+                      + QStringLiteral("|exit 1\n18: announce mp4|hang"));
+    beginDownload(QStringLiteral("1080P"));
+    QTRY_SOON(m_user->sees("failureWords", 0));
+    m_user->choose(QStringLiteral("360P"));
+    m_user->type("destination", m_stage->videos() + QLatin1Char('/') + text.left(200) + QStringLiteral(".mp4"));
+    QVERIFY(m_user->press("download"));
+    m_user->type("destination", m_stage->path(text + QLatin1Char('/') + text)); // for the words that refuse it
+    DeskSandbox::play(QStringLiteral("dump: err ERROR: ") + text + QStringLiteral("|exit 1"));
+    m_user->readPage(pageAddress + text);
+    QTRY_SOON(m_user->sees("dismissFailure"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("http://y/") + text);
+    QTRY_SOON(m_user->sees("clipboardOffer"));
+
+    const QSize size(600, 400);
+    QTest::qWait(0); // for layouts that are still to be made
+    const QSize least = m_user->window().minimumSizeHint();
+    QVERIFY2(least.width() <= size.width() && least.height() <= size.height(),
+             qPrintable(QStringLiteral("%1x%2").arg(least.width()).arg(least.height())));
+    m_user->window().resize(size);
+    QTRY_COMPARE(m_user->window().size(), size);
+    QCOMPARE(cutControls(), QString());
+}
+
+void DeskWindowTest::cancelKeepsFocus()
+{
+    DeskSandbox::play(DeskSandbox::pageScenario() + QStringLiteral("\n18: announce mp4|hang"));
+    beginDownload(QStringLiteral("360P"));
+    beginDownload(QStringLiteral("360P"));
+    QTRY_SOON(m_user->sees("cancel", 0) && m_user->sees("cancel", 1));
+    m_user->find("cancel", 1)->setFocus();
+    QTest::keyClick(m_user->find("cancel", 1), Qt::Key_Space);
+    QCOMPARE(rowWithFocus(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 1), QStringLiteral("Cancelled"), DeskSandbox::Patience);
+    QCOMPARE(rowWithFocus(), 1);
+    QVERIFY(m_user->sees("cancel", 0));
+}
+
+void DeskWindowTest::rowsAreReachedInOrder()
+{
+    for (int i = 0; i < 3; ++i) {
+        beginDownload(QStringLiteral("360P"));
+    }
+    QTRY_SOON(m_user->sees("openFile", 0) && m_user->sees("openFile", 1) && m_user->sees("openFile", 2));
+    m_user->find("downloads")->setFocus();
+    QStringList reached;
+    for (int i = 0; i < 9; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        reached += QStringLiteral("%1%2").arg(rowWithFocus()).arg(QApplication::focusWidget()->objectName());
+    }
+    QCOMPARE(reached.join(QLatin1Char(' ')),
+             QStringLiteral("0openFile 0showFolder 0remove 1openFile 1showFolder 1remove 2openFile 2showFolder "
+                            "2remove"));
+}
+
+void DeskWindowTest::typingWhileReading_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("focused");
+    QTest::newRow("the next address") << "http://y/"
+                                      << "address";
+    QTest::newRow("nothing") << ""
+                             << "streams";
+}
+
+void DeskWindowTest::typingWhileReading()
+{
+    DeskSandbox::play(QStringLiteral("dump: wait go|json Clip 137"));
+    m_user->readPage(pageAddress);
+    QFETCH(QString, typed);
+    QTest::keyClicks(QApplication::focusWidget(), typed);
+    m_stage->let(QStringLiteral("go"));
+    QTRY_SOON(m_user->sees("streams"));
+    QTest::qWait(0);
+    QCOMPARE(m_user->text("address"), typed.isEmpty() ? pageAddress : typed);
+    QTEST(QApplication::focusWidget()->objectName(), "focused");
+}
+
+void DeskWindowTest::failedPageKeepsTheOther()
+{
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    m_user->choose(QStringLiteral("360P"));
+    DeskSandbox::play(QStringLiteral("dump: wait go|err ERROR: gone|exit 1"));
+    m_user->readPage(QStringLiteral("http://y/"));
+    QVERIFY(m_user->sees("busy") && m_user->sees("streams"));
+    m_stage->let(QStringLiteral("go"));
+    QTRY_SOON(m_user->sees("failureWords"));
+    QVERIFY(!m_user->sees("busy"));
+    QCOMPARE(m_user->text("failedAddress"), QStringLiteral("http://y/"));
+    QCOMPARE(m_user->text("title"), QStringLiteral("Clip"));
+    QCOMPARE(m_user->chosen(), QStringLiteral("18"));
+    QVERIFY(m_user->press("dismissFailure"));
+    QVERIFY(!m_user->sees("failureWords"));
+    DeskSandbox::play(QString());
+    QVERIFY(m_user->press("download"));
+    QTRY_SOON(m_user->sees("openFile", 0));
+}
+
+void DeskWindowTest::oneDownloadForTwoClicks()
+{
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    QWidget *button = m_user->find("download");
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTest::mouseDClick(button, Qt::LeftButton);
+    QTest::mouseRelease(button, Qt::LeftButton);
+    QCOMPARE(m_user->desk().downloads().rowCount(), 1);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+    QApplication::sendEvent(m_user->find("destination"), &held);
+    QCOMPARE(m_user->desk().downloads().rowCount(), 1);
+}
+
+void DeskWindowTest::openingFails()
+{
+    beginDownload(QStringLiteral("360P"));
+    QTRY_SOON(m_user->sees("openFile", 0));
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file")); // the tests' platform opens nothing
+    QVERIFY(m_user->press("openFile", 0));
+    QTRY_SOON(m_user->text("warning").contains(QLatin1String("No program")));
+    qobject_cast<QDialog *>(m_user->find("warning"))->reject();
+    QTRY_SOON(!m_user->sees("warning"));
+    QVERIFY(QFile::remove(m_stage->videos() + QStringLiteral("/Clip.mp4")));
+    QVERIFY(m_user->press("openFile", 0));
+    QTRY_SOON(m_user->text("warning").contains(QLatin1String("not there any more")));
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "openedUrl");
+}
+
+void DeskWindowTest::logOpensAtItsEnd()
+{
+    QFile log(m_user->desk().logFile());
+    QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray("line\n").repeated(1000)) > 0);
+    log.close();
+    DeskSandbox::play(QStringLiteral("dump: err ERROR: the last line|exit 1"));
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->press("showLog"));
+    const auto *text = qobject_cast<QPlainTextEdit *>(m_user->find("logText"));
+    QTRY_VERIFY(text->verticalScrollBar()->maximum() > 0);
+    QCOMPARE(text->verticalScrollBar()->value(), text->verticalScrollBar()->maximum());
 }
 
 QTEST_MAIN(DeskWindowTest)

@@ -19,9 +19,16 @@
         <source>&amp;Address:</source>
         <translation>&amp;Adresse:</translation>
     </message>
+</context>
+<context>
+    <name>NoxDesk::AddressOfferBar</name>
     <message>
-        <source>&amp;Use the address on the clipboard: %1</source>
-        <translation>Adresse aus der &amp;Zwischenablage verwenden: %1</translation>
+        <source>&amp;Use copied address</source>
+        <translation>&amp;Kopierte Adresse verwenden</translation>
+    </message>
+    <message>
+        <source>Dismiss the copied address</source>
+        <translation>Kopierte Adresse nicht verwenden</translation>
     </message>
 </context>
 <context>
@@ -109,6 +116,14 @@
         <comment>button, file</comment>
         <translation>%1: %2</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is not there any more.</source>
+        <translation>„%1“ ist nicht mehr vorhanden.</translation>
+    </message>
+    <message>
+        <source>No program could be started that opens &quot;%1&quot;.</source>
+        <translation>Es konnte kein Programm gestartet werden, das „%1“ öffnet.</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadsPanel</name>
@@ -134,6 +149,13 @@
     </message>
 </context>
 <context>
+    <name>NoxDesk::ElidedLabel</name>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+</context>
+<context>
     <name>NoxDesk::FailureBox</name>
     <message>
         <source>Show log</source>
@@ -142,6 +164,14 @@
     <message>
         <source>Shows the log of the download tool</source>
         <translation>Zeigt das Protokoll des Download-Werkzeugs</translation>
+    </message>
+    <message>
+        <source>What went wrong</source>
+        <translation>Was nicht gelungen ist</translation>
+    </message>
+    <message>
+        <source>What the download tool said</source>
+        <translation>Was das Download-Werkzeug gemeldet hat</translation>
     </message>
 </context>
 <context>
@@ -209,6 +239,14 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Duration unknown</source>
         <translation>Dauer unbekannt</translation>
+    </message>
+    <message>
+        <source>Title of the page</source>
+        <translation>Titel der Seite</translation>
+    </message>
+    <message>
+        <source>Close &amp;message</source>
+        <translation>&amp;Meldung schließen</translation>
     </message>
 </context>
 <context>

@@ -4,16 +4,16 @@
 
 namespace NoxDesk {
 
-Desk::Desk(const QString &logFile, QObject *parent)
+Desk::Desk(const QString &logFolder, QObject *parent)
     : QObject(parent)
-    , m_log(logFile)
+    , m_log(logFolder)
     , m_reader(m_tools, m_log)
     , m_sizes(m_network)
     , m_thumbnail(m_network)
     , m_downloads(m_tools, m_log)
 {
     m_plan.setFolder(m_settings.folder());
-    connect(&m_reader, &PageReader::stateChanged, this, &Desk::onReaderState);
+    connect(&m_reader, &PageReader::pageChanged, this, &Desk::onPageChanged);
     connect(&m_sizes, &StreamSizeProbe::found, this, &Desk::onSizeFound);
     connect(&m_downloads, &DownloadListModel::countsChanged, this,
             [this] { m_plan.setTaken(m_downloads.activeFiles()); });
@@ -78,12 +78,11 @@ void Desk::cancelAll()
     m_downloads.cancelAll();
 }
 
-void Desk::onReaderState(PageReader::State state)
+void Desk::onPageChanged()
 {
-    const bool isReady = state == PageReader::State::Ready;
     m_plan.setPage(m_reader.url(), m_reader.page(), m_reader.streams());
     m_streams.setStreams(m_reader.streams());
-    m_thumbnail.load(isReady ? m_reader.page().getThumbnailUrl() : QString());
+    m_thumbnail.load(m_reader.page().getThumbnailUrl());
     m_sizes.ask(m_reader.streams().all());
 }
 

@@ -20,8 +20,8 @@ class Desk : public QObject
     Q_OBJECT
 
 public:
-    /** @param logFile where the library's log goes; empty for a temporary file */
-    explicit Desk(const QString &logFile = {}, QObject *parent = nullptr);
+    /** @param logFolder where the library's log goes; empty for a temporary file */
+    explicit Desk(const QString &logFolder = {}, QObject *parent = nullptr);
 
     PageReader &reader();
     StreamTableModel &streams();
@@ -41,11 +41,11 @@ public:
     void cancelAll();
 
 private:
-    void onReaderState(PageReader::State state);
+    void onPageChanged();
     void onSizeFound(const QString &code, qint64 bytes);
 
     NoxHost::ToolSetup m_tools;
-    SharedLog m_log;
+    ProgramLog m_log;
     DeskSettings m_settings;
     QNetworkAccessManager m_network;
     PageReader m_reader;

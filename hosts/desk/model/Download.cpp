@@ -8,7 +8,7 @@ namespace NoxDesk {
 
 using NoxHost::DownloadJob;
 
-Download::Download(const NoxHost::ToolSetup &tools, SharedLog &log, const DownloadRequest &request, QObject *parent)
+Download::Download(const NoxHost::ToolSetup &tools, ProgramLog &log, const DownloadRequest &request, QObject *parent)
     : QObject(parent)
     , m_request(request)
     , m_log(log)
@@ -23,7 +23,7 @@ Download::Download(const NoxHost::ToolSetup &tools, SharedLog &log, const Downlo
     });
     connect(&m_job, &DownloadJob::failed, this, [this](int, const QString &words) {
         m_problem = words;
-        m_toolWords = m_run->complaints();
+        m_toolWords = m_session->complaints();
         end(State::Failed);
     });
     connect(&m_job, &DownloadJob::cancelled, this, [this] { end(State::Cancelled); });
@@ -31,7 +31,7 @@ Download::Download(const NoxHost::ToolSetup &tools, SharedLog &log, const Downlo
 
 void Download::start()
 {
-    m_run.emplace(m_log);
+    m_session.emplace(m_log);
     m_job.start(m_request.url, m_request.stream, m_request.destination);
 }
 
@@ -53,7 +53,7 @@ void Download::onProgress(const NoxHost::TransferFigures &figures)
 void Download::end(State state)
 {
     m_state = state;
-    m_run.reset();
+    m_session.reset();
     Q_EMIT ended();
     Q_EMIT changed();
 }

@@ -4,7 +4,7 @@
 #include "hosts/common/ToolSetup.h"
 #include "hosts/common/TransferFigures.h"
 #include "hosts/desk/model/DownloadRequest.h"
-#include "hosts/desk/model/SharedLog.h"
+#include "hosts/desk/model/LogSession.h"
 
 #include <QObject>
 
@@ -21,7 +21,7 @@ public:
     enum class State { Running, Cancelling, Finished, Failed, Cancelled };
     Q_ENUM(State)
 
-    Download(const NoxHost::ToolSetup &tools, SharedLog &log, const DownloadRequest &request,
+    Download(const NoxHost::ToolSetup &tools, ProgramLog &log, const DownloadRequest &request,
              QObject *parent = nullptr);
 
     void start();
@@ -51,8 +51,8 @@ private:
     QString figuresText() const;
 
     DownloadRequest m_request;
-    SharedLog &m_log;
-    std::optional<SharedLog::Run> m_run;
+    ProgramLog &m_log;
+    std::optional<LogSession> m_session;
     NoxHost::DownloadJob m_job;
     NoxHost::TransferFigures m_figures;
     State m_state = State::Running;

@@ -5,7 +5,7 @@
 
 namespace NoxDesk {
 
-DownloadListModel::DownloadListModel(const NoxHost::ToolSetup &tools, SharedLog &log, QObject *parent)
+DownloadListModel::DownloadListModel(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent)
     : QAbstractListModel(parent)
     , m_tools(tools)
     , m_log(log)

@@ -23,7 +23,7 @@ public:
     };
 
     /** @param log for what the external programs say; must outlive the model */
-    DownloadListModel(const NoxHost::ToolSetup &tools, SharedLog &log, QObject *parent = nullptr);
+    DownloadListModel(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent = nullptr);
 
     void start(const DownloadRequest &request); ///< Begins a download, in the first row.
     void cancel(int row);
@@ -50,7 +50,7 @@ private:
     void onEnded();
 
     NoxHost::ToolSetup m_tools;
-    SharedLog &m_log;
+    ProgramLog &m_log;
     QList<Download *> m_downloads;
 };
 

@@ -27,11 +27,15 @@ void DownloadPlan::setPage(const QString &url, const Nox::WebMediaInfo &page, co
     m_stream = {};
     m_destination.clear();
     m_isOwnDestination = false;
+    m_wish.clear();
     Q_EMIT changed();
 }
 
 void DownloadPlan::setFolder(const QString &folder)
 {
+    if (m_isOwnDestination && !m_destination.isEmpty()) {
+        m_destination = QDir::toNativeSeparators(path()); // a relative one was meant in the folder before
+    }
     m_folder = folder;
     propose();
     Q_EMIT changed();
@@ -69,24 +73,38 @@ void DownloadPlan::setDestination(const QString &text)
     if (text != m_destination) {
         m_destination = text;
         m_isOwnDestination = true;
+        m_wish.clear();
         Q_EMIT changed();
     }
 }
 
+void DownloadPlan::chooseFile(const QString &path)
+{
+    const QString ending = QLatin1Char('.') + suffix();
+    const bool hasEnding = path.endsWith(ending, Qt::CaseInsensitive);
+    setDestination(QDir::toNativeSeparators(hasEnding ? path : path + ending));
+}
+
 void DownloadPlan::renumber()
 {
-    setDestination(QDir::toNativeSeparators(Destination::free(path(), m_taken)));
+    if (m_isOwnDestination && m_wish.isEmpty()) {
+        m_wish = m_destination;
+    }
+    propose();
+    Q_EMIT changed();
 }
 
 /** After another choice: proposes anew, or gives the user's own file the suffix that goes with it. */
 void DownloadPlan::follow(const QString &oldSuffix)
 {
-    propose();
     const QString ending = QLatin1Char('.') + oldSuffix;
-    if (m_isOwnDestination && m_destination.endsWith(ending)) {
-        m_destination.chop(ending.size());
-        m_destination += QLatin1Char('.') + Destination::suffix(m_stream);
+    for (QString *own : {&m_destination, &m_wish}) {
+        if (m_isOwnDestination && own->endsWith(ending)) {
+            own->chop(ending.size());
+            *own += QLatin1Char('.') + suffix();
+        }
     }
+    propose();
     Q_EMIT changed();
 }
 
@@ -94,6 +112,8 @@ void DownloadPlan::propose()
 {
     if (!m_isOwnDestination && m_stream.isValid()) {
         m_destination = QDir::toNativeSeparators(Destination::proposed(m_page, m_stream, m_folder, m_taken));
+    } else if (!m_wish.isEmpty()) {
+        m_destination = QDir::toNativeSeparators(Destination::free(absolutePath(m_wish), m_taken));
     }
 }
 
@@ -122,9 +142,19 @@ QString DownloadPlan::destination() const
     return m_destination;
 }
 
+QString DownloadPlan::suffix() const
+{
+    return Destination::suffix(m_stream);
+}
+
 QString DownloadPlan::path() const
 {
-    QString text = QDir::fromNativeSeparators(m_destination.trimmed());
+    return absolutePath(m_destination);
+}
+
+QString DownloadPlan::absolutePath(const QString &destination) const
+{
+    QString text = QDir::fromNativeSeparators(destination.trimmed());
     if (text.isEmpty()) {
         return {};
     }

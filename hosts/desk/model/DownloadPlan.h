@@ -32,8 +32,9 @@ public:
     void setStream(const Nox::MediaProfile &stream); ///< Chooses, with the sound that suits it best.
     void setCompanion(const QString &code);          ///< Chooses the sound to join; empty for none.
     void setDestination(const QString &text);        ///< Chooses a file, as the user writes it.
+    void chooseFile(const QString &path);            ///< The same from a file dialog: gives the file its suffix.
 
-    /** Goes on to a name that is still free, for the next download. */
+    /** Goes on to a name that is still free, for the next download; to the user's own as soon as that is. */
     void renumber();
 
     /** Whether sound can be joined to the stream. */
@@ -43,6 +44,7 @@ public:
     QList<Nox::MediaProfile> companions() const; ///< The sounds to choose from.
     QString companion() const;                   ///< Code of the sound to join; empty for none.
     QString destination() const;                 ///< The file as shown to the user.
+    QString suffix() const;                      ///< Suffix of the file, without a dot.
     QString path() const;                        ///< The file's absolute path; empty without a name.
 
     QString soundProblem() const;       ///< Why the sound cannot be joined; empty when it can.
@@ -59,6 +61,7 @@ Q_SIGNALS:
 private:
     void propose();
     void follow(const QString &oldSuffix);
+    QString absolutePath(const QString &destination) const;
 
     QString m_url;
     Nox::WebMediaInfo m_page;
@@ -69,6 +72,7 @@ private:
     Nox::MediaProfile m_stream; // its preferred audio code is the chosen one
     QString m_destination;
     bool m_isOwnDestination = false;
+    QString m_wish; // what the user has written, while it is numbered
 };
 
 } // namespace NoxDesk

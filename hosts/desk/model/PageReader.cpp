@@ -6,7 +6,7 @@ namespace NoxDesk {
 
 using NoxHost::ExtractionJob;
 
-PageReader::PageReader(const NoxHost::ToolSetup &tools, SharedLog &log, QObject *parent)
+PageReader::PageReader(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent)
     : QObject(parent)
     , m_tools(tools)
     , m_log(log)
@@ -20,10 +20,8 @@ void PageReader::read(const QString &text)
         Q_EMIT refused(words);
         return;
     }
-    dismiss();
-    m_url = url;
-    m_page = {};
-    m_streams = {};
+    dismissJob();
+    m_requestedUrl = url;
     if (const QString words = m_tools.problem(); !words.isEmpty()) {
         fail(words);
         return;
@@ -31,29 +29,36 @@ void PageReader::read(const QString &text)
     begin();
 }
 
+void PageReader::readAgain()
+{
+    if (!m_requestedUrl.isEmpty()) {
+        read(m_requestedUrl);
+    }
+}
+
 /** The job may be notifying, so it goes later, and its process with it. */
-void PageReader::dismiss()
+void PageReader::dismissJob()
 {
     if (m_job != nullptr) {
         m_job->disconnect(this);
         m_job->deleteLater();
         m_job = nullptr;
-        m_run.reset();
+        m_session.reset();
     }
 }
 
 void PageReader::begin()
 {
-    m_run.emplace(m_log);
+    m_session.emplace(m_log);
     m_job = new ExtractionJob(m_tools, this);
     connect(m_job, &ExtractionJob::finished, this, &PageReader::onFinished);
     connect(m_job, &ExtractionJob::failed, this, [this](const QString &words, const QString &toolWords) {
         // Words in the same breath as a warning are not notified of, but logged.
-        fail(words, toolWords.isEmpty() ? m_run->complaints() : toolWords);
+        fail(words, toolWords.isEmpty() ? m_session->complaints() : toolWords);
     });
-    connect(m_job, &ExtractionJob::cancelled, this, [this] { setState(State::Empty); });
+    connect(m_job, &ExtractionJob::cancelled, this, [this] { setState(hasPage() ? State::Ready : State::Empty); });
     setState(State::Reading);
-    m_job->start(m_url);
+    m_job->start(m_requestedUrl);
 }
 
 void PageReader::cancel()
@@ -63,10 +68,19 @@ void PageReader::cancel()
     }
 }
 
+void PageReader::dismissProblem()
+{
+    if (m_state == State::Failed) {
+        setState(hasPage() ? State::Ready : State::Empty);
+    }
+}
+
 void PageReader::onFinished(const Nox::WebMediaInfo &page)
 {
+    m_url = m_requestedUrl;
     m_page = page;
     m_streams = NoxHost::StreamChoice(page);
+    Q_EMIT pageChanged();
     setState(State::Ready);
 }
 
@@ -81,7 +95,7 @@ void PageReader::setState(State state)
 {
     m_state = state;
     if (state != State::Reading) {
-        dismiss();
+        dismissJob();
     }
     Q_EMIT stateChanged(state);
 }
@@ -89,6 +103,16 @@ void PageReader::setState(State state)
 PageReader::State PageReader::state() const
 {
     return m_state;
+}
+
+QString PageReader::requestedUrl() const
+{
+    return m_requestedUrl;
+}
+
+bool PageReader::hasPage() const
+{
+    return !m_url.isEmpty();
 }
 
 QString PageReader::url() const

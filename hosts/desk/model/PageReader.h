@@ -3,7 +3,7 @@
 #include "hosts/common/ExtractionJob.h"
 #include "hosts/common/StreamChoice.h"
 #include "hosts/common/ToolSetup.h"
-#include "hosts/desk/model/SharedLog.h"
+#include "hosts/desk/model/LogSession.h"
 
 #include <nox/model/WebMediaInfo.h>
 
@@ -13,7 +13,10 @@
 
 namespace NoxDesk {
 
-/** The page that the user looks at: reads one after the other, the newest request wins. */
+/**
+ * The page that the user looks at. Reads one after the other, the newest request wins; a page that has been read stays
+ * until another one has been.
+ */
 class PageReader : public QObject
 {
     Q_OBJECT
@@ -23,39 +26,51 @@ public:
     Q_ENUM(State)
 
     /** @param log for words of the tool that the library does not notify of; must outlive the reader */
-    PageReader(const NoxHost::ToolSetup &tools, SharedLog &log, QObject *parent = nullptr);
+    PageReader(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent = nullptr);
 
     /** Reads the page whose address is @p text, blanks around it aside; or refuses it. */
     void read(const QString &text);
 
-    /** Stops reading; the state is Empty when the tool is gone. */
+    /** Reads the page of the last request again. */
+    void readAgain();
+
+    /** Stops reading; when the tool is gone the state is Ready with the page before, or Empty without one. */
     void cancel();
 
+    /** Forgets a failure. */
+    void dismissProblem();
+
     State state() const;
-    QString url() const;                   ///< Address of the page; empty before the first one.
-    Nox::WebMediaInfo page() const;        ///< What the page holds, when Ready.
-    NoxHost::StreamChoice streams() const; ///< The page's streams, when Ready.
+    QString requestedUrl() const;          ///< Address of the last request; empty before the first one.
+    bool hasPage() const;                  ///< Whether a page has been read.
+    QString url() const;                   ///< Address of the page that has been read.
+    Nox::WebMediaInfo page() const;        ///< What it holds.
+    NoxHost::StreamChoice streams() const; ///< Its streams.
     QString problem() const;               ///< What went wrong, when Failed.
     QString toolWords() const;             ///< What the tool itself said of it; may be empty.
 
 Q_SIGNALS:
     void stateChanged(NoxDesk::PageReader::State state);
 
+    /** Another page has been read. */
+    void pageChanged();
+
     /** The text is no address; whatever is shown stays. */
     void refused(const QString &words);
 
 private:
-    void dismiss();
+    void dismissJob();
     void begin();
     void setState(State state);
     void onFinished(const Nox::WebMediaInfo &page);
     void fail(const QString &words, const QString &toolWords = {});
 
     NoxHost::ToolSetup m_tools;
-    SharedLog &m_log;
-    std::optional<SharedLog::Run> m_run;
+    ProgramLog &m_log;
+    std::optional<LogSession> m_session;
     NoxHost::ExtractionJob *m_job = nullptr; // a child of this object
     State m_state = State::Empty;
+    QString m_requestedUrl;
     QString m_url;
     Nox::WebMediaInfo m_page;
     NoxHost::StreamChoice m_streams;

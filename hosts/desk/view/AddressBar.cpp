@@ -9,44 +9,36 @@
 
 namespace NoxDesk {
 
-namespace {
-
-constexpr int maximumOfferCharacters = 60;
-
-} // namespace
-
-AddressBar::AddressBar(AddressOffer &offer, QWidget *parent)
+AddressBar::AddressBar(QWidget *parent)
     : QWidget(parent)
-    , m_offer(offer)
     , m_field(new QLineEdit)
     , m_readButton(new QPushButton(tr("&Read page")))
     , m_problem(new ReasonLabel)
-    , m_offerButton(new QPushButton)
 {
     m_problem->setObjectName(QStringLiteral("addressProblem"));
-    m_offerButton->setObjectName(QStringLiteral("clipboardOffer"));
-    m_offerButton->hide();
-
+    m_readButton->setObjectName(QStringLiteral("read"));
+    setUpField();
+    auto *label = new QLabel(tr("&Address:"));
+    label->setBuddy(m_field);
+    m_row = new QHBoxLayout;
+    m_row->addWidget(label);
+    m_row->addWidget(m_field, 1);
+    m_row->addWidget(m_readButton);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
-    layout->addWidget(makeField());
+    layout->addLayout(m_row);
     layout->addWidget(m_problem);
-    layout->addWidget(m_offerButton, 0, Qt::AlignLeft);
 
-    connect(m_field, &QLineEdit::textEdited, this, [this] { m_problem->explain({}, *m_field); });
-    connect(m_field, &QLineEdit::textChanged, &m_offer, &AddressOffer::setKnown);
+    connect(m_field, &QLineEdit::textEdited, this, [this] {
+        m_isEdited = true;
+        m_problem->explain({}, *m_field);
+    });
+    connect(m_field, &QLineEdit::textChanged, this, &AddressBar::addressChanged);
     connect(m_field, &QLineEdit::returnPressed, this, &AddressBar::request);
     connect(m_readButton, &QPushButton::clicked, this, &AddressBar::request);
-    connect(&m_offer, &AddressOffer::changed, this, &AddressBar::showOffer);
-    connect(m_offerButton, &QPushButton::clicked, this, [this] {
-        setAddress(m_offer.address());
-        focusField();
-        request();
-    });
-    showOffer(m_offer.address());
 }
 
-QWidget *AddressBar::makeField()
+void AddressBar::setUpField()
 {
     m_field->setObjectName(QStringLiteral("address"));
     m_field->setAccessibleName(tr("Address of the page"));
@@ -54,22 +46,13 @@ QWidget *AddressBar::makeField()
     m_field->setClearButtonEnabled(true);
     m_field->setAcceptDrops(false); // the window takes them, and reads the page at once
     m_field->setInputMethodHints(Qt::ImhUrlCharactersOnly);
-    m_readButton->setObjectName(QStringLiteral("read"));
-
-    auto *label = new QLabel(tr("&Address:"));
-    label->setBuddy(m_field);
-    auto *row = new QWidget;
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins({});
-    layout->addWidget(label);
-    layout->addWidget(m_field, 1);
-    layout->addWidget(m_readButton);
-    return row;
 }
 
 void AddressBar::setAddress(const QString &address)
 {
     m_field->setText(address);
+    m_field->setCursorPosition(0);
+    m_isEdited = false;
     m_problem->explain({}, *m_field);
 }
 
@@ -79,25 +62,24 @@ void AddressBar::focusField()
     m_field->selectAll();
 }
 
+bool AddressBar::isDone() const
+{
+    return m_field->hasFocus() && !m_isEdited;
+}
+
 void AddressBar::showProblem(const QString &words)
 {
     m_problem->explain(words, *m_field);
     focusField();
 }
 
-void AddressBar::showOffer(const QString &address)
-{
-    const QString shown =
-        address.size() > maximumOfferCharacters ? address.left(maximumOfferCharacters) + QStringLiteral("…") : address;
-    // An ampersand would otherwise underline the letter behind it.
-    m_offerButton->setText(tr("&Use the address on the clipboard: %1")
-                               .arg(QString(shown).replace(QLatin1Char('&'), QStringLiteral("&&"))));
-    m_offerButton->setVisible(!address.isEmpty());
-}
-
 void AddressBar::request()
 {
     m_problem->explain({}, *m_field);
+    m_isEdited = false;
+    if (m_field->hasFocus()) {
+        m_field->selectAll(); // what is typed next is another address
+    }
     Q_EMIT readRequested(m_field->text());
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "hosts/desk/view/AddressOffer.h"
-
 #include <QWidget>
 
+class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -11,17 +10,19 @@ namespace NoxDesk {
 
 class ReasonLabel;
 
-/** The field for a page's address, what is wrong with it, and the offer of the clipboard's. */
+/** The field for a page's address, and what is wrong with it. */
 class AddressBar : public QWidget
 {
     Q_OBJECT
 
 public:
-    /** @param offer must outlive the bar */
-    explicit AddressBar(AddressOffer &offer, QWidget *parent = nullptr);
+    explicit AddressBar(QWidget *parent = nullptr);
 
     void setAddress(const QString &address);
     void focusField();
+
+    /** Whether the user is in the field, and has typed nothing since asking for a page. */
+    bool isDone() const;
 
 public Q_SLOTS:
     void showProblem(const QString &words);
@@ -30,16 +31,17 @@ Q_SIGNALS:
     /** The user wants this page read. */
     void readRequested(const QString &address);
 
+    void addressChanged(const QString &address);
+
 private:
-    QWidget *makeField();
-    void showOffer(const QString &address);
+    void setUpField();
     void request();
 
-    AddressOffer &m_offer;
     QLineEdit *m_field;
     QPushButton *m_readButton;
     ReasonLabel *m_problem;
-    QPushButton *m_offerButton;
+    QHBoxLayout *m_row = nullptr;
+    bool m_isEdited = false;
 };
 
 } // namespace NoxDesk

@@ -27,7 +27,7 @@ QString AddressOffer::address() const
 void AddressOffer::check()
 {
     QString address = addressIn(m_clipboard.mimeData());
-    if (address == m_known) {
+    if (address == m_known || address == m_dismissed) {
         address.clear();
     }
     if (address != m_address) {
@@ -39,6 +39,12 @@ void AddressOffer::check()
 void AddressOffer::setKnown(const QString &address)
 {
     m_known = address.trimmed();
+    check();
+}
+
+void AddressOffer::dismiss()
+{
+    m_dismissed = m_address;
     check();
 }
 

@@ -22,6 +22,9 @@ public:
     /** No offer of an address that the user has already. */
     void setKnown(const QString &address);
 
+    /** No offer of this address any more. */
+    void dismiss();
+
     /** The address that dropped or copied data holds; empty when it holds none that can be read. */
     static QString addressIn(const QMimeData *data);
 
@@ -32,6 +35,7 @@ private:
     QClipboard &m_clipboard;
     QString m_address;
     QString m_known;
+    QString m_dismissed;
 };
 
 } // namespace NoxDesk

@@ -18,7 +18,6 @@ DownloadRow::DownloadRow(QWidget *parent)
     , m_title(new ElidedLabel(Qt::ElideMiddle))
     , m_status(new ElidedLabel(Qt::ElideRight))
     , m_bar(new QProgressBar)
-    , m_failure(new FailureBox)
     , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel")))
     , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile")))
     , m_folderButton(newButton(tr("Show in folder"), QStringLiteral("showFolder")))
@@ -41,13 +40,11 @@ DownloadRow::DownloadRow(QWidget *parent)
     layout->addLayout(head);
     layout->addWidget(m_bar);
     layout->addWidget(m_status);
-    layout->addWidget(m_failure);
 
     connect(m_cancelButton, &QPushButton::clicked, this, &DownloadRow::cancelRequested);
     connect(m_openButton, &QPushButton::clicked, this, &DownloadRow::openFile);
     connect(m_folderButton, &QPushButton::clicked, this, &DownloadRow::showFolder);
     connect(m_removeButton, &QPushButton::clicked, this, &DownloadRow::removeRequested);
-    connect(m_failure, &FailureBox::logRequested, this, &DownloadRow::logRequested);
 }
 
 QPushButton *DownloadRow::newButton(const QString &text, const QString &name)
@@ -69,10 +66,32 @@ void DownloadRow::refresh(const QModelIndex &index)
     const auto state = index.data(DownloadListModel::StateRole).value<Download::State>();
     showBar(index.data(DownloadListModel::PercentRole).toInt(), state);
     showButtons(state);
-    m_failure->setVisible(state == Download::State::Failed);
-    m_status->setVisible(state != Download::State::Failed);
-    m_failure->setTexts(index.data(DownloadListModel::ProblemRole).toString(),
-                        index.data(DownloadListModel::ToolWordsRole).toString());
+    showFailure(index, state == Download::State::Failed);
+}
+
+void DownloadRow::showFailure(const QModelIndex &index, bool isFailed)
+{
+    m_status->setVisible(!isFailed);
+    if (m_failure == nullptr && isFailed) {
+        m_failure = new FailureBox;
+        connect(m_failure, &FailureBox::logRequested, this, &DownloadRow::logRequested);
+        layout()->addWidget(m_failure);
+        Q_EMIT tabStopsChanged();
+    }
+    if (m_failure != nullptr) {
+        m_failure->setVisible(isFailed);
+        m_failure->setTexts(index.data(DownloadListModel::ProblemRole).toString(),
+                            index.data(DownloadListModel::ToolWordsRole).toString());
+    }
+}
+
+QList<QWidget *> DownloadRow::tabStops() const
+{
+    QList<QWidget *> stops{m_cancelButton, m_openButton, m_folderButton, m_removeButton};
+    if (m_failure != nullptr) {
+        stops += m_failure->tabStops();
+    }
+    return stops;
 }
 
 /** The same buttons stand in every row: who cannot see the row hears which file they are for. */
@@ -96,25 +115,33 @@ void DownloadRow::showButtons(Download::State state)
 {
     const bool isActive = state == Download::State::Running || state == Download::State::Cancelling;
     const bool isFinished = state == Download::State::Finished;
-    const bool hadFocus = m_cancelButton->hasFocus();
     m_openButton->setVisible(isFinished);
     m_folderButton->setVisible(isFinished);
     m_removeButton->setVisible(!isActive);
-    if (hadFocus && !isActive) {
+    // Not disabled while the download is stopped: a button that is takes the focus to another row.
+    if (m_cancelButton->hasFocus() && !isActive) {
         (isFinished ? m_openButton : m_removeButton)->setFocus();
     }
     m_cancelButton->setVisible(isActive);
-    m_cancelButton->setEnabled(state == Download::State::Running);
 }
 
-void DownloadRow::openFile() const
+void DownloadRow::openFile()
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(m_file));
+    open(m_file);
 }
 
-void DownloadRow::showFolder() const
+void DownloadRow::showFolder()
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(m_file).absolutePath()));
+    open(QFileInfo(m_file).absolutePath());
+}
+
+void DownloadRow::open(const QString &path)
+{
+    if (!QFileInfo::exists(path)) {
+        Q_EMIT openingFailed(tr("\"%1\" is not there any more.").arg(path));
+    } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+        Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(path));
+    }
 }
 
 } // namespace NoxDesk

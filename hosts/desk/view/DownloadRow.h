@@ -24,23 +24,30 @@ public:
     /** Shows what the model says of the download. */
     void refresh(const QModelIndex &index);
 
+    /** What the keyboard goes to, in the order in which it is read. */
+    QList<QWidget *> tabStops() const;
+
 Q_SIGNALS:
     void cancelRequested();
     void removeRequested();
     void logRequested();
+    void openingFailed(const QString &words);
+    void tabStopsChanged();
 
 private:
     QPushButton *newButton(const QString &text, const QString &name);
     void showBar(int percent, Download::State state);
     void showButtons(Download::State state);
     void nameControls(const QString &title);
-    void openFile() const;
-    void showFolder() const;
+    void showFailure(const QModelIndex &index, bool isFailed);
+    void openFile();
+    void showFolder();
+    void open(const QString &path);
 
     ElidedLabel *m_title;
     ElidedLabel *m_status;
     QProgressBar *m_bar;
-    FailureBox *m_failure;
+    FailureBox *m_failure = nullptr; // made when it is needed
     QPushButton *m_cancelButton;
     QPushButton *m_openButton;
     QPushButton *m_folderButton;

@@ -2,10 +2,11 @@
 
 #include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/view/DownloadRow.h"
+#include "hosts/desk/view/VerticalScrollArea.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace NoxDesk {
@@ -51,15 +52,10 @@ QWidget *DownloadsPanel::makeList()
     m_rowLayout->setContentsMargins({});
     m_rowLayout->addWidget(m_emptyWords, 1);
     m_rowLayout->addStretch();
-    auto *area = new QScrollArea;
-    area->setObjectName(QStringLiteral("downloads"));
-    area->setAccessibleName(tr("Downloads"));
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setWidget(rows);
-    area->setMinimumHeight(3 * fontMetrics().lineSpacing());
-    return area;
+    m_area = new VerticalScrollArea(rows);
+    m_area->setObjectName(QStringLiteral("downloads"));
+    m_area->setAccessibleName(tr("Downloads"));
+    return m_area;
 }
 
 DownloadRow *DownloadsPanel::newRow()
@@ -68,6 +64,8 @@ DownloadRow *DownloadsPanel::newRow()
     connect(row, &DownloadRow::cancelRequested, this, [this, row] { m_model.cancel(rowOf(row)); });
     connect(row, &DownloadRow::removeRequested, this, [this, row] { m_model.remove(rowOf(row)); });
     connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
+    connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
+    connect(row, &DownloadRow::tabStopsChanged, this, &DownloadsPanel::orderTabStops);
     return row;
 }
 
@@ -82,17 +80,36 @@ void DownloadsPanel::insertRows(int first, int last)
         m_rows.insert(row, newRow());
         m_rowLayout->insertWidget(row, m_rows.at(row));
     }
+    orderTabStops();
     refreshRows(first, last);
+}
+
+/** Rows are made from the oldest to the newest, but read from the newest to the oldest. */
+void DownloadsPanel::orderTabStops()
+{
+    QWidget *before = m_area;
+    for (const DownloadRow *row : std::as_const(m_rows)) {
+        const QList<QWidget *> stops = row->tabStops();
+        for (QWidget *stop : stops) {
+            setTabOrder(before, stop);
+            before = stop;
+        }
+    }
 }
 
 /** A row may be the one whose button was pressed, so it goes later. */
 void DownloadsPanel::removeRows(int first, int last)
 {
+    bool hadFocus = false;
     for (int row = last; row >= first; --row) {
         DownloadRow *widget = m_rows.takeAt(row);
+        hadFocus = hadFocus || widget->isAncestorOf(QApplication::focusWidget());
         m_rowLayout->removeWidget(widget);
         widget->hide();
         widget->deleteLater();
+    }
+    if (hadFocus) {
+        m_area->setFocus();
     }
 }
 

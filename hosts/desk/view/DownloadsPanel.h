@@ -12,6 +12,7 @@ namespace NoxDesk {
 
 class DownloadListModel;
 class DownloadRow;
+class VerticalScrollArea;
 
 /**
  * The list of downloads. Each row is made of widgets, not drawn by a delegate, so that its buttons can
@@ -27,6 +28,7 @@ public:
 
 Q_SIGNALS:
     void logRequested();
+    void openingFailed(const QString &words);
 
 private:
     QLayout *makeHead();
@@ -35,11 +37,13 @@ private:
     void removeRows(int first, int last);
     void refreshRows(int first, int last);
     DownloadRow *newRow();
+    void orderTabStops();
     int rowOf(DownloadRow *widget) const;
     void showCounts();
 
     DownloadListModel &m_model;
     QList<DownloadRow *> m_rows;
+    VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
     QLabel *m_emptyWords = nullptr;
     QPushButton *m_removeEndedButton = nullptr;

@@ -1,5 +1,11 @@
 #include "hosts/desk/view/ElidedLabel.h"
 
+#include "hosts/desk/view/ShownText.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QStyle>
 
@@ -11,11 +17,24 @@ ElidedLabel::ElidedLabel(Qt::TextElideMode mode, QWidget *parent)
 {
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    auto *copy = new QAction(tr("Copy"), this);
+    connect(copy, &QAction::triggered, this, [this] { QGuiApplication::clipboard()->setText(text()); });
+    addAction(copy);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 QSize ElidedLabel::minimumSizeHint() const
 {
     return {fontMetrics().averageCharWidth() * 8, QLabel::minimumSizeHint().height()};
+}
+
+bool ElidedLabel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        const bool isCut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+        setToolTip(isCut ? ShownText::breakable(text()) : QString());
+    }
+    return QLabel::event(event);
 }
 
 void ElidedLabel::paintEvent(QPaintEvent *event)

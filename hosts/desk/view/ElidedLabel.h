@@ -4,7 +4,8 @@
 
 namespace NoxDesk {
 
-/** One line of plain text that shortens itself to the room there is. */
+/** One line of plain text that shortens itself to the room there is; the whole stands in its tool tip, and can be
+ * copied. */
 class ElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -15,6 +16,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -1,19 +1,28 @@
 #include "hosts/desk/view/FailureBox.h"
 
+#include "hosts/desk/view/WrappedText.h"
+
 #include <QGridLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QStyle>
 
 namespace NoxDesk {
 
+namespace {
+
+constexpr int maximumLines = 6;
+
+} // namespace
+
 FailureBox::FailureBox(QWidget *parent)
     : QWidget(parent)
-    , m_words(newTextLabel())
-    , m_toolWords(newTextLabel())
+    , m_words(newText(QStringLiteral("failureWords")))
+    , m_toolWords(newText(QStringLiteral("toolWords")))
     , m_logButton(new QPushButton(tr("Show log")))
 {
-    m_words->setObjectName(QStringLiteral("failureWords"));
-    m_toolWords->setObjectName(QStringLiteral("toolWords"));
+    m_words->setAccessibleName(tr("What went wrong"));
+    m_toolWords->setAccessibleName(tr("What the download tool said"));
     m_logButton->setObjectName(QStringLiteral("showLog"));
     m_logButton->setAccessibleDescription(tr("Shows the log of the download tool"));
     connect(m_logButton, &QPushButton::clicked, this, &FailureBox::logRequested);
@@ -31,20 +40,23 @@ FailureBox::FailureBox(QWidget *parent)
     layout->setColumnStretch(1, 1);
 }
 
-QLabel *FailureBox::newTextLabel()
+WrappedText *FailureBox::newText(const QString &name)
 {
-    auto *label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    return label;
+    auto *text = new WrappedText(maximumLines);
+    text->setObjectName(name);
+    return text;
 }
 
 void FailureBox::setTexts(const QString &words, const QString &toolWords)
 {
-    m_words->setText(words);
-    m_toolWords->setText(toolWords);
+    m_words->setWords(words);
+    m_toolWords->setWords(toolWords);
     m_toolWords->setVisible(!toolWords.isEmpty());
+}
+
+QList<QWidget *> FailureBox::tabStops() const
+{
+    return {m_words, m_toolWords, m_logButton};
 }
 
 } // namespace NoxDesk

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QLabel>
 #include <QWidget>
 
 class QPushButton;
 
 namespace NoxDesk {
+
+class WrappedText;
 
 /** What went wrong, in words, with what the external programs said and a way to the log. */
 class FailureBox : public QWidget
@@ -17,14 +18,17 @@ public:
 
     void setTexts(const QString &words, const QString &toolWords);
 
+    /** What the keyboard goes to, in the order in which it is read. */
+    QList<QWidget *> tabStops() const;
+
 Q_SIGNALS:
     void logRequested();
 
 private:
-    static QLabel *newTextLabel();
+    WrappedText *newText(const QString &name);
 
-    QLabel *m_words;
-    QLabel *m_toolWords;
+    WrappedText *m_words;
+    WrappedText *m_toolWords;
     QPushButton *m_logButton;
 };
 

@@ -7,6 +7,7 @@
 #include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace NoxDesk {
@@ -32,16 +33,14 @@ LogDialog::LogDialog(const QString &file, QWidget *parent)
     setWindowTitle(tr("Log"));
     auto *path = new ElidedLabel(Qt::ElideMiddle);
     path->setText(file);
-    auto *text = new QPlainTextEdit;
-    text->setObjectName(QStringLiteral("logText"));
-    text->setAccessibleName(tr("Log of the download tool"));
-    text->setReadOnly(true);
-    text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text->setTabChangesFocus(true);
-    text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    text->setPlainText(endOf(file));
-    text->moveCursor(QTextCursor::End);
-    text->moveCursor(QTextCursor::StartOfLine);
+    m_text = new QPlainTextEdit;
+    m_text->setObjectName(QStringLiteral("logText"));
+    m_text->setAccessibleName(tr("Log of the download tool"));
+    m_text->setReadOnly(true);
+    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_text->setTabChangesFocus(true);
+    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_text->setPlainText(endOf(file));
     auto *buttons = new QDialogButtonBox;
     QPushButton *closeButton = buttons->addButton(tr("Close"), QDialogButtonBox::RejectRole);
     closeButton->setDefault(true);
@@ -49,9 +48,16 @@ LogDialog::LogDialog(const QString &file, QWidget *parent)
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(path);
-    layout->addWidget(text, 1);
+    layout->addWidget(m_text, 1);
     layout->addWidget(buttons);
     resize(fontMetrics().averageCharWidth() * 100, fontMetrics().lineSpacing() * 26);
+}
+
+void LogDialog::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    // Only now it is known how many lines can be seen.
+    m_text->verticalScrollBar()->setValue(m_text->verticalScrollBar()->maximum());
 }
 
 } // namespace NoxDesk

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+class QPlainTextEdit;
+
 namespace NoxDesk {
 
 /** The end of the log file, to read and to copy from. */
@@ -11,6 +13,12 @@ class LogDialog : public QDialog
 
 public:
     explicit LogDialog(const QString &file, QWidget *parent = nullptr);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QPlainTextEdit *m_text;
 };
 
 } // namespace NoxDesk

@@ -2,9 +2,12 @@
 
 #include "hosts/desk/model/Desk.h"
 #include "hosts/desk/view/AddressBar.h"
+#include "hosts/desk/view/AddressOfferBar.h"
 #include "hosts/desk/view/DownloadsPanel.h"
 #include "hosts/desk/view/LogDialog.h"
 #include "hosts/desk/view/PagePanel.h"
+#include "hosts/desk/view/ShownText.h"
+#include "hosts/desk/view/VerticalScrollArea.h"
 
 #include <QCloseEvent>
 #include <QDragEnterEvent>
@@ -14,6 +17,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace NoxDesk {
@@ -22,7 +26,7 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     : QMainWindow(parent)
     , m_desk(desk)
     , m_offer(*QGuiApplication::clipboard())
-    , m_addressBar(new AddressBar(m_offer))
+    , m_addressBar(new AddressBar)
     , m_splitter(new QSplitter(Qt::Vertical))
 {
     setWindowTitle(tr("Nox Desk"));
@@ -32,6 +36,7 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     restore();
     connect(m_addressBar, &AddressBar::readRequested, &m_desk.reader(), &PageReader::read);
     connect(&m_desk.reader(), &PageReader::refused, m_addressBar, &AddressBar::showProblem);
+    connect(m_addressBar, &AddressBar::addressChanged, &m_offer, &AddressOffer::setKnown);
     connect(&m_desk.downloads(), &DownloadListModel::allEnded, this, [this] {
         if (m_isClosing) {
             close();
@@ -44,11 +49,19 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
 void MainWindow::layOut()
 {
     auto *page = new PagePanel(m_desk);
+    auto *pageArea = new VerticalScrollArea(page);
+    pageArea->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
     auto *downloads = new DownloadsPanel(m_desk.downloads());
+    connect(&m_desk.reader(), &PageReader::stateChanged, this, [this, page](PageReader::State state) {
+        if (state == PageReader::State::Ready && m_addressBar->isDone()) {
+            page->focusStreams();
+        }
+    });
+    connect(downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
     connect(downloads, &DownloadsPanel::logRequested, this, &MainWindow::showLog);
 
-    m_splitter->addWidget(page);
+    m_splitter->addWidget(pageArea);
     m_splitter->addWidget(downloads);
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 2);
@@ -60,6 +73,10 @@ void MainWindow::layOut()
     layout->addSpacing(layout->spacing());
     layout->addWidget(m_splitter, 1);
     setCentralWidget(centre);
+
+    auto *offerBar = new AddressOfferBar(m_offer);
+    connect(offerBar, &AddressOfferBar::accepted, this, &MainWindow::read);
+    statusBar()->addPermanentWidget(offerBar, 1);
 }
 
 void MainWindow::addShortcuts()
@@ -139,6 +156,15 @@ void MainWindow::cancelAllAndClose()
         setEnabled(false);
         m_desk.cancelAll();
     }
+}
+
+void MainWindow::warn(const QString &words)
+{
+    auto *box =
+        new QMessageBox(QMessageBox::Warning, windowTitle(), ShownText::breakable(words), QMessageBox::Close, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setObjectName(QStringLiteral("warning"));
+    box->open();
 }
 
 void MainWindow::showLog()

@@ -41,6 +41,7 @@ private:
     void remember();
     void askToClose();
     void showLog();
+    void warn(const QString &words);
 
     Desk &m_desk;
     AddressOffer m_offer;

@@ -6,34 +6,45 @@
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
 #include "hosts/desk/view/PlanForm.h"
+#include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/StreamPanel.h"
 #include "hosts/desk/view/ThumbnailView.h"
+#include "hosts/desk/view/WrappedText.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStackedWidget>
 
 namespace NoxDesk {
 
 namespace {
 
-constexpr int maximumTitle = 160; // characters; two or three lines
+constexpr int titleLines = 3;
+constexpr int titleCharacters = 1000;
 
 } // namespace
 
 PagePanel::PagePanel(Desk &desk, QWidget *parent)
-    : QStackedWidget(parent)
+    : QWidget(parent)
     , m_desk(desk)
-    , m_hint(makeHint())
     , m_busy(makeBusy())
     , m_failure(makeFailure())
+    , m_hint(makeHint())
     , m_page(makePage())
+    , m_content(new QStackedWidget)
 {
-    for (QWidget *widget : {m_hint, m_busy, m_failure, m_page}) {
-        addWidget(widget);
-    }
+    m_content->addWidget(m_hint);
+    m_content->addWidget(m_page);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_busy);
+    layout->addWidget(m_failure);
+    layout->addWidget(m_content, 1);
     connect(&m_desk.reader(), &PageReader::stateChanged, this, &PagePanel::show);
+    connect(&m_desk.reader(), &PageReader::pageChanged, this, &PagePanel::showPage);
     show(m_desk.reader().state());
 }
 
@@ -73,6 +84,7 @@ QWidget *PagePanel::makeBusy()
     row->addWidget(cancelButton);
     row->addStretch(1);
     auto *layout = new QVBoxLayout(busy);
+    layout->setContentsMargins({});
     layout->addStretch();
     layout->addWidget(words);
     layout->addWidget(m_busyAddress);
@@ -85,10 +97,21 @@ QWidget *PagePanel::makeFailure()
 {
     m_failureBox = new FailureBox;
     connect(m_failureBox, &FailureBox::logRequested, this, &PagePanel::logRequested);
+    m_failedAddress = new ElidedLabel(Qt::ElideMiddle);
+    m_failedAddress->setObjectName(QStringLiteral("failedAddress"));
+    auto *closeButton = new QPushButton(tr("Close &message"));
+    closeButton->setObjectName(QStringLiteral("dismissFailure"));
+    connect(closeButton, &QPushButton::clicked, &m_desk.reader(), &PageReader::dismissProblem);
+
     auto *failure = new QWidget;
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_failedAddress, 1);
+    row->addWidget(closeButton);
     auto *layout = new QVBoxLayout(failure);
+    layout->setContentsMargins({});
     layout->addStretch();
     layout->addWidget(m_failureBox);
+    layout->addLayout(row);
     layout->addStretch();
     return failure;
 }
@@ -112,10 +135,10 @@ QWidget *PagePanel::makePage()
 QLayout *PagePanel::makeCard()
 {
     m_thumbnail = new ThumbnailView;
-    m_title = new QLabel;
+    m_title = new WrappedText(titleLines);
     m_title->setObjectName(QStringLiteral("title"));
-    m_title->setTextFormat(Qt::PlainText);
-    m_title->setWordWrap(true);
+    m_title->setAccessibleName(tr("Title of the page"));
+    m_title->setFocusPolicy(Qt::ClickFocus);
     QFont font = m_title->font();
     font.setPointSizeF(font.pointSizeF() * 1.3);
     font.setBold(true);
@@ -141,35 +164,41 @@ QLayout *PagePanel::makeCard()
 
 void PagePanel::show(PageReader::State state)
 {
-    switch (state) {
-    case PageReader::State::Empty:
-        setCurrentWidget(m_hint);
-        break;
-    case PageReader::State::Reading:
-        m_busyAddress->setText(m_desk.reader().url());
-        setCurrentWidget(m_busy);
-        break;
-    case PageReader::State::Failed:
-        m_failureBox->setTexts(m_desk.reader().problem(), m_desk.reader().toolWords());
-        setCurrentWidget(m_failure);
-        break;
-    case PageReader::State::Ready:
-        showPage();
-        break;
+    const PageReader &reader = m_desk.reader();
+    const bool isReading = state == PageReader::State::Reading;
+    const bool isFailed = state == PageReader::State::Failed;
+    // Focus goes on only from what is about to vanish: the address field, or wherever the user is by now, keeps it.
+    const QWidget *focused = QApplication::focusWidget();
+    const bool hadFocus = focused != nullptr && (m_busy->isAncestorOf(focused) || m_failure->isAncestorOf(focused));
+    m_busyAddress->setText(reader.requestedUrl());
+    m_failedAddress->setText(reader.requestedUrl());
+    if (isFailed) {
+        m_failureBox->setTexts(reader.problem(), reader.toolWords());
+    }
+    m_busy->setVisible(isReading);
+    m_failure->setVisible(isFailed);
+    m_content->setVisible(reader.hasPage() || !(isReading || isFailed));
+    m_content->setCurrentWidget(reader.hasPage() ? m_page : m_hint);
+    if (hadFocus && !isReading) {
+        focusStreams();
     }
 }
 
 void PagePanel::showPage()
 {
     const Nox::WebMediaInfo page = m_desk.reader().page();
-    const QString title = NoxHost::printableLine(page.getTitle());
-    m_title->setText(title.size() > maximumTitle ? title.left(maximumTitle) + QStringLiteral("…") : title);
+    m_title->setWords(ShownText::cut(NoxHost::printableLine(page.getTitle()), titleCharacters));
     const qint64 seconds = page.getDuration();
     m_duration->setText(seconds > 0 ? tr("Duration %1").arg(NoxHost::TransferFigures::timeText(seconds))
                                     : tr("Duration unknown"));
     m_address->setText(m_desk.reader().url());
-    setCurrentWidget(m_page);
-    m_streams->focusTable();
+}
+
+void PagePanel::focusStreams()
+{
+    if (m_desk.reader().hasPage()) {
+        m_streams->focusTable();
+    }
 }
 
 } // namespace NoxDesk

@@ -2,9 +2,10 @@
 
 #include "hosts/desk/model/PageReader.h"
 
-#include <QStackedWidget>
+#include <QWidget>
 
 class QLabel;
+class QStackedWidget;
 
 namespace NoxDesk {
 
@@ -13,15 +14,19 @@ class ElidedLabel;
 class FailureBox;
 class StreamPanel;
 class ThumbnailView;
+class WrappedText;
 
-/** The page: nothing yet, being read, failed, or what it holds and the choices. */
-class PagePanel : public QStackedWidget
+/** The page: nothing yet, or what it holds and the choices; above it, that another one is being read or has failed. */
+class PagePanel : public QWidget
 {
     Q_OBJECT
 
 public:
     /** @param desk must outlive the panel */
     explicit PagePanel(Desk &desk, QWidget *parent = nullptr);
+
+    /** Moves the keyboard to the streams, if there are any. */
+    void focusStreams();
 
 Q_SIGNALS:
     void logRequested();
@@ -36,17 +41,19 @@ private:
     void showPage();
 
     Desk &m_desk;
-    QWidget *m_hint;
-    QLabel *m_busyAddress = nullptr;
+    ElidedLabel *m_busyAddress = nullptr;
     QWidget *m_busy;
     FailureBox *m_failureBox = nullptr;
+    ElidedLabel *m_failedAddress = nullptr;
     QWidget *m_failure;
     ThumbnailView *m_thumbnail = nullptr;
-    QLabel *m_title = nullptr;
+    WrappedText *m_title = nullptr;
     QLabel *m_duration = nullptr;
     ElidedLabel *m_address = nullptr;
     StreamPanel *m_streams = nullptr;
+    QWidget *m_hint;
     QWidget *m_page;
+    QStackedWidget *m_content;
 };
 
 } // namespace NoxDesk

@@ -7,6 +7,8 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -15,6 +17,17 @@
 namespace NoxDesk {
 
 using NoxHost::StreamText;
+
+namespace {
+
+constexpr int soundCharacters = 12; // that are seen in the narrowest window
+
+bool isEnter(int key)
+{
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+} // namespace
 
 PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
     : QWidget(parent)
@@ -32,6 +45,8 @@ PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
     addSound(*layout);
     addDestination(*layout);
     m_downloadButton->setObjectName(QStringLiteral("download"));
+    m_downloadButton->installEventFilter(this);
+    m_destination->installEventFilter(this);
     layout->addWidget(m_downloadButton, 2, 3);
 
     connect(m_downloadButton, &QPushButton::clicked, this, &PlanForm::downloadRequested);
@@ -43,6 +58,8 @@ void PlanForm::addSound(QGridLayout &layout)
 {
     m_sound->setObjectName(QStringLiteral("sound"));
     m_sound->setAccessibleName(tr("Sound to join with the picture"));
+    m_sound->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_sound->setMinimumContentsLength(soundCharacters);
     m_soundProblem->setObjectName(QStringLiteral("soundProblem"));
     auto *label = new QLabel(tr("&Sound:"));
     label->setBuddy(m_sound);
@@ -117,9 +134,18 @@ void PlanForm::browse()
     const QFileInfo file(m_plan.path());
     m_dialog->setDirectory(file.absolutePath());
     m_dialog->selectFile(file.fileName());
-    connect(m_dialog, &QFileDialog::fileSelected, &m_plan,
-            [this](const QString &path) { m_plan.setDestination(QDir::toNativeSeparators(path)); });
+    m_dialog->setDefaultSuffix(m_plan.suffix());
+    connect(m_dialog, &QFileDialog::fileSelected, &m_plan, &DownloadPlan::chooseFile);
     m_dialog->open();
+}
+
+/** The next file has a free name already: what is meant for one download must not begin two. */
+bool PlanForm::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isSecondClick = watched == m_downloadButton && event->type() == QEvent::MouseButtonDblClick;
+    const bool isRepeated = event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->isAutoRepeat()
+        && isEnter(static_cast<QKeyEvent *>(event)->key());
+    return isSecondClick || isRepeated || QWidget::eventFilter(watched, event);
 }
 
 } // namespace NoxDesk

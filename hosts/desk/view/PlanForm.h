@@ -26,6 +26,9 @@ public:
 Q_SIGNALS:
     void downloadRequested();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void addSound(QGridLayout &layout);
     void addDestination(QGridLayout &layout);

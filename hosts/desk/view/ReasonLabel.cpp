@@ -2,17 +2,22 @@
 
 namespace NoxDesk {
 
+namespace {
+
+constexpr int maximumLines = 4;
+
+} // namespace
+
 ReasonLabel::ReasonLabel(QWidget *parent)
-    : QLabel(parent)
+    : WrappedText(maximumLines, parent)
 {
-    setTextFormat(Qt::PlainText);
-    setWordWrap(true);
+    setFocusPolicy(Qt::ClickFocus); // its words are read to who is in the field
     hide();
 }
 
 void ReasonLabel::explain(const QString &words, QWidget &field)
 {
-    setText(words.isEmpty() ? words : QStringLiteral("⚠ ") + words);
+    setWords(words.isEmpty() ? words : QStringLiteral("⚠ ") + words);
     setVisible(!words.isEmpty());
     field.setAccessibleDescription(words);
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QLabel>
+#include "hosts/desk/view/WrappedText.h"
 
 namespace NoxDesk {
 
 /** Why the field above it is refused. Hidden while there is no reason. */
-class ReasonLabel : public QLabel
+class ReasonLabel : public WrappedText
 {
     Q_OBJECT
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QScrollArea>
+
+namespace NoxDesk {
+
+/** Scrolls up and down only, and so is never narrower than what it holds. */
+class VerticalScrollArea : public QScrollArea
+{
+    Q_OBJECT
+
+public:
+    explicit VerticalScrollArea(QWidget *content, QWidget *parent = nullptr);
+
+    QSize minimumSizeHint() const override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+};
+
+} // namespace NoxDesk
