@@ -1,5 +1,13 @@
 # What the library is built on: Qt Core and Gui of the chosen major version, and jsoncpp.
 
+# A project that has found one Qt before it adds this one gets the library for that Qt.
+if(TARGET Qt5::Core AND NOT TARGET Qt6::Core)
+    set(default_qt 5)
+else()
+    set(default_qt 6)
+endif()
+set(NOX_QT_MAJOR ${default_qt} CACHE STRING "Qt major version to build against")
+set_property(CACHE NOX_QT_MAJOR PROPERTY STRINGS 6 5)
 if(NOT NOX_QT_MAJOR MATCHES "^[56]$")
     message(FATAL_ERROR "NOX_QT_MAJOR is \"${NOX_QT_MAJOR}\"; it must be 6 or 5")
 endif()

@@ -4,8 +4,6 @@
 # the pkg-config file and the folders carry the version; the headers, although the same, stand in a folder of their own,
 # so that each development package is whole and never meets the headers of another version.
 
-include(CMakePackageConfigHelpers)
-
 if(NOX_QT_MAJOR EQUAL 6)
     set(NOX_LIBRARY_NAME NoxWebMedia)
     set(NOX_PKGCONFIG_NAME noxwebmedia)
@@ -15,49 +13,13 @@ else()
     set(NOX_PKGCONFIG_NAME noxwebmedia-qt${NOX_QT_MAJOR})
     set(NOX_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/${NOX_PKGCONFIG_NAME})
 endif()
-# find_package(NoxWebMedia) looks into every folder whose name begins so.
-set(NOX_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/${NOX_LIBRARY_NAME})
-
-configure_package_config_file(
-    ${CMAKE_CURRENT_LIST_DIR}/NoxWebMediaConfig.cmake.in
-    ${CMAKE_BINARY_DIR}/NoxWebMediaConfig.cmake
-    INSTALL_DESTINATION ${NOX_INSTALL_CMAKEDIR}
-)
-configure_file(
-    ${CMAKE_CURRENT_LIST_DIR}/NoxWebMediaConfigVersion.cmake.in
-    ${CMAKE_BINARY_DIR}/NoxWebMediaConfigVersion.cmake
-    @ONLY
-)
-write_basic_package_version_file(
-    ${CMAKE_BINARY_DIR}/NoxWebMediaConfigNumber.cmake
-    COMPATIBILITY SameMajorVersion
-)
-# Relative to its own place, so that an installation can be put anywhere.
-file(RELATIVE_PATH prefix_from_pc /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-configure_file(
-    ${CMAKE_CURRENT_LIST_DIR}/noxwebmedia.pc.in
-    ${CMAKE_BINARY_DIR}/${NOX_PKGCONFIG_NAME}.pc
-    @ONLY
-)
-
-install(EXPORT NoxWebMediaTargets NAMESPACE Nox:: DESTINATION ${NOX_INSTALL_CMAKEDIR} COMPONENT development)
-install(
-    FILES
-        ${CMAKE_BINARY_DIR}/NoxWebMediaConfig.cmake
-        ${CMAKE_BINARY_DIR}/NoxWebMediaConfigVersion.cmake
-        ${CMAKE_BINARY_DIR}/NoxWebMediaConfigNumber.cmake
-    DESTINATION ${NOX_INSTALL_CMAKEDIR}
-    COMPONENT development
-)
-install(
-    FILES ${CMAKE_BINARY_DIR}/${NOX_PKGCONFIG_NAME}.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-    COMPONENT development
-)
 
 # nox_install_host(TARGET COMPONENT): a host program with a folder of its own, in which it finds the programs that the
 # library drives, and a link among the commands.
 function(nox_install_host target component)
+    if(NOT NOX_INSTALL)
+        return()
+    endif()
     set(folder ${CMAKE_INSTALL_LIBEXECDIR}/${target})
     file(RELATIVE_PATH library_from_folder /prefix/${folder} /prefix/${CMAKE_INSTALL_LIBDIR})
     file(RELATIVE_PATH program_from_bin /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${folder}/${target})
@@ -69,3 +31,70 @@ function(nox_install_host target component)
     file(CREATE_LINK ${program_from_bin} ${link} SYMBOLIC)
     install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component})
 endfunction()
+
+if(NOT NOX_INSTALL)
+    return()
+endif()
+
+include(CMakePackageConfigHelpers)
+
+# find_package(NoxWebMedia) looks into every folder whose name begins so, and takes the one whose version file agrees.
+# find_package(NoxWebMediaQt6) and find_package(NoxWebMediaQt5) take the one that they name.
+set(cmake_folder ${CMAKE_INSTALL_LIBDIR}/cmake)
+set(NOX_INSTALL_CMAKEDIR ${cmake_folder}/${NOX_LIBRARY_NAME})
+set(NOX_NAMED_PACKAGE NoxWebMediaQt${NOX_QT_MAJOR})
+set(config_folder ${PROJECT_BINARY_DIR}/package)
+
+configure_package_config_file(
+    ${CMAKE_CURRENT_LIST_DIR}/NoxWebMediaConfig.cmake.in
+    ${config_folder}/NoxWebMediaConfig.cmake
+    INSTALL_DESTINATION ${NOX_INSTALL_CMAKEDIR}
+)
+configure_file(
+    ${CMAKE_CURRENT_LIST_DIR}/NoxWebMediaConfigVersion.cmake.in
+    ${config_folder}/NoxWebMediaConfigVersion.cmake
+    @ONLY
+)
+write_basic_package_version_file(
+    ${config_folder}/NoxWebMediaConfigNumber.cmake
+    COMPATIBILITY SameMajorVersion
+)
+configure_file(
+    ${CMAKE_CURRENT_LIST_DIR}/NoxWebMediaNamedConfig.cmake.in
+    ${config_folder}/${NOX_NAMED_PACKAGE}Config.cmake
+    @ONLY
+)
+configure_file(
+    ${config_folder}/NoxWebMediaConfigNumber.cmake
+    ${config_folder}/${NOX_NAMED_PACKAGE}ConfigVersion.cmake
+    COPYONLY
+)
+# Relative to its own place, so that an installation can be put anywhere.
+file(RELATIVE_PATH prefix_from_pc /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+configure_file(
+    ${CMAKE_CURRENT_LIST_DIR}/noxwebmedia.pc.in
+    ${config_folder}/${NOX_PKGCONFIG_NAME}.pc
+    @ONLY
+)
+
+install(EXPORT NoxWebMediaTargets NAMESPACE Nox:: DESTINATION ${NOX_INSTALL_CMAKEDIR} COMPONENT development)
+install(
+    FILES
+        ${config_folder}/NoxWebMediaConfig.cmake
+        ${config_folder}/NoxWebMediaConfigVersion.cmake
+        ${config_folder}/NoxWebMediaConfigNumber.cmake
+    DESTINATION ${NOX_INSTALL_CMAKEDIR}
+    COMPONENT development
+)
+install(
+    FILES
+        ${config_folder}/${NOX_NAMED_PACKAGE}Config.cmake
+        ${config_folder}/${NOX_NAMED_PACKAGE}ConfigVersion.cmake
+    DESTINATION ${cmake_folder}/${NOX_NAMED_PACKAGE}
+    COMPONENT development
+)
+install(
+    FILES ${config_folder}/${NOX_PKGCONFIG_NAME}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT development
+)

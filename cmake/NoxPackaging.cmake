@@ -59,14 +59,14 @@ install(FILES ${PROJECT_SOURCE_DIR}/docs/host-guide.md ${PROJECT_SOURCE_DIR}/doc
 # The hosts find their programs in their own folders. The tool's archive only calls the module that the system keeps up to
 # date.
 if(NOX_SYSTEM_PROGRAMS)
-    set(programs ${CMAKE_BINARY_DIR}/programs)
+    set(programs ${PROJECT_BINARY_DIR}/programs)
     file(MAKE_DIRECTORY ${programs}/python3.10/bin)
     file(CREATE_LINK /usr/bin/python3 ${programs}/python3.10/bin/python3.10 SYMBOLIC)
     file(CREATE_LINK /usr/bin/ffmpeg ${programs}/ffmpeg SYMBOLIC)
-    file(WRITE ${CMAKE_BINARY_DIR}/tool/__main__.py "import sys\n\nfrom yt_dlp import main\n\nsys.exit(main())\n")
+    file(WRITE ${PROJECT_BINARY_DIR}/tool/__main__.py "import sys\n\nfrom yt_dlp import main\n\nsys.exit(main())\n")
     execute_process(
         COMMAND ${CMAKE_COMMAND} -E tar cf ${programs}/yt.zip --format=zip "--mtime=1980-01-01 00:00:00 UTC" __main__.py
-        WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tool
+        WORKING_DIRECTORY ${PROJECT_BINARY_DIR}/tool
         COMMAND_ERROR_IS_FATAL ANY
     )
     foreach(host IN LISTS hosts)
@@ -83,7 +83,7 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The hosts' own library is in no package yet when their dependencies are looked up.
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/nox)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/nox)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

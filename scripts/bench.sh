@@ -43,7 +43,7 @@ esac
 "$root/scripts/setup.sh" "${groups[@]}"
 build=$root/build/bench-qt$qt
 say "build"
-configure "$preset" "$build" -DNOX_BUILD_BENCHMARKS=ON -DBUILD_TESTING=OFF
+configure "$preset" "$build" -DNOX_BUILD_BENCHMARKS=ON -DNOX_BUILD_TESTS=OFF -DNOX_BUILD_EXAMPLES=OFF
 compile "$build" "${programs[@]}" nox-fetch
 
 if [[ " ${programs[*]} " == *" nox_bench_runs "* ]]; then

@@ -41,7 +41,7 @@ def room(name):
 
 
 # Includes of these are checked for their form alone.
-OUTSIDE = ("tests", "benchmarks", "fuzz")
+OUTSIDE = ("examples", "tests", "benchmarks", "fuzz")
 
 
 class Tree:

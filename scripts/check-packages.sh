@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and tries them: installs all of them into an empty root, builds the README's example against
+# Makes the Debian packages and tries them: installs all of them into an empty root, builds an example against
 # it for Qt 6 and for Qt 5, with CMake and with pkg-config, runs each on a page of this machine, and downloads with the
 # nox-fetch of the package.
 #
@@ -24,11 +24,6 @@ readonly title_begin='Open the café/bar? '
 fail() {
     printf 'check-packages.sh: %s\n' "$*" >&2
     exit 1
-}
-
-# Prints the first block of the README that is marked with the given language.
-readme_block() {
-    sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/{/^\`\`\`/d;p}" "$root/README.md"
 }
 
 # expect PACKAGE DEPENDENCY...: each is among what the package depends on. A dependency is a regular expression, since
@@ -69,12 +64,9 @@ printf '%s\n' "$installed"
 prefix=$target/usr
 libdir=$(dirname "$(find "$prefix/lib" -name libNoxWebMedia.so.1)")
 
-say "the README's example"
+say "an example"
 serve_clip 0
-example=$scratch/example
-mkdir "$example"
-readme_block cmake >"$example/CMakeLists.txt"
-readme_block cpp >"$example/titles.cpp"
+readonly example=$root/examples/titles
 
 # try_out PROGRAM LIBRARY: the program uses this library and finds the page's title.
 try_out() {

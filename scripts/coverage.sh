@@ -20,7 +20,7 @@ esac
 build=$root/build/coverage
 say "build"
 # Counters stand in the code itself: without optimisation each line is its own, and threads do not lose counts.
-configure debug "$build" -DNOX_BUILD_HOSTS=OFF -DCMAKE_CXX_FLAGS="--coverage -fprofile-update=atomic -O0"
+configure debug "$build" -DNOX_BUILD_HOSTS=OFF -DNOX_BUILD_EXAMPLES=OFF -DNOX_INSTALL=OFF -DCMAKE_CXX_FLAGS="--coverage -fprofile-update=atomic -O0"
 compile "$build"
 find "$build" -name '*.gcda' -delete
 

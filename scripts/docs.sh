@@ -27,19 +27,5 @@ mkdir -p "$NOX_OUTPUT"
 doxygen docs/Doxyfile
 printf '%s headers: %s\n' "$(wc -l <<<"$headers")" "$root/$NOX_OUTPUT/html/index.html"
 
-say "links of the documents"
-dead=0
-links=0
-# Prints file, line and target of every link that leads into the tree.
-tree_links() {
-    grep -noE '\]\([^)# ]+' ./*.md docs/*.md | grep -vE '\((https?|mailto):' | sed -E 's/\]\(//'
-}
-while IFS=: read -r file line target; do
-    links=$((links + 1))
-    if [[ ! -e $(dirname "$file")/$target ]]; then
-        printf '%s:%s: links to %s, which does not exist\n' "$file" "$line" "$target" >&2
-        dead=$((dead + 1))
-    fi
-done < <(tree_links)
-((dead == 0))
-printf '%s links, none dead\n' "$links"
+say "links and quotations of the documents"
+scripts/check-documents.py

@@ -25,7 +25,7 @@ shift $(($# > 0 ? 1 : 0))
 build=$root/build/fuzz
 say "build"
 configure release "$build" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DNOX_SANITIZE=address,undefined -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
+    -DNOX_SANITIZE=address,undefined -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DNOX_BUILD_TESTS=OFF -DNOX_BUILD_EXAMPLES=OFF
 compile "$build" "$@"
 
 failed=0

@@ -8,7 +8,7 @@ set -euo pipefail
 cd "$root"
 
 readonly checks=(format scripts spelling cppcheck clang tidy)
-mapfile -t code_folders < <(ls -d nox hosts tests benchmarks fuzz 2>/dev/null)
+mapfile -t code_folders < <(ls -d nox hosts examples tests benchmarks fuzz 2>/dev/null)
 readonly clang_dir=$root/build/asan
 
 # Prints the sources of ours that match the find expression given, each ended by a null character.
@@ -50,7 +50,7 @@ check_tidy() {
     [[ -e $clang_dir/build.ninja ]] || check_clang
     sources -name '*.cpp' -not -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$clang_dir" "$jobs"
     # The fuzz targets cannot be built along with the rest, whose objects would be marked for the fuzzer.
-    configure asan "$root/build/clang-fuzz" -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DBUILD_TESTING=OFF
+    configure asan "$root/build/clang-fuzz" -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DNOX_BUILD_TESTS=OFF -DNOX_BUILD_EXAMPLES=OFF
     sources -name '*.cpp' -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$root/build/clang-fuzz" "$jobs"
 }
 

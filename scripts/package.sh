@@ -22,7 +22,7 @@ for preset in release qt5; do
     say "packages: $preset"
     build=$root/build/package-$preset
     # The prefix decides where Debian wants the library.
-    configure "$preset" "$build" -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF -DNOX_SYSTEM_PROGRAMS=ON \
+    configure "$preset" "$build" -DCMAKE_INSTALL_PREFIX=/usr -DNOX_BUILD_TESTS=OFF -DNOX_BUILD_EXAMPLES=OFF -DNOX_SYSTEM_PROGRAMS=ON \
         -DNOX_BUILD_HOSTS="$([[ $preset == release ]] && echo ON || echo OFF)"
     compile "$build"
     (cd "$build" && cpack -G DEB -B "$packages" >cpack.log) || { cat "$build/cpack.log" >&2; exit 1; }
