@@ -1,44 +1,121 @@
 #!/usr/bin/python3
-"""Packs the installed yt_dlp package into one archive that the interpreter can run.
+"""Packs the tool's front and the tool's package into one archive that the interpreter can run.
 
-    make-tool-archive.py FILE
+    make-tool-archive.py FILE [--package FOLDER|WHEEL|SOURCE-ARCHIVE] [--front-only | --plain]
 
-The same packages give the same bytes: names are sorted and every time stamp is the archive format's zero. Beside each
+--package P     the yt_dlp package: its folder or the one it lies in, a wheel, or a source archive (.tar.*, .zip);
+                unless given, the package that is installed
+--front-only    no package: the archive uses the one that is installed where it runs
+--plain         no front: the tool as it is, for comparison
+
+The same contents give the same bytes: names are sorted and every time stamp is the archive format's zero. Beside each
 module lies its bytecode, without which the interpreter compiles hundreds of modules anew at every start. The archive's
 comment names what it was made from, and an archive whose comment still holds is left alone.
 """
 
+import argparse
+import contextlib
+import hashlib
 import importlib.util
 import os
 import pathlib
 import subprocess
 import sys
+import tarfile
 import zipfile
 
-MAIN = """\
+PACKAGE = "yt_dlp"
+PLAIN_MAIN = b"""\
 import sys
 
 from yt_dlp import main
 
 sys.exit(main())
 """
+FRONT = pathlib.Path(__file__).resolve().parent.parent / "tool"
 EPOCH = (1980, 1, 1, 0, 0, 0)
-COMPRESSION = zipfile.ZIP_DEFLATED
+# What interpreters leave, and what the package has for those who make a program of it.
+NOT_PACKED = ("__pycache__", "__pyinstaller")
 
 
-def package_folder():
-    found = importlib.util.find_spec("yt_dlp")
+class Files(dict):
+    """Contents by name within the archive."""
+
+    def add_folder(self, folder, prefix, pattern="*"):
+        for path in folder.rglob(pattern):
+            if path.is_file():
+                self.add(prefix + path.relative_to(folder).as_posix(), path.read_bytes())
+
+    def add(self, name, data):
+        if not set(NOT_PACKED) & set(name.split("/")):
+            self[name] = data
+
+    def add_package(self, name, data):
+        """A member of a wheel or a source archive, whose folders above the package vary."""
+        folders = name.split("/")
+        if PACKAGE in folders[:2]:
+            self.add("/".join(folders[folders.index(PACKAGE):]), data)
+
+
+def read_folder(path, files):
+    files.add_folder(path if path.name == PACKAGE else path / PACKAGE, PACKAGE + "/")
+
+
+def read_zip(path, files):
+    with zipfile.ZipFile(path) as archive:
+        for name in archive.namelist():
+            if not name.endswith("/"):
+                files.add_package(name, archive.read(name))
+
+
+def read_tar(path, files):
+    with tarfile.open(path) as archive:
+        for member in archive:
+            if member.isfile():
+                files.add_package(member.name, archive.extractfile(member).read())
+
+
+def read_package(path, files):
+    if path.is_dir():
+        read_folder(path, files)
+    elif zipfile.is_zipfile(path):
+        read_zip(path, files)
+    elif tarfile.is_tarfile(path):
+        read_tar(path, files)
+    if PACKAGE + "/__init__.py" not in files:
+        sys.exit(f"make-tool-archive.py: no {PACKAGE} package in {path}")
+
+
+def installed_package():
+    found = importlib.util.find_spec(PACKAGE)
     if found is None:
-        sys.exit("make-tool-archive.py: no yt_dlp package; scripts/setup.sh run installs it")
+        sys.exit(f"make-tool-archive.py: no {PACKAGE} package; scripts/setup.sh run installs it")
     return pathlib.Path(found.origin).parent
 
 
-def origin_text(folder):
-    """What the archive depends on: the package's version, the interpreter's bytecode and this file."""
-    version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", "yt-dlp"], capture_output=True, text=True).stdout
-    newest = max(path.stat().st_mtime_ns for path in folder.rglob("*.py"))
-    recipe = importlib.util.source_hash(pathlib.Path(__file__).read_bytes()).hex()
-    return f"yt-dlp {version or newest}, {sys.implementation.cache_tag}, recipe {recipe}".encode()
+def digest(*paths):
+    """Of the files, and of all those in the folders."""
+    state = hashlib.sha256()
+    for path in paths:
+        files = path.rglob("*") if path.is_dir() else [path]
+        for file in sorted(file for file in files if file.is_file() and "__pycache__" not in file.parts):
+            state.update(file.read_bytes())
+    return state.hexdigest()[:16]
+
+
+def installed_version():
+    query = ["dpkg-query", "-W", "-f=${Version}", "yt-dlp"]
+    with contextlib.suppress(OSError):
+        return subprocess.run(query, capture_output=True, text=True).stdout
+    return ""
+
+
+def origin_text(package, options):
+    """What the archive depends on: the package, the interpreter's bytecode, the front and this file."""
+    source = "none" if package is None else not options.package and installed_version() or digest(package)
+    front = "none" if options.plain else digest(*FRONT.rglob("*.py"))
+    recipe = digest(pathlib.Path(__file__))
+    return f"package {source}, front {front}, {sys.implementation.cache_tag}, recipe {recipe}".encode()
 
 
 def is_current(archive, origin):
@@ -55,36 +132,47 @@ def bytecode(source, name):
     return importlib._bootstrap_external._code_to_hash_pyc(code, importlib.util.source_hash(source), False)
 
 
-def write_archive(archive, folder, origin):
+def write_archive(archive, files, origin):
     def add(name, data):
         info = zipfile.ZipInfo(name, EPOCH)
-        info.compress_type = COMPRESSION
+        info.compress_type = zipfile.ZIP_DEFLATED
         info.external_attr = 0o644 << 16
         out.writestr(info, data)
 
     with zipfile.ZipFile(archive, "w") as out:
         out.comment = origin
-        add("__main__.py", MAIN)
-        for path in sorted(folder.rglob("*.py")):
-            name = path.relative_to(folder.parent).as_posix()
-            source = path.read_bytes()
-            add(name, source)
-            add(name + "c", bytecode(source, name))
+        for name, data in sorted(files.items()):
+            add(name, data)
+            if name.endswith(".py"):
+                add(name + "c", bytecode(data, name))
 
 
 def main():
-    if len(sys.argv) != 2:
-        sys.exit("usage: make-tool-archive.py FILE")
-    archive = pathlib.Path(sys.argv[1])
-    folder = package_folder()
-    origin = origin_text(folder)
-    if is_current(archive, origin):
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("file", metavar="FILE", type=pathlib.Path)
+    parser.add_argument("--package", type=pathlib.Path)
+    parts = parser.add_mutually_exclusive_group()
+    parts.add_argument("--front-only", action="store_true")
+    parts.add_argument("--plain", action="store_true")
+    options = parser.parse_args()
+    package = None if options.front_only else options.package or installed_package()
+    if package is not None and not package.exists():
+        sys.exit(f"make-tool-archive.py: there is no {package}")
+    origin = origin_text(package, options)
+    if is_current(options.file, origin):
         return
+    files = Files()
+    if options.plain:
+        files.add("__main__.py", PLAIN_MAIN)
+    else:
+        files.add_folder(FRONT, "", "*.py")
+    if package is not None:
+        read_package(package, files)
     # Written beside its place and moved there whole: another run may be staging the same folder.
-    unfinished = archive.with_name(f"{archive.name}.{os.getpid()}")
+    unfinished = options.file.with_name(f"{options.file.name}.{os.getpid()}")
     try:
-        write_archive(unfinished, folder, origin)
-        unfinished.replace(archive)
+        write_archive(unfinished, files, origin)
+        unfinished.replace(options.file)
     finally:
         unfinished.unlink(missing_ok=True)
 

@@ -3,18 +3,27 @@
 #
 #   DIR/python3.10/bin/python3.10   a link to the system's Python 3
 #   DIR/ffmpeg                      a link to the system's ffmpeg
-#   DIR/yt.zip                      the yt-dlp package as one archive that the interpreter can run
+#   DIR/yt.zip                      the tool's front and the yt-dlp package as one archive that the interpreter can run
 #
-#   scripts/stage-programs.sh DIR
+#   scripts/stage-programs.sh DIR [--package FOLDER|WHEEL|SOURCE-ARCHIVE]
+#
+# --package P   another yt-dlp than the one that is installed: a folder that holds the package, a wheel, or an archive of
+#               its sources
 #
 # A second run changes nothing and takes no time, unless one of the packages has been upgraded.
 set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+. "$(dirname "$0")/common.sh"
 
-if [[ $# -ne 1 || $1 == -* ]]; then
-    echo "usage: ${0##*/} DIR" >&2
+case ${1-} in
+    -h | --help) print_help; exit 0 ;;
+esac
+if [[ $# -ne 1 && ($# -ne 3 || ${2-} != --package) || ${1-} == -* ]]; then
+    echo "usage: ${0##*/} DIR [--package FOLDER|WHEEL|SOURCE-ARCHIVE]" >&2
     exit 2
 fi
 dir=$1
+shift
 
 # The interpreter is named by its path: the first python3 on a PATH need not be Debian's, whose modules the tool uses.
 python=/usr/bin/python3
@@ -38,4 +47,4 @@ link() {
 mkdir -p "$dir/python3.10/bin"
 link "$python" "$dir/python3.10/bin/python3.10"
 link "$ffmpeg" "$dir/ffmpeg"
-exec "$python" -I "$(dirname "$0")/make-tool-archive.py" "$dir/yt.zip"
+exec "$python" -I "$root/scripts/make-tool-archive.py" "$dir/yt.zip" "$@"

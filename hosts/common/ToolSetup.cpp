@@ -3,8 +3,11 @@
 #include <nox/front/ToolEnvironment.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+
+#include <unistd.h>
 
 namespace NoxHost {
 
@@ -16,13 +19,36 @@ bool isProgram(const QString &path)
     return file.isFile() && file.isExecutable();
 }
 
+bool isOwnAndSafe(const QString &path)
+{
+    const QFileInfo file(path);
+    constexpr QFile::Permissions ofOthers = QFile::WriteGroup | QFile::WriteOther;
+    return file.exists() && file.ownerId() == ::geteuid() && (file.permissions() & ofOthers) == 0;
+}
+
+QString defaultToolFile()
+{
+    const QString own = ToolSetup::ownToolFile();
+    if (QFileInfo(own).isFile() && isOwnAndSafe(own) && isOwnAndSafe(QFileInfo(own).absolutePath()))
+        return own;
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("yt.zip"));
+}
+
 } // namespace
+
+void ToolSetup::prepareEnvironment()
+{
+    QByteArray path = QFile::encodeName(QCoreApplication::applicationDirPath());
+    const QByteArray others = qgetenv("PATH");
+    if (!others.isEmpty())
+        path += ':' + others;
+    qputenv("PATH", path);
+    qunsetenv("PYTHONDONTWRITEBYTECODE");
+}
 
 ToolSetup::ToolSetup(const QString &toolFile, const QString &pycacheFolder)
 {
-    const QDir programs(QCoreApplication::applicationDirPath());
-    m_toolFile =
-        toolFile.isEmpty() ? programs.filePath(QStringLiteral("yt.zip")) : QFileInfo(toolFile).absoluteFilePath();
+    m_toolFile = toolFile.isEmpty() ? defaultToolFile() : QFileInfo(toolFile).absoluteFilePath();
     const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
     m_pycacheFolder =
         QFileInfo(pycacheFolder.isEmpty() ? cache + QStringLiteral("/noxwebmedia/pycache") : pycacheFolder)
@@ -50,6 +76,12 @@ QString ToolSetup::problem() const
     if (!tool.isReadable())
         return tr("The download tool \"%1\" cannot be read.").arg(m_toolFile);
     return {};
+}
+
+QString ToolSetup::ownToolFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + QStringLiteral("/noxwebmedia/yt.zip");
 }
 
 QString ToolSetup::joiningProblem()

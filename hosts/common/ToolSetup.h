@@ -12,7 +12,15 @@ class ToolSetup
 
 public:
     /**
-     * @param toolFile the tool's file; empty for "yt.zip" beside this program
+     * Lets the programs that the library will start find each other: this program's folder comes first in PATH, so
+     * that the tool finds the ffmpeg there. Removes PYTHONDONTWRITEBYTECODE, which would keep the interpreter from
+     * using the cache that it is given. To be called once, right after the application object has been made.
+     */
+    static void prepareEnvironment();
+
+    /**
+     * @param toolFile the tool's file; empty for the one that the user has put into
+     *        $XDG_DATA_HOME/noxwebmedia, or else "yt.zip" beside this program
      * @param pycacheFolder where the interpreter keeps its compiled bytecode; empty for a folder in
      *        the user's cache
      */
@@ -23,6 +31,12 @@ public:
 
     /** What is missing for extraction and download, in words; empty when nothing is. */
     QString problem() const;
+
+    /**
+     * Where a user may put a newer tool. It counts only while the file and its folder belong to the user and nobody
+     * else may write to them.
+     */
+    static QString ownToolFile();
 
     /** What is missing for joining a video with its audio, in words; empty when nothing is. */
     static QString joiningProblem();

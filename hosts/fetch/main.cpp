@@ -1,5 +1,6 @@
 #include "hosts/common/InterruptWatcher.h"
 #include "hosts/common/Locale.h"
+#include "hosts/common/ToolSetup.h"
 #include "hosts/fetch/Console.h"
 #include "hosts/fetch/ExitCode.h"
 #include "hosts/fetch/FetchApp.h"
@@ -18,6 +19,7 @@ int main(int argc, char *argv[])
     MessageHandler messages(console);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("nox-fetch"));
+    NoxHost::ToolSetup::prepareEnvironment();
 
     const CommandLine commandLine = CommandLine::read(QCoreApplication::arguments());
     if (commandLine.exitCode) {

@@ -17,6 +17,7 @@ DeskSandbox::DeskSandbox()
     qputenv("HOME", QFile::encodeName(m_root.path()));
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(path(QStringLiteral("config"))));
     qputenv("XDG_CACHE_HOME", QFile::encodeName(path(QStringLiteral("cache"))));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(path(QStringLiteral("data"))));
     qputenv("TMPDIR", QFile::encodeName(path(QStringLiteral("tmp"))));
     qputenv("NOX_STAGE", QFile::encodeName(path(QStringLiteral("notes"))));
     play(pageScenario());

@@ -21,7 +21,9 @@ class EndToEndTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase_data();
     void initTestCase();
+    void init();
     void extraction();
     void missingPage();
     void download();
@@ -41,13 +43,29 @@ private:
     MediaProfile m_video;
 };
 
+void EndToEndTest::initTestCase_data()
+{
+    QTest::addColumn<QString>("tool");
+    QTest::newRow("with its front") << QStringLiteral("yt.zip");
+    QTest::newRow("plain") << QStringLiteral("plain-yt.zip");
+}
+
 void EndToEndTest::initTestCase()
 {
     QVERIFY(m_page.serve());
     Logger::init(m_root.filePath(QStringLiteral("library.log")).toStdString(), LOG_DEBUG, LOG_OUT_FILE);
     QVERIFY(QDir(m_root.path()).mkdir(QStringLiteral("my videos")));
-    m_tool = QCoreApplication::applicationDirPath() + QStringLiteral("/yt.zip");
+    QCOMPARE(QProcess::execute(QStringLiteral(NOX_SCRIPTS "/make-tool-archive.py"),
+                               {QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("plain-yt.zip")),
+                                QStringLiteral("--plain")}),
+             0);
     m_childCount = Processes::children().size();
+}
+
+void EndToEndTest::init()
+{
+    QFETCH_GLOBAL(QString, tool);
+    m_tool = QDir(QCoreApplication::applicationDirPath()).filePath(tool);
 }
 
 std::unique_ptr<WebMediaInfoExtractor> EndToEndTest::newExtractor() const

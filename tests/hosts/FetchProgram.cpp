@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QProcessEnvironment>
 
 #include <csignal>
 
@@ -35,6 +36,11 @@ FetchProgram::~FetchProgram()
 
 void FetchProgram::start(const QStringList &arguments)
 {
+    // Neither a tool nor settings of the developer's own.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"})
+        environment.insert(QLatin1String(name), m_process.workingDirectory() + QStringLiteral("/none"));
+    m_process.setProcessEnvironment(environment);
     m_process.start(programFile(), arguments);
     m_process.waitForStarted();
 }

@@ -1,0 +1,50 @@
+import unittest
+
+from noxfront import command_line
+from noxfront.command_line import Describe, Download
+
+URL = "http://127.0.0.1/page"
+SWITCH = "--no-check-certificate"
+TEMPLATE = "/videos/my clips/{0b6f}YDTMP_.%(ext)s"
+
+
+class CommandLineTest(unittest.TestCase):
+    def test_commands_of_the_library(self) -> None:
+        rows = [
+            (["--dump-json", URL], Describe(URL, [])),
+            (["--dump-json", SWITCH, URL], Describe(URL, [SWITCH])),
+            (["-f", "137", "-o", TEMPLATE, URL], Download(URL, [], "137", TEMPLATE)),
+            (["-f", "hls-1080p", SWITCH, "-o", TEMPLATE, URL], Download(URL, [SWITCH], "hls-1080p", TEMPLATE)),
+        ]
+        for words, expected in rows:
+            with self.subTest(words=words):
+                self.assertEqual(command_line.parse(words), expected)
+
+    def test_all_others_are_the_tools(self) -> None:
+        rows = [
+            [],
+            ["--version"],
+            ["--dump-json"],
+            ["--dump-json", SWITCH],
+            ["--dump-json", URL, SWITCH],
+            ["--dump-json", SWITCH, SWITCH, URL],
+            ["--dump-json", URL, URL],
+            ["--dump-json", "--verbose"],
+            ["--dump-json", "-4", URL],
+            ["--dump-json", ""],
+            ["-f", "137", URL],
+            ["-f", "137", "-o", TEMPLATE],
+            ["-f", "137", "-o", TEMPLATE, SWITCH, URL],
+            ["-f", SWITCH, "-o", TEMPLATE, URL],
+            ["-f", "137", "-o", TEMPLATE, "--exec=x"],
+            ["-f", "137", "-o", TEMPLATE, URL, URL],
+            ["-o", TEMPLATE, "-f", "137", URL],
+            [URL],
+        ]
+        for words in rows:
+            with self.subTest(words=words):
+                self.assertIsNone(command_line.parse(words))
+
+
+if __name__ == "__main__":
+    unittest.main()

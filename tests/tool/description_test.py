@@ -1,0 +1,107 @@
+import json
+import unittest
+from typing import Any, Dict
+
+from noxfront import description, json_text, streams
+
+PICTURE = {"format_id": "137", "ext": "mp4", "url": "http://127.0.0.1/v", "vcodec": "avc1", "acodec": "none"}
+SOUND = {"format_id": "140", "ext": "m4a", "url": "http://127.0.0.1/a", "vcodec": "none", "acodec": "mp4a.40.2"}
+
+
+def described(stream: Dict[str, Any]) -> Dict[str, Any]:
+    page = {"title": "t", "formats": [stream]}
+    streams.complete(streams.of_page(page))
+    [entry] = description.of_page(page)["formats"]
+    return dict(entry)
+
+
+class DescriptionTest(unittest.TestCase):
+    def test_only_what_the_library_reads(self) -> None:
+        page = {
+            "id": "1", "title": "t", "thumbnail": "http://127.0.0.1/t.jpg", "description": "d", "duration": 212.5,
+            "subtitles": {}, "formats": [{**PICTURE, "width": 1920, "height": 1080, "fps": 25, "tbr": 1.5,
+                                          "format_note": "DASH video", "resolution": "1920x1080", "http_headers": {}}],
+        }
+        self.assertEqual(description.of_page(page), {
+            "title": "t", "thumbnail": "http://127.0.0.1/t.jpg", "description": "d", "duration": 213,
+            "formats": [{**PICTURE, "format_note": "DASH video", "resolution": "1920x1080", "width": 1920,
+                         "height": 1080}],
+        })
+
+    def test_members_that_make_no_sense_are_left_out(self) -> None:
+        for value in (None, "", "x", 0, -1, True, float("nan"), float("inf"), 2**31, [], {}):
+            with self.subTest(value=value):
+                page = {"title": None, "duration": value, "formats": [{**PICTURE, "height": value, "abr": value}, None]}
+                self.assertEqual(description.of_page(page), {"formats": [PICTURE]})
+
+    def test_numbers(self) -> None:
+        for value, expected in ((212, 212), (212.0, 212), (0.2, 1), ("212", 212), (2**31 - 1, 2**31 - 1)):
+            duration = description.of_page({"duration": value})["duration"]
+            self.assertEqual((type(duration), duration), (int, expected))
+        rates = [described({**SOUND, "abr": abr})["abr"] for abr in (128, 128.0, 129.478)]
+        self.assertEqual(json.dumps(rates), "[128, 128, 129.478]")
+
+    def test_a_page_that_is_its_own_stream(self) -> None:
+        page = {**PICTURE, "title": "t"}
+        self.assertEqual(description.of_page(page), {"title": "t", "formats": [PICTURE]})
+
+    def test_streams_that_are_left_out(self) -> None:
+        rows = [
+            ({"format_id": "sb0", "ext": "mhtml", "vcodec": "none", "acodec": "none"}, False),
+            ({"format_id": "sb1", "ext": "mhtml", "format_note": "storyboard"}, False),
+            ({**PICTURE, "has_drm": True}, False),
+            ({**PICTURE, "has_drm": "maybe"}, True),
+            ({**PICTURE, "has_drm": None}, True),
+            (PICTURE, True),
+            (SOUND, True),
+            ({"format_id": "0", "ext": "mp4"}, True),
+        ]
+        for stream, is_there in rows:
+            with self.subTest(stream=stream):
+                self.assertEqual(len(description.of_page({"formats": [stream]})["formats"]), int(is_there))
+
+    def test_sound(self) -> None:
+        rows = [
+            # By direct link; the tool says nothing of codecs.
+            ({"ext": "mp3"}, ("mp3", "none", "unknown")),
+            ({"ext": "opus", "acodec": "opus"}, ("opus", "none", "opus")),
+            ({"ext": "mp4"}, ("mp4", None, None)),
+            ({"ext": "ogg", "height": 240}, ("ogg", None, None)),
+            # In a group of an HLS manifest; the file is an MP4 that holds sound alone.
+            ({"ext": "mp4", "vcodec": "none"}, ("m4a", "none", "unknown")),
+            ({"ext": "mp4", "vcodec": "none", "acodec": None}, ("m4a", "none", "unknown")),
+            ({"ext": "mp4", "vcodec": "none", "acodec": "none"}, None),
+            ({"ext": "webm", "vcodec": "none", "acodec": "opus"}, ("webm", "none", "opus")),
+            (PICTURE, ("mp4", "avc1", "none")),
+        ]
+        for stream, expected in rows:
+            with self.subTest(stream=stream):
+                if expected is None:
+                    with self.assertRaises(ValueError):
+                        described(dict(stream))
+                else:
+                    entry = described(dict(stream))
+                    self.assertEqual((entry["ext"], entry.get("vcodec"), entry.get("acodec")), expected)
+
+
+class JsonTextTest(unittest.TestCase):
+    """The form only; what the library makes of it is the text test's."""
+
+    def test_documents(self) -> None:
+        document = {"title": "a\nb", "duration": 3, "abr": 1.5, "formats": [{"url": "x"}, {}], "none": None}
+        text = json_text.dumps(document)
+        self.assertEqual(text.count("\n"), 0)
+        self.assertEqual(json.loads(text.replace(r"\\u0075", r"\u")), document)
+
+    def test_nothing_but_ascii_without_references(self) -> None:
+        text = json_text.dumps({"title": "&#34; \u00e9 \U0001f600 \ud800 \x7f"})
+        self.assertTrue(text.isascii())
+        self.assertNotIn("&", text)
+
+    def test_numbers_that_json_does_not_have_are_refused(self) -> None:
+        with self.assertRaises(ValueError):
+            json_text.dumps({"abr": float("nan")})
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,30 @@
+"""--dump-json: a page is read, described and remembered."""
+
+from __future__ import annotations
+
+import contextlib
+import io
+
+from . import description, json_text, messages, tool
+from .command_line import Describe
+from .page_memory import PageMemory
+
+
+def run(command: Describe, options: list[str], memory: PageMemory, log: messages.Collector) -> int:
+    """The exit code. A description is printed in one piece, and nothing else; complaints go out before it."""
+    stray = io.StringIO()  # what others print there would be taken for a failure
+    with contextlib.redirect_stderr(stray):
+        params = tool.settings([*options, *command.tool_options], logger=log)
+        with tool.PageReader(params, auto_init="no_verbose_header") as reader:
+            page = reader.first_video(command.url)
+        text = json_text.dumps(description.of_page(page)) + "\n" if page else ""
+    log.warnings += stray.getvalue().splitlines()
+    if page is None:
+        if not log.errors:
+            log.error("There is no video on this page")
+        log.report(has_failed=True)
+        return 1
+    log.report(has_failed=False)
+    messages.write(messages.STANDARD_OUTPUT, text)
+    memory.remember(command.url, page)
+    return 0

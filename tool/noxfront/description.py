@@ -1,0 +1,55 @@
+"""The description of a page: of all that the tool knows, the members that the library reads."""
+
+from __future__ import annotations
+
+import math
+from typing import Any, Optional
+
+from . import streams
+from .streams import Info
+
+_INT_LIMIT = 2**31
+_STREAM_TEXTS = ("format_id", "format_note", "ext", "acodec", "vcodec", "resolution", "url")
+_STREAM_NUMBERS = ("width", "height")
+
+
+def of_page(page: Info) -> Info:
+    """The description of a page's record. Members that are missing or make no sense are left out."""
+    document = _texts(page, ("title", "thumbnail", "description"))
+    duration = _whole(page.get("duration"))
+    if duration is not None:
+        document["duration"] = duration
+    document["formats"] = [_of_stream(stream) for stream in streams.of_page(page) if streams.is_usable(stream)]
+    return document
+
+
+def _of_stream(stream: Info) -> Info:
+    entry = _texts(stream, _STREAM_TEXTS)
+    for name in _STREAM_NUMBERS:
+        number = _whole(stream.get(name))
+        if number is not None:
+            entry[name] = number
+    rate = _number(stream.get("abr"))
+    if rate is not None:
+        entry["abr"] = int(rate) if rate.is_integer() else rate
+    return entry
+
+
+def _texts(record: Info, names: tuple[str, ...]) -> Info:
+    return {name: record[name] for name in names if isinstance(record.get(name), str)}
+
+
+def _number(value: Any) -> Optional[float]:
+    if isinstance(value, bool):
+        return None
+    try:
+        number = float(value)
+    except (TypeError, ValueError, OverflowError):
+        return None
+    return number if math.isfinite(number) and 0 < number < _INT_LIMIT else None
+
+
+def _whole(value: Any) -> Optional[int]:
+    """To the nearest whole number, but never zero, which means unknown."""
+    number = _number(value)
+    return None if number is None else min(max(int(number + 0.5), 1), _INT_LIMIT - 1)
