@@ -52,21 +52,20 @@ set(CPACK_DEBIAN_FETCH_PACKAGE_RECOMMENDS ffmpeg)
 set(CPACK_DEBIAN_DESK_PACKAGE_RECOMMENDS "ffmpeg, qt6-translations-l10n")
 
 install(FILES ${PROJECT_SOURCE_DIR}/docs/host-guide.md ${PROJECT_SOURCE_DIR}/docs/security.md
+        ${PROJECT_SOURCE_DIR}/docs/tool.md
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${development_package}
     COMPONENT development
 )
 
-# The hosts find their programs in their own folders. The tool's archive only calls the module that the system keeps up to
-# date.
+# The hosts find their programs in their own folders. The tool's archive holds our front alone, which calls the module
+# that the system keeps up to date.
 if(NOX_SYSTEM_PROGRAMS)
     set(programs ${PROJECT_BINARY_DIR}/programs)
     file(MAKE_DIRECTORY ${programs}/python3.10/bin)
     file(CREATE_LINK /usr/bin/python3 ${programs}/python3.10/bin/python3.10 SYMBOLIC)
     file(CREATE_LINK /usr/bin/ffmpeg ${programs}/ffmpeg SYMBOLIC)
-    file(WRITE ${PROJECT_BINARY_DIR}/tool/__main__.py "import sys\n\nfrom yt_dlp import main\n\nsys.exit(main())\n")
     execute_process(
-        COMMAND ${CMAKE_COMMAND} -E tar cf ${programs}/yt.zip --format=zip "--mtime=1980-01-01 00:00:00 UTC" __main__.py
-        WORKING_DIRECTORY ${PROJECT_BINARY_DIR}/tool
+        COMMAND /usr/bin/python3 -I ${PROJECT_SOURCE_DIR}/scripts/make-tool-archive.py ${programs}/yt.zip --front-only
         COMMAND_ERROR_IS_FATAL ANY
     )
     foreach(host IN LISTS hosts)

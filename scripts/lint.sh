@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Checks the sources without running them: formatting, spelling, the scripts, the code under clang and clang-tidy.
 #
-#   scripts/lint.sh [CHECK...]     all of them, or those named: format scripts spelling cppcheck clang tidy
+#   scripts/lint.sh [CHECK...]     all of them, or those named: format scripts python spelling cppcheck clang tidy
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
 cd "$root"
 
-readonly checks=(format scripts spelling cppcheck clang tidy)
+readonly checks=(format scripts python spelling cppcheck clang tidy)
 mapfile -t code_folders < <(ls -d nox hosts examples tests benchmarks fuzz 2>/dev/null)
 readonly clang_dir=$root/build/asan
 
@@ -28,8 +28,14 @@ check_scripts() {
     done
 }
 
+# The tool's front and its tests.
+check_python() {
+    flake8 tool tests/tool scripts/make-tool-archive.py scripts/demo-server.py
+    MYPYPATH=tool:tests/tool mypy --config-file tool/mypy.ini --cache-dir "$root/build/mypy" tool tests/tool/*.py
+}
+
 check_spelling() {
-    codespell --quiet-level 2 --ignore-words-list abitrate --skip '*.ts' "${code_folders[@]}" cmake docs scripts ./*.md
+    codespell --quiet-level 2 --ignore-words-list abitrate --skip '*.ts' "${code_folders[@]}" tool cmake docs scripts ./*.md
 }
 
 # Not over the tests: their macros return, which cppcheck does not see.

@@ -15,7 +15,7 @@ declare -A packages=(
              qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libjsoncpp-dev"
     [qt5]="qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools"
     [run]="ffmpeg yt-dlp python3 ca-certificates procps"
-    [lint]="clang clang-tidy clang-format shellcheck cppcheck codespell"
+    [lint]="clang clang-tidy clang-format shellcheck cppcheck codespell flake8 mypy"
     [sanitizers]="clang libclang-rt-dev llvm libc6-dbg valgrind"
     [fuzz]="clang libclang-rt-dev llvm"
     [bench]="libbenchmark-dev"

@@ -66,6 +66,8 @@ void EndToEndTest::init()
 {
     QFETCH_GLOBAL(QString, tool);
     m_tool = QDir(QCoreApplication::applicationDirPath()).filePath(tool);
+    for (const QString &file : filesLeft()) // of the run with the other tool
+        QVERIFY(QFile::remove(m_root.filePath(QStringLiteral("my videos/") + file)));
 }
 
 std::unique_ptr<WebMediaInfoExtractor> EndToEndTest::newExtractor() const
@@ -160,7 +162,6 @@ void EndToEndTest::download()
 
 void EndToEndTest::cancelledDownload()
 {
-    QVERIFY(QFile::remove(m_root.filePath(QString::fromUtf8("my videos/café 1.mp4"))));
     const auto downloader = newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(m_page.url(), m_video, m_root.filePath(QStringLiteral("my videos/b.mp4")));

@@ -84,7 +84,7 @@ void ToolSetupTest::ownTool()
 void ToolSetupTest::namedTool()
 {
     put(ToolSetup::ownToolFile(), QFile::ReadOwner | QFile::WriteOwner);
-    QCOMPARE(ToolSetup(QStringLiteral("/x/../y/yt.zip")).toolFile(), QStringLiteral("/x/../y/yt.zip"));
+    QCOMPARE(ToolSetup(QStringLiteral("/x/tool.zip")).toolFile(), QStringLiteral("/x/tool.zip"));
 }
 
 void ToolSetupTest::environment()

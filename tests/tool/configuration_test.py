@@ -12,7 +12,7 @@ class ParseTest(unittest.TestCase):
         rows = [
             ("", []),
             ("# nothing\n\n", []),
-            ("--proxy socks5://127.0.0.1:9050 # always\n--force-ipv4", ["--proxy=socks5://127.0.0.1:9050", "--force-ipv4"]),
+            ("--proxy http://127.0.0.1:1 # always\n--force-ipv4", ["--proxy=http://127.0.0.1:1", "--force-ipv4"]),
             ("-r 2M\n-R=3\n-4", ["--limit-rate=2M", "--retries=3", "--force-ipv4"]),
             ("--add-header 'Referer: http://127.0.0.1/a b'", ["--add-header=Referer: http://127.0.0.1/a b"]),
             ("--extractor-args=youtube:lang=de", ["--extractor-args=youtube:lang=de"]),

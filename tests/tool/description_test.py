@@ -1,6 +1,6 @@
 import json
 import unittest
-from typing import Any, Dict
+from typing import Any, Dict, List, Tuple
 
 from noxfront import description, json_text, streams
 
@@ -29,7 +29,8 @@ class DescriptionTest(unittest.TestCase):
         })
 
     def test_members_that_make_no_sense_are_left_out(self) -> None:
-        for value in (None, "", "x", 0, -1, True, float("nan"), float("inf"), 2**31, [], {}):
+        values: List[Any] = [None, "", "x", 0, -1, True, float("nan"), float("inf"), 2**31, [], {}]
+        for value in values:
             with self.subTest(value=value):
                 page = {"title": None, "duration": value, "formats": [{**PICTURE, "height": value, "abr": value}, None]}
                 self.assertEqual(description.of_page(page), {"formats": [PICTURE]})
@@ -46,7 +47,7 @@ class DescriptionTest(unittest.TestCase):
         self.assertEqual(description.of_page(page), {"title": "t", "formats": [PICTURE]})
 
     def test_streams_that_are_left_out(self) -> None:
-        rows = [
+        rows: List[Tuple[Dict[str, Any], bool]] = [
             ({"format_id": "sb0", "ext": "mhtml", "vcodec": "none", "acodec": "none"}, False),
             ({"format_id": "sb1", "ext": "mhtml", "format_note": "storyboard"}, False),
             ({**PICTURE, "has_drm": True}, False),
@@ -61,7 +62,7 @@ class DescriptionTest(unittest.TestCase):
                 self.assertEqual(len(description.of_page({"formats": [stream]})["formats"]), int(is_there))
 
     def test_sound(self) -> None:
-        rows = [
+        rows: List[Tuple[Dict[str, Any], Any]] = [
             # By direct link; the tool says nothing of codecs.
             ({"ext": "mp3"}, ("mp3", "none", "unknown")),
             ({"ext": "opus", "acodec": "opus"}, ("opus", "none", "opus")),

@@ -1,6 +1,6 @@
 import os
 import unittest
-from typing import List
+from typing import List, Tuple
 
 from noxfront import messages
 
@@ -62,7 +62,7 @@ class ReportTest(unittest.TestCase):
             return pipe.read().decode("utf-8", "surrogateescape")
 
     def test_complaints(self) -> None:
-        rows = [
+        rows: List[Tuple[List[str], List[str], bool, str]] = [
             ([], [], False, ""),
             (["w1", "w2", "w1"], [], False, "WARNING: w1\nWARNING: w2\n"),
             # A broken entry does not spoil the page.

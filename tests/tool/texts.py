@@ -10,5 +10,5 @@ from noxfront import description, json_text
 for line in sys.stdin:
     text = bytes.fromhex(line).decode("utf-16-be", "surrogatepass")
     stream = {"format_id": text, "ext": "mp4", "url": text, "vcodec": "avc1", "acodec": "mp4a"}
-    page = {"title": text, "description": text, "thumbnail": "http://127.0.0.1/t.jpg", "duration": 7, "formats": [stream]}
+    page = {"title": text, "description": text, "duration": 7, "formats": [stream]}
     print(json_text.dumps(description.of_page(page)))

@@ -1,0 +1,130 @@
+"""Serves pages of many kinds on a free port of the loopback address, and counts what is asked for."""
+
+import collections
+import html
+import http.server
+import pathlib
+import re
+import threading
+import time
+from typing import Counter, Dict, List, Tuple
+
+# Titles that must come out as they are: each has broken something at some time.
+TITLES: List[str] = [
+    "Plain", "Caf\u00e9 \u2013 na\u00efve", "\u65e5\u672c\u8a9e", "\u0627\u0644\u0639\u0631\u0628\u064a\u0629",
+    "Smile \U0001f600 and flag \U0001f1e9\U0001f1ea", "Family \U0001f468\u200d\U0001f469\u200d\U0001f467",
+    "a/b\\c", "C:\\users\\new", "\\u0022 is an escape", "\\\\u0041 twice", "\\", "ends with \\",
+    "&#34; is a reference", "&#92;u0022 both", "Tom & Jerry &amp; co", "\"quoted\"", "'single' \"double\" `back`",
+    "{\"json\": [1, 2]}", "100% of 50%", "%(title)s.%(ext)s",
+    "[download] Destination: /tmp/x.mp4", "[download] 50% of 1MiB at 1B/s ETA 00:01", "<b>bold</b>", "$HOME `id` $(id)",
+    "-x --exec", "Half \u00bd \u2603 and \u00a0blank", "x" * 300,
+]
+
+MANIFESTS = (".m3u8", ".mpd")
+
+
+def video(source: str, kind: str = "video/mp4") -> str:
+    return f'<video controls><source src="/media/{source}" type="{kind}"></video>'
+
+
+HLS, DASH = "application/x-mpegURL", "application/dash+xml"
+BODIES: Dict[str, str] = {
+    "progressive": video("clip.mp4"),
+    "dash-whole": video("dash-whole/manifest.mpd", DASH),
+    "dash-segments": video("dash/manifest.mpd", DASH),
+    "hls-apart-ts": video("hls-ts/master.m3u8", HLS),
+    "hls-apart-fmp4": video("hls-fmp4/master.m3u8", HLS),
+    "hls-single": video("hls/clip.m3u8", HLS),
+    "hls-missing-segment": video("hls/broken.m3u8", HLS),
+    "webm": video("clip.webm", "video/webm"),
+    "two-videos": video("clip.mp4") + video("other.mp4"),
+    "broken-embed": video("nowhere/master.m3u8", HLS) + video("clip.mp4"),
+    "og-video": "",
+}
+
+
+def page(name: str) -> str:
+    """The page's text; empty when there is none."""
+    title = f"The page {name}"
+    if re.fullmatch(r"title-\d+", name):
+        title = TITLES[int(name[6:])]
+    elif name not in BODIES:
+        return ""
+    head = f'<meta charset="utf-8"><title>{html.escape(title)}</title>'
+    if name == "og-video":
+        head += '<meta property="og:title" content="The page og-video">'
+        head += '<meta property="og:video" content="{base}/media/clip.mp4">'
+    return f"<!DOCTYPE html><html><head>{head}</head><body>{BODIES.get(name, video('clip.mp4'))}</body></html>"
+
+
+class Handler(http.server.SimpleHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+    server: "PageServer"
+    extensions_map = {
+        ".mp4": "video/mp4", ".m4a": "audio/mp4", ".m4s": "video/iso.segment", ".webm": "video/webm",
+        ".mp3": "audio/mpeg", ".ts": "video/mp2t", ".m3u8": "application/vnd.apple.mpegurl",
+        ".mpd": "application/dash+xml", "": "application/octet-stream",
+    }
+
+    def do_GET(self) -> None:
+        self.answer(with_body=True)
+
+    def do_HEAD(self) -> None:
+        self.answer(with_body=False)
+
+    def answer(self, with_body: bool) -> None:
+        path = self.path.partition("?")[0]
+        self.server.count(path)
+        if path.startswith("/page/"):
+            time.sleep(self.server.delay)
+            text = page(path[6:]).replace("{base}", self.server.address)
+            self.send(200 if text else 404, "text/html; charset=utf-8", text.encode(), with_body)
+            return
+        file = self.server.media / path.removeprefix("/media/").lstrip("/")
+        if not path.startswith("/media/") or ".." in path or not file.is_file():
+            self.send(404, "text/plain", b"", with_body)
+            return
+        kind = "application/octet-stream" if "/octets/" in path else self.guess_type(str(file))
+        self.send(200, kind, file.read_bytes(), with_body)
+
+    def send(self, status: int, kind: str, data: bytes, with_body: bool) -> None:
+        self.send_response(status)
+        self.send_header("Content-Type", kind)
+        self.send_header("Content-Length", str(len(data)))
+        self.end_headers()
+        if with_body:
+            self.wfile.write(data)
+
+    def log_message(self, *_: object) -> None:
+        pass
+
+
+class PageServer(http.server.ThreadingHTTPServer):
+    daemon_threads = True
+
+    def __init__(self, media: pathlib.Path, delay: float = 0) -> None:
+        """
+        :param delay: seconds until a page is answered
+        """
+        super().__init__(("127.0.0.1", 0), Handler)
+        self.media = media
+        self.delay = delay
+        self.address = f"http://127.0.0.1:{self.server_address[1]}"
+        self._lock = threading.Lock()
+        self._counts: Counter[str] = collections.Counter()
+        self._thread = threading.Thread(target=self.serve_forever, daemon=True)
+        self._thread.start()
+
+    def count(self, path: str) -> None:
+        kind = "page" if path.startswith("/page/") else "manifest" if path.endswith(MANIFESTS) else "media"
+        with self._lock:
+            self._counts[kind] += 1
+
+    def take_counts(self) -> Tuple[int, int]:
+        """How often pages and manifests have been asked for since the last call."""
+        with self._lock:
+            counts, self._counts = self._counts, collections.Counter()
+        return counts["page"], counts["manifest"]
+
+    def handle_error(self, *_: object) -> None:
+        """A client that goes away is nothing to report."""
