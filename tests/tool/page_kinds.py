@@ -1,33 +1,23 @@
 #!/usr/bin/python3
 """Kinds of pages, versions of the tool, and what comes out: by nox-fetch, from a server of our own.
 
-    page_kinds.py --fetch NOX-FETCH [--tool [NAME=]PACKAGE]... [--only WORD] [--plain]
+    page_kinds.py --fetch NOX-FETCH [--tool PACKAGE]... [--only WORD] [--plain]
 
---fetch F    the nox-fetch to try; it is copied, and the programs that it needs are put beside it
---tool P     the yt_dlp package to try: "installed" (the default), a folder, a wheel or an archive of its sources;
-             can be given several times
---only W     only the kinds whose name holds this word
---plain      the tool without its front, for comparison; then differences are no failure
-
-Prints a table. The exit code is 1 when something came out otherwise than it has to.
 """
 
-import argparse
 import functools
 import json
-import os
 import pathlib
-import shutil
 import subprocess
 import sys
 import tempfile
-from typing import Callable, Dict, List, NamedTuple, Optional, Tuple
+from typing import Callable, Dict, List, NamedTuple, Optional
 
+import host_bench
 import page_media
 import page_server
+from host_bench import HostBench, Row
 
-SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
-PATIENCE = 120  # seconds
 WHOLE = "mp4: h264 640x360, aac, 6 s"
 
 
@@ -44,6 +34,13 @@ def user_configuration(bench: "Bench") -> Dict[str, str]:
     (folder / "yt-dlp").mkdir(parents=True, exist_ok=True)
     (folder / "yt-dlp" / "config").write_text("--quiet\n-x\n-o /nowhere/%(title)s\n--remux-video mkv\n")
     return {"XDG_CONFIG_HOME": str(folder)}
+
+
+def open_cache(bench: "Bench") -> Dict[str, str]:
+    pages = bench.folder / "open" / "noxwebmedia" / "pycache" / "nox-pages"
+    pages.mkdir(parents=True, exist_ok=True)
+    pages.chmod(0o777)
+    return {"XDG_CACHE_HOME": str(bench.folder / "open")}
 
 
 def no_other_ffmpeg(_: "Bench") -> Dict[str, str]:
@@ -66,6 +63,8 @@ KINDS = [
     Kind("og:video only", "/page/og-video", WHOLE),
     Kind("missing segment", "/page/hls-missing-segment", "exit code 3, nothing left"),
     Kind("user's configuration", "/page/progressive", WHOLE, prepare=user_configuration),
+    Kind("stream's address has expired", "/page/expiring", WHOLE, "2 0"),
+    Kind("cache that others may write to", "/page/dash-whole", WHOLE, "3 3", prepare=open_cache),
     Kind("ffmpeg only beside the host", "/page/hls-apart-ts", WHOLE, "1 3", prepare=no_other_ffmpeg),
 ]
 
@@ -74,7 +73,7 @@ def probe(file: pathlib.Path) -> str:
     """Such as "mp4: h264 640x360, aac, 6 s"."""
     words = ["ffprobe", "-v", "error", "-of", "json", "-show_entries",
              "stream=codec_name,codec_type,width,height:format=duration,format_name", str(file)]
-    found = json.loads(subprocess.run(words, capture_output=True, check=True, timeout=PATIENCE).stdout)
+    found = json.loads(subprocess.run(words, capture_output=True, check=True, timeout=host_bench.PATIENCE).stdout)
     texts = []
     for stream in found["streams"]:
         size = f" {stream['width']}x{stream['height']}" if stream["codec_type"] == "video" else ""
@@ -86,41 +85,19 @@ def probe(file: pathlib.Path) -> str:
     return f"{container}: {', '.join(texts)}, {seconds} s"
 
 
-class Bench:
-    """A host with its programs in a folder of its own, and the server."""
+class Bench(HostBench):
+    """With the server of pages."""
 
     def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: page_server.PageServer) -> None:
-        self.folder = folder
-        self.host = folder / "host"
-        self.work = folder / "work"
+        super().__init__(folder, fetch)
         self.server = server
-        self.host.mkdir()
-        self.work.mkdir()
-        shutil.copy(fetch, self.host / "nox-fetch")
-
-    def stage(self, package: str, is_plain: bool) -> str:
-        """Puts this version beside the host; its number."""
-        options = [] if package == "installed" else ["--package", package]
-        subprocess.run([SCRIPTS / "stage-programs.sh", self.host, *options], check=True)
-        tool = self.host / "yt.zip"
-        if is_plain:
-            subprocess.run([SCRIPTS / "make-tool-archive.py", tool, "--plain", *options], check=True)
-        words = ["/usr/bin/python3", str(tool), "--version"]
-        return subprocess.run(words, capture_output=True, check=True, text=True).stdout.strip()
-
-    def fetch(self, address: str, changes: Dict[str, str], *options: str) -> "subprocess.CompletedProcess[str]":
-        private = {name: str(self.folder / name) for name in ("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME")}
-        words = [str(self.host / "nox-fetch"), *options, self.server.address + address]
-        return subprocess.run(words, capture_output=True, text=True, timeout=PATIENCE, cwd=self.work,
-                              env={**os.environ, **private, "HOME": str(self.folder), **changes})
 
     def result(self, kind: Kind) -> str:
         """What comes of the page, and how often page and manifests were asked for."""
-        shutil.rmtree(self.work, ignore_errors=True)
-        self.work.mkdir()
+        self.empty_work()
         changes = kind.prepare(self) if kind.prepare else {}
         self.server.take_counts()
-        run = self.fetch(kind.address, changes, "--quiet")
+        run = self.fetch(self.server.address + kind.address, changes, "--quiet")
         requests = "{} {}".format(*self.server.take_counts())
         left = sorted(self.work.iterdir())
         if run.returncode != 0:
@@ -131,7 +108,7 @@ class Bench:
     def titles(self) -> str:
         wrong = []
         for number, title in enumerate(page_server.TITLES):
-            run = self.fetch(f"/page/title-{number}", {}, "--json")
+            run = self.fetch(f"{self.server.address}/page/title-{number}", {}, "--json")
             found = json.loads(run.stdout).get("title", "") if run.returncode == 0 else ""
             # The tool numbers the videos of a page.
             if found.removesuffix(" (1)") != title:
@@ -140,44 +117,24 @@ class Bench:
             print(text, file=sys.stderr)
         return f"{len(page_server.TITLES) - len(wrong)} of {len(page_server.TITLES)} exact"
 
-
-def run(bench: Bench, options: argparse.Namespace) -> List[str]:
-    """The lines of the table that are not as they have to be."""
-    differences = []
-    print("| Page | Tool | Result | |\n|---|---|---|---|")
-    for package in options.tool or ["installed"]:
-        version = bench.stage(package, options.plain)
-        rows: List[Tuple[str, str, Callable[[], str]]] = []
-        rows += [(kind.name, kind.expected, functools.partial(bench.result, kind)) for kind in KINDS]
+    def rows(self) -> List[Row]:
         count = len(page_server.TITLES)
-        rows.append((f"{count} odd titles", f"{count} of {count} exact", bench.titles))
-        for name, expected, result in rows:
-            if options.only not in name:
-                continue
-            found = result()
-            line = f"| {name} | {version} | {found} | {'as it has to be' if found == expected else 'not ' + expected} |"
-            print(line, flush=True)
-            if found != expected:
-                differences.append(line)
-    return differences
+        rows: List[Row] = [(kind.name, kind.expected, functools.partial(self.result, kind)) for kind in KINDS]
+        return [*rows, (f"{count} odd titles", f"{count} of {count} exact", self.titles)]
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--fetch", type=pathlib.Path, required=True)
-    parser.add_argument("--tool", action="append")
-    parser.add_argument("--only", default="")
-    parser.add_argument("--plain", action="store_true")
-    options = parser.parse_args()
+    options = host_bench.options(__doc__ or "")
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch)
         media = folder / "media"
         media.mkdir()
         page_media.make(media)
         with page_server.PageServer(media) as server:
-            differences = run(Bench(folder, options.fetch.resolve(), server), options)
+            bench = Bench(folder, options.fetch, server)
+            code = host_bench.print_table(bench, bench.rows(), options)
             server.shutdown()
-    return 1 if differences and not options.plain else 0
+    return code
 
 
 if __name__ == "__main__":

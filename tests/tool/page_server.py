@@ -17,7 +17,7 @@ TITLES: List[str] = [
     "&#34; is a reference", "&#92;u0022 both", "Tom & Jerry &amp; co", "\"quoted\"", "'single' \"double\" `back`",
     "{\"json\": [1, 2]}", "100% of 50%", "%(title)s.%(ext)s",
     "[download] Destination: /tmp/x.mp4", "[download] 50% of 1MiB at 1B/s ETA 00:01", "<b>bold</b>", "$HOME `id` $(id)",
-    "-x --exec", "Half \u00bd \u2603 and \u00a0blank", "x" * 300,
+    "-x --exec", "Half \u00bd and \u2603", "x" * 300,
 ]
 
 MANIFESTS = (".m3u8", ".mpd")
@@ -40,6 +40,7 @@ BODIES: Dict[str, str] = {
     "two-videos": video("clip.mp4") + video("other.mp4"),
     "broken-embed": video("nowhere/master.m3u8", HLS) + video("clip.mp4"),
     "og-video": "",
+    "expiring": video("once-{reading}/clip.mp4"),
 }
 
 
@@ -78,8 +79,11 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         if path.startswith("/page/"):
             time.sleep(self.server.delay)
             text = page(path[6:]).replace("{base}", self.server.address)
+            text = text.replace("{reading}", str(self.server.next_reading()))
             self.send(200 if text else 404, "text/html; charset=utf-8", text.encode(), with_body)
             return
+        # The addresses that the first reading of a page gives are no longer good.
+        path = re.sub("/once-[2-9]/", "/", path)
         file = self.server.media / path.removeprefix("/media/").lstrip("/")
         if not path.startswith("/media/") or ".." in path or not file.is_file():
             self.send(404, "text/plain", b"", with_body)
@@ -112,6 +116,7 @@ class PageServer(http.server.ThreadingHTTPServer):
         self.address = f"http://127.0.0.1:{self.server_address[1]}"
         self._lock = threading.Lock()
         self._counts: Counter[str] = collections.Counter()
+        self._readings = 0
         self._thread = threading.Thread(target=self.serve_forever, daemon=True)
         self._thread.start()
 
@@ -120,10 +125,17 @@ class PageServer(http.server.ThreadingHTTPServer):
         with self._lock:
             self._counts[kind] += 1
 
+    def next_reading(self) -> int:
+        """Which reading of a page this is since the last call of take_counts()."""
+        with self._lock:
+            self._readings += 1
+            return self._readings
+
     def take_counts(self) -> Tuple[int, int]:
         """How often pages and manifests have been asked for since the last call."""
         with self._lock:
             counts, self._counts = self._counts, collections.Counter()
+            self._readings = 0
         return counts["page"], counts["manifest"]
 
     def handle_error(self, *_: object) -> None:
