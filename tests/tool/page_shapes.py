@@ -52,7 +52,8 @@ MUXED = stream("18", "mp4", "avc1.42001E", AAC, 360)
 WEBM = [picture(f"webm-{height}", "webm", VP9, height) for height in HEIGHTS]
 MP4 = [picture(f"mp4-{height}", "mp4", H264, height) for height in HEIGHTS if height <= 1080]
 FORTY = [
-    *storyboards(), *SOUNDS, sound("140-drc", "m4a", AAC, 129.5), sound("251-drc", "webm", OPUS, 142.3), *MP4, *WEBM,
+    *storyboards(), *SOUNDS, *(sound(f"{code}-drc", ext, codec, 142.3, preference=-2)
+                               for code, ext, codec in (("140", "m4a", AAC), ("251", "webm", OPUS))), *MP4, *WEBM,
     *(picture(f"av1-{height}", "mp4", AV1, height) for height in HEIGHTS), MUXED,
     *(picture(f"webm-{height}-60", "webm", VP9, height, fps=60) for height in HEIGHTS[4:]),
     *(picture(f"mp4-{height}-60", "mp4", H264, height, fps=60) for height in (720, 1080)),
@@ -67,7 +68,7 @@ def hls(code: str, vcodec: Any, acodec: Any, height: int = 0, **more: Any) -> Re
 
 
 HLS_GROUPS = [
-    hls("audio-low", "none", None, language="en"), hls("audio-high", "none", None, language="en"),
+    hls("audio-0", "none", None, language="en"), hls("audio-1", "none", None, language="en"),
     hls("hls-800", H264, "none", 360), hls("hls-2000", H264, "none", 720), hls("hls-4000", H264, "none", 1080),
 ]
 NULLS = [{**stream("http-500", "mp4", None, None), "height": None, "width": None, "format_note": None, "abr": None,
@@ -80,14 +81,14 @@ SHAPES: List[Tuple[str, Record, str]] = [
      "18 of 14, 0 s"),
     ("WebM only", {"formats": [*SOUNDS, *WEBM]}, "webm-2160+251 of 13, 0 s"),
     ("eight dubs", {"formats": [*DUBS, *MP4]}, "mp4-1080+140-en of 14, 0 s"),
-    ("HLS, sound in groups", {"formats": HLS_GROUPS}, "hls-4000+audio-high of 5, 0 s"),
+    ("HLS, sound in groups", {"formats": HLS_GROUPS}, "hls-4000+audio-1 of 5, 0 s"),
     ("null members", {"formats": NULLS, "duration": None, "thumbnail": None, "description": None},
      "http-900 of 2, 0 s"),
     ("duration with a fraction", {"formats": [MUXED], "duration": 212.6}, "18 of 1, 213 s"),
     ("one nameless stream", {"url": "http://127.0.0.1:9/clip.mp4", "ext": "mp4"}, "0 of 1, 0 s"),
     ("nameless sound", {"url": "http://127.0.0.1:9/clip.mp3", "ext": "mp3"}, "0 of 1, 0 s"),
     ("a code that is a container", {"formats": [{**MUXED, "format_id": "mp4"}, {**MUXED, "format_id": "webm"}]},
-     "mp4 of 2, 0 s"),
+     "fwebm of 2, 0 s"),
     ("live", {"formats": [hls("hls-1", H264, AAC, 720)], "is_live": True}, "hls-1 of 1, 0 s"),
     ("some streams protected", {"formats": [*MP4, M4A, picture("drm", "mp4", H264, 2160, has_drm=True)]},
      "mp4-1080+140 of 7, 0 s"),

@@ -36,27 +36,30 @@ class Failure(Exception):
 
 
 def run(command: Download, options: list[str], memory: PageMemory, log: messages.DownloadLog) -> int:
-    """The exit code."""
+    """Reads the page and fetches the stream; the exit code."""
     job = _Job(command, options, log)
     try:
-        page = memory.recall(command.url)
-        if page is not None:
-            try:
-                job.fetch_remembered(page)
-                return 0
-            except Failure as failure:
-                memory.forget(command.url)
-                if failure.is_local:
-                    raise
-                log.report(has_failed=False)
-                log.warning("The page was read a while ago and its stream is no longer to be had; it is read anew")
-                job.remove_leftovers()
         job.fetch_anew(memory)
         return 0
     except Failure:
         job.remove_leftovers()
         log.report(has_failed=True)
         return 1
+
+
+def run_remembered(command: Download, options: list[str], page: Info, log: messages.DownloadLog) -> Optional[int]:
+    """Fetches the stream by a record of the page; the exit code, or None where the page should be read anew."""
+    job = _Job(command, options, log)
+    try:
+        job.fetch_remembered(page)
+        return 0
+    except Failure as failure:
+        job.remove_leftovers()
+        log.report(has_failed=failure.is_local)
+        if failure.is_local:
+            return 1
+        log.warning("The page was read a while ago and its stream is no longer to be had; it is read anew")
+        return None
 
 
 class _Job:

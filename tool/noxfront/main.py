@@ -2,12 +2,13 @@
 
 from __future__ import annotations
 
+import importlib.util
 import os
 import pathlib
 import sys
-from typing import Sequence
+from typing import NoReturn, Sequence
 
-from . import command_line, configuration, messages
+from . import command_line, configuration, lean_start, messages
 from .command_line import Command, Describe
 from .page_memory import PageMemory
 
@@ -15,7 +16,7 @@ from .page_memory import PageMemory
 def main(words: Sequence[str]) -> int:
     command = command_line.parse(words)
     if command is None:
-        return _plain_tool(list(words))
+        return _plain_tool(words)
     try:
         settings = configuration.load(configuration.path(os.environ))
     except configuration.ConfigurationError as problem:
@@ -29,18 +30,47 @@ def main(words: Sequence[str]) -> int:
     except Exception as fault:  # the tool alone may well manage, and gives its own reasons if not
         reason = f"{type(fault).__name__}: {fault}"
         messages.write(messages.STANDARD_ERROR, f"WARNING: The tool works without its front, which failed: {reason}\n")
-        return _plain_tool(["--ignore-config", *settings.options, *words])
+        restart(["--ignore-config", *settings.options, *words])
+
+
+def restart(words: Sequence[str]) -> NoReturn:
+    """Begins anew with other words, and with nothing of what has been loaded or left out."""
+    own_words = len(sys.argv) - 1
+    os.execv(sys.executable, [*sys.orig_argv[:len(sys.orig_argv) - own_words], *words])
 
 
 def _run(command: Command, settings: configuration.Configuration) -> int:
-    # Whatever of these fails with a version of the tool that is not known is a fault of the front's.
-    from . import describe, download, tool
-
-    memory = PageMemory(sys.pycache_prefix, [tool.VERSION, *settings.options, *command.tool_options])
+    memory = PageMemory(sys.pycache_prefix, [_tool_state(), *settings.options, *command.tool_options])
     warnings = [settings.warning] if settings.warning else []
+    # The tool's package is loaded as late as possible. What of it fails with an unknown version is a fault of ours.
     if isinstance(command, Describe):
+        from . import describe
+
         return describe.run(command, settings.options, memory, messages.Collector(warnings))
-    return download.run(command, settings.options, memory, messages.DownloadLog(command.template, warnings))
+    page = memory.recall(command.url)
+    if page is not None:
+        lean_start.prepare(page, command.code, settings.options)
+    from . import download
+
+    log = messages.DownloadLog(command.template, warnings)
+    if page is None:
+        return download.run(command, settings.options, memory, log)
+    outcome = download.run_remembered(command, settings.options, page, log)
+    if outcome is not None:
+        return outcome
+    memory.forget(command.url)
+    restart(sys.argv[1:])
+
+
+def _tool_state() -> str:
+    """Changes when the tool's package does. Without loading it."""
+    found = importlib.util.find_spec("yt_dlp")
+    path = pathlib.Path(found.origin or "") if found else pathlib.Path()
+    for file in (path, *path.parents):
+        if file.is_file():  # a module, or the archive that it lies in
+            status = file.stat()
+            return f"{file} {status.st_mtime_ns} {status.st_size}"
+    return ""
 
 
 def _put_own_programs_first() -> None:
@@ -50,9 +80,8 @@ def _put_own_programs_first() -> None:
         os.environ["PATH"] = os.pathsep.join(filter(None, (str(folder), os.environ.get("PATH", os.defpath))))
 
 
-def _plain_tool(words: list[str]) -> int:
+def _plain_tool(words: Sequence[str]) -> int:
     import yt_dlp
 
-    sys.argv[1:] = words
-    yt_dlp.main(words)
+    yt_dlp.main(list(words))
     return 0

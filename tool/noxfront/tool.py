@@ -21,7 +21,6 @@ _COMMON_OPTIONS = (
     "--no-progress",  # the front has its own
 )
 
-VERSION: str = yt_dlp.version.__version__
 Selector = Callable[[Dict[str, Any]], List[Info]]
 
 
