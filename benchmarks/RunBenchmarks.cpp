@@ -46,13 +46,14 @@ public:
         return m_folder.filePath(QLatin1String(name));
     }
 
-    // The tool as the library calls it, with further arguments in front of the page's address.
-    Command toolCommand(const Command &arguments) const
+    // The tool as the library calls it, with further arguments around the certificate switch; with its front, or plain.
+    Command toolCommand(const Command &arguments, const Command &more = {}, const char *tool = "yt.zip") const
     {
         Command command{GetPythonExecPath().toStdString(), "-X", "pycache_prefix=" + file("pycache").toStdString(),
-                        program("yt.zip").toStdString()};
+                        program(tool).toStdString()};
         command.insert(command.end(), arguments.begin(), arguments.end());
         command.push_back("--no-check-certificate");
+        command.insert(command.end(), more.begin(), more.end());
         command.push_back(m_url.toStdString());
         return command;
     }
@@ -131,12 +132,27 @@ void downloadBare(const Place &place)
 {
     const std::string video = place.file("bare-video").toStdString();
     const std::string audio = place.file("bare-audio").toStdString();
-    runBare(place.toolCommand({"-f", videoCode, "-o", video + ".%(ext)s"}));
-    runBare(place.toolCommand({"-f", audioCode, "-o", audio + ".%(ext)s"}));
+    runBare(place.toolCommand({"-f", videoCode}, {"-o", video + ".%(ext)s"}));
+    runBare(place.toolCommand({"-f", audioCode}, {"-o", audio + ".%(ext)s"}));
     runBare({place.program("ffmpeg").toStdString(), "-i", video + ".mp4", "-i", audio + ".m4a", "-vcodec", "copy",
              "-acodec", "copy", place.file("clip.mp4").toStdString()});
     remove(place.file("bare-video.mp4"));
     remove(place.file("bare-audio.m4a"));
+}
+
+// What a person gets who gives nothing but the address.
+void fetchPage(const Place &place)
+{
+    runBare({place.program("nox-fetch").toStdString(), "-q", "--pycache", place.file("pycache").toStdString(), "-o",
+             place.file("clip.mp4").toStdString(), place.url().toStdString()});
+}
+
+// The plain tool does all of it in one run.
+void fetchPageBare(const Place &place)
+{
+    runBare(place.toolCommand({"--ignore-config", "-f", std::string(videoCode) + '+' + audioCode},
+                              {"--merge-output-format", "mp4", "-o", place.file("clip.%(ext)s").toStdString()},
+                              "plain-yt.zip"));
 }
 
 double timeOf(const Place &place, void (*work)(const Place &place))
@@ -175,6 +191,12 @@ constexpr Run runs[] = {
     {"nox-fetch / tool twice, ffmpeg", fetch, downloadBare, 1.03, 21, 2, timeOfMakingClip},
 };
 
+// A page that answers at once, and one that takes a second, as pages do.
+constexpr Run pageRuns[] = {
+    {"nox-fetch URL / one run of the plain tool", fetchPage, fetchPageBare, 2.2, 11, 1, timeOfMakingClip},
+    {"nox-fetch URL / the same, page takes 1 s", fetchPage, fetchPageBare, 1.45, 11, 1, timeOfMakingClip},
+};
+
 // With the real programs, whose own time wavers by more than the bars leave room for.
 void addReal(const Run &run, const Place &place)
 {
@@ -204,8 +226,13 @@ int main(int argc, char *argv[])
     Nox::Logger::init("/dev/null", Nox::LOG_FATAL, 0);
 
     const Place place(qEnvironmentVariable("NOX_BENCH_URL"));
+    const Place slowPlace(qEnvironmentVariable("NOX_BENCH_URL") + QStringLiteral("?delay=1"));
     const auto addRun = qEnvironmentVariableIsSet("NOX_BENCH_EMPTY") ? addAdded : addReal;
     for (const Run &run : runs)
         addRun(run, place);
+    if (addRun == addReal) {
+        addReal(pageRuns[0], place);
+        addReal(pageRuns[1], slowPlace);
+    }
     return Paired::run(argc, argv);
 }

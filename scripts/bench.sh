@@ -48,6 +48,7 @@ compile "$build" "${programs[@]}" nox-fetch
 
 if [[ " ${programs[*]} " == *" nox_bench_runs "* ]]; then
     "$root/scripts/stage-programs.sh" "$build/bin"
+    "$root/scripts/make-tool-archive.py" "$build/bin/plain-yt.zip" --plain
     make_scratch
     serve_clip 0
     export NOX_BENCH_URL=$url

@@ -8,8 +8,9 @@
                  default, is without limit
 --port-file F    the port's number is written there, as a whole, as soon as connections are accepted
 
-The page's address is printed on standard output in any case. One byte range of a file can be asked for. The server runs
-until it is ended by a signal, or until the process that started it is gone.
+The page's address is printed on standard output in any case. The page "/?delay=N" is answered N seconds later. One byte
+range of a file can be asked for. The server runs until it is ended by a signal, or until the process that started it is
+gone.
 """
 
 import argparse
@@ -45,6 +46,8 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         path = pathlib.Path(self.translate_path(self.path))
         if path.is_dir():
             path /= "index.html"
+            delay = re.search(r"[?&]delay=(\d)$", self.path)
+            time.sleep(int(delay.group(1)) if delay else 0)
         try:
             file = path.open("rb")
         except OSError:
