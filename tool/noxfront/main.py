@@ -12,19 +12,21 @@ from . import command_line, configuration, lean_start, messages
 from .command_line import Command, Describe
 from .page_memory import PageMemory
 
+_ANEW = "NOX_READ_PAGE_ANEW"  # in the environment of a program that has begun anew
+
 
 def main(words: Sequence[str]) -> int:
     command = command_line.parse(words)
     if command is None:
         return _plain_tool(words)
+    settings = configuration.Configuration([])
     try:
         settings = configuration.load(configuration.path(os.environ))
+        _put_own_programs_first()
+        return _run(command, settings)
     except configuration.ConfigurationError as problem:
         messages.write(messages.STANDARD_ERROR, f"ERROR: {problem}\n")
         return 2
-    _put_own_programs_first()
-    try:
-        return _run(command, settings)
     except (BrokenPipeError, KeyboardInterrupt):
         return 1
     except Exception as fault:  # the tool alone may well manage, and gives its own reasons if not
@@ -47,7 +49,7 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
         from . import describe
 
         return describe.run(command, settings.options, memory, messages.Collector(warnings))
-    page = memory.recall(command.url)
+    page = None if _ANEW in os.environ else memory.recall(command.url)
     if page is not None:
         lean_start.prepare(page, command.code, settings.options)
     from . import download
@@ -59,6 +61,7 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
     if outcome is not None:
         return outcome
     memory.forget(command.url)
+    os.environ[_ANEW] = "1"  # where the record cannot be removed
     restart(sys.argv[1:])
 
 

@@ -2,12 +2,16 @@
 
 from __future__ import annotations
 
+import contextlib
+import io
+import optparse
 from typing import Any, Callable, Dict, List, Optional
 
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
 
 from . import streams
+from .configuration import ConfigurationError
 from .streams import Info
 
 # Of a page that holds many videos none of which can be described, no more than these are tried.
@@ -25,8 +29,17 @@ Selector = Callable[[Dict[str, Any]], List[Info]]
 
 
 def settings(options: list[str], **more: Any) -> Dict[str, Any]:
-    """The tool's settings for the options given, as its own command line would make them."""
-    params: Dict[str, Any] = yt_dlp.parse_options([*_COMMON_OPTIONS, *options])[3]
+    """The tool's settings for the options given, as its own command line would make them.
+
+    :raises ConfigurationError: where the tool does not take an option; they come from the user's settings
+    """
+    complaint = io.StringIO()
+    try:
+        with contextlib.redirect_stderr(complaint):
+            params: Dict[str, Any] = yt_dlp.parse_options([*_COMMON_OPTIONS, *options])[3]
+    except (SystemExit, optparse.OptParseError) as problem:
+        text = f"{complaint.getvalue()}\n{problem}".strip()
+        raise ConfigurationError(f"The tool does not take a setting in tool.conf: {text.splitlines()[-1]}") from problem
     params.update(more)
     return params
 
