@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the tests of the records and of the parsers under valgrind, which sees what the sanitizers do not: values that
-# were never set.
+# Runs tests under valgrind, which sees what the sanitizers do not: values that were never set. These are the tests of the
+# records and of the parsers, and those in which a host deletes a worker inside one of its notifications.
 #
 #   scripts/memcheck.sh [--qt 6|5]     with this version of Qt; 6 unless given
 set -euo pipefail
@@ -25,12 +25,22 @@ esac
 build=$root/build/$preset
 say "build: $preset"
 configure "$preset" "$build"
-compile "$build" model_test parse_test
+compile "$build" model_test parse_test reaction_test
 
 # Qt's expressions compile themselves to machine code, which reads in blocks that valgrind takes for too long.
 export QT_ENABLE_REGEXP_JIT=0
+memcheck() {
+    timeout 900 valgrind --quiet --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite,possible \
+        "$@" -silent
+}
 for name in model parse; do
     say "memcheck: $name"
-    timeout 900 valgrind --quiet --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite,possible \
-        "$build/tests/$name/${name}_test/${name}_test" -silent
+    memcheck "$build/tests/$name/${name}_test/${name}_test"
 done
+
+say "memcheck: reactions that delete"
+reactions=$build/tests/reactions/reaction_test/reaction_test
+mapfile -t rows < <(QT_LOGGING_RULES='*=false' "$reactions" -datatags | sed -n 's/^ReactionTest \([a-z]* .*[dD]elete.*\)$/\1/p' |
+    sed 's/ /:/')
+[[ ${#rows[@]} -gt 50 ]] || { echo "memcheck.sh: found only ${#rows[@]} of these rows" >&2; exit 1; }
+memcheck "$reactions" "${rows[@]}"

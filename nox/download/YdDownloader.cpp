@@ -26,20 +26,6 @@ namespace {
 constexpr int teardownWait = 50; // milliseconds
 constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
 
-// QFile reports a missing file as a failure of its own; here it is the usual case.
-void removeFile(const QString &file)
-{
-    if (!file.isEmpty() && QFile::exists(file))
-        QFile::remove(file);
-}
-
-// The name under which the tool holds a file while it transfers it.
-void removePart(const QString &file)
-{
-    if (!file.isEmpty())
-        removeFile(file + QLatin1String(".part"));
-}
-
 } // namespace
 
 /*
@@ -99,6 +85,7 @@ void YdDownloader::download(QString url, MediaProfile profile, QString destFile)
     m_url = std::move(url);
     m_profile = std::move(profile);
     m_destFile = std::move(destFile);
+    m_ownFiles = OwnFiles(QFileInfo(m_destFile).dir().absolutePath());
     NOX_LOG_DEBUG("url %s \r\nresolution %s \r\nformat %s \r\ndestfile %s", LogCall::utf8(m_url).constData(),
                   LogCall::utf8(MediaInfo::resolutionStringMix(m_profile.getVResolution())).constData(),
                   LogCall::utf8(m_profile.getFormat()).constData(), LogCall::utf8(m_destFile).constData());
@@ -149,12 +136,13 @@ bool YdDownloader::isUsingYt() const
  */
 void YdDownloader::reset()
 {
-    clearLeftovers();
+    if (m_hasLeftovers)
+        clear();
     clearErrorTail();
     for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
         if (process != nullptr) {
             process->disconnect(this);
-            process->deleteLater();
+            process->dispose();
         }
     }
     m_ydProcess = new ChildProcess;
@@ -167,6 +155,8 @@ void YdDownloader::reset()
     m_item2File.clear();
     m_outDir.clear();
     m_mergedFile.clear();
+    m_refusedFile.clear();
+    m_hasLeftovers = true;
 }
 
 void YdDownloader::initYdDownloaderCommand()
@@ -246,15 +236,39 @@ void YdDownloader::ydReadOutputData()
 // Where a read names a file in both ways, the destination line wins.
 void YdDownloader::rememberItemFile(const QString &text)
 {
-    auto file = YdStatusLines::findDestination(text);
-    if (!file)
-        file = YdStatusLines::findAlreadyDownloaded(text);
-    if (!file)
+    const auto destination = YdStatusLines::findDestination(text);
+    if (destination && takeItemFile(destination->toString()))
         return;
+    if (const auto file = YdStatusLines::findAlreadyDownloaded(text))
+        takeItemFile(file->toString());
+}
+
+// A page can put such a line into the tool's output, as a part of a title for example.
+bool YdDownloader::takeItemFile(const QString &file)
+{
+    if (!m_ownFiles.contain(file)) {
+        if (std::exchange(m_refusedFile, file) != file)
+            NOX_LOG_ERROR("Yd file was there before, not taken: %s", LogCall::utf8(file).constData());
+        return false;
+    }
     if (m_itemIndex == 1)
-        m_item1File = file->toString();
+        m_item1File = file;
     else if (m_itemIndex == 2)
-        m_item2File = file->toString();
+        m_item2File = file;
+    return true;
+}
+
+// QFile reports a missing file as a failure of its own; here it is the usual case.
+bool YdDownloader::removeFile(const QString &file) const
+{
+    return !file.isEmpty() && QFile::exists(file) && m_ownFiles.contain(file) && QFile::remove(file);
+}
+
+// The name under which the tool holds a file while it transfers it.
+void YdDownloader::removePart(const QString &file) const
+{
+    if (!file.isEmpty())
+        removeFile(file + QLatin1String(".part"));
 }
 
 void YdDownloader::ydReadError()
@@ -270,8 +284,9 @@ void YdDownloader::ydProcessError(QProcess::ProcessError error)
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
     NOX_LOG_ERROR("Yd process error: %d ", static_cast<int>(error));
-    // A process that runs on still decides by its end; one that could not be started has none.
-    if (m_ydProcess->state() == QProcess::NotRunning)
+    // Only a program that could not be started has no end, which would decide. The process's state does not
+    // tell: it differs between the versions of Qt when a crash is reported.
+    if (error == QProcess::FailedToStart)
         m_isRunning = false;
     fail(DownloadError::ProcessFailed);
 }
@@ -295,16 +310,15 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
     }
 
     m_isRunning = false;
-    if (isDone && QFile::rename(m_item1File, m_destFile)) {
+    if (isDone && m_ownFiles.contain(m_item1File) && QFile::rename(m_item1File, m_destFile)) {
+        m_hasLeftovers = false;
         Q_EMIT finished();
         return;
     }
 
-    // What the failed run leaves is removed in the end, also when the host answers by starting anew.
     const QByteArray from = LogCall::latin1(m_item1File);
     const QByteArray to = LogCall::latin1(m_destFile);
     const RunGuard run(this);
-    m_isClearPending = true;
     if (isDone) {
         fail(DownloadError::RenameFailed);
         NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
@@ -315,8 +329,9 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
         NOX_LOG_ERROR("Yd process terminated abnormally: %s  \n ExitCode: %d", url.constData(), exitCode);
         fail(DownloadError::ExitedWithError);
     }
+    // A new download that the host has started meanwhile has done this itself.
     if (run.isSame())
-        clearLeftovers();
+        clear();
 }
 
 void YdDownloader::proceedMerge()
@@ -361,7 +376,7 @@ void YdDownloader::ffmpegReadStandardError()
 void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
 {
     const ChildProcess::SignalGuard guard(m_ffmpegProcess);
-    if (m_ffmpegProcess->state() == QProcess::NotRunning)
+    if (error == QProcess::FailedToStart)
         m_isRunning = false;
     fail(DownloadError::MergeProcessFailed);
     NOX_LOG_ERROR("FFMPEG process error: %d", static_cast<int>(error));
@@ -383,9 +398,9 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
         return;
     }
 
-    if (!QFile::remove(m_item1File))
+    if (!removeFile(m_item1File))
         NOX_MODULE_MARKER();
-    if (!QFile::remove(m_item2File))
+    if (!removeFile(m_item2File))
         NOX_MODULE_MARKER();
     if (!QFile::rename(m_mergedFile, m_destFile)) {
         const QByteArray from = LogCall::latin1(m_mergedFile);
@@ -394,6 +409,7 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
         NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
         return;
     }
+    m_hasLeftovers = false;
     const RunGuard run(this);
     Q_EMIT progress(m_progress.expectedTotal(), m_progress.expectedTotal(), 0);
     if (run.isSame())
@@ -403,12 +419,6 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
 void YdDownloader::fail(DownloadError code)
 {
     Q_EMIT error(static_cast<qint32>(code));
-}
-
-void YdDownloader::clearLeftovers()
-{
-    if (std::exchange(m_isClearPending, false))
-        clear();
 }
 
 } // namespace Nox

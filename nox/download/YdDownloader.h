@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nox/download/DownloadProgress.h>
+#include <nox/download/OwnFiles.h>
 #include <nox/front/DownloadError.h>
 #include <nox/front/WebMediaDownloader.h>
 #include <nox/process/ErrorTail.h>
@@ -51,8 +52,10 @@ private:
     void downloadNextItem();
     QString itemCommand(const QString &ydCode);
     void rememberItemFile(const QString &text);
+    bool takeItemFile(const QString &file);
+    bool removeFile(const QString &file) const;
+    void removePart(const QString &file) const;
     void proceedMerge();
-    void clearLeftovers();
     void fail(DownloadError code);
 
     ChildProcess *m_ydProcess = nullptr; // both owned, and new for every download
@@ -69,7 +72,9 @@ private:
     QString m_item2File;
     QString m_outDir;
     QString m_mergedFile;
-    bool m_isClearPending = false; // a failed run's leftovers are still there
+    OwnFiles m_ownFiles;
+    QString m_refusedFile;       // announced last of those that are not the tool's
+    bool m_hasLeftovers = false; // a download has begun and not succeeded
     QString m_toolPath;
     QString m_pycacheDir;
 };

@@ -77,10 +77,11 @@ void YdExtractor::cancel()
     m_process->discardOutput(QProcess::StandardOutput);
 }
 
-// A request that still runs is replaced: it must not report into the new one.
+// The process of an earlier request must not report into the new one. It may still have something to
+// report when it runs no more: this may be an answer to the first of a crash's notifications.
 void YdExtractor::beginRequest(const QString &url)
 {
-    if (m_process != nullptr && m_process->state() != QProcess::NotRunning) {
+    if (m_process != nullptr) {
         m_process->disconnect(this);
         m_process->killGroup();
         m_process->discardOutput(QProcess::StandardOutput);

@@ -114,6 +114,8 @@ std::string Logger::getCurDateTime()
 {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
+    // localtime_r() reads the time zone once; the host may change it at any time.
+    ::tzset();
     if (::localtime_r(&now, &local) == nullptr) {
         std::perror("localtime");
         return std::string();

@@ -6,16 +6,16 @@
 #include <unistd.h>
 #if defined(Q_OS_LINUX)
 #  include <sys/prctl.h>
+#  include <sys/syscall.h>
 #endif
 
 namespace Nox {
 
 namespace {
 
-// Runs in the child before the program starts: only what is safe between fork and exec.
-void prepareChild(pid_t host)
+// Asks in the child for a signal when the host dies.
+void dieWithHost(pid_t host)
 {
-    ::setpgid(0, 0);
 #if defined(Q_OS_LINUX)
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     // The host may have died before the signal was asked for.
@@ -23,6 +23,17 @@ void prepareChild(pid_t host)
         ::_exit(EXIT_FAILURE);
 #else
     Q_UNUSED(host)
+#endif
+}
+
+// The kernel sends that signal when the thread ends that has started the program. Only the main thread
+// lives as long as the host.
+bool isMainThread()
+{
+#if defined(Q_OS_LINUX)
+    return ::syscall(SYS_gettid) == ::getpid();
+#else
+    return false;
 #endif
 }
 
@@ -36,14 +47,23 @@ ChildProcess::SignalGuard::SignalGuard(ChildProcess *process)
 
 ChildProcess::SignalGuard::~SignalGuard()
 {
-    if (ChildProcess *process = m_process.data())
-        --process->m_guards;
+    // QProcess goes on emitting after this. deleteLater() waits until the event handlers have returned that
+    // are active now, and this emission is one of them. Called from an event loop inside the slot it would
+    // wait for that loop's handlers only.
+    if (--m_process->m_guards == 0 && m_process->m_isDisposed)
+        m_process->deleteLater();
 }
 
 ChildProcess::ChildProcess(QObject *parent)
     : ModifiableProcess(parent)
 {
     connect(this, &QProcess::started, this, [this] { m_group = processId(); });
+    connect(this, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error != QProcess::Crashed)
+            return;
+        m_hasCrashed = true;
+        killDescendants();
+    });
     connect(this, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this, &ChildProcess::killDescendants);
 }
 
@@ -60,15 +80,21 @@ ChildProcess::~ChildProcess()
 void ChildProcess::launch(const QString &command)
 {
     QStringList arguments = splitCommand(command);
-    // The host as of now: it may have forked since this object was made.
-    setChildProcessModifier([host = ::getpid()] { prepareChild(host); });
+    m_hasCrashed = false;
+    // Runs between fork and exec, where little is allowed. The host as of now: it may have forked before.
+    setChildProcessModifier([host = ::getpid(), isBound = isMainThread()] {
+        ::setpgid(0, 0);
+        if (isBound)
+            dieWithHost(host);
+    });
     const QString program = arguments.isEmpty() ? QString() : arguments.takeFirst();
     start(program, arguments, QIODevice::ReadWrite);
 }
 
 void ChildProcess::killGroup()
 {
-    if (state() == QProcess::NotRunning)
+    // The number of a program that has crashed may be another one's by now.
+    if (state() == QProcess::NotRunning || m_hasCrashed)
         return;
     m_group = processId();
     killDescendants();
@@ -82,9 +108,9 @@ void ChildProcess::dispose()
         delete this;
         return;
     }
+    m_isDisposed = true;
     setParent(nullptr);
     killGroup();
-    deleteLater();
 }
 
 void ChildProcess::discardOutput(QProcess::ProcessChannel channel)

@@ -2,14 +2,12 @@
 
 #include <nox/process/ModifiableProcess.h>
 
-#include <QPointer>
-
 namespace Nox {
 
 /**
  * An external program, started from a command text, in a process group of its own: whatever the
- * program starts itself is stopped with it and goes when it ends, and on Linux it does not outlive
- * the host.
+ * program starts itself is stopped with it and goes when it ends. On Linux a program that the main
+ * thread has started does not outlive the host.
  *
  * Destroying the object stops a program that still runs, and waits for its end.
  */
@@ -17,8 +15,8 @@ class ChildProcess final : public ModifiableProcess
 {
 public:
     /**
-     * Held while a slot answers one of the process's signals, which the process must outlive.
-     * Not by `QObject::sender()`: inside a notification of the worker that names the worker itself.
+     * Held while a slot answers one of the process's signals. The process is not destroyed meanwhile,
+     * nor before the signal's emission has come to its end, whatever event loops run inside the slot.
      */
     class SignalGuard
     {
@@ -28,7 +26,7 @@ public:
         Q_DISABLE_COPY_MOVE(SignalGuard)
 
     private:
-        QPointer<ChildProcess> m_process;
+        ChildProcess *m_process;
     };
 
     explicit ChildProcess(QObject *parent = nullptr);
@@ -41,21 +39,22 @@ public:
      */
     void launch(const QString &command);
 
-    /** Kills the program with its whole process group; does nothing when it does not run. */
+    /** Kills the program with its whole process group; does nothing when it does not run (any more). */
     void killGroup();
 
     /** Drops what the program has printed to @p channel and what it still prints. */
     void discardOutput(QProcess::ProcessChannel channel);
 
-    /** Kills the program and destroys this object: at once, or, while a SignalGuard is held, from the event loop. */
+    /** Kills the program and destroys this object: at once, or, while a SignalGuard is held, after it. */
     void dispose();
 
 private:
     void killDescendants();
 
     int m_guards = 0;
-
-    qint64 m_group = 0; // process group of the last program; 0 when nothing can be left of it
+    bool m_isDisposed = false;
+    bool m_hasCrashed = false; // the last program; with Qt 5 its state is still Running when it says so
+    qint64 m_group = 0;        // process group of the last program; 0 when nothing can be left of it
 };
 
 } // namespace Nox

@@ -52,6 +52,11 @@ private Q_SLOTS:
     {
         DownloadTable::run();
     }
+    void filesElsewhere_data();
+    void filesElsewhere()
+    {
+        DownloadTable::run();
+    }
     void failures_data();
     void failures()
     {
@@ -163,6 +168,57 @@ void DownloadTest::fileNames_data()
     row("relative destination", "dest=clip.mp4", "", "", "started finished", "clip.mp4=137");
     row("name that the log cannot hold", "dest=/nowhere/\xc3\xa9\xe2\x82\xac/clip.mp4", "137: out x", "",
         "started error(-8)", "", "ydFinished: Rename failed from  to /nowhere/\xc3\xa9?/clip.mp4!");
+}
+
+/** A page makes the tool name a file of the user's, as a part of a title for example. */
+void DownloadTest::filesElsewhere_data()
+{
+    const TextTable row = DownloadTable::begin();
+    const char *refused = "takeItemFile: Yd file was there before, not taken: ROOT/thesis.odt";
+    const char *killed =
+        "takeItemFile: Yd file was there before, not taken: ROOT/thesis.odt|ydProcessError: Yd process error: 1 ";
+    const char *unnamed = "takeItemFile: Yd file was there before, not taken: ROOT/thesis.odt|"
+                          "ydFinished: Rename failed from  to DIR/clip.mp4!";
+    const std::string planted = "out [download] Destination: ROOT/thesis.odt\\n|";
+    const std::string hang = "137: " + planted + "announce mp4|" + planted + "hang";
+    const char *thesis = "elsewhere=thesis.odt";
+    const char *two = "two elsewhere=thesis.odt";
+    row("success", thesis, ("137: " + planted + "announce mp4|" + planted).append("out x").c_str(), "",
+        "started finished", "clip.mp4=137", refused);
+    row("cancel", thesis, hang.c_str(), "cancel@137", "started error(-1)", "", killed);
+    row("clear", thesis, hang.c_str(), "clear@137", "started", "{1}YDTMP_.mp4=137", refused);
+    row("deletion", thesis, hang.c_str(), "delete@137", "started", "{1}YDTMP_.mp4=137", refused);
+    row("cancel at the end", thesis, ("137: announce mp4|" + planted + "out x").c_str(), "cancel@end",
+        "started finished", "", refused);
+    row("nothing else named", thesis, ("137: " + planted + "out x").c_str(), "", "started error(-8)", "", unnamed);
+    row("already there", thesis, "137: out [download] ROOT/thesis.odt has already been downloaded\\n", "",
+        "started error(-8)", "", unnamed);
+    row("both lines, each for another file", thesis,
+        "137: file mp4|out [download] @mp4@ has already been downloaded\\n"
+        "[download] Destination: ROOT/thesis.odt\\n",
+        "", "started finished", "clip.mp4=137", refused);
+    row("second stream", two, ("140: " + planted + "announce m4a").c_str(), "",
+        "started started progress(0,0,0) finished", "clip.mp4=137+140", refused);
+    row("failed merge", two, ("140: announce m4a|" + planted + "out x\nffmpeg: exit 1").c_str(), "clear@end",
+        "started started error(-4)", "{1}YDTMP_.mp4=137",
+        (std::string(refused) + "|ffmpegFinished: FFMPEG terminated abnormally!").c_str());
+    row("relative", thesis, "137: out [download] Destination: ../thesis.odt\\n|announce mp4", "", "started finished",
+        "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: ../thesis.odt");
+    row("on a way through the folder", thesis,
+        "137: out [download] Destination: ROOT/my videos/../thesis.odt\\n|announce mp4", "", "started finished",
+        "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: DIR/../thesis.odt");
+    row("behind a link in the folder", "elsewhere=thesis.odt link=in",
+        "137: out [download] Destination: ROOT/my videos/in/thesis.odt\\n|announce mp4", "", "started finished",
+        "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: DIR/in/thesis.odt");
+    row("another folder", "", "137: out [download] Destination: ROOT/my videos/../notes/.\\n|announce mp4", "",
+        "started finished", "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: DIR/../notes/.");
+    row("a part that was there", "elsewhere=thesis.odt.part",
+        "137: out [download] Destination: ROOT/thesis.odt\\n|touch ../thesis.odt|hang", "cancel@137",
+        "started error(-1)", "", "ydProcessError: Yd process error: 1 ");
+    row("made in this run", thesis, "137: touch ../new.odt|out [download] Destination: ROOT/new.odt\\n", "",
+        "started finished", "clip.mp4=new");
+    row("inside the folder", "has=old.mp4", "137: out [download] Destination: ROOT/my videos/old.mp4\\n", "",
+        "started finished", "clip.mp4=old");
 }
 
 void DownloadTest::failures_data()
@@ -396,12 +452,12 @@ void DownloadTest::secondDownloadAfterTheFirst_data()
         "clip.mp4=137+140, second.mp4=137+140");
     row("exit 1", "two", "140: announce m4a|exit 1", "", "started started error(-4)",
         "second.mp4=137+140, {1}YDTMP_.mp4=137");
-    row("ffmpeg fails", "two", "ffmpeg: exit 1", "", "started started error(-4)",
-        "second.mp4=137+140, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140");
+    row("ffmpeg fails", "two", "ffmpeg: write half|exit 1", "", "started started error(-4)",
+        "second.mp4=137+140, {1}YDTMP_.mp4=137");
     row("no format code", "two code=", "", "", "error(-1)", "second.mp4=137+140");
     row("interpreter missing", "two python=missing", "", "", "started error(-1)", "second.mp4=137+140");
     row("ffmpeg missing", "two ffmpeg=missing", "", "", "started started error(-7)",
-        "second.mp4=137+140, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140");
+        "second.mp4=137+140, {1}YDTMP_.mp4=137");
     row("cancelled in item 1", "two", "137: hang", "137", "started error(-1)", "second.mp4=137+140");
     row("cancelled in the merge", "two", "ffmpeg: hang", "ffmpeg", "started started error(-7) error(-5)",
         "second.mp4=137+140");

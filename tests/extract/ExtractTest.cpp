@@ -5,6 +5,7 @@
 #include "tests/support/TestSandbox.h"
 
 #include <QRegularExpression>
+#include <QThread>
 #include <QtTest>
 
 using namespace Nox;
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void cancelBeforeAnyRequest();
     void floodOfErrors();
     void errorDetail();
+    void startedOnAnotherThread();
 };
 
 void ExtractTest::notifying_data()
@@ -280,6 +282,28 @@ void ExtractTest::errorDetail()
     QTRY_COMPARE_WITH_TIMEOUT(extractor->errorDetail(), QStringLiteral("WARNING\n"), TestSandbox::Patience);
     extractor->getMediaInfo(Setup::url());
     QCOMPARE(extractor->errorDetail(), QString());
+}
+
+/** The program goes on when the thread ends that has started it. */
+void ExtractTest::startedOnAnotherThread()
+{
+    TestSandbox stage;
+    stage.play(QStringLiteral("dump: mark there|wait go|json Clip 1"));
+    std::unique_ptr<WebMediaInfoExtractor> extractor;
+    QThread *const here = QThread::currentThread();
+    bool isStarted = false;
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        extractor = stage.newExtractor();
+        extractor->getMediaInfoBySignal(Setup::url());
+        isStarted = QTest::qWaitFor([&] { return stage.isMarked(QStringLiteral("there")); }, TestSandbox::Patience);
+        extractor->moveToThread(here);
+    }));
+    thread->start();
+    QVERIFY(thread->wait(2 * TestSandbox::Patience));
+    QVERIFY(isStarted);
+    const SignalLog log(extractor.get());
+    stage.mark(QStringLiteral("go"));
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("finished(Clip|1|)"), TestSandbox::Patience);
 }
 
 NOX_TEST_MAIN(ExtractTest)

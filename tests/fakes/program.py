@@ -120,6 +120,9 @@ class Player:
             if name.endswith(pattern):
                 os.remove(os.path.join(self.folder, name))
 
+    def uninstall(self, _):
+        os.remove(sys.argv[0])
+
     def vanish(self, _):
         self.remove("")
         os.rmdir(self.folder)

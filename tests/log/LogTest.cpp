@@ -136,6 +136,20 @@ private Q_SLOTS:
         QVERIFY2(time >= before.addSecs(-2) && time <= after.addSecs(1), qPrintable(stamp));
     }
 
+    /** A host may move to another time zone while it runs. */
+    void timeZone()
+    {
+        const QByteArray before = qgetenv("TZ");
+        const auto hour = [](const char *zone) {
+            qputenv("TZ", zone);
+            return QString::fromStdString(Logger::getCurDateTime()).mid(12, 2).toInt();
+        };
+        const int east = hour("EAST-11");
+        const int west = hour("WEST+01");
+        qputenv("TZ", before);
+        QVERIFY2((east - west + 24) % 24 >= 11, qPrintable("%1 %2"_s.arg(east).arg(west)));
+    }
+
     void defaultFile_data()
     {
         rows({"folder", "file"},

@@ -27,7 +27,7 @@ void DownloadTable::run()
 
     TestSandbox stage;
     const Setup applied(setup, stage);
-    stage.play(scenario);
+    stage.play(scenario.replace(QStringLiteral("ROOT"), stage.path(QString())));
     std::unique_ptr<WebMediaDownloader> downloader = stage.newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), applied.profile(), applied.destination());
@@ -55,6 +55,7 @@ void DownloadTable::run()
 
     downloader.reset();
     QCOMPARE(stage.files(), left.last());
+    QVERIFY(stage.isElsewhereUntouched());
     QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
     QCOMPARE(log.text(), notifications);
 }

@@ -6,8 +6,9 @@
  * A table of downloads with stand-ins. Columns, all texts:
  *   setup          words: two (a DASH video 137 with the audio 140; else only 137), size=BYTES (of the
  *                  profile), dest=FILE (default clip.mp4 in the stage's folder), has=FILE (there before),
+ *                  elsewhere=FILE (there before, in ROOT, and never touched), link=NAME (to ROOT),
  *                  python=, ffmpeg= missing or plain (not executable), log=FILE
- *   scenario       what the stand-ins play
+ *   scenario       what the stand-ins play; ROOT is the stage's folder around the destination's
  *   action         "", or cancel@, clear@ or delete@ with the key of the stand-in that hangs by then, or
  *                  with "end": when all notifications have come
  *   notifications  all of them, in order

@@ -4,6 +4,8 @@
 
 #include <nox/log/Logger.h>
 
+#include <QFile>
+
 using namespace Nox;
 
 namespace {
@@ -39,6 +41,10 @@ Setup::Setup(const QString &words, TestSandbox &stage)
             m_destination = value;
         else if (name == QLatin1String("has"))
             stage.putFile(value);
+        else if (name == QLatin1String("elsewhere"))
+            stage.putFileElsewhere(value);
+        else if (name == QLatin1String("link"))
+            QFile::link(stage.path(QString()), stage.folder() + QLatin1Char('/') + value);
         else if (name == QLatin1String("python"))
             provide(stage, TestSandbox::Interpreter, value);
         else if (name == QLatin1String("ffmpeg"))

@@ -12,6 +12,17 @@
 
 using namespace Nox;
 
+namespace {
+
+void writeOld(const QString &name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write("old") != 3)
+        qFatal("cannot write %s", qPrintable(name));
+}
+
+} // namespace
+
 TestSandbox::TestSandbox()
     : m_workingFolder(QDir::currentPath())
     , m_log(path(QStringLiteral("library.log")))
@@ -156,9 +167,21 @@ QString TestSandbox::files() const
 
 void TestSandbox::putFile(const QString &name)
 {
-    QFile file(folder() + QLatin1Char('/') + name);
-    if (!file.open(QIODevice::WriteOnly) || file.write("old") != 3)
-        qFatal("cannot write %s", qPrintable(file.fileName()));
+    writeOld(folder() + QLatin1Char('/') + name);
+}
+
+void TestSandbox::putFileElsewhere(const QString &name)
+{
+    m_elsewhere.append(path(name));
+    writeOld(path(name));
+}
+
+bool TestSandbox::isElsewhereUntouched() const
+{
+    return std::all_of(m_elsewhere.begin(), m_elsewhere.end(), [](const QString &name) {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) && file.readAll() == "old";
+    });
 }
 
 QStringList TestSandbox::records(_NoxLogLevel lowest, bool withSource) const

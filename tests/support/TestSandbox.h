@@ -55,6 +55,10 @@ public:
     QString files() const;
     void putFile(const QString &name);
 
+    /** A file of the user's outside folder(), and whether all such are as they were. */
+    void putFileElsewhere(const QString &name);
+    bool isElsewhereUntouched() const;
+
     /** Texts of the log; folders as DIR, APP and ROOT, the items' unique names as {1} and {2}. */
     QStringList records(Nox::_NoxLogLevel lowest, bool withSource = false) const;
     QString errors() const; ///< records from LOG_ERROR up, "|" between them
@@ -69,4 +73,5 @@ private:
     QString m_workingFolder;
     QTemporaryDir m_root;
     LogFile m_log;
+    QStringList m_elsewhere;
 };
