@@ -85,10 +85,10 @@ void addOperation(const std::string &name, double bar, Profiles (*makeList)(int)
 
 void MicroBenchmarks::addLists()
 {
-    Paired::add({"list: sort / deep copy, own", 2.0, pairs, [] { return sorting(Ownership::Own); }});
-    Paired::add({"list: sort / deep copy, shared", 2.0, pairs, [] { return sorting(Ownership::Shared); }});
-    addOperation("list: duplicates / deep copy", 1.0, SampleProfiles::sorted, MediaListRemoveDuplicatedResolutions);
-    addOperation("list: twins / deep copy", 1.0, SampleProfiles::twins, MediaListRemoveDuplicatedResolutions);
+    Paired::add({"list: sort / deep copy, own", 4.0, pairs, [] { return sorting(Ownership::Own); }});
+    Paired::add({"list: sort / deep copy, shared", 4.0, pairs, [] { return sorting(Ownership::Shared); }});
+    addOperation("list: duplicates / deep copy", 1.5, SampleProfiles::sorted, MediaListRemoveDuplicatedResolutions);
+    addOperation("list: twins / deep copy", 1.5, SampleProfiles::twins, MediaListRemoveDuplicatedResolutions);
     addOperation("list: audio / deep copy", 1.5, SampleProfiles::shuffled, MediaListRemoveAudio);
     addOperation("list: sorted audio / deep copy", 1.5, SampleProfiles::sorted, MediaListRemoveAudio);
 }

@@ -1,17 +1,20 @@
 #include <nox/model/MediaList.h>
 
-#include <nox/model/ListCompaction.h>
 #include <nox/model/PictureRank.h>
 #include <nox/model/RecordAccess.h>
 
+#include <QVector>
+
 #include <algorithm>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace {
 
-using Nox::ListCompaction;
 using Nox::MediaProfile;
 using Nox::RecordAccess;
-using Index = ListCompaction::Index;
+using Index = QList<MediaProfile>::size_type;
 
 bool sharesPicture(const MediaProfile &a, const MediaProfile &b)
 {
@@ -27,42 +30,78 @@ bool isComparable(const MediaProfile &profile)
     return RecordAccess::mediaType(profile) == Nox::MEDIA_TYPE_VIDEO && !isUnknownLarge;
 }
 
+// Moves an entry to a place whose own entry is no longer needed.
+void moveEntry(QList<MediaProfile> &list, Index from, Index to)
+{
+    // With Qt 5 a list holds pointers, which change places faster than what they point to.
+    if constexpr (std::is_same_v<QList<MediaProfile>, QVector<MediaProfile>>)
+        list.begin()[to] = std::move(list.begin()[from]);
+    else
+        list.swapItemsAt(from, to);
+}
+
+// Leaves the entries at these positions, which ascend. Of a list that shares its entries with a copy, only what stays
+// is copied.
+void keepOnly(QList<MediaProfile> &list, const std::vector<Index> &positions)
+{
+    const auto count = static_cast<Index>(positions.size());
+    if (count == list.size())
+        return;
+    if (list.isDetached()) {
+        Index end = 0;
+        for (const Index position : positions) {
+            if (position != end)
+                moveEntry(list, position, end);
+            ++end;
+        }
+        list.erase(list.begin() + end, list.end());
+    } else {
+        QList<MediaProfile> kept;
+        kept.reserve(count);
+        for (const Index position : positions)
+            kept.append(std::as_const(list).at(position));
+        list = std::move(kept);
+    }
+}
+
 } // namespace
 
 void MediaListRemoveDuplicatedResolutions(QList<MediaProfile> &list)
 {
     const QList<MediaProfile> &entries = list;
-    const Index count = entries.size();
-    if (count < 2)
-        return;
-
-    ListCompaction kept(list);
-    Index current = 0;
-    for (Index next = 1; next < count; ++next) {
-        // The last entry takes no part: it is never removed, nor anything on its account.
+    const Index last = entries.size() - 1;
+    std::vector<Index> kept;
+    kept.reserve(static_cast<size_t>(entries.size()));
+    for (Index current = 0; current < last;) {
+        Index next = current + 1;
         if (isComparable(entries.at(current))) {
-            for (; next < count - 1 && sharesPicture(entries.at(current), entries.at(next)); ++next) {
+            // The last entry takes no part: it is never removed, nor anything on its account.
+            for (; next < last && sharesPicture(entries.at(current), entries.at(next)); ++next) {
                 if (RecordAccess::isDash(entries.at(current)))
                     current = next;
             }
         }
-        kept.keep(current);
+        kept.push_back(current);
         current = next;
     }
-    kept.keep(current);
-    kept.finish();
+    if (last >= 0)
+        kept.push_back(last);
+    keepOnly(list, kept);
 }
 
 void MediaListRemoveAudio(QList<MediaProfile> &list)
 {
     const QList<MediaProfile> &entries = list;
-    ListCompaction kept(list);
+    std::vector<Index> kept(static_cast<size_t>(entries.size()));
+    size_t count = 0;
     for (Index i = 0; i < entries.size(); ++i) {
         const MediaProfile &entry = entries.at(i);
+        kept[count] = i;
         if (RecordAccess::mediaType(entry) != Nox::MEDIA_TYPE_AUDIO && !RecordAccess::name(entry).isEmpty())
-            kept.keep(i);
+            ++count;
     }
-    kept.finish();
+    kept.resize(count);
+    keepOnly(list, kept);
 }
 
 MediaProfile MediaListGetStreamByYdCode(const QList<MediaProfile> &list, const QString &ydCode)

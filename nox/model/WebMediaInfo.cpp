@@ -1,17 +1,65 @@
 #include <nox/model/WebMediaInfo.h>
 
-#include <nox/model/BestFirst.h>
-#include <nox/model/ListRearrangement.h>
+#include <nox/model/PictureRank.h>
 #include <nox/model/RecordAccess.h>
+
+#include <QStringView>
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace Nox {
 
-using ListRearrangement::Index;
-
 namespace {
+
+using Index = QList<MediaProfile>::size_type;
+
+// What decides about the place of a profile in a sorted list, and where it stands now.
+struct SortKey {
+    qint64 rank;
+    quint64 formatHead;
+    const QString *format;
+    bool isHeadEnough;
+    bool is3D;
+    Index position;
+};
+
+// The first code units of a format as one number. Formats are short, and numbers are compared where they lie.
+constexpr qsizetype headLength = 4;
+
+quint64 headOf(const QString &format)
+{
+    quint64 head = 0;
+    for (QString::size_type i = 0; i < headLength; ++i)
+        head = head << 16 | (i < format.size() ? format.at(i).unicode() : 0U);
+    return head;
+}
+
+std::vector<SortKey> sortKeys(const QList<MediaProfile> &profiles)
+{
+    std::vector<SortKey> keys;
+    keys.reserve(static_cast<size_t>(profiles.size()));
+    for (const MediaProfile &profile : profiles) {
+        const QString &format = RecordAccess::format(profile);
+        const bool isHeadEnough = format.size() <= headLength && !format.contains(QChar(QChar::Null));
+        keys.push_back({PictureRank::of(profile), headOf(format), &format, isHeadEnough, RecordAccess::is3D(profile),
+                        static_cast<Index>(keys.size())});
+    }
+    return keys;
+}
+
+// The order of MediaInfo, largest first.
+bool isBetter(const SortKey &a, const SortKey &b)
+{
+    if (a.rank != b.rank)
+        return a.rank > b.rank;
+    if (a.formatHead != b.formatHead)
+        return a.formatHead > b.formatHead;
+    if (const int order = a.isHeadEnough && b.isHeadEnough ? 0 : a.format->compare(*b.format); order != 0)
+        return order > 0;
+    return !a.is3D && b.is3D;
+}
 
 // Position of the first profile with this stream URL, or -1.
 Index findByUrl(const QList<MediaProfile> &profiles, const QString &url)
@@ -49,22 +97,20 @@ bool WebMediaInfo::addMediaProfileToHead(MediaProfile profile)
 
 void WebMediaInfo::sortProfileDesc()
 {
-    const QList<MediaProfile> &profiles = m_profiles;
-    BestFirst bestFirst(profiles.size());
-    if (ListRearrangement::isArray || m_profiles.isDetached()) {
-        for (const MediaProfile &profile : profiles)
-            bestFirst.add(profile);
-    } else {
-        // Profiles that have to be copied anyway are looked at on the way.
-        QList<MediaProfile> copy;
-        copy.reserve(profiles.size());
-        for (const MediaProfile &profile : profiles) {
-            copy.append(profile);
-            bestFirst.add(copy.constLast());
+    std::vector<SortKey> keys = sortKeys(m_profiles);
+    std::stable_sort(keys.begin(), keys.end(), isBetter);
+
+    std::vector<Index> places(keys.size()); // of each profile as they stand
+    for (size_t place = 0; place < keys.size(); ++place)
+        places[static_cast<size_t>(keys[place].position)] = static_cast<Index>(place);
+    // Each swap brings one profile to its place, where it stays.
+    for (Index i = 0; i < m_profiles.size(); ++i) {
+        Index &place = places[static_cast<size_t>(i)];
+        while (place != i) {
+            m_profiles.swapItemsAt(i, place);
+            std::swap(place, places[static_cast<size_t>(place)]);
         }
-        m_profiles = copy;
     }
-    ListRearrangement::reorder(m_profiles, bestFirst.order());
 }
 
 bool WebMediaInfo::setProfileSize(QString url, qint64 size)
