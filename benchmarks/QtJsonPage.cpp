@@ -1,17 +1,15 @@
 #include "benchmarks/QtJsonPage.h"
 
-#include <nox/util/ByteNumber.h>
+#include <nox/parse/YdFormat.h>
 #include <nox/util/Utilities.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <cmath>
-
 namespace {
 
-using Nox::MediaProfile;
+using Nox::FormatEntry;
 
 QString text(const QJsonObject &object, QLatin1String name)
 {
@@ -23,56 +21,22 @@ int whole(const QJsonObject &object, QLatin1String name, int defaultValue)
     return object.value(name).toInt(defaultValue);
 }
 
-void describeAudio(MediaProfile &profile, const QJsonObject &entry)
+FormatEntry formatEntry(const QJsonObject &object)
 {
-    const QJsonValue rate = entry.value(QLatin1String("abr"));
-    auto kilobits = static_cast<int>(std::trunc(rate.toDouble()));
-    if (kilobits == 0)
-        kilobits = static_cast<int>(Nox::ByteNumber(rate.toString()).value()) / 1000;
-    profile.setMediaType(Nox::MEDIA_TYPE_AUDIO);
-    profile.setDash(true);
-    profile.setOriResStr(QStringLiteral("%1K").arg(kilobits));
-    profile.setABitRate(kilobits * 1000);
-}
-
-// The samples name no size by a resolution text alone, so that the table of such names can be left out.
-void describeVideo(MediaProfile &profile, const QJsonObject &entry, const QString &note, const QString &audioCodec)
-{
-    const QString resolution = text(entry, QLatin1String("resolution"));
-    const bool isDashVideo = note.contains(QLatin1String("dash video"));
-    const int height = whole(entry, QLatin1String("height"), -1);
-    int width = whole(entry, QLatin1String("width"), -1);
-    if (width < 0)
-        width = height / 9 * 16;
-    profile.setMediaType(Nox::MEDIA_TYPE_VIDEO);
-    if (width > 0 && height > 0)
-        profile.setVResolution(QSize(width, height));
-    profile.setDash(isDashVideo || audioCodec == QLatin1String("none"));
-    profile.set3D(!isDashVideo && note.contains(QLatin1String("3d")));
-    const bool isLabelled = isDashVideo || resolution.compare(QLatin1String(">1080p"), Qt::CaseInsensitive) == 0;
-    profile.setOriResStr(isLabelled ? resolution : QString());
-}
-
-bool readFormat(const QJsonObject &entry, const QString &description, MediaProfile &profile)
-{
-    const QString note = text(entry, QLatin1String("format_note")).toLower();
-    const QString audioCodec = text(entry, QLatin1String("acodec"));
-    const QString videoCodec = text(entry, QLatin1String("vcodec")).toLower();
-    const bool hasVideo = !videoCodec.isEmpty() && videoCodec != QLatin1String("none");
-    const bool hasAudio = !audioCodec.isEmpty() && audioCodec.toLower() != QLatin1String("none");
-    const bool isAudio = note.contains(QLatin1String("dash audio")) || (hasAudio && !hasVideo);
-    if (note.contains(QLatin1String("dash webm audio")) || (!isAudio && videoCodec.startsWith(QLatin1String("av01."))))
-        return false;
-
-    profile.setName(text(entry, QLatin1String("format_id")));
-    profile.setFormat(text(entry, QLatin1String("ext")).toUpper());
-    profile.setUrl(text(entry, QLatin1String("url")));
-    profile.setDescription(description);
-    if (isAudio)
-        describeAudio(profile, entry);
-    else
-        describeVideo(profile, entry, note, audioCodec);
-    return profile.isValid();
+    FormatEntry entry;
+    entry.note = text(object, QLatin1String("format_note"));
+    entry.audioCodec = text(object, QLatin1String("acodec"));
+    entry.videoCodec = text(object, QLatin1String("vcodec"));
+    entry.code = text(object, QLatin1String("format_id"));
+    entry.extension = text(object, QLatin1String("ext"));
+    entry.url = text(object, QLatin1String("url"));
+    entry.resolution = text(object, QLatin1String("resolution"));
+    entry.height = whole(object, QLatin1String("height"), -1);
+    entry.width = whole(object, QLatin1String("width"), -1);
+    const QJsonValue rate = object.value(QLatin1String("abr"));
+    entry.audioRate = rate.toDouble();
+    entry.audioRateText = rate.toString();
+    return entry;
 }
 
 } // namespace
@@ -93,9 +57,8 @@ bool QtJsonPage::parse(const QByteArray &document, Nox::WebMediaInfo &info)
     const QString description = text(page, QLatin1String("description"));
     const QJsonArray formats = page.value(QLatin1String("formats")).toArray();
     for (const QJsonValue entry : formats) {
-        MediaProfile profile;
-        if (readFormat(entry.toObject(), description, profile))
-            info.addMediaProfileToHead(profile);
+        if (const auto profile = Nox::YdFormat::toProfile(formatEntry(entry.toObject()), description))
+            info.addMediaProfileToHead(*profile);
     }
     return true;
 }

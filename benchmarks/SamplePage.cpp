@@ -150,7 +150,13 @@ SamplePage SamplePage::ordinary()
 
 SamplePage SamplePage::unusual()
 {
-    return SamplePage(Writer().page(200, 120, 60, true).replace("webpage_url", R"(webpage\u005furl)"));
+    return SamplePage(Writer().page(200, 120, 60, true) + "WARNING: something else\n");
+}
+
+SamplePage SamplePage::described()
+{
+    constexpr int paragraphs = 2500; // of some 320 bytes
+    return SamplePage(Writer().page(10, 0, paragraphs, false));
 }
 
 SamplePage SamplePage::withFormats(int formats)

@@ -13,8 +13,11 @@ public:
     /** Some 1 MB: 200 formats with full-length URLs, captions, thousands of escapes. */
     static SamplePage ordinary();
 
-    /** The same with one name at the end that is written with an escape, so that it takes the JSON reader. */
+    /** The same with text behind the page, so that it takes the JSON reader. */
     static SamplePage unusual();
+
+    /** A page whose description has some 800 kB, most of them escapes and references. */
+    static SamplePage described();
 
     /** A page of @p formats short formats of some 750 bytes each. */
     static SamplePage withFormats(int formats);

@@ -1,4 +1,5 @@
-# What the library is built on: Qt Core and Gui of the chosen major version, and jsoncpp.
+# What the library is built on: Qt Core and Gui of the chosen major version, jsoncpp, and
+# simdjson, which only the library itself sees.
 
 # A project that has found one Qt before it adds this one gets the library for that Qt.
 if(TARGET Qt5::Core AND NOT TARGET Qt6::Core)
@@ -21,3 +22,5 @@ endif()
 
 find_package(${NOX_QT} ${NOX_QT_MINIMUM} REQUIRED COMPONENTS Core Gui)
 find_package(jsoncpp 1.9 REQUIRED)
+# Without a number: its package takes only the very same minor version.
+find_package(simdjson REQUIRED)

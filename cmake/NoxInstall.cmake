@@ -71,6 +71,12 @@ configure_file(
 )
 # Relative to its own place, so that an installation can be put anywhere.
 file(RELATIVE_PATH prefix_from_pc /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+# Who links the static library links what is inside as well.
+if(BUILD_SHARED_LIBS)
+    set(requires_when_static "")
+else()
+    set(requires_when_static " simdjson")
+endif()
 configure_file(
     ${CMAKE_CURRENT_LIST_DIR}/noxwebmedia.pc.in
     ${config_folder}/${NOX_PKGCONFIG_NAME}.pc

@@ -1,4 +1,4 @@
-// The page description, against a reading in the plainest way.
+// The page description, against a reading by the JSON reader alone, member by member.
 
 #include "fuzz/Check.h"
 #include "fuzz/PlainPage.h"

@@ -38,8 +38,8 @@ expect() {
 }
 
 say "dependencies"
-expect libnoxwebmedia1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libqt6core6(t64)?' libqt6gui6
-expect libnoxwebmedia-qt5-1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libqt5core5(a|t64)' 'libqt5gui5(t64)?'
+expect libnoxwebmedia1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libsimdjson[0-9]+' 'libqt6core6(t64)?' libqt6gui6
+expect libnoxwebmedia-qt5-1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libsimdjson[0-9]+' 'libqt5core5(a|t64)' 'libqt5gui5(t64)?'
 expect libnoxwebmedia-dev libnoxwebmedia1 qt6-base-dev libjsoncpp-dev
 expect libnoxwebmedia-qt5-dev libnoxwebmedia-qt5-1 qtbase5-dev libjsoncpp-dev
 expect nox-fetch libnoxwebmedia1 'libqt6core6(t64)?' python3 yt-dlp

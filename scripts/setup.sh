@@ -12,7 +12,8 @@ set -euo pipefail
 # Every package that the project needs stands here, in the group of what it is for, and nowhere else.
 declare -A packages=(
     [build]="build-essential ccache cmake ninja-build pkg-config git
-             qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libjsoncpp-dev"
+             qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
+             libjsoncpp-dev libsimdjson-dev"
     [qt5]="qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools"
     [run]="ffmpeg yt-dlp python3 ca-certificates procps"
     [lint]="clang clang-tidy clang-format shellcheck cppcheck codespell flake8 mypy"

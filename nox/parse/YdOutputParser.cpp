@@ -2,94 +2,26 @@
 
 #include <nox/log/LogCall.h>
 #include <nox/model/WebMediaInfo.h>
-#include <nox/parse/JsonMembers.h>
-#include <nox/parse/PageScanner.h>
+#include <nox/parse/FastPageReader.h>
+#include <nox/parse/JsonPageReader.h>
 #include <nox/parse/YdFormat.h>
 #include <nox/parse/YdStatusLines.h>
 #include <nox/util/ByteCount.h>
 #include <nox/util/Saturation.h>
+#include <nox/util/TextEscape.h>
 #include <nox/util/Utilities.h>
 
 #include <QDebug>
 #include <QFile>
 #include <QThread>
 
-#include <json/reader.h>
-#include <json/value.h>
-
-#include <exception>
+#include <optional>
 #include <string>
 #include <utility>
 
 namespace Nox {
 
 namespace {
-
-// The tool's text as the JSON reader gets it: character references and "\u" escapes replaced, in UTF-8.
-QByteArray preparedDocument(QString output)
-{
-    output = Utilities::convertHttpSpecificChar(std::move(output));
-    output = Utilities::convertHttpSpecificChar2(std::move(output));
-    return output.toUtf8();
-}
-
-// Reads the first JSON value of the document. Returns whether there is one; `error` says why not.
-bool readDocument(const QByteArray &document, Json::Value &root, std::string &error)
-{
-    try {
-        Json::Reader reader;
-        const bool ok = reader.parse(document.constData(), document.constData() + document.size(), root, false);
-        if (!ok)
-            error = reader.getFormattedErrorMessages();
-        return ok;
-    } catch (const std::exception &exception) {
-        // The reader throws on deep nesting.
-        error = exception.what();
-        return false;
-    }
-}
-
-template <size_t Size>
-QString text(const Json::Value &object, const char (&name)[Size])
-{
-    return JsonMembers::toString(JsonMembers::find(object, name), QLatin1String(""));
-}
-
-FormatEntry formatEntry(const Json::Value &object)
-{
-    const auto integer = [&object](const auto &name) {
-        return JsonMembers::toInt(JsonMembers::find(object, name), -1);
-    };
-    FormatEntry entry;
-    entry.note = text(object, "format_note");
-    entry.audioCodec = text(object, "acodec");
-    entry.videoCodec = text(object, "vcodec");
-    entry.code = text(object, "format_id");
-    entry.extension = text(object, "ext");
-    entry.url = text(object, "url");
-    entry.resolution = text(object, "resolution");
-    entry.height = integer("height");
-    entry.width = integer("width");
-    const Json::Value *rate = JsonMembers::find(object, "abr");
-    entry.audioRate = JsonMembers::toDouble(rate, 0.0);
-    entry.audioRateText = JsonMembers::toString(rate, QLatin1String(""));
-    return entry;
-}
-
-PageDescription pageText(const Json::Value &object)
-{
-    PageDescription page;
-    page.title = text(object, "title");
-    page.thumbnail = text(object, "thumbnail");
-    page.description = text(object, "description");
-    page.duration = JsonMembers::toInt(JsonMembers::find(object, "duration"), 0);
-    const Json::Value *formats = JsonMembers::find(object, "formats");
-    if (formats == nullptr || !formats->isArray())
-        return page;
-    for (const Json::Value &entry : *formats)
-        page.formats.push_back(formatEntry(entry));
-    return page;
-}
 
 void fill(WebMediaInfo &info, PageDescription page)
 {
@@ -109,16 +41,6 @@ void fill(WebMediaInfo &info, PageDescription page)
         if (auto profile = YdFormat::toProfile(entry, page.description))
             info.addMediaProfileToHead(std::move(*profile));
     }
-}
-
-// By the JSON reader, which takes whatever there is and knows the words for what it does not take.
-bool readWithReader(QString output, PageDescription &page, std::string &error)
-{
-    Json::Value root;
-    if (!readDocument(preparedDocument(std::move(output)), root, error))
-        return false;
-    page = pageText(root);
-    return true;
 }
 
 } // namespace
@@ -146,9 +68,10 @@ YdOutputParser *YdOutputParser::instance()
 void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir)
 {
     Q_UNUSED(tempDir)
-    std::optional<PageDescription> page = PageScanner::read(output);
+    QByteArray document = TextEscape::toUtf8(output);
+    std::optional<PageDescription> page = FastPageReader::read(document);
     std::string error;
-    if (!page && !readWithReader(std::move(output), page.emplace(), error)) {
+    if (!page && !JsonPageReader::read(document, page.emplace(), error)) {
         NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());
         return;
     }

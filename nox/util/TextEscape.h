@@ -1,17 +1,22 @@
 #pragma once
 
+#include <QByteArray>
 #include <QChar>
+#include <QString>
 #include <QStringView>
-
-#include <optional>
 
 /** The two ways in which the tool's text stands for a character that it does not write itself. */
 namespace Nox::TextEscape {
 
-/** A character and how many characters of text stand for it. */
+/** A character and how many characters of text stand for it; none where there is no escape. */
 struct Escape {
     QChar character;
-    qsizetype length;
+    qsizetype length = 0;
+
+    explicit operator bool() const
+    {
+        return length > 0;
+    }
 };
 
 inline int hexDigitValue(QChar character)
@@ -27,33 +32,39 @@ inline int hexDigitValue(QChar character)
 }
 
 /** "uXXXX", behind the backslash. */
-inline std::optional<Escape> readUnicodeEscape(QStringView text)
+inline Escape readUnicodeEscape(QStringView text)
 {
     constexpr qsizetype length = 5;
     if (text.size() < length || text[0] != QLatin1Char('u'))
-        return std::nullopt;
+        return {};
     unsigned code = 0;
     for (qsizetype i = 1; i < length; ++i) {
         const int digit = hexDigitValue(text[i]);
         if (digit < 0)
-            return std::nullopt;
+            return {};
         code = code * 16 + static_cast<unsigned>(digit);
     }
-    return Escape{QChar(static_cast<ushort>(code)), length};
+    return {QChar(static_cast<char16_t>(code)), length};
 }
 
 /** "#NNN;", behind the ampersand. Only the low 16 bits of the number count. */
-inline std::optional<Escape> readCharacterReference(QStringView text)
+inline Escape readCharacterReference(QStringView text)
 {
     if (text.size() < 3 || text[0] != QLatin1Char('#'))
-        return std::nullopt;
+        return {};
     unsigned code = 0;
     qsizetype i = 1;
     for (; i < text.size() && text[i].isDigit(); ++i)
         code = (code * 10 + static_cast<unsigned>(text[i].digitValue())) & 0xffffU;
     if (i == 1 || i == text.size() || text[i] != QLatin1Char(';'))
-        return std::nullopt;
-    return Escape{QChar(static_cast<ushort>(code)), i + 1};
+        return {};
+    return {QChar(static_cast<char16_t>(code)), i + 1};
 }
+
+/**
+ * @p text in UTF-8, with first the references and then, in what that gives, the escapes replaced. One pass,
+ * in linear time.
+ */
+QByteArray toUtf8(const QString &text);
 
 } // namespace Nox::TextEscape

@@ -8,7 +8,6 @@
 #include <QStringView>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace Nox {
@@ -35,12 +34,12 @@ QString replaceEscapes(const QString &text, QChar mark, Reader read)
     qsizetype position = text.indexOf(mark);
     while (position >= 0) {
         qsizetype next = position + 1;
-        if (const std::optional<Escape> escape = read(view.mid(next))) {
+        if (const Escape escape = read(view.mid(next))) {
             if (result.isEmpty())
                 result.reserve(text.size());
             append(result, view.mid(copied, position - copied));
-            result.append(escape->character);
-            next += escape->length;
+            result.append(escape.character);
+            next += escape.length;
             copied = next;
         }
         position = view.indexOf(mark, next);

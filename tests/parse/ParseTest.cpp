@@ -13,6 +13,7 @@
 
 #include <json/reader.h>
 
+#include <locale>
 #include <thread>
 
 using namespace Nox;
@@ -248,7 +249,12 @@ private Q_SLOTS:
               "{'title':'a&#92;tb'} -> a\tb|a\tb|0|"_s,
               R"({'title':'a\u0000b','duration':1} -> a|a|1|)"_s,
               R"({'title':'a','x':'\ud83d &#55357;'} -> a|a|0|)"_s,
-              "{'title&#34;:'a'&#125; -> a|a|0|"_s});
+              "{'title&#34;:'a'&#125; -> a|a|0|"_s,
+              "{'title':'\uFEFFabc'} -> abc|abc|0|"_s,
+              "{'title':'\\ufeff\\ufeffabc'} -> \uFEFFabc|\uFEFFabc|0|"_s,
+              R"({'title':'&#92;&#117;&#48;0e9'} -> é|é|0|)"_s,
+              R"({'title':'\u0&#48;e9\&#117;00E9'} -> éé|éé|0|)"_s,
+              R"({'title':'\u005cu00e9'} -> é|é|0|)"_s});
     }
 
     void pages()
@@ -283,19 +289,26 @@ private Q_SLOTS:
         QCOMPARE(pageText(info) + names(info), "T|F|9|Uold,"_s);
     }
 
-    // Plain documents take a short way. A member whose name is escaped bars it, and must change nothing.
-    void shortWayAgrees_data()
+    // The reader that decides what a page says is asked for few pages. The other one must change nothing.
+    void readersAgree_data()
     {
-        const QString values = R"(12|-7|0|-|01|-0|1.|1.50|.5|1e2|1E+2|1e-2|1e400|1e|2147483648|123456789012345678|)"
-                               R"(0.1234567890123456789|true|false|null|nul|x||[1,[2,{'a':3}]]|[1,]|[1 2]|{'a':1,}|)"
-                               R"({'a' 1}|{a:1}|1 // words|/* words */ 1|''|'a|'a\'|'\/\b\n'|'\q'|'\u00e9'|'\u00e'|)"
-                               R"('\u0022'|'\\u0041'|'\\&#65;'|'&#65;'|'&#34;'|'&amp; & &#;'|'&#xZ;'|'\ud83d\ude00'|)"
-                               R"('\ud83d'|'a\u0000b'|'a','title':'second'|'a','height':720)"_s;
-        const QString deep = QString(80, QLatin1Char('[')) + QString(80, QLatin1Char(']'));
-        rows({"value"}, values.split(QLatin1Char('|')) + QStringList{deep, QString(120, QLatin1Char('9'))});
+        const QString values =
+            R"(12|-7|0|-|01|-0|+1|0x10|NaN|-Infinity|1.|1.0|1.50|-0.0|.5|1e2|1E+2|1e-2|1e400|1e-400|1e|2147483647|)"
+            R"(2147483648|-2147483649|123456789012345678|18446744073709551615|18446744073709551616|)"
+            R"(-9223372036854775809|0.1234567890123456789|true|false|null|nul|x||[1,[2,{'a':3}]]|[1,]|[1 2]|{'a':1,}|)"
+            R"({'a' 1}|{a:1}|1 // words|/* words */ 1|''|'a|'a\'|'\/\b\n'|'\q'|'\u00e9'|'\u00e'|'\u0022'|'\\u0041'|)"
+            R"('\\&#65;'|'&#65;'|'&#34;'|'&amp; & &#;'|'&#xZ;'|&#39;a&#39;|'\ud83d\ude00'|'\ud83d'|'\ude00'|)"
+            R"('&#92;ud83dx'|'&#92;ude00'|'&#92;ud83d&#92;u0041'|'a\u0000b'|'\u0001'|'\ufeffa'|'a','title':'second'|)"
+            R"('a','title':7|'a','height':720|'a','height':'b'|[{'ext':'a'}],'formats':[{'ext':'b'}]|)"
+            R"([{'ext':'a'}],'formats':7|[{'ext':'a','ext':'b','ext':1,'url':'u','url':'v'}]|1}{|1} 2|1}\u0000)"_s;
+        const auto nested = [](int depth) { return "["_s.repeated(depth) + "]"_s.repeated(depth); };
+        rows({"value"},
+             values.split(QLatin1Char('|'))
+                 + QStringList{nested(80), nested(990), nested(1010), "'\uFEFFa'"_s, "'a\0b'"_s, "'\1'"_s,
+                               "9"_s.repeated(400), "'"_s + QChar(0xD83D) + "'"_s, "'"_s + QChar(0xDE00) + "'"_s});
     }
 
-    void shortWayAgrees()
+    void readersAgree()
     {
         QFETCH(QString, value);
         for (const QString &members :
@@ -303,25 +316,83 @@ private Q_SLOTS:
               "'ext':'m4a','vcodec':'none','height':%1,'abr':%1,'note':%1}],'duration':%1}"_s,
               "'title':%1,'formats':[{'format_id':'1','ext':'mp4'},%1]}"_s, "'title':'T','formats':%1}"_s,
               "'title':%1"_s}) {
+            const QString document = json("{"_s + members.arg(value));
             WebMediaInfo page("url"_s);
-            parseInto(page, json("{"_s + members.arg(value)));
-            WebMediaInfo slowPage("url"_s);
-            parseInto(slowPage, json(R"({'\u0061':0,)"_s + members.arg(value)));
-            QCOMPARE(pageText(page), pageText(slowPage));
-            QCOMPARE(profileTexts(page), profileTexts(slowPage));
-            QCOMPARE(names(page), names(slowPage));
+            const QString log = parseInto(page, document);
+            WebMediaInfo other("url"_s); // a comment is no plain JSON
+            const QString otherLog = parseInto(other, "/**/"_s + document);
+            QCOMPARE(log.isEmpty(), otherLog.isEmpty());
+            QCOMPARE(pageText(page), pageText(other));
+            QCOMPARE(profileTexts(page), profileTexts(other));
+            QCOMPARE(names(page), names(other));
         }
+    }
+
+    // A host's streams may write and read numbers in the way of its country.
+    void numbersInAnotherLocale_data()
+    {
+        rows({"number"},
+             {"128"_s, "129.478"_s, "4426.325"_s, "-2.5"_s, "1.5e3"_s, "1.5E+2"_s, "2500.75e-1"_s, "0.0000001e9"_s,
+              "1.5e400"_s, "1.5e99999999999"_s, "1.5e-99999999999"_s, "1.e"_s, "'1.5'"_s, "'\\'1.5'"_s,
+              "1 /* '1.5 */"_s, "1 // '\n"_s});
+    }
+
+    void numbersInAnotherLocale()
+    {
+        class Country : public std::numpunct<char>
+        {
+            char do_decimal_point() const override
+            {
+                return ',';
+            }
+            char do_thousands_sep() const override
+            {
+                return '.';
+            }
+            std::string do_grouping() const override
+            {
+                return "\3";
+            }
+        };
+
+        QFETCH(QString, number);
+        const QString document = json("{'title':'1.5','tbr':4426.325,'duration':%1,'formats':[{'ext':'m4a',"
+                                      "'vcodec':'none','acodec':'a','format_id':'1.5','abr':%1}]}"_s.arg(number));
+        for (const QString &text : {document, document + " words"_s, "/**/"_s + document}) {
+            WebMediaInfo expected;
+            const QString expectedLog = parseInto(expected, text);
+            const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Country));
+            WebMediaInfo page;
+            const QString log = parseInto(page, text);
+            std::locale::global(before);
+            QCOMPARE(pageText(page), pageText(expected));
+            QCOMPARE(profileTexts(page), profileTexts(expected));
+            QCOMPARE(names(page), names(expected));
+            QCOMPARE(log.isEmpty(), expectedLog.isEmpty());
+        }
+    }
+
+    void readerMessageIsLogged_data()
+    {
+        rows({"document"},
+             {"{'a':%s}"_s, "{'a':'b"_s, "{'a':1,}"_s, "{'a' 1}"_s, "{'a':1e400}"_s, "[1 2]"_s, "{'a':'\\ud83d'}"_s,
+              "\uFEFF{}"_s, "\uFEFF{'a':1"_s, "{'é':\n'x\n}"_s});
     }
 
     void readerMessageIsLogged()
     {
-        const QString document = json("{'a':%s}"_s);
+        QFETCH(QString, document);
+        document = json(document);
         Json::Reader reader;
         Json::Value root;
-        QVERIFY(!reader.parse(document.toStdString(), root, false));
+        // An escape of half a character has become a question mark by then.
+        const QByteArray read = QString(document).replace("\\ud83d"_s, "?"_s).toUtf8();
+        const bool isRead = reader.parse(read.toStdString(), root, false);
         const QString message = QString::fromStdString(reader.getFormattedErrorMessages());
         WebMediaInfo info;
-        QVERIFY(parseInto(info, document).endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s));
+        const QString log = parseInto(info, document);
+        QCOMPARE(log.isEmpty(), isRead);
+        QVERIFY2(isRead || log.endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s), qPrintable(log));
     }
 
     void debugMessages()
