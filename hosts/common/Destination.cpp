@@ -115,7 +115,8 @@ QString Destination::folderProblem(const QString &folder)
 QString Destination::baseName(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream)
 {
     // A dot in front hides a file, a dash makes it look like an option to other programs.
-    QString name = printableLine(Nox::Utilities::filterInvalidCharsOfFileName(page.getFileName(), QStringLiteral(" ")));
+    QString name =
+        TextSanitizer::line(Nox::Utilities::filterInvalidCharsOfFileName(page.getFileName(), QStringLiteral(" ")));
     auto start = 0;
     while (start < name.size() && isIn(QStringLiteral(".- "), name.at(start)))
         ++start;

@@ -6,7 +6,21 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <numeric>
+
 namespace NoxHost {
+
+namespace {
+
+constexpr QLatin1String joinedPattern("*YDTMP_.*.tmp.mp4");
+
+qint64 bytes(const QFileInfoList &files)
+{
+    return std::accumulate(files.cbegin(), files.cend(), qint64(0),
+                           [](qint64 sum, const QFileInfo &file) { return sum + file.size(); });
+}
+
+} // namespace
 
 DownloadFolder::~DownloadFolder()
 {
@@ -35,21 +49,35 @@ QString DownloadFolder::filePath(const QString &name) const
     return m_path + QLatin1Char('/') + name;
 }
 
+QFileInfoList DownloadFolder::files(const QString &pattern) const
+{
+    return m_path.isEmpty() ? QFileInfoList() : QDir(m_path).entryInfoList({pattern}, QDir::Files);
+}
+
 bool DownloadFolder::isJoining() const
 {
-    return !m_path.isEmpty() && !QDir(m_path).entryList({QStringLiteral("*YDTMP_.*.tmp.mp4")}, QDir::Files).isEmpty();
+    return !files(joinedPattern).isEmpty();
 }
 
 int DownloadFolder::completeStreams() const
 {
-    if (m_path.isEmpty())
-        return 0;
     const QString mark = QStringLiteral("YDTMP_.");
     int count = 0;
-    const QStringList names = QDir(m_path).entryList({QLatin1Char('*') + mark + QLatin1Char('*')}, QDir::Files);
-    for (const QString &name : names)
+    for (const QFileInfo &file : files(QLatin1Char('*') + mark + QLatin1Char('*'))) {
+        const QString name = file.fileName();
         count += name.indexOf(QLatin1Char('.'), name.indexOf(mark) + mark.size()) < 0 ? 1 : 0;
+    }
     return count;
+}
+
+qint64 DownloadFolder::fetchedBytes() const
+{
+    return bytes(files(QStringLiteral("*"))) - joinedBytes();
+}
+
+qint64 DownloadFolder::joinedBytes() const
+{
+    return bytes(files(joinedPattern));
 }
 
 QString DownloadFolder::release(const QString &name, const QString &destination)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileInfo>
 #include <QString>
 
 namespace NoxHost {
@@ -33,6 +34,12 @@ public:
     /** How many streams have been fetched as a whole. */
     int completeStreams() const;
 
+    /** Bytes of all that has been fetched so far, but for what the merge writes. */
+    qint64 fetchedBytes() const;
+
+    /** Bytes that the merge has written so far. */
+    qint64 joinedBytes() const;
+
     /**
      * Moves the file @p name to @p destination, or to a numbered name when that is taken by now; an
      * existing file is never replaced.
@@ -44,6 +51,8 @@ public:
     bool remove();
 
 private:
+    QFileInfoList files(const QString &pattern) const;
+
     QString m_path;
     QString m_errorText;
 };

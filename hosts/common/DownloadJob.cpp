@@ -1,18 +1,24 @@
 #include "hosts/common/DownloadJob.h"
 
 #include "hosts/common/Destination.h"
+#include "hosts/common/ToolMessage.h"
 
+#include <nox/front/DownloadError.h>
 #include <nox/front/WebMediaDownloaderFactory.h>
 
 #include <QFileInfo>
 
 namespace NoxHost {
 
+using Nox::DownloadError;
+
 namespace {
 
 constexpr int doubtMs = 1000; // after a process error, for what else the process has to report
 constexpr int stopMs = 3000;  // for a process that is being stopped
-constexpr int joinWatchMs = 200;
+constexpr int fileWatchMs = 250;
+constexpr int growthMs = 1500;  // so long the tool is given to tell figures of its own
+constexpr int silenceMs = 5000; // then a speed is no longer true
 constexpr int cleanUpMs = 50;
 constexpr int maximumCleanUps = 40;
 
@@ -31,8 +37,11 @@ DownloadJob::DownloadJob(const ToolSetup &tools, QObject *parent)
     });
     m_cleanUp.setSingleShot(true);
     connect(&m_cleanUp, &QTimer::timeout, this, &DownloadJob::cleanUp);
-    m_joinWatch.setInterval(joinWatchMs);
-    connect(&m_joinWatch, &QTimer::timeout, this, &DownloadJob::watchJoining);
+    m_fileWatch.setInterval(fileWatchMs);
+    connect(&m_fileWatch, &QTimer::timeout, this, &DownloadJob::watchFiles);
+    m_silence.setSingleShot(true);
+    m_silence.setInterval(silenceMs);
+    connect(&m_silence, &QTimer::timeout, this, [this] { show(m_figures.withoutSpeed()); });
 }
 
 void DownloadJob::start(const QString &url, const Nox::MediaProfile &stream, const QString &destination)
@@ -69,7 +78,8 @@ void DownloadJob::cancel()
     } else if (m_state == State::Running) {
         const bool inDoubt = m_patience.isActive();
         m_state = State::Stopping;
-        m_joinWatch.stop();
+        m_fileWatch.stop();
+        m_silence.stop();
         m_patience.start(stopMs);
         m_downloader->cancel();
         if (inDoubt) // the process has reported already, no more may come
@@ -85,20 +95,38 @@ DownloadJob::Phase DownloadJob::phase() const
 void DownloadJob::onStarted()
 {
     ++m_startedStreams;
+    m_hasToolFigures = false;
+    m_growth = {};
+    m_clock.start();
+    m_fileWatch.start();
     const bool isAudio = m_startedStreams > 1 || m_stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO;
     setPhase(isAudio ? Phase::Audio : Phase::Video);
-    if (m_startedStreams > 1)
-        m_joinWatch.start();
 }
 
 void DownloadJob::onProgress(qint64 total, qint64 finish, qint64 speed)
 {
     if (m_state != State::Running)
         return;
-    m_patience.stop();                               // whatever was wrong, it goes on
-    if (m_startedStreams > 1 && finish + 1 >= total) // the figures of two streams stop one byte short
+    m_patience.stop();                           // whatever was wrong, it goes on
+    if (m_startedStreams > 1 && finish >= total) // the streams' own figures stop one byte short
         setPhase(Phase::Joining);
-    Q_EMIT progressed(TransferFigures(total, finish, speed));
+    if (m_phase == Phase::Joining)
+        return;
+    m_hasToolFigures = true;
+    show(TransferFigures(total, finish, speed));
+}
+
+/** Passes @p figures on; their speed goes when no others follow for a while. */
+void DownloadJob::show(const TransferFigures &figures)
+{
+    if (m_state != State::Running)
+        return;
+    m_figures = figures;
+    if (figures.speed() > 0)
+        m_silence.start();
+    else
+        m_silence.stop();
+    Q_EMIT progressed(figures);
 }
 
 void DownloadJob::onError(qint32 code)
@@ -112,7 +140,9 @@ void DownloadJob::onError(qint32 code)
     m_code = code;
     // A process error may be followed by a more telling code, or by nothing. The downloader's own
     // clearing up follows the notification, and tells by what it leaves which program it was.
-    m_patience.start(code == -1 || code == -7 ? doubtMs : 0);
+    const auto error = static_cast<DownloadError>(code);
+    const bool isProcessError = error == DownloadError::ProcessFailed || error == DownloadError::MergeProcessFailed;
+    m_patience.start(isProcessError ? doubtMs : 0);
 }
 
 void DownloadJob::onFinished()
@@ -123,32 +153,65 @@ void DownloadJob::onFinished()
         return;
     m_file = m_folder.release(m_partialName, m_destination);
     if (m_file.isEmpty())
-        fail(-8, FailureText::noFinalName(m_destination));
+        fail(static_cast<int>(DownloadError::RenameFailed), FailureText::noFinalName(m_destination));
     else
         end(Outcome::Finished);
 }
 
 // The library does not tell when the merge begins; its output file does.
+void DownloadJob::watchFiles()
+{
+    if (m_startedStreams > 1 && m_folder.isJoining())
+        setPhase(Phase::Joining);
+    if (m_phase == Phase::Joining) {
+        watchJoining();
+    } else if (!m_hasToolFigures && m_clock.elapsed() > growthMs) {
+        m_growth.add(m_folder.fetchedBytes(), m_clock.elapsed());
+        const TransferFigures figures = m_growth.figures();
+        if (!figures.isEmpty())
+            show(figures);
+    }
+}
+
 void DownloadJob::watchJoining()
 {
-    if (m_folder.isJoining())
-        setPhase(Phase::Joining);
+    m_joining.read(m_downloader->errorDetail());
+    if (m_joining.isKnown()) {
+        show(m_joining.figures());
+        return;
+    }
+    m_growth.add(m_folder.joinedBytes(), m_clock.elapsed());
+    const TransferFigures figures = m_growth.figures();
+    if (!figures.isEmpty())
+        show(figures);
 }
 
 void DownloadJob::setPhase(Phase phase)
 {
-    if (phase == Phase::Joining)
-        m_joinWatch.stop();
-    if (m_phase != phase) {
-        m_phase = phase;
-        Q_EMIT phaseChanged(phase);
+    if (m_phase == phase)
+        return;
+    m_phase = phase;
+    Q_EMIT phaseChanged(phase);
+    if (phase == Phase::Joining) {
+        m_growth = {};
+        show({});
     }
+}
+
+bool DownloadJob::failedWhileJoining() const
+{
+    return m_startedStreams > 1 && m_folder.completeStreams() > 1;
 }
 
 void DownloadJob::settleFailure()
 {
-    const bool joining = m_startedStreams > 1 && m_folder.completeStreams() > 1;
-    fail(m_code, FailureText::download(m_code, joining ? FailureText::During::Joining : FailureText::During::Fetching));
+    using During = FailureText::During;
+    m_toolOutput = m_downloader->errorDetail();
+    const bool isJoining = failedWhileJoining();
+    const bool isBroken = !isJoining && ToolMessage::tellsBrokenArchive(m_toolOutput);
+    fail(m_code,
+         isBroken ? FailureText::brokenTool()
+                  : FailureText::download(m_code, isJoining ? During::Joining : During::Fetching));
 }
 
 void DownloadJob::fail(int code, const QString &words)
@@ -166,7 +229,8 @@ void DownloadJob::end(Outcome outcome)
     m_state = State::Ending;
     m_outcome = outcome;
     m_patience.stop();
-    m_joinWatch.stop();
+    m_fileWatch.stop();
+    m_silence.stop();
     if (m_downloader != nullptr)
         disconnect(m_downloader.get(), nullptr, this, nullptr);
     m_cleanUp.start(0);
@@ -191,7 +255,7 @@ void DownloadJob::report()
         Q_EMIT finished(m_file);
         break;
     case Outcome::Failed:
-        Q_EMIT failed(m_code, m_words);
+        Q_EMIT failed(m_code, m_words, ToolMessage::excerpt(m_toolOutput));
         break;
     case Outcome::Cancelled:
         Q_EMIT cancelled();

@@ -2,12 +2,15 @@
 
 #include "hosts/common/DownloadFolder.h"
 #include "hosts/common/FailureText.h"
+#include "hosts/common/GrowthMeter.h"
+#include "hosts/common/JoinProgress.h"
 #include "hosts/common/ToolSetup.h"
 #include "hosts/common/TransferFigures.h"
 
 #include <nox/front/WebMediaDownloader.h>
 #include <nox/model/MediaProfile.h>
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -18,7 +21,8 @@ namespace NoxHost {
 /**
  * One download, with one outcome: exactly one of finished(), failed() and cancelled() comes, from the
  * event loop, when all processes and, but for the finished file, all files of the download are gone.
- * Deleting the job stops it and removes the files, too.
+ * Deleting the job stops it and removes the files, too; in answer to phaseChanged() and progressed() only
+ * by deleteLater().
  */
 class DownloadJob : public QObject
 {
@@ -44,17 +48,26 @@ public:
     Phase phase() const;
 
 Q_SIGNALS:
-    /** Another phase has begun. */
+    /** Another phase has begun. For joining, progressed() follows at once with empty figures: the old ones are void. */
     void phaseChanged(NoxHost::DownloadJob::Phase phase);
 
-    /** The download has got on. */
+    /**
+     * The download has got on, or its speed is no longer known since there has been no news for a while.
+     * The figures are the tool's; where it gives none, the size of the growing file; while streams are
+     * joined, the playing time that ffmpeg has done.
+     */
     void progressed(const NoxHost::TransferFigures &figures);
 
     /** All done. @param file its path, numbered when the destination was taken meanwhile */
     void finished(const QString &file);
 
-    /** It does not work. @param code the library's code, or 0 when it was not asked */
-    void failed(int code, const QString &words);
+    /**
+     * It does not work.
+     * @param code the library's code, or 0 when it was not asked
+     * @param words the failure in words
+     * @param toolWords what the tool or ffmpeg said, fit for display; may be empty
+     */
+    void failed(int code, const QString &words, const QString &toolWords);
 
     /** Stopped by cancel(). */
     void cancelled();
@@ -68,10 +81,13 @@ private:
     void onProgress(qint64 total, qint64 finish, qint64 speed);
     void onError(qint32 code);
     void onFinished();
+    void watchFiles();
     void watchJoining();
+    void show(const TransferFigures &figures);
     void setPhase(Phase phase);
     void fail(int code, const QString &words);
     void settleFailure();
+    bool failedWhileJoining() const;
     void end(Outcome outcome);
     void cleanUp();
     void report();
@@ -89,9 +105,16 @@ private:
     int m_code = 0;
     int m_cleanUps = 0;
     QString m_words;
+    QString m_toolOutput;
     QString m_file;
+    TransferFigures m_figures;
+    bool m_hasToolFigures = false; // of the stream that is being fetched
+    QElapsedTimer m_clock;
+    GrowthMeter m_growth;
+    JoinProgress m_joining;
     QTimer m_patience;
-    QTimer m_joinWatch;
+    QTimer m_fileWatch;
+    QTimer m_silence;
     QTimer m_cleanUp;
 };
 

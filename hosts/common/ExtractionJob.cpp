@@ -2,7 +2,7 @@
 
 #include "hosts/common/FailureText.h"
 #include "hosts/common/StreamChoice.h"
-#include "hosts/common/TextSanitizer.h"
+#include "hosts/common/ToolMessage.h"
 
 #include <nox/front/WebMediaDownloaderFactory.h>
 
@@ -74,10 +74,8 @@ void ExtractionJob::onError(qint32 code)
         end(Outcome::Failed);
         return;
     }
-    if (code == -1) {
-        m_toolText += m_page.errorDetail();
+    if (code == -1)
         return;
-    }
     m_code = code;
     if (code == QProcess::FailedToStart)
         end(Outcome::Failed);
@@ -108,8 +106,17 @@ void ExtractionJob::end(Outcome outcome)
 
 void ExtractionJob::letGo()
 {
+    if (m_extractor != nullptr)
+        m_toolOutput = m_extractor->errorDetail();
     m_extractor.reset();
     report();
+}
+
+QString ExtractionJob::failureText() const
+{
+    if (m_answered)
+        return FailureText::noStream(m_page);
+    return ToolMessage::tellsBrokenArchive(m_toolOutput) ? FailureText::brokenTool() : FailureText::extraction(m_code);
 }
 
 void ExtractionJob::report()
@@ -120,10 +127,7 @@ void ExtractionJob::report()
         Q_EMIT finished(m_page);
         break;
     case Outcome::Failed:
-        if (m_toolText.isEmpty())
-            m_toolText = m_page.errorDetail();
-        Q_EMIT failed(m_answered ? FailureText::noStream(m_page) : FailureText::extraction(m_code),
-                      toolWords(m_toolText));
+        Q_EMIT failed(failureText(), ToolMessage::excerpt(m_toolOutput));
         break;
     case Outcome::Cancelled:
         Q_EMIT cancelled();

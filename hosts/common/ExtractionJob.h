@@ -39,7 +39,7 @@ Q_SIGNALS:
     /**
      * It does not work.
      * @param words the failure in words
-     * @param toolWords what the tool itself said, may be empty
+     * @param toolWords what the tool itself said, fit for display; may be empty
      */
     void failed(const QString &words, const QString &toolWords);
 
@@ -55,6 +55,7 @@ private:
     void settle();
     void end(Outcome outcome);
     void letGo();
+    QString failureText() const;
     void report();
 
     ToolSetup m_tools;
@@ -65,7 +66,7 @@ private:
     bool m_awaitsError = false;
     bool m_answered = false;
     int m_code = -1;
-    QString m_toolText;
+    QString m_toolOutput;
     QTimer m_patience;
     QTimer m_settling;
     QTimer m_ending;

@@ -1,34 +1,37 @@
 #include "hosts/common/FailureText.h"
 
+#include <nox/front/DownloadError.h>
+
 #include <QProcess>
 
 namespace NoxHost {
 
+using Nox::DownloadError;
+
 QString FailureText::download(int code, During during)
 {
     const bool joining = during == During::Joining;
-    switch (code) {
-    case -1:
+    switch (static_cast<DownloadError>(code)) {
+    case DownloadError::ProcessFailed:
         return tr("The download tool could not be run. Check that the programs beside this one are complete and may be "
                   "executed, and that memory is not short.");
-    case -4:
+    case DownloadError::ExitedWithError:
         return joining ? tr("Joining video and audio failed: ffmpeg reported an error. Check that there is room on the "
                             "disk, or choose a stream with sound of its own.")
                        : tr("The download tool gave up. Check the network connection and the room on the disk, or "
                             "choose another stream; the address may have expired, so read the page again.");
-    case -5:
+    case DownloadError::Crashed:
         return joining ? tr("Joining video and audio failed: ffmpeg crashed or was killed. Try again, or choose a "
                             "stream with sound of its own.")
                        : tr("The download tool crashed or was killed. Check that memory is not short, and try again.");
-    case -7:
+    case DownloadError::MergeProcessFailed:
         return tr("Joining video and audio failed: ffmpeg could not be run. Check that it stands beside this program "
                   "and may be executed.");
-    case -8:
+    case DownloadError::RenameFailed:
         return tr("The finished file could not get its final name. Check that its folder still exists and may be "
                   "written to, and that there is room on the disk.");
-    default:
-        return tr("The download failed for an unknown reason (code %1). The log may tell more.").arg(code);
     }
+    return tr("The download failed for an unknown reason (code %1). The log may tell more.").arg(code);
 }
 
 QString FailureText::extraction(int code)
@@ -51,6 +54,12 @@ QString FailureText::extraction(int code)
     default:
         return tr("The download tool failed for an unknown reason (code %1). The log may tell more.").arg(code);
     }
+}
+
+QString FailureText::brokenTool()
+{
+    return tr(
+        "The download tool's archive is damaged, incomplete, or made for another version of Python. Get it anew.");
 }
 
 QString FailureText::noStream(const Nox::WebMediaInfo &page)

@@ -18,11 +18,14 @@ public:
     /** What was going on when a download failed; the library's codes alone do not tell. */
     enum class During { Fetching, Joining };
 
-    /** @p code as WebMediaDownloader::error() gives it. */
+    /** @p code as WebMediaDownloader::error() gives it, a value of Nox::DownloadError. */
     static QString download(int code, During during);
 
     /** @p code as WebMediaInfoExtractor::error() gives it. */
     static QString extraction(int code);
+
+    /** The tool's archive is damaged or incomplete. */
+    static QString brokenTool();
 
     /** The tool was content with the page, but what it tells of it, @p page, holds nothing to download. */
     static QString noStream(const Nox::WebMediaInfo &page);

@@ -46,7 +46,7 @@ QString StreamText::label(const Nox::MediaProfile &stream)
     // The 3D mark has a place of its own.
     Nox::MediaProfile flat(stream);
     flat.set3D(false);
-    return printableLine(capitalised(flat.resolutionStringEx()));
+    return TextSanitizer::line(capitalised(flat.resolutionStringEx()));
 }
 
 QStringList StreamText::labels(const QList<Nox::MediaProfile> &streams)
@@ -60,7 +60,7 @@ QStringList StreamText::labels(const QList<Nox::MediaProfile> &streams)
     QStringList result;
     for (const Nox::MediaProfile &stream : streams) {
         const QString text = label(stream);
-        const QString code = printableLine(stream.getName());
+        const QString code = TextSanitizer::line(stream.getName());
         if (count.value(words(stream)) < 2)
             result += text;
         else
@@ -83,7 +83,7 @@ QString StreamText::plainWords(const Nox::MediaProfile &stream)
 
 QString StreamText::container(const Nox::MediaProfile &stream)
 {
-    return printableLine(stream.getFormat());
+    return TextSanitizer::line(stream.getFormat());
 }
 
 QString StreamText::size(const Nox::MediaProfile &stream)

@@ -1,12 +1,8 @@
 #include "hosts/common/TextSanitizer.h"
 
-#include <QStringList>
-
 namespace NoxHost {
 
 namespace {
-
-constexpr int maximumLines = 8;
 
 /** Marks that turn the writing direction of what follows, up to the end of the line. */
 bool isDirectionMark(char16_t unit)
@@ -23,7 +19,7 @@ bool isUnprintable(QChar character)
 
 } // namespace
 
-QString printableLine(const QString &text)
+QString TextSanitizer::line(const QString &text)
 {
     QString result;
     result.reserve(text.size());
@@ -39,21 +35,6 @@ QString printableLine(const QString &text)
         }
     }
     return result.simplified();
-}
-
-QString toolWords(const QString &errorOutput)
-{
-    QStringList words;
-    QStringList warnings;
-    const QStringList lines = errorOutput.split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        const QString printable = printableLine(line);
-        if (printable.isEmpty())
-            continue;
-        (printable.startsWith(QLatin1String("WARNING")) ? warnings : words) += printable;
-    }
-    const QStringList &chosen = words.isEmpty() ? warnings : words;
-    return chosen.mid(qMax(0, static_cast<int>(chosen.size()) - maximumLines)).join(QLatin1Char('\n'));
 }
 
 } // namespace NoxHost

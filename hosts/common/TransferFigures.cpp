@@ -2,20 +2,32 @@
 
 namespace NoxHost {
 
-namespace {
-
-QString byteText(qint64 bytes, const QLocale &locale)
-{
-    return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
-}
-
-} // namespace
-
 TransferFigures::TransferFigures(qint64 total, qint64 done, qint64 speed)
     : m_total(qMax<qint64>(0, total))
-    , m_done(qBound<qint64>(0, done, m_total))
+    , m_done(qMax<qint64>(0, done))
     , m_speed(qMax<qint64>(0, speed))
 {
+    if (m_total > 0)
+        m_done = qMin(m_done, m_total);
+}
+
+TransferFigures TransferFigures::ofTime(qint64 total, qint64 done, qint64 speed)
+{
+    TransferFigures figures(total, done, speed);
+    figures.m_unit = Unit::Time;
+    return figures;
+}
+
+TransferFigures TransferFigures::withoutSpeed() const
+{
+    TransferFigures figures(*this);
+    figures.m_speed = 0;
+    return figures;
+}
+
+bool TransferFigures::isEmpty() const
+{
+    return m_total == 0 && m_done == 0;
 }
 
 qint64 TransferFigures::total() const
@@ -50,14 +62,26 @@ qint64 TransferFigures::secondsLeft() const
     return left / m_speed + (left % m_speed == 0 ? 0 : 1);
 }
 
+QString TransferFigures::countText(qint64 count, const QLocale &locale) const
+{
+    return m_unit == Unit::Time ? timeText(count / 1000)
+                                : locale.formattedDataSize(count, 1, QLocale::DataSizeSIFormat);
+}
+
 QString TransferFigures::amountText(const QLocale &locale) const
 {
-    return m_total == 0 ? QString() : tr("%1 / %2").arg(byteText(m_done, locale), byteText(m_total, locale));
+    if (m_total > 0)
+        return tr("%1 / %2").arg(countText(m_done, locale), countText(m_total, locale));
+    return m_done > 0 ? countText(m_done, locale) : QString();
 }
 
 QString TransferFigures::speedText(const QLocale &locale) const
 {
-    return m_speed == 0 ? QString() : tr("%1/s").arg(byteText(m_speed, locale));
+    if (m_speed == 0)
+        return {};
+    if (m_unit == Unit::Time)
+        return tr("%1x", "times as fast as it plays").arg(locale.toString(static_cast<double>(m_speed) / 1000, 'f', 1));
+    return tr("%1/s").arg(countText(m_speed, locale));
 }
 
 QString TransferFigures::timeLeftText() const

@@ -6,6 +6,17 @@
 
 namespace NoxHost {
 
+QString UrlCheck::mended(const QString &text)
+{
+    QString url = text.trimmed();
+    for (const QLatin1String scheme : {QLatin1String("http://"), QLatin1String("https://")})
+        if (url.startsWith(scheme, Qt::CaseInsensitive))
+            url.replace(0, scheme.size(), scheme);
+    if (url.startsWith(QLatin1String("www."), Qt::CaseInsensitive))
+        url.prepend(QLatin1String("https://"));
+    return url.replace(QLatin1Char('\''), QLatin1String("%27"));
+}
+
 QString UrlCheck::problem(const QString &url)
 {
     if (url.isEmpty())

@@ -16,6 +16,12 @@ class UrlCheck
 public:
     UrlCheck() = delete;
 
+    /**
+     * @p text as the address that was meant: without blanks around it, with the scheme in small letters,
+     * https:// in front of "www.", and %27 for an apostrophe. Whatever else is wrong stays as it is.
+     */
+    static QString mended(const QString &text);
+
     /** Why @p url is not one acceptable address, in words; empty when it is. */
     static QString problem(const QString &url);
 };

@@ -106,8 +106,7 @@ void FetchApp::onPage(const Nox::WebMediaInfo &page)
 
 void FetchApp::onExtractionFailed(const QString &words, const QString &toolWords)
 {
-    // Words in the same breath as a warning are not notified of, but logged.
-    fail(ExtractionFailed, words, toolWords.isEmpty() ? m_log.complaints() : toolWords);
+    fail(ExtractionFailed, words, toolWords);
 }
 
 void FetchApp::startDownload(const StreamRequest &request, const QString &destination)
@@ -120,7 +119,6 @@ void FetchApp::startDownload(const StreamRequest &request, const QString &destin
         return;
     }
     m_console.note(QStringLiteral("Fetching %1").arg(request.text()));
-    m_log.mark();
     m_isDownloading = true;
     m_download.start(m_options.url, request.stream, destination);
 }
@@ -142,10 +140,10 @@ void FetchApp::onPhase(DownloadJob::Phase phase)
     }
 }
 
-void FetchApp::onDownloadFailed(int code, const QString &words)
+void FetchApp::onDownloadFailed(int code, const QString &words, const QString &toolWords)
 {
     const QString text = code == 0 ? words : QStringLiteral("%1 (code %2)").arg(words).arg(code);
-    fail(DownloadFailed, text, m_log.complaints());
+    fail(DownloadFailed, text, toolWords);
 }
 
 void FetchApp::onCancelled()
@@ -157,7 +155,7 @@ void FetchApp::onCancelled()
 
 void FetchApp::tellPage(const Nox::WebMediaInfo &page)
 {
-    const QString title = NoxHost::printableLine(page.getTitle());
+    const QString title = NoxHost::TextSanitizer::line(page.getTitle());
     const QString duration = NoxHost::TransferFigures::timeText(page.getDuration());
     m_console.note(page.getDuration() > 0 ? QStringLiteral("%1 (%2)").arg(title, duration) : title);
 }

@@ -39,7 +39,7 @@ private:
     void onExtractionFailed(const QString &words, const QString &toolWords);
     void startDownload(const StreamRequest &request, const QString &destination);
     void onPhase(NoxHost::DownloadJob::Phase phase);
-    void onDownloadFailed(int code, const QString &words);
+    void onDownloadFailed(int code, const QString &words, const QString &toolWords);
     void onCancelled();
     void tellPage(const Nox::WebMediaInfo &page);
     void printResult(const QString &text);

@@ -18,9 +18,9 @@ void handle(QtMsgType type, const QMessageLogContext &context, const QString &me
     if (target == nullptr)
         return;
     if (type == QtFatalMsg || type == QtCriticalMsg)
-        target->problem(NoxHost::printableLine(message));
+        target->problem(NoxHost::TextSanitizer::line(message));
     else if (showsAll)
-        target->note(NoxHost::printableLine(message));
+        target->note(NoxHost::TextSanitizer::line(message));
 }
 
 } // namespace

@@ -24,7 +24,7 @@ QString codesOf(const QList<MediaProfile> &streams, Predicate suits)
     QStringList codes;
     for (const MediaProfile &stream : streams)
         if (suits(stream))
-            codes += NoxHost::printableLine(stream.getName());
+            codes += NoxHost::TextSanitizer::line(stream.getName());
     return codes.isEmpty() ? QStringLiteral("none") : codes.join(QStringLiteral(", "));
 }
 
@@ -66,7 +66,7 @@ StreamRequest StreamRequest::choose(const Options &options, const NoxHost::Strea
     }
     if (audio.isValid() && !StreamChoice::needsCompanion(request.stream)) {
         return refused(QStringLiteral("Stream \"%1\" is no video without sound: --audio does not apply to it.")
-                           .arg(NoxHost::printableLine(request.stream.getName())));
+                           .arg(NoxHost::TextSanitizer::line(request.stream.getName())));
     }
     if (audio.isValid())
         request.stream.setPreferredDashAudioYdCode(audio.getName());
@@ -87,9 +87,9 @@ QString StreamRequest::text() const
     QStringList words{StreamText::kind(stream), StreamText::container(stream), StreamText::label(stream)};
     words.removeAll(QString());
     const QString text = QStringLiteral("stream %1 (%2)")
-                             .arg(NoxHost::printableLine(stream.getName()), words.join(QStringLiteral(", ")));
+                             .arg(NoxHost::TextSanitizer::line(stream.getName()), words.join(QStringLiteral(", ")));
     return needsJoining()
-        ? text + QStringLiteral(" with audio ") + NoxHost::printableLine(stream.getPreferredDashAudioYdCode())
+        ? text + QStringLiteral(" with audio ") + NoxHost::TextSanitizer::line(stream.getPreferredDashAudioYdCode())
         : text;
 }
 

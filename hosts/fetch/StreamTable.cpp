@@ -19,7 +19,7 @@ QStringList row(const MediaProfile &stream, const QString &mark, bool isChosen)
 {
     QStringList cells{
         isChosen ? QStringLiteral("*") : QString(),
-        NoxHost::printableLine(stream.getName()),
+        NoxHost::TextSanitizer::line(stream.getName()),
         StreamText::kind(stream),
         StreamText::container(stream),
         StreamText::label(stream),

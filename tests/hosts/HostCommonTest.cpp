@@ -2,14 +2,14 @@
 #include "hosts/common/Destination.h"
 #include "hosts/common/DownloadFolder.h"
 #include "hosts/common/FailureText.h"
-#include "hosts/common/LibraryLog.h"
+#include "hosts/common/GrowthMeter.h"
+#include "hosts/common/JoinProgress.h"
 #include "hosts/common/StreamChoice.h"
 #include "hosts/common/StreamText.h"
 #include "hosts/common/TextSanitizer.h"
+#include "hosts/common/ToolMessage.h"
 #include "hosts/common/TransferFigures.h"
 #include "hosts/common/UrlCheck.h"
-
-#include <nox/log/Logger.h>
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -90,13 +90,18 @@ private Q_SLOTS:
     void streamTexts();
     void urls_data();
     void urls();
+    void mendedUrls();
     void proposedNames_data();
     void proposedNames();
     void nameProblems();
     void figures_data();
     void figures();
     void partialFolder();
-    void complaints();
+    void toolMessages_data();
+    void toolMessages();
+    void joinProgress_data();
+    void joinProgress();
+    void growth();
     void failureTexts();
 };
 
@@ -221,10 +226,8 @@ void HostCommonTest::streamTexts()
              text("sound only, 128 kbit/s|sound only, 64 kbit/s|with sound|with sound|360p, with sound|"
                   "720p, without sound"));
     const QString joinedSigns = text("\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x94\xac"); // one sign made of two
-    QCOMPARE(printableLine(text(" a\x1b[31m\tb\n") + QChar(0x202e) + joinedSigns + QChar(0xd800)),
+    QCOMPARE(TextSanitizer::line(text(" a\x1b[31m\tb\n") + QChar(0x202e) + joinedSigns + QChar(0xd800)),
              text("a [31m b ") + joinedSigns);
-    QCOMPARE(toolWords(text("WARNING: x\n\n ERROR: y\r\nz")), text("ERROR: y\nz"));
-    QCOMPARE(toolWords(text("WARNING: x\n")), text("WARNING: x"));
 }
 
 void HostCommonTest::urls_data()
@@ -237,7 +240,6 @@ void HostCommonTest::urls_data()
     row("https://a/\xc3\xa9", "");
     row("", "no address");
     row("ftp://a", "http://");
-    row("HTTP://a", "http://");
     row("--exec=x http://a", "http://");
     row("http://", "incomplete");
     row("http://a --exec x", "blanks");
@@ -246,6 +248,17 @@ void HostCommonTest::urls_data()
     row("http://a\xc2\xa0--x", "blanks");
     row("http://a/\"b", "quotes");
     row("http://a/'b", "quotes");
+    row("www.a", "http://");
+}
+
+void HostCommonTest::mendedUrls()
+{
+    const auto mended = [](const char *typed) { return UrlCheck::mended(text(typed)); };
+    QCOMPARE(mended(" HTTP://A/B'c'\n"), text("http://A/B%27c%27"));
+    QCOMPARE(mended("Https://a/?u=HTTP://b"), text("https://a/?u=HTTP://b"));
+    QCOMPARE(mended("www.a.b/c"), text("https://www.a.b/c"));
+    for (const char *unclear : {"", "a.b", "ftp://www.a", "http:/a", "http://a b", "http://a/\"", "--www.a"})
+        QCOMPARE(mended(unclear), text(unclear));
 }
 
 void HostCommonTest::urls()
@@ -346,7 +359,8 @@ void HostCommonTest::figures_data()
     };
     const qint64 huge = std::numeric_limits<qint64>::max();
     row(0, 0, 0, "0%|||");
-    row(-1, 5, 7, "0%||7 bytes/s|");
+    row(0, 2500, 100, "0%|2.5 kB|100 bytes/s|");
+    row(-1, -5, 7, "0%||7 bytes/s|");
     row(1000, 250, 100, "25%|250 bytes / 1.0 kB|100 bytes/s|0:00:08");
     row(3000, 2999, 0, "99%|3.0 kB / 3.0 kB||");
     row(1000, 1000, 1, "100%|1.0 kB / 1.0 kB|1 bytes/s|0:00:00");
@@ -388,25 +402,116 @@ void HostCommonTest::partialFolder()
              QStringList(text("x.m4a")));
 }
 
-void HostCommonTest::complaints()
+void HostCommonTest::toolMessages_data()
 {
-    QTemporaryDir folder;
-    const auto write = [](const char *format, const char *argument) {
-        Nox::Logger::log(Nox::LOG_ERROR, "", "a.cpp", "f", 1, "%s", QByteArray(format).append(argument).constData());
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("excerpt");
+    QTest::addColumn<bool>("isBroken");
+    const auto row = [](const char *name, const QString &output, const QString &excerpt, bool isBroken = false) {
+        QTest::newRow(name) << output << excerpt << isBroken;
     };
-    LibraryLog log;
-    QVERIFY(!log.open(folder.filePath(text("none/log")), LibraryLog::Detail::Errors));
-    for (const QString &name : {QString(), folder.filePath(text("log"))}) {
-        QVERIFY(log.open(name, LibraryLog::Detail::Errors));
-        QCOMPARE(log.complaints(), QString());
-        write("Yd process read error: ", "ERROR: old ");
-        log.mark();
-        write("Yd process read error: ", "WARNING: w\nERROR: caf\xe9\n ");
-        write("Yd process terminated abnormally: ", "x");
-        write("FFMPEG read error: ", "two\nlines\n");
-        QCOMPARE(log.complaints(), text("ERROR: caf\xc3\xa9\ntwo\nlines"));
-    }
-    Nox::Logger::init("/dev/null", Nox::LOG_FATAL, 0);
+    const QString numbers = text("1\n2\n3\n4\n5\n6\n7\n8\n9");
+    const QString smiley = text("\xf0\x9f\x98\x80");
+    const char banner[] =
+        "ffmpeg version 5.1.6-0+deb12u1 Copyright (c) 2000-2024 the FFmpeg developers\n"
+        "  built with gcc 12\n  configuration: --enable-gpl\n  libavutil      57. 28.100\n"
+        "Input #0, mov,mp4,m4a, from '/x.mp4':\n  Metadata:\n    title : ERROR\n  Duration: 00:00:09.00\n"
+        "Stream mapping:\n  Stream #0:0 -> #0:0 (copy)\nPress [q] to stop, [?] for help\n";
+    const char progress[] =
+        "frame=  240 fps=8.8 q=29.0 size=    256kB time=00:00:07.90 bitrate= 268.3kbits/s speed=0.2x    \r"
+        "size=     256kB time=00:00:07.90 bitrate=N/A speed=N/A    \r";
+    row("nothing", {}, {});
+    row("error and warning", text("WARNING: x\n\n ERROR: y\r\nz"), text("ERROR: y\nz"));
+    row("warning alone", text("WARNING: x\n"), text("WARNING: x"));
+    row("warning of two lines", text("WARNING: x\n         y\nz\nERROR: e\n"), text("ERROR: e"));
+    row("deprecation", text("Deprecated Feature: old Python\nERROR: e\n"), text("ERROR: e"));
+    row("error of two lines, then a warning", text("ERROR: e\n  more\nWARNING: w\n  x"), text("ERROR: e\nmore"));
+    row("carriage returns", text("ERROR: a\rb\r\nc"), text("ERROR: a\nb\nc"));
+    row("pieces of a line", text("ERROR: caf\xc3\xa9 \x1b[31mred"), text("ERROR: caf\xc3\xa9 [31mred"));
+    row("last lines", numbers, numbers.mid(2));
+    row("last characters", QString(700, QLatin1Char('x')), QChar(0x2026) + QString(599, QLatin1Char('x')));
+    row("characters stay whole", smiley.repeated(301), QChar(0x2026) + smiley.repeated(299));
+    row("progress alone", text(progress), {});
+    row("progress without its beginning", text(" bitrate= 20.1kbits/s speed=1.2x\r0:01 bitrate=2kb/s\r"), {});
+    row("ffmpeg's end", text(banner) + text(progress) + text("/x.m4a: Invalid data found\n"),
+        text("/x.m4a: Invalid data found"));
+    row("ffmpeg after a warning", text("WARNING: w\n") + text(banner) + text("No space left on device\n"),
+        text("No space left on device"));
+    row("encoder", text("[libx264 @ 0x55d0] frame I:3 Avg QP:1\n[aac @ 0x55] Qavg: 1\n[mov @ 0x5] no atom\n"),
+        text("[mov @ 0x5] no atom"));
+    row("hints of today",
+        text("ERROR: Unsupported URL: http://x/; please report this issue on https://y/ , filling out "
+             "the appropriate issue template. Confirm you are on the latest version using  z -U"),
+        text("ERROR: Unsupported URL: http://x/"));
+    row("hints of old",
+        text("ERROR: no title; please report this issue on https://y/bug . Make sure you are using the "
+             "latest version; see  https://y/update  on how to update. Be sure to call z with the "
+             "--verbose flag and include its complete output."),
+        text("ERROR: no title"));
+    row("hint to a list", text("ERROR: Not available. Use --list-formats for a list of available formats"),
+        text("ERROR: Not available."));
+    row("traceback", text("Traceback (most recent call last):\n  File \"x\", line 1\n    a()\nValueError: bad\n"),
+        text("ValueError: bad"));
+    row("damaged", text("Traceback (most recent call last):\n  File \"x\"\nzlib.error: Error -3 while decompressing\n"),
+        text("zlib.error: Error -3 while decompressing"), true);
+    row("no code", text("  File \"yt.zip\", line 1\n    PK\nSyntaxError: Non-UTF-8 code\n"),
+        text("File \"yt.zip\", line 1\nPK\nSyntaxError: Non-UTF-8 code"), true);
+    row("empty archive", text("/p/python3.10: can't find '__main__' module in '/p/yt.zip'\n"),
+        text("/p/python3.10: can't find '__main__' module in '/p/yt.zip'"), true);
+    row("error of a page's script", text("ERROR: script: SyntaxError: x\n"), text("ERROR: script: SyntaxError: x"));
+}
+
+void HostCommonTest::toolMessages()
+{
+    QFETCH(QString, output);
+    QTEST(ToolMessage::excerpt(output), "excerpt");
+    QTEST(ToolMessage::tellsBrokenArchive(output), "isBroken");
+}
+
+void HostCommonTest::joinProgress_data()
+{
+    QTest::addColumn<QStringList>("outputs");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *expected, const QStringList &outputs) {
+        QTest::newRow(expected) << outputs << text(expected);
+    };
+    const QString durations = text("  Duration: 00:01:00.00, start\n  Duration: 00:01:40.50, start\n");
+    row("unknown", {durations});
+    row("0%|0:00:00 / 0:01:40||", {durations + text("size= 0kB time=00:00:00.00 bitrate= 0 speed=   0x\r")});
+    row("50%|0:00:50 / 0:01:40|2.5x|0:00:21", {durations, text("time=00:00:50.25 bitrate=1 speed=2.5x\r")});
+    row("99%|0:01:40 / 0:01:40|9.0x|0:00:01",
+        {durations, text("time=00:01:40.00 bitrate=1 speed=9x\rtime=00:01:40.40 bitrate=1 speed=N/A")});
+    row("0%|0:00:07|1.0x|", {text("time=00:00:07.00 bitrate=N/A speed=   1x\r")});
+    row("0%|9999:00:00||", {text("time=9999:00:00 time=99999:00:00 time=N/A")});
+}
+
+void HostCommonTest::joinProgress()
+{
+    QFETCH(QStringList, outputs);
+    JoinProgress progress;
+    for (const QString &output : std::as_const(outputs))
+        progress.read(output);
+    const TransferFigures figures = progress.figures();
+    const QStringList texts{QStringLiteral("%1%").arg(figures.percent()), figures.amountText(QLocale::c()),
+                            figures.speedText(QLocale::c()), figures.timeLeftText()};
+    QTEST(progress.isKnown() ? texts.join(QLatin1Char('|')) : text("unknown"), "expected");
+}
+
+void HostCommonTest::growth()
+{
+    GrowthMeter meter;
+    QVERIFY(meter.figures().isEmpty());
+    meter.add(1000, 0);
+    QCOMPARE(meter.figures().amountText(QLocale::c()), text("1.0 kB"));
+    QCOMPARE(meter.figures().speed(), 0);
+    meter.add(3000, 1000);
+    QCOMPARE(meter.figures().speed(), 2000);
+    QCOMPARE(meter.figures().secondsLeft(), -1);
+    meter.add(3000, 5500);
+    meter.add(3000, 10500);
+    QCOMPARE(meter.figures().speed(), 0); // the standstill counts, not what was before
+    meter.add(0, 11000);                  // the tool has begun anew
+    QCOMPARE(meter.figures().speed(), 0);
 }
 
 // Every code that the library reports says something of its own.
@@ -417,7 +522,8 @@ void HostCommonTest::failureTexts()
         texts += FailureText::download(code, FailureText::During::Fetching);
     for (const int code : {-4, -5})
         texts += FailureText::download(code, FailureText::During::Joining);
-    QCOMPARE(texts.size(), 8);
+    texts += FailureText::brokenTool();
+    QCOMPARE(texts.size(), 9);
     texts.clear();
     for (const int code : {-1, 0, 1, 2, 3, 4, 5})
         texts += FailureText::extraction(code);

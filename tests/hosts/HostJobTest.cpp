@@ -37,6 +37,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void sideBySide();
+    void figures();
+    void joiningFigures();
+    void brokenTool();
     void dropped();
     void cancelledBeforeStart();
     void cancelledTwice();
@@ -106,6 +109,78 @@ void HostJobTest::sideBySide()
     QCOMPARE(phases.size(), 3); // video, audio, joining
     QCOMPARE(first->phase(), DownloadJob::Phase::Joining);
     QVERIFY(figures.size() >= 2);
+}
+
+// A tool that tells no length: the file's growth counts. One that falls silent: its last speed does not stay.
+void HostJobTest::figures()
+{
+    qputenv("NOX_SCENARIO", "137: announce mp4|file mp4 12345|wait go\n140: announce m4a|progress 50.0 100|wait go");
+    const auto growing = newJob();
+    const auto silent = newJob();
+    TransferFigures growth;
+    QVector<TransferFigures> told;
+    connect(growing.get(), &DownloadJob::progressed, this, [&](const TransferFigures &figures) { growth = figures; });
+    connect(silent.get(), &DownloadJob::progressed, this, [&](const TransferFigures &figures) { told += figures; });
+    auto alone = dashStream("140");
+    alone.setPreferredDashAudioYdCode({});
+    growing->start(QStringLiteral("http://x/"), dashStream("137"), path("out/a.mp4"));
+    silent->start(QStringLiteral("http://x/"), alone, path("out/b.m4a"));
+    QTRY_COMPARE_WITH_TIMEOUT(growth.done(), qint64(5), patienceMs);
+    QCOMPARE(growth.total(), qint64(0));
+    QTRY_COMPARE_WITH_TIMEOUT(told.size(), 2, patienceMs);
+    QVERIFY(told.first().speed() > 0 && told.first().secondsLeft() > 0);
+    QVERIFY(told.last().speed() == 0 && told.last().done() == told.first().done());
+}
+
+// Joining begins without figures, and then has ffmpeg's own.
+void HostJobTest::joiningFigures()
+{
+    qputenv("NOX_SCENARIO",
+            "137: announce mp4|progress 50.0 100\n"
+            "ffmpeg: err   Duration: 00:01:40.00\\n|write half|wait on|"
+            "err time=00:00:50.00 bitrate=1 speed=2.0x\\r|wait end|merge");
+    const auto job = newJob();
+    QSignalSpy finished(job.get(), &DownloadJob::finished);
+    QStringList told;
+    connect(job.get(), &DownloadJob::phaseChanged, this,
+            [&](DownloadJob::Phase phase) { told += QStringLiteral("phase %1").arg(int(phase)); });
+    connect(job.get(), &DownloadJob::progressed, this, [&](const TransferFigures &figures) {
+        const QString text = figures.amountText(QLocale::c()) + figures.speedText(QLocale::c());
+        if (told.last() != text)
+            told += text;
+    });
+    const auto mark = [this](const char *name) {
+        QVERIFY(QFile(path("notes/") + QLatin1String(name)).open(QIODevice::WriteOnly));
+    };
+    job->start(QStringLiteral("http://x/"), dashStream("137"), path("out/clip.mp4"));
+    QTRY_VERIFY_WITH_TIMEOUT(told.contains(QStringLiteral("4 bytes")), patienceMs); // of the joined file
+    mark("mark.on");
+    QTRY_VERIFY_WITH_TIMEOUT(told.last().startsWith(QLatin1String("0:00:50")), patienceMs);
+    mark("mark.end");
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, patienceMs);
+    const QStringList expected{QStringLiteral("phase 1"),
+                               QStringLiteral("50 bytes / 120 bytes10 bytes/s"),
+                               QStringLiteral("phase 2"),
+                               QStringLiteral("phase 3"),
+                               QString(),
+                               QStringLiteral("4 bytes"),
+                               QStringLiteral("0:00:50 / 0:01:402.0x")};
+    QCOMPARE(told, expected);
+}
+
+void HostJobTest::brokenTool()
+{
+    qputenv("NOX_SCENARIO", "137: err zlib.error: Error -3\\n|exit 1\ndump: err zlib.error: Error -3\\n|exit 1");
+    const auto download = newJob();
+    ExtractionJob extraction(ToolSetup(path("yt.zip"), path("cache")));
+    QSignalSpy downloadEnd(download.get(), &DownloadJob::failed);
+    QSignalSpy extractionEnd(&extraction, &ExtractionJob::failed);
+    download->start(QStringLiteral("http://x/"), dashStream("137"), path("out/clip.mp4"));
+    extraction.start(QStringLiteral("http://x/"));
+    QTRY_VERIFY_WITH_TIMEOUT(downloadEnd.size() == 1 && extractionEnd.size() == 1, patienceMs);
+    QCOMPARE(downloadEnd.first().mid(1), extractionEnd.first());
+    QVERIFY(extractionEnd.first().first().toString().contains(QLatin1String("damaged")));
+    QCOMPARE(extractionEnd.first().last().toString(), QStringLiteral("zlib.error: Error -3"));
 }
 
 void HostJobTest::dropped()

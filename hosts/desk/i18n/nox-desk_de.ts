@@ -514,6 +514,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <source>The page holds no stream that can be downloaded. It may be protected, not have begun yet, or hold pictures only.</source>
         <translation>Die Seite enthält keinen Stream, der sich herunterladen lässt. Vielleicht ist sie geschützt, hat noch nicht begonnen oder enthält nur Bilder.</translation>
     </message>
+    <message>
+        <source>The download tool&apos;s archive is damaged, incomplete, or made for another version of Python. Get it anew.</source>
+        <translation>Das Archiv des Download-Werkzeugs ist beschädigt, unvollständig oder für eine andere Python-Version gemacht. Besorgen Sie es neu.</translation>
+    </message>
 </context>
 <context>
     <name>NoxHost::StreamText</name>
@@ -601,6 +605,11 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>%1/s</source>
         <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>%1x</source>
+        <comment>times as fast as it plays</comment>
+        <translation>%1x</translation>
     </message>
 </context>
 <context>

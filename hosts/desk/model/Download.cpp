@@ -21,9 +21,9 @@ Download::Download(const NoxHost::ToolSetup &tools, ProgramLog &log, const Downl
         m_file = file;
         end(State::Finished);
     });
-    connect(&m_job, &DownloadJob::failed, this, [this](int, const QString &words) {
+    connect(&m_job, &DownloadJob::failed, this, [this](int, const QString &words, const QString &toolWords) {
         m_problem = words;
-        m_toolWords = m_session->complaints();
+        m_toolWords = toolWords;
         end(State::Failed);
     });
     connect(&m_job, &DownloadJob::cancelled, this, [this] { end(State::Cancelled); });
@@ -84,7 +84,7 @@ int Download::percent() const
     case State::Finished:
         return 100;
     case State::Running:
-        return m_job.phase() == DownloadJob::Phase::Joining || m_figures.total() == 0 ? -1 : m_figures.percent();
+        return m_figures.total() == 0 ? -1 : m_figures.percent();
     case State::Cancelling:
     case State::Failed:
     case State::Cancelled:
@@ -97,7 +97,7 @@ QString Download::status() const
 {
     switch (m_state) {
     case State::Running:
-        return m_job.phase() == DownloadJob::Phase::Joining ? phaseText() : phaseText() + figuresText();
+        return phaseText() + figuresText();
     case State::Cancelling:
         return tr("Cancelling…");
     case State::Finished:

@@ -193,7 +193,7 @@ DownloadRequest DownloadPlan::request() const
         bytes = bytes > 0 && soundBytes > 0 ? bytes + soundBytes : 0;
     }
     stream.setSize(bytes);
-    return {m_url, NoxHost::printableLine(m_page.getTitle()), stream, path()};
+    return {m_url, NoxHost::TextSanitizer::line(m_page.getTitle()), stream, path()};
 }
 
 } // namespace NoxDesk

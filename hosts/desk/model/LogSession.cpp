@@ -5,9 +5,7 @@ namespace NoxDesk {
 LogSession::LogSession(ProgramLog &log)
     : m_log(log)
 {
-    m_log.m_isMixed = m_log.m_sessions > 0;
     if (m_log.m_sessions++ == 0) {
-        m_log.m_log.mark();
         m_log.m_watch.start();
     }
 }
@@ -18,11 +16,6 @@ LogSession::~LogSession()
         m_log.m_watch.stop();
         m_log.rotate();
     }
-}
-
-QString LogSession::complaints() const
-{
-    return m_log.m_isMixed ? QString() : m_log.m_log.complaints();
 }
 
 } // namespace NoxDesk

@@ -14,9 +14,6 @@ public:
     LogSession(const LogSession &) = delete;
     LogSession &operator=(const LogSession &) = delete;
 
-    /** What the external programs complained about; empty when others ran at the same time. */
-    QString complaints() const;
-
 private:
     ProgramLog &m_log;
 };

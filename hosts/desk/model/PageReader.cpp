@@ -52,10 +52,7 @@ void PageReader::begin()
     m_session.emplace(m_log);
     m_job = new ExtractionJob(m_tools, this);
     connect(m_job, &ExtractionJob::finished, this, &PageReader::onFinished);
-    connect(m_job, &ExtractionJob::failed, this, [this](const QString &words, const QString &toolWords) {
-        // Words in the same breath as a warning are not notified of, but logged.
-        fail(words, toolWords.isEmpty() ? m_session->complaints() : toolWords);
-    });
+    connect(m_job, &ExtractionJob::failed, this, &PageReader::fail);
     connect(m_job, &ExtractionJob::cancelled, this, [this] { setState(hasPage() ? State::Ready : State::Empty); });
     setState(State::Reading);
     m_job->start(m_requestedUrl);

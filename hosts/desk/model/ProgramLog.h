@@ -36,7 +36,6 @@ private:
     std::unique_ptr<QLockFile> m_lock;
     QTimer m_watch;
     int m_sessions = 0;
-    bool m_isMixed = false;
 };
 
 } // namespace NoxDesk

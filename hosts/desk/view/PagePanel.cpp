@@ -187,7 +187,7 @@ void PagePanel::show(PageReader::State state)
 void PagePanel::showPage()
 {
     const Nox::WebMediaInfo page = m_desk.reader().page();
-    m_title->setWords(ShownText::cut(NoxHost::printableLine(page.getTitle()), titleCharacters));
+    m_title->setWords(ShownText::cut(NoxHost::TextSanitizer::line(page.getTitle()), titleCharacters));
     const qint64 seconds = page.getDuration();
     m_duration->setText(seconds > 0 ? tr("Duration %1").arg(NoxHost::TransferFigures::timeText(seconds))
                                     : tr("Duration unknown"));

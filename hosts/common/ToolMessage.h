@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+namespace NoxHost {
+
+/** What the tool and ffmpeg print on standard error, read for a person. */
+class ToolMessage
+{
+public:
+    ToolMessage() = delete;
+
+    /**
+     * The part of @p errorOutput that a person needs, fit for display: the last 8 lines and 600
+     * characters at most. Left out are ffmpeg's banner and progress, the tool's hints to its own command
+     * line, the inner lines of a traceback, and warnings with their continuation lines unless there is
+     * nothing else.
+     */
+    static QString excerpt(const QString &errorOutput);
+
+    /** Whether @p errorOutput tells that the tool's archive is damaged or incomplete. */
+    static bool tellsBrokenArchive(const QString &errorOutput);
+};
+
+} // namespace NoxHost
