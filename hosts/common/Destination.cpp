@@ -7,6 +7,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
+
+#include <algorithm>
 
 namespace NoxHost {
 
@@ -105,10 +108,26 @@ QString Destination::folderProblem(const QString &folder)
         return tr("\"%1\" is not a folder.").arg(folder);
     if (!info.isWritable() || !info.isExecutable())
         return tr("You may not write into the folder \"%1\".").arg(folder);
-    // The tool takes them for fields of its output template, and would write into a folder of another name.
+    return unusableFolder(folder);
+}
+
+/** The tool reads its output path as a template, and names its files on lines: it would write elsewhere. */
+QString Destination::unusableFolder(const QString &folder)
+{
     if (folder.contains(QLatin1String("%(")) || folder.contains(QLatin1String("%%")))
         return tr("The folder \"%1\" cannot be used: the download tool reads %( and %% in its name differently.")
             .arg(folder);
+    static const QRegularExpression variable(QStringLiteral("\\$(\\w|\\{)"));
+    if (folder.contains(variable))
+        return tr("The folder \"%1\" cannot be used: the download tool takes a $ in its name for a variable.")
+            .arg(folder);
+    const bool hasLineEnd = std::any_of(folder.cbegin(), folder.cend(), [](QChar character) {
+        return character.category() == QChar::Other_Control || character == QChar::LineSeparator
+            || character == QChar::ParagraphSeparator;
+    });
+    if (hasLineEnd)
+        return tr("The folder \"%1\" cannot be used: its name holds a line break or another control character.")
+            .arg(TextSanitizer::line(folder));
     return {};
 }
 

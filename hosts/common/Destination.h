@@ -41,6 +41,7 @@ public:
     static QString folderProblem(const QString &folder);
 
 private:
+    static QString unusableFolder(const QString &folder);
     static QString baseName(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream);
 };
 

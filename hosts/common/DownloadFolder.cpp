@@ -8,10 +8,13 @@
 
 #include <numeric>
 
+#include <unistd.h>
+
 namespace NoxHost {
 
 namespace {
 
+constexpr QLatin1String lockName(".lock");
 constexpr QLatin1String joinedPattern("*YDTMP_.*.tmp.mp4");
 
 qint64 bytes(const QFileInfoList &files)
@@ -29,6 +32,7 @@ DownloadFolder::~DownloadFolder()
 
 bool DownloadFolder::create(const QString &parent)
 {
+    removeStale(parent);
     QTemporaryDir folder(QDir(parent).absoluteFilePath(QStringLiteral(".nox-XXXXXX")));
     folder.setAutoRemove(false);
     if (!folder.isValid()) {
@@ -36,7 +40,23 @@ bool DownloadFolder::create(const QString &parent)
         return false;
     }
     m_path = folder.path();
+    // Locked before it gets the name that others look at. Where that cannot be, only the later clearing up is lost.
+    const QString newLock = filePath(QStringLiteral(".lock.new"));
+    if (m_lock.take(newLock, true))
+        QFile::rename(newLock, filePath(lockName));
     return true;
+}
+
+/** Removes folders of runs that were killed: those with a lock that nobody holds. */
+void DownloadFolder::removeStale(const QString &parent)
+{
+    const QFileInfoList folders = QDir(parent).entryInfoList(
+        {QStringLiteral(".nox-??????")}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+    for (const QFileInfo &folder : folders) {
+        FileLock lock;
+        if (folder.ownerId() == geteuid() && lock.take(folder.filePath() + QLatin1Char('/') + lockName, false))
+            QDir(folder.filePath()).removeRecursively();
+    }
 }
 
 QString DownloadFolder::errorText() const
@@ -98,6 +118,7 @@ bool DownloadFolder::remove()
 {
     if (m_path.isEmpty() || QDir(m_path).removeRecursively()) {
         m_path.clear();
+        m_lock.release();
         return true;
     }
     return false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hosts/common/FileLock.h"
+
 #include <QFileInfo>
 #include <QString>
 
@@ -8,7 +10,8 @@ namespace NoxHost {
 /**
  * A private, hidden folder beside a file that is being made. Whatever the external programs leave
  * behind stands in it and goes with it; the finished file is moved out. Being on one file system,
- * that is a rename. The destructor removes the folder.
+ * that is a rename. The destructor removes the folder; the folder of a program that was killed goes when
+ * the next one is made beside it.
  */
 class DownloadFolder
 {
@@ -19,7 +22,7 @@ public:
     ~DownloadFolder();
 
     /**
-     * Makes the folder.
+     * Makes the folder, and removes those beside it that nobody uses any more.
      * @param parent folder of the file to make
      * @return whether it was made; errorText() tells why not
      */
@@ -53,7 +56,10 @@ public:
 private:
     QFileInfoList files(const QString &pattern) const;
 
+    static void removeStale(const QString &parent);
+
     QString m_path;
+    FileLock m_lock; // while the folder is in use
     QString m_errorText;
 };
 

@@ -27,6 +27,9 @@ public:
     /** The tool's archive is damaged or incomplete. */
     static QString brokenTool();
 
+    /** The tool does not tell its version. */
+    static QString noVersion();
+
     /** The tool was content with the page, but what it tells of it, @p page, holds nothing to download. */
     static QString noStream(const Nox::WebMediaInfo &page);
 

@@ -26,12 +26,16 @@ void onSignal(int /*number*/)
 
 void setHandler(void (*handler)(int))
 {
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    for (const int number : watchedSignals)
+    for (const int number : watchedSignals) {
+        struct sigaction action = {};
+        if (sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
+            continue;
+        action = {};
+        action.sa_handler = handler;
+        action.sa_flags = SA_RESTART;
+        sigemptyset(&action.sa_mask);
         sigaction(number, &action, nullptr);
+    }
 }
 
 } // namespace

@@ -9,7 +9,8 @@ namespace NoxHost {
 
 /**
  * Turns SIGINT, SIGTERM and SIGHUP into a notification from the event loop, so that the download can
- * be stopped in order. There is one at most; while it lives, these signals do not end the program.
+ * be stopped in order. There is one at most; while it lives, these signals do not end the program. A signal
+ * that the program was started to ignore, as nohup does with SIGHUP, stays ignored.
  */
 class InterruptWatcher : public QObject
 {

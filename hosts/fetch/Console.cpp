@@ -45,10 +45,13 @@ void Console::note(const QString &text)
     }
 }
 
-void Console::problem(const QString &text)
+void Console::problem(const QString &text, const QString &toolWords)
 {
     clearStatus();
-    writeError(QStringLiteral("nox-fetch: ") + text + QLatin1Char('\n'));
+    QString lines = QStringLiteral("nox-fetch: ") + text;
+    if (!toolWords.isEmpty())
+        lines += QStringLiteral("\n  ") + QString(toolWords).replace(QLatin1Char('\n'), QLatin1String("\n  "));
+    writeError(lines + QLatin1Char('\n'));
 }
 
 bool Console::result(const QString &text)

@@ -25,8 +25,11 @@ public:
     /** A line for the user's information. */
     void note(const QString &text);
 
-    /** What went wrong, one or more lines; the first is marked with the program's name. */
-    void problem(const QString &text);
+    /**
+     * What went wrong, one or more lines; the first is marked with the program's name.
+     * @param toolWords what the tool said of it, on lines of its own
+     */
+    void problem(const QString &text, const QString &toolWords = {});
 
     /** The program's result. @return whether it could be written */
     bool result(const QString &text);

@@ -1,22 +1,20 @@
 #pragma once
 
-#include "hosts/common/DownloadJob.h"
-#include "hosts/common/ExtractionJob.h"
 #include "hosts/common/LibraryLog.h"
 #include "hosts/common/ToolSetup.h"
+#include "hosts/common/ToolVersionJob.h"
 #include "hosts/fetch/Options.h"
-#include "hosts/fetch/ProgressReporter.h"
-
-#include <nox/model/WebMediaInfo.h>
+#include "hosts/fetch/PageRun.h"
 
 #include <QObject>
+
+#include <memory>
 
 namespace NoxFetch {
 
 class Console;
-struct StreamRequest;
 
-/** One run of the program: reads the page, then shows what it holds or downloads a stream. */
+/** One run of the program: the pages one after the other, or the tool's version. */
 class FetchApp : public QObject
 {
     Q_OBJECT
@@ -35,26 +33,20 @@ Q_SIGNALS:
     void ended(int exitCode);
 
 private:
-    void onPage(const Nox::WebMediaInfo &page);
-    void onExtractionFailed(const QString &words, const QString &toolWords);
-    void startDownload(const StreamRequest &request, const QString &destination);
-    void onPhase(NoxHost::DownloadJob::Phase phase);
-    void onDownloadFailed(int code, const QString &words, const QString &toolWords);
-    void onCancelled();
-    void tellPage(const Nox::WebMediaInfo &page);
-    void printResult(const QString &text);
+    void startPage();
+    void onPageEnded(int exitCode);
+    void askVersion();
     void fail(int exitCode, const QString &words, const QString &toolWords = {});
-    void end(int exitCode);
 
     Options m_options;
     Console &m_console;
-    ProgressReporter m_progress;
     NoxHost::LibraryLog m_log;
     NoxHost::ToolSetup m_tools;
-    NoxHost::ExtractionJob m_extraction;
-    NoxHost::DownloadJob m_download;
-    bool m_isDownloading = false;
-    bool m_hasEnded = false;
+    NoxHost::ToolVersionJob m_version;
+    std::unique_ptr<PageRun> m_page;
+    int m_pageNumber = 0;
+    bool m_isInterrupted = false;
+    int m_exitCode = 0; // of the first page that failed
 };
 
 } // namespace NoxFetch

@@ -9,13 +9,14 @@ namespace NoxFetch {
 
 /** What the user asks for on the command line. */
 struct Options {
-    enum class Mode { Download, List, Json };
+    enum class Mode { Download, List, Json, ToolVersion };
 
     Mode mode = Mode::Download;
-    QString url;
+    QStringList urls;   ///< At least one, but for Mode::ToolVersion.
     QString formatCode; ///< Empty for the best stream.
     QString audioCode;  ///< Empty for the best companion.
     bool noAudio = false;
+    QString folder;        ///< Absolute path of the folder for files that are named after the title.
     QString output;        ///< Absolute path, or empty for a name from the title.
     QString toolFile;      ///< Empty for the default.
     QString pycacheFolder; ///< Empty for the default.

@@ -16,6 +16,13 @@ QString percentText(const NoxHost::TransferFigures &figures)
     return QStringLiteral("%1%").arg(figures.percent(), 3);
 }
 
+/** @p parts with two blanks between them, without those that are empty. */
+QString joined(QStringList parts)
+{
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral("  "));
+}
+
 QString bar(int percent, int width)
 {
     const int filled = width * percent / 100;
@@ -28,11 +35,12 @@ QString bar(int percent, int width)
 QString statusLine(const QString &activity, const NoxHost::TransferFigures &figures, int width, int tick)
 {
     const int room = width - 1; // a full last column makes some terminals wrap
+    const QLocale locale = QLocale::c();
     if (figures.total() == 0) {
         const QString marks = QStringLiteral("|/-\\");
-        return (activity + QLatin1Char(' ') + marks.at(tick % static_cast<int>(marks.size()))).left(room);
+        const QString words = joined({activity, figures.amountText(locale), figures.speedText(locale)});
+        return (words + QLatin1Char(' ') + marks.at(tick % static_cast<int>(marks.size()))).left(room);
     }
-    const QLocale locale = QLocale::c();
     const QString head = activity.leftJustified(activityWidth) + percentText(figures) + QLatin1Char(' ');
     const QString tail = QStringLiteral(" %1  %2  %3")
                              .arg(figures.amountText(locale), figures.speedText(locale), figures.timeLeftText());
@@ -44,14 +52,11 @@ QString statusLine(const QString &activity, const NoxHost::TransferFigures &figu
 
 QString plainLine(const QString &activity, const NoxHost::TransferFigures &figures)
 {
-    if (figures.total() == 0)
-        return activity;
     const QLocale locale = QLocale::c();
-    QString line =
-        activity + QLatin1Char(' ') + percentText(figures) + QStringLiteral("  ") + figures.amountText(locale);
-    if (figures.speed() > 0)
-        line += QStringLiteral("  %1  %2 left").arg(figures.speedText(locale), figures.timeLeftText());
-    return line;
+    const QString timeLeft = figures.timeLeftText();
+    return joined({figures.total() > 0 ? activity + QLatin1Char(' ') + percentText(figures) : activity,
+                   figures.amountText(locale), figures.speedText(locale),
+                   timeLeft.isEmpty() ? timeLeft : timeLeft + QStringLiteral(" left")});
 }
 
 } // namespace NoxFetch

@@ -10,6 +10,7 @@ namespace {
 constexpr int redrawMs = 120;
 constexpr int lineMs = 1000;
 constexpr int linePercents = 10;
+constexpr int unknownMs = 10000; // where there are no percents
 
 } // namespace
 
@@ -44,7 +45,9 @@ void ProgressReporter::advance(const NoxHost::TransferFigures &figures)
 {
     m_figures = figures;
     const int percent = figures.percent();
-    if (m_console.isTerminal() || percent < m_linePercent + linePercents || m_sinceLine.elapsed() < lineMs)
+    const bool isDue = figures.total() > 0 ? percent >= m_linePercent + linePercents && m_sinceLine.elapsed() >= lineMs
+                                           : figures.done() > 0 && m_sinceLine.elapsed() >= unknownMs;
+    if (m_console.isTerminal() || !isDue)
         return;
     m_linePercent = percent;
     m_sinceLine.start();

@@ -1,7 +1,8 @@
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/ProgressLine.h"
 
-#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
 #include <QtTest>
 
 using namespace NoxFetch;
@@ -16,6 +17,7 @@ private Q_SLOTS:
     void commandLines_data();
     void commandLines();
     void allOptions();
+    void documents();
     void statusLines();
 };
 
@@ -31,8 +33,10 @@ void FetchPartsTest::commandLines_data()
     row("--help", 0, "--no-audio");
     row("-h", 0, "Exit code");
     row("--version", 0, "nox-fetch 1.");
-    row("", 2, "exactly one");
-    row("http://a/ http://b/", 2, "exactly one");
+    row("", 2, "at least one");
+    row("--tool-version", -1, "");
+    row("http://a/ HTTP://b/ www.c", -1, "");
+    row("http://a/ ftp://b/", 2, "\"ftp://b/\"");
     row("file:///etc/passwd", 2, "http://");
     row("http://a/\"x", 2, "quotes");
     row("--nonsense http://a/", 2, "nonsense");
@@ -44,6 +48,11 @@ void FetchPartsTest::commandLines_data()
     row("-o /none/x http://a/", 2, "does not exist");
     row("-o x. http://a/", 2, "dot");
     row("-l -o /none/x http://a/", -1, "");
+    row("-o - http://a/", 2, "name a file");
+    row("-o / http://a/", 2, "--folder");
+    row("-o x http://a/ http://b/", 2, "--folder");
+    row("-P /none http://a/", 2, "does not exist");
+    row("-P /none -o x http://a/", 2, "does not exist");
 }
 
 void FetchPartsTest::commandLines()
@@ -58,16 +67,40 @@ void FetchPartsTest::commandLines()
 
 void FetchPartsTest::allOptions()
 {
-    const QString all = QStringLiteral("nox-fetch -v -f 1 -a 2 -o out --tool t --pycache p --log l https://a/");
+    const QString all = QStringLiteral("nox-fetch -v -f 1 -a 2 -P / -o out --tool t --pycache p --log l HTTPS://a/");
     const CommandLine line = CommandLine::read(all.split(QLatin1Char(' ')));
     QVERIFY(!line.exitCode);
     const Options &options = line.options;
-    QCOMPARE(
-        QStringList({options.formatCode, options.audioCode, options.output, options.toolFile, options.pycacheFolder,
-                     options.logFile, options.url}),
-        QStringList({QStringLiteral("1"), QStringLiteral("2"), QDir::current().absoluteFilePath(QStringLiteral("out")),
-                     QStringLiteral("t"), QStringLiteral("p"), QStringLiteral("l"), QStringLiteral("https://a/")}));
+    QCOMPARE(QStringList({options.formatCode, options.audioCode, options.output, options.toolFile,
+                          options.pycacheFolder, options.logFile, options.urls.join(QLatin1Char(' '))}),
+             QStringList({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("/out"), QStringLiteral("t"),
+                          QStringLiteral("p"), QStringLiteral("l"), QStringLiteral("https://a/")}));
     QVERIFY(options.verbose && !options.quiet && !options.noAudio && options.mode == Options::Mode::Download);
+}
+
+// The manual page and the completion know the options that the program has, and no others.
+void FetchPartsTest::documents()
+{
+    const auto optionsIn = [](QString text) {
+        text.replace(QLatin1String("\\-"), QLatin1String("-")); // as the manual page writes it
+        static const QRegularExpression option(QStringLiteral("(?<![\\w-])--?[A-Za-z][a-z-]*"));
+        QSet<QString> options;
+        for (auto matches = option.globalMatch(text); matches.hasNext();)
+            options += matches.next().captured();
+        return options;
+    };
+    const auto content = [](const char *name) {
+        QFile file(QStringLiteral(NOX_FETCH_SOURCES "/") + QLatin1String(name));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    };
+    const QString help = CommandLine::read({QStringLiteral("nox-fetch"), QStringLiteral("--help")}).text;
+    const QSet<QString> options = optionsIn(help.mid(help.indexOf(QLatin1String("\nOptions:"))));
+    QVERIFY(options.size() > 15);
+    QString manual = content("nox-fetch.1");
+    QCOMPARE(optionsIn(manual.mid(manual.indexOf(QLatin1String(".SH OPTIONS")))), options);
+    QString completion = content("nox-fetch.bash");
+    completion = completion.mid(completion.indexOf(QLatin1String("compgen -W")));
+    QCOMPARE(optionsIn(completion.section(QLatin1Char('"'), 1, 1)), options);
 }
 
 void FetchPartsTest::statusLines()
@@ -79,6 +112,10 @@ void FetchPartsTest::statusLines()
              QStringLiteral("video      50% [############------------] 1.0 kB / 2.0 kB  100 bytes/s  0:00:10"));
     for (const int width : {1, 10, 40, 60, 200})
         QVERIFY(statusLine(video, half, width, 0).size() < width);
+    QCOMPARE(statusLine(video, TransferFigures(0, 1000, 100), 80, 0), QStringLiteral("video  1.0 kB  100 bytes/s |"));
+    QCOMPARE(plainLine(video, TransferFigures(0, 1000, 0)), QStringLiteral("video  1.0 kB"));
+    QCOMPARE(plainLine(video, TransferFigures::ofTime(20000, 10000, 500)),
+             QStringLiteral("video  50%  0:00:10 / 0:00:20  0.5x  0:00:20 left"));
     QCOMPARE(plainLine(video, half), QStringLiteral("video  50%  1.0 kB / 2.0 kB  100 bytes/s  0:00:10 left"));
     QCOMPARE(plainLine(video, TransferFigures(2000, 1000, 0)), QStringLiteral("video  50%  1.0 kB / 2.0 kB"));
 }

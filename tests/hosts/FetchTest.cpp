@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -57,13 +58,21 @@ void addSuccesses()
     addRow("taken meanwhile", "18: announce mp4|touch ../Clip.mp4", "-f|18", 0, "DIR/Clip(1).mp4\n", "",
            "Clip(1).mp4=18, Clip.mp4=new", "dump 18");
     addRow("list", "", "-l", 0, list, "", "", "dump");
+    addRow("two pages", "", "-f|18|http://127.0.0.1/first", 0, "DIR/Clip.mp4\nDIR/Clip(1).mp4\n",
+           "1 of 2: http://127.0.0.1/first|2 of 2: http://127.0.0.1/page", "Clip(1).mp4=18, Clip.mp4=18",
+           "dump 18 dump 18");
+    addRow("folder", "", "-f|18|-P|../tmp", 0, "ROOT/tmp/Clip.mp4\n", "", "", "dump 18");
+    addRow("tool's version", "dump: out 2026.01.02\\n", "--tool-version", 0, "2026.01.02\n", "", "", "dump");
 }
 
 void addFailures()
 {
     addRow("output taken", "", "-o|Clip.mp4", 2, "", "exists already", "Clip.mp4=old", "");
     addRow("output in no folder", "", "-o|none/x.mp4", 2, "", "does not exist", "", "");
-    addRow("two addresses", "", "http://127.0.0.1/", 2, "", "exactly one", "", "");
+    addRow("output is a folder", "", "-o|.", 2, "", "is a folder", "", "");
+    addRow("two pages that fail", "dump: err ERROR: gone\\n|exit 1", "http://127.0.0.1/first", 1, "",
+           "nox-fetch: http://127.0.0.1/first: |nox-fetch: http://127.0.0.1/page: |\n  ERROR: gone", "", "dump dump");
+    addRow("no version", "dump: err ERROR: odd\\n|exit 1", "--tool-version", 1, "", "version|ERROR: odd", "", "dump");
     addRow("unknown option", "", "--colour=18", 2, "", "colour", "", "");
     addRow("log in no folder", "", "--log|none/log", 2, "", "log file", "", "");
     addRow("unknown format", "", "-f|999", 2, "", "\"999\"; it has: 137, 18, 251, 140", "", "dump");
@@ -115,6 +124,9 @@ private Q_SLOTS:
     void missingPrograms();
     void interrupts_data();
     void interrupts();
+    void ignoredHangup();
+    void killedRun();
+    void lostOutput();
     void json();
     void quietVerboseLog();
     void bar();
@@ -253,6 +265,64 @@ void FetchTest::interrupts()
     QCOMPARE(QDir(stage.path(QStringLiteral("tmp"))).entryList({QStringLiteral("nox*")}), QStringList());
 }
 
+// As nohup starts it: a terminal that goes away does not end it.
+void FetchTest::ignoredHangup()
+{
+    TestSandbox stage;
+    stage.play(QLatin1String(page) + QStringLiteral("\n18: announce mp4|wait go"));
+    FetchProgram fetch(stage.folder());
+    std::signal(SIGHUP, SIG_IGN);
+    fetch.start({QStringLiteral("-f"), QStringLiteral("18"), url()});
+    std::signal(SIGHUP, SIG_DFL);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Patience);
+    fetch.interrupt(SIGHUP);
+    stage.mark(QStringLiteral("go"));
+    QVERIFY(fetch.waitForEnd());
+    QCOMPARE(fetch.exitCode(), 0);
+}
+
+// What a killed run leaves goes with the next one, which leaves alone what is in use.
+void FetchTest::killedRun()
+{
+    TestSandbox stage;
+    stage.play(QLatin1String(page)
+               + QStringLiteral("\n137: announce mp4|file mp4.part|hang\n18: announce mp4|mark on|wait go"));
+    FetchProgram killed(stage.folder());
+    FetchProgram waiting(stage.folder());
+    killed.start({QStringLiteral("-f"), QStringLiteral("137"), url()});
+    waiting.start({QStringLiteral("-f"), QStringLiteral("18"), url()});
+    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("137")) && stage.isMarked(QStringLiteral("on")),
+                             TestSandbox::Patience);
+    killed.interrupt(SIGKILL);
+    QVERIFY(killed.waitForEnd());
+    QCOMPARE(leftInFolder(stage).size(), 2);
+    FetchProgram next(stage.folder());
+    QVERIFY(next.run({QStringLiteral("-f"), QStringLiteral("140"), url()}));
+    QCOMPARE(leftInFolder(stage).size(), 2); // the finished file, and the folder of the waiting one
+    stage.mark(QStringLiteral("go"));
+    QVERIFY(waiting.waitForEnd());
+    QCOMPARE(stage.plain(waiting.output()), QStringLiteral("DIR/Clip.mp4\n"));
+    QCOMPARE(leftInFolder(stage), QStringList({QStringLiteral("Clip.m4a"), QStringLiteral("Clip.mp4")}));
+}
+
+void FetchTest::lostOutput()
+{
+    TestSandbox stage;
+    stage.play(QLatin1String(page) + QStringLiteral("\n18: announce mp4|wait go"));
+    const QString pipe = stage.path(QStringLiteral("pipe"));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), S_IRUSR | S_IWUSR), 0);
+    const int reader = open(QFile::encodeName(pipe).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    FetchProgram fetch(stage.folder());
+    fetch.process().setStandardOutputFile(pipe);
+    fetch.start({QStringLiteral("-f"), QStringLiteral("18"), url()});
+    QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Patience);
+    close(reader); // a write gives SIGPIPE now
+    stage.mark(QStringLiteral("go"));
+    QVERIFY(fetch.waitForEnd());
+    QCOMPARE(fetch.exitCode(), 3);
+    QVERIFY2(stage.plain(fetch.errors()).contains(QLatin1String("\"DIR/Clip.mp4\"")), qPrintable(fetch.errors()));
+}
+
 void FetchTest::json()
 {
     TestSandbox stage;
@@ -307,7 +377,7 @@ void FetchTest::bar()
     QTRY_VERIFY_WITH_TIMEOUT(shows("extracting |"), TestSandbox::Patience);
     QTRY_VERIFY_WITH_TIMEOUT(shows("video      41% [##"), TestSandbox::Patience);
     stage.mark(QStringLiteral("go"));
-    QTRY_VERIFY_WITH_TIMEOUT(shows("joining |"), TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("joining  5 bytes"), TestSandbox::Patience);
     stage.mark(QStringLiteral("join"));
     QVERIFY(fetch.waitForEnd());
     QVERIFY(shows("500 bytes / 1.2 kB  10 bytes/s  0:01:10"));

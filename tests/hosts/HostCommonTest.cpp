@@ -320,9 +320,10 @@ void HostCommonTest::nameProblems()
     QCOMPARE(Destination::free(folder.filePath(text("taken"))), folder.filePath(text("taken(1)")));
 
     QCOMPARE(problem(text("good (1).mp4")), QString());
-    for (const char *name : {"50% off", "a%(id)s", "100%%"})
+    for (const char *name : {"50% off", "a%(id)s", "100%%", "5 $ a", "$HOME", "a${B}", "line\nline"})
         QVERIFY(QDir(folder.path()).mkdir(text(name)));
     QCOMPARE(problem(text("50% off/a%(id)s.mp4")), QString());
+    QCOMPARE(problem(text("5 $ a/a")), QString());
     QCOMPARE(problem(QString(247, QLatin1Char('x'))), QString());
     const struct {
         QString name;
@@ -339,6 +340,9 @@ void HostCommonTest::nameProblems()
         {text("taken/a"), "not a folder"},
         {text("a%(id)s/a"), "cannot be used"},
         {text("100%%/a"), "cannot be used"},
+        {text("$HOME/a"), "a $"},
+        {text("a${B}/a"), "a $"},
+        {text("line\nline/a"), "line line\" cannot be used: its name holds a line break"},
     };
     for (const auto &row : rows) {
         const QString words = problem(row.name);

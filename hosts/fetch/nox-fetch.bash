@@ -1,0 +1,26 @@
+# Completion of nox-fetch for bash.
+
+_nox_fetch()
+{
+    local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    COMPREPLY=()
+    case $previous in
+        -o | --output | --tool | --log)
+            mapfile -t COMPREPLY < <(compgen -f -- "$word")
+            return
+            ;;
+        -P | --folder | --pycache)
+            mapfile -t COMPREPLY < <(compgen -d -- "$word")
+            return
+            ;;
+        -f | --format | -a | --audio)
+            return
+            ;;
+    esac
+    if [[ $word == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "-l --list --json -f --format -a --audio --no-audio -o --output -P --folder
+            --tool --pycache --log -v --verbose -q --quiet -h --help --version --tool-version" -- "$word")
+    fi
+}
+
+complete -o filenames -F _nox_fetch nox-fetch
