@@ -435,6 +435,14 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <source>video</source>
         <translation>Video</translation>
     </message>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be used: the download tool takes a $ in its name for a variable.</source>
+        <translation>Der Ordner „%1“ ist nicht verwendbar: Das Download-Werkzeug hält ein $ in seinem Namen für eine Variable.</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be used: its name holds a line break or another control character.</source>
+        <translation>Der Ordner „%1“ ist nicht verwendbar: Sein Name enthält einen Zeilenumbruch oder ein anderes Steuerzeichen.</translation>
+    </message>
 </context>
 <context>
     <name>NoxHost::FailureText</name>
@@ -517,6 +525,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>The download tool&apos;s archive is damaged, incomplete, or made for another version of Python. Get it anew.</source>
         <translation>Das Archiv des Download-Werkzeugs ist beschädigt, unvollständig oder für eine andere Python-Version gemacht. Besorgen Sie es neu.</translation>
+    </message>
+    <message>
+        <source>The download tool does not tell its version. Check that its file is complete.</source>
+        <translation>Das Download-Werkzeug nennt seine Version nicht. Prüfen Sie, ob seine Datei vollständig ist.</translation>
     </message>
 </context>
 <context>
