@@ -35,16 +35,14 @@ while [[ $# -gt 0 ]]; do
 done
 groups=(build run bench)
 case $qt in
-    6) preset=release ;;
-    5) preset=qt5; groups+=(qt5) ;;
+    6) ;;
+    5) groups+=(qt5) ;;
     *) echo "bench.sh: --qt takes 6 or 5" >&2; exit 2 ;;
 esac
 
 "$root/scripts/setup.sh" "${groups[@]}"
+build_preset "bench-qt$qt" "${programs[@]}" nox-fetch
 build=$root/build/bench-qt$qt
-say "build"
-configure "$preset" "$build" -DNOX_BUILD_BENCHMARKS=ON -DNOX_BUILD_TESTS=OFF -DNOX_BUILD_EXAMPLES=OFF
-compile "$build" "${programs[@]}" nox-fetch
 
 if [[ " ${programs[*]} " == *" nox_bench_runs "* ]]; then
     "$root/scripts/stage-programs.sh" "$build/bin"

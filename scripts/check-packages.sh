@@ -16,7 +16,7 @@ if [[ $# -gt 0 ]]; then
     packages=$(realpath "$1")
 else
     packages=$root/build/packages
-    "$root/scripts/package.sh" "$packages"
+    "$root/scripts/package.sh"
 fi
 make_scratch
 readonly title_begin='Open the café/bar? '

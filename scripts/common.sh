@@ -16,21 +16,18 @@ print_help() {
     sed -n '2,/^[^#]/{/^#/s/^# \{0,1\}//p}' "$0"
 }
 
-# configure PRESET DIR [CMAKE-OPTION...]: with ccache where it is installed.
-configure() {
-    local preset=$1 dir=$2
-    shift 2
-    cmake -S "$root" --preset "$preset" -B "$dir" --log-level=WARNING \
-        -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" "$@" >/dev/null
-}
+export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$jobs
 
-# compile DIR [TARGET...]: everything, unless targets are named.
-compile() {
-    local dir=$1
+# build_preset PRESET [TARGET...]: everything, unless targets are named; into build/PRESET, with ccache where it is installed.
+build_preset() (
+    local preset=$1
     shift
     [[ $# -eq 0 ]] || set -- --target "$@"
-    cmake --build "$dir" -j "$jobs" "$@"
-}
+    say "build: $preset"
+    cd "$root" || exit
+    CMAKE_CXX_COMPILER_LAUNCHER=$(command -v ccache || true) cmake --preset "$preset" --log-level=WARNING >/dev/null
+    cmake --build --preset "$preset" "$@"
+)
 
 scratch=
 server=

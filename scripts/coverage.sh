@@ -18,14 +18,12 @@ esac
 "$root/scripts/setup.sh" build run coverage
 
 build=$root/build/coverage
-say "build"
-# Counters stand in the code itself: without optimisation each line is its own, and threads do not lose counts.
-configure debug "$build" -DNOX_BUILD_HOSTS=OFF -DNOX_BUILD_EXAMPLES=OFF -DNOX_INSTALL=OFF -DCMAKE_CXX_FLAGS="--coverage -fprofile-update=atomic -O0"
-compile "$build"
+build_preset coverage
 find "$build" -name '*.gcda' -delete
 
 say "tests"
-ctest --test-dir "$build" -j "$jobs" --output-on-failure --no-tests=error --timeout 600 "$@"
+cd "$root"
+ctest --preset coverage -j "$jobs" "$@"
 
 say "coverage"
 mkdir -p "$build/report"

@@ -21,9 +21,7 @@ esac
 
 "$root/scripts/setup.sh" build run
 
-say "build"
-configure release "$root/build/release"
-compile "$root/build/release" $program
+build_preset release $program
 bin=$root/build/release/bin
 "$root/scripts/stage-programs.sh" "$bin"
 

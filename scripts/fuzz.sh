@@ -23,10 +23,7 @@ shift $(($# > 0 ? 1 : 0))
 
 "$root/scripts/setup.sh" build fuzz
 build=$root/build/fuzz
-say "build"
-configure release "$build" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DNOX_SANITIZE=address,undefined -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DNOX_BUILD_TESTS=OFF -DNOX_BUILD_EXAMPLES=OFF
-compile "$build" "$@"
+build_preset fuzz "$@"
 
 failed=0
 for target in "$@"; do

@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
-# Checks the sources without running them: formatting, spelling, the scripts, the code under clang and clang-tidy.
+# Checks the sources without running them: formatting, spelling, the scripts, cppcheck.
 #
-#   scripts/lint.sh [CHECK...]     all of them, or those named: format scripts python spelling cppcheck clang tidy
+# clang-tidy runs while the presets tidy and fuzz are built: scripts/test.sh tidy, scripts/fuzz.sh.
+#
+#   scripts/lint.sh [CHECK...]     all of them, or those named: format scripts python spelling cppcheck
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
 cd "$root"
 
-readonly checks=(format scripts python spelling cppcheck clang tidy)
+readonly checks=(format scripts python spelling cppcheck)
 mapfile -t code_folders < <(ls -d nox hosts examples tests benchmarks fuzz 2>/dev/null)
-readonly clang_dir=$root/build/asan
 
 # Prints the sources of ours that match the find expression given, each ended by a null character.
 sources() {
@@ -28,10 +29,11 @@ check_scripts() {
     done
 }
 
-# The tool's front and its tests.
+# The tool's front, its tests, and scripts.
 check_python() {
-    flake8 tool tests/tool scripts/make-tool-archive.py scripts/demo-server.py
+    flake8 tool tests/tool scripts/*.py
     MYPYPATH=tool:tests/tool mypy --config-file tool/mypy.ini --cache-dir "$root/build/mypy" tool tests/tool/*.py
+    mypy --strict --cache-dir "$root/build/mypy" scripts/check-documents.py scripts/clang-tidy-cache.py
 }
 
 check_spelling() {
@@ -45,21 +47,6 @@ check_cppcheck() {
         -itests "${code_folders[@]}"
 }
 
-# The other compiler, with its warnings; clang-tidy reads the command lines and the generated files that this leaves.
-# It is the build for the sanitizers, which test.sh takes up where this has left it.
-check_clang() {
-    configure asan "$clang_dir" -DNOX_BUILD_BENCHMARKS=ON
-    compile "$clang_dir"
-}
-
-check_tidy() {
-    [[ -e $clang_dir/build.ninja ]] || check_clang
-    sources -name '*.cpp' -not -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$clang_dir" "$jobs"
-    # The fuzz targets cannot be built along with the rest, whose objects would be marked for the fuzzer.
-    configure asan "$root/build/clang-fuzz" -DNOX_BUILD_FUZZERS=ON -DNOX_BUILD_HOSTS=OFF -DNOX_BUILD_TESTS=OFF -DNOX_BUILD_EXAMPLES=OFF
-    sources -name '*.cpp' -path 'fuzz/*' | xargs -0 scripts/run-tidy.py "$root/build/clang-fuzz" "$jobs"
-}
-
 case ${1-} in
     -h | --help) print_help; exit 0 ;;
 esac
@@ -71,7 +58,7 @@ for check in "$@"; do
     fi
 done
 
-scripts/setup.sh build run lint sanitizers bench
+scripts/setup.sh lint
 for check in "$@"; do
     say "lint: $check"
     "check_$check"

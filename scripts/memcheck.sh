@@ -23,9 +23,7 @@ esac
 
 "$root/scripts/setup.sh" "${groups[@]}"
 build=$root/build/$preset
-say "build: $preset"
-configure "$preset" "$build"
-compile "$build" model_test parse_test reaction_test
+build_preset "$preset" model_test parse_test reaction_test
 
 # Qt's expressions compile themselves to machine code, which reads in blocks that valgrind takes for too long.
 export QT_ENABLE_REGEXP_JIT=0

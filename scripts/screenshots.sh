@@ -20,9 +20,7 @@ images=$(realpath -m "${1:-$root/docs/images}")
 
 "$root/scripts/setup.sh" build run desk
 
-say "build"
-configure release "$root/build/release"
-compile "$root/build/release" nox-desk
+build_preset release nox-desk
 bin=$root/build/release/bin
 "$root/scripts/stage-programs.sh" "$bin"
 

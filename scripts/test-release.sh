@@ -5,7 +5,7 @@
 #   scripts/test-release.sh --clean [RELEASE]            removes what is cached for the release
 #
 # The commands are scripts/demo.sh and scripts/test.sh, or COMMAND, as in:
-# scripts/test-release.sh trixie -- scripts/lint.sh cppcheck clang tidy
+# scripts/test-release.sh trixie -- scripts/test.sh tidy
 #
 # Every run begins with a root that holds debootstrap's minimal system and a copy of the checkout, so that a package
 # that scripts/setup.sh does not name is found to be missing. The minimal system, downloaded packages and compiled

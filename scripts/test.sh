@@ -23,13 +23,12 @@ done
 groups=(build run)
 [[ " ${presets[*]} " != *qt5\ * ]] || groups+=(qt5)
 [[ " ${presets[*]} " != *\ asan\ * ]] || groups+=(sanitizers)
+[[ " ${presets[*]} " != *\ tidy\ * ]] || groups+=(sanitizers lint bench)
 "$root/scripts/setup.sh" "${groups[@]}"
 
 cd "$root"
 for preset in "${presets[@]}"; do
-    say "build: $preset"
-    configure "$preset" "$root/build/$preset"
-    compile "$root/build/$preset"
+    build_preset "$preset"
     say "test: $preset"
     ctest --preset "$preset" -j "$jobs" "$@"
 done

@@ -7,8 +7,8 @@ namespace Nox {
 /**
  * The codes that WebMediaDownloader::error() carries as plain numbers.
  *
- * A crash is reported by two codes, one after the other: #ProcessFailed or #MergeProcessFailed first,
- * then #Crashed.
+ * A crash is reported by two codes, one after the other: DownloadError::ProcessFailed or
+ * DownloadError::MergeProcessFailed first, then DownloadError::Crashed.
  */
 enum class DownloadError : qint32 {
     ProcessFailed = -1,      ///< The tool could not be started, or it crashed; or there is no format code to ask for.
