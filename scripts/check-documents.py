@@ -36,7 +36,8 @@ def main() -> None:
         targets = LINK.findall(CODE.sub("", text))
         links += len(targets)
         quotations += len(QUOTATION.findall(text))
-        problems += [f"{name}: links to {target}, which does not exist" for target in targets if is_dead(document, target)]
+        dead = [target for target in targets if is_dead(document, target)]
+        problems += [f"{name}: links to {target}, which does not exist" for target in dead]
         current = QUOTATION.sub(quoted, text)
         if current != text and sys.argv[1:]:
             document.write_text(current)

@@ -4,9 +4,9 @@
     check-includes.py [TREE]     the folder with nox/ and hosts/; the one above this script unless given
 
 The rooms of the library lie on floors, and includes lead downwards only; only the factory knows the concrete workers.
-Hosts see public headers, which include public headers only, and NoxWebMedia.h names them all. No file includes itself by
-a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets, as its users
-write it, every other one of ours between quotes.
+Hosts see public headers, which include public headers only, and NoxWebMedia.h names them all. No file includes itself
+by a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets, as its
+users write it, every other one of ours between quotes.
 """
 
 import pathlib
@@ -131,7 +131,8 @@ def main():
         sys.exit(__doc__)
     root = pathlib.Path(sys.argv[1] if len(sys.argv) == 2 else pathlib.Path(__file__).parent.parent).resolve()
     tree = Tree(root)
-    problems = [*problems_of_rooms(tree), *problems_of_public_headers(tree), *problems_of_circles(tree), *problems_of_form(tree)]
+    problems = [*problems_of_rooms(tree), *problems_of_public_headers(tree)]
+    problems += [*problems_of_circles(tree), *problems_of_form(tree)]
     for problem in problems:
         print(problem, file=sys.stderr)
     if problems:

@@ -3,10 +3,10 @@
 
     clang-tidy-cache.py [CLANG-TIDY-OPTION...] FILE -- COMPILER ARGUMENT...
 
-CMake starts it so, as its CMAKE_CXX_CLANG_TIDY. A file is looked at anew only when what the compiler sees of it, comments
-included, or the configuration or clang-tidy itself has changed since it was clean: looking takes ten times as long as
-preprocessing. The memory is in the user's cache folder; without it nothing but time is lost. Generated files, which lie
-in the build folder, are not looked at.
+CMake starts it so, as its CMAKE_CXX_CLANG_TIDY. A file is looked at anew only when what the compiler sees of it,
+comments included, or the configuration or clang-tidy itself has changed since it was clean: looking takes ten times as
+long as preprocessing. The memory is in the user's cache folder; without it nothing but time is lost. Generated files,
+which lie in the build folder, are not looked at.
 """
 
 from __future__ import annotations
@@ -28,7 +28,7 @@ def preprocessed(command: list[str]) -> bytes | None:
     for option in ("-o", "-MF", "-MT"):
         if option in words:
             at = words.index(option)
-            del words[at : at + 2]
+            del words[at:at + 2]
     words = [word for word in words if word not in ("-c", "-MD")] + ["-E", "-P", "-C"]
     run = subprocess.run(words, capture_output=True)
     return run.stdout + shlex.join(words).encode() if run.returncode == 0 else None
@@ -51,7 +51,7 @@ def main() -> int:
     divider = sys.argv.index("--")
     if pathlib.Path(sys.argv[divider - 1]).resolve().is_relative_to(pathlib.Path.cwd()):
         return 0
-    memory = memory_of(sys.argv[divider + 1 :])
+    memory = memory_of(sys.argv[divider + 1:])
     if memory and memory.exists():
         return 0
     run = subprocess.run(["clang-tidy", "--quiet", *sys.argv[1:]], capture_output=True, text=True)

@@ -47,8 +47,8 @@ void ToolSetup::prepareEnvironment()
 }
 
 ToolSetup::ToolSetup(const QString &toolFile, const QString &pycacheFolder)
+    : m_toolFile(toolFile.isEmpty() ? defaultToolFile() : QFileInfo(toolFile).absoluteFilePath())
 {
-    m_toolFile = toolFile.isEmpty() ? defaultToolFile() : QFileInfo(toolFile).absoluteFilePath();
     const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
     m_pycacheFolder =
         QFileInfo(pycacheFolder.isEmpty() ? cache + QStringLiteral("/noxwebmedia/pycache") : pycacheFolder)
