@@ -1,5 +1,5 @@
 #include "hosts/desk/model/DownloadPlan.h"
-#include "hosts/desk/model/LogSession.h"
+#include "hosts/desk/model/ProgramLog.h"
 #include "hosts/desk/model/StreamTableModel.h"
 #include "hosts/desk/network/WebRequest.h"
 #include "hosts/desk/view/AddressOffer.h"
@@ -79,6 +79,10 @@ private Q_SLOTS:
     void streamTable();
     void streamTexts_data();
     void streamTexts();
+    void conversion();
+    void preferences_data();
+    void preferences();
+    void missingFolder();
     void choices_data();
     void choices();
     void destination_data();
@@ -118,7 +122,7 @@ void DeskModelTest::streamTable()
     StreamTableModel model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(model.startRow(), -1);
-    model.setStreams(NoxHost::StreamChoice(page()));
+    model.setStreams(NoxHost::StreamChoice(page()), 60);
     QCOMPARE(names(model), QStringLiteral("137 248 136 18 251 140")); // one of 136 and 298
     QVERIFY(model.hidesAny());
     QCOMPARE(model.stream(model.startRow()).getName(), QStringLiteral("137"));
@@ -132,7 +136,7 @@ void DeskModelTest::streamTable()
     QCOMPARE(changes.size(), 1);
     QCOMPARE(changes.first().first().toModelIndex().siblingAtColumn(StreamTableModel::Size).data().toString(),
              QStringLiteral("2.5 MB"));
-    model.setStreams({});
+    model.setStreams({}, -1);
     QCOMPARE(model.rowCount(), 0);
     QVERIFY(!model.stream(0).isValid());
 }
@@ -144,11 +148,12 @@ void DeskModelTest::streamTexts_data()
     Nox::MediaProfile threeD = stream("a", "MP4", {1280, 720}, false);
     threeD.set3D(true);
     threeD.setSize(1000);
-    QTest::newRow("with sound") << stream("a", "MP4", {640, 360}, false) << "360P|MP4|video|";
-    QTest::newRow("DASH") << stream("a", "WEBM", {1000, 500}, true) << "1000x500|WEBM|video only (DASH)|";
-    QTest::newRow("audio") << stream("a", "M4A", {}, true, 128000) << "128K|M4A|audio (DASH)|";
-    QTest::newRow("3D, of known size") << threeD << "720P|MP4|3D video|1.0 kB";
-    QTest::newRow("nothing known") << stream("a", "FLV", {}, false) << "unknown|FLV|video|";
+    QTest::newRow("with sound") << stream("a", "MP4", {640, 360}, false) << "360p, with sound|360P|MP4|video|";
+    QTest::newRow("DASH") << stream("a", "WEBM", {1000, 500}, true)
+                          << "500p, without sound|1000x500|WEBM|video only (DASH)|";
+    QTest::newRow("audio") << stream("a", "M4A", {}, true, 128000) << "sound only, 128 kbit/s|128K|M4A|audio (DASH)|";
+    QTest::newRow("3D, of known size") << threeD << "720p, with sound|720P|MP4|3D video|1.0 kB";
+    QTest::newRow("nothing known") << stream("a", "FLV", {}, false) << "with sound|unknown|FLV|video|";
 }
 
 void DeskModelTest::streamTexts()
@@ -157,8 +162,65 @@ void DeskModelTest::streamTexts()
     Nox::WebMediaInfo info;
     info.addMediaProfile(profile);
     StreamTableModel model;
-    model.setStreams(NoxHost::StreamChoice(info));
+    model.setStreams(NoxHost::StreamChoice(info), 60);
     QTEST(rowText(model, 0), "texts");
+}
+
+/** Streams that must be encoded anew are marked in the table, and the form warns of them. */
+void DeskModelTest::conversion()
+{
+    StreamTableModel model;
+    model.setStreams(NoxHost::StreamChoice(page()), 600);
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const bool isConverted = model.stream(row).getName() == QLatin1String("248");
+        const QModelIndex cell = model.index(row, StreamTableModel::Words);
+        QCOMPARE(cell.data().toString().contains(QLatin1String("must be converted")), isConverted);
+        QCOMPARE(cell.data(Qt::ToolTipRole).toString().contains(QLatin1String("Rough guess")), isConverted);
+        m_plan->setStream(model.stream(row));
+        QCOMPARE(m_plan->warning().isEmpty(), !isConverted);
+    }
+    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("248")));
+    m_plan->setCompanion(QString());
+    QCOMPARE(m_plan->warning(), QString());
+}
+
+void DeskModelTest::preferences_data()
+{
+    QTest::addColumn<int>("lines");
+    QTest::addColumn<bool>("withoutConversion");
+    QTest::addColumn<bool>("soundOnly");
+    QTest::addColumn<QString>("code");
+    QTest::newRow("as it comes") << 0 << true << false << "137";
+    QTest::newRow("ceiling") << 720 << true << false << "136";
+    QTest::newRow("ceiling between sizes") << 1000 << true << false << "136";
+    QTest::newRow("ceiling below all") << 100 << true << false << "137";
+    QTest::newRow("also what is converted") << 1440 << false << false << "137"; // of equals the one with less work
+    QTest::newRow("sound") << 720 << true << true << "251";
+}
+
+void DeskModelTest::preferences()
+{
+    QFETCH(int, lines);
+    QFETCH(bool, withoutConversion);
+    QFETCH(bool, soundOnly);
+    StreamTableModel model;
+    model.setPreference({lines, withoutConversion, soundOnly});
+    model.setStreams(NoxHost::StreamChoice(page()), 60);
+    QTEST(model.stream(model.startRow()).getName(), "code");
+}
+
+void DeskModelTest::missingFolder()
+{
+    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("18")));
+    QCOMPARE(m_plan->missingFolder(), QString());
+    m_plan->setDestination(path(QStringLiteral("new/deep/a.mp4")));
+    QCOMPARE(m_plan->missingFolder(), path(QStringLiteral("new/deep")));
+    QVERIFY(!m_plan->isComplete());
+    m_plan->makeFolder();
+    QVERIFY(m_plan->isComplete() && m_plan->missingFolder().isEmpty());
+    QVERIFY(QFile(path(QStringLiteral("file"))).open(QIODevice::WriteOnly));
+    m_plan->setDestination(path(QStringLiteral("file/new/a.mp4"))); // no folder can be made in a file
+    QCOMPARE(m_plan->missingFolder(), QString());
 }
 
 void DeskModelTest::choices_data()
@@ -332,7 +394,7 @@ void DeskModelTest::logs()
     ProgramLog next(m_root->path());
     QCOMPARE(next.fileName(), file);
 
-    const LogSession session(next);
+    next.setWatched(true);
     QFile log(file);
     QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray(ProgramLog::largestSize + 1, 'x')) > 0);
     log.close();
@@ -379,6 +441,9 @@ void DeskModelTest::addresses_data()
     QTest::newRow("text") << ""
                           << " https://x/y \n"
                           << "https://x/y";
+    QTest::newRow("mended") << ""
+                            << "www.x/y"
+                            << "https://www.x/y";
     QTest::newRow("local file") << "file:///etc/passwd"
                                 << ""
                                 << "";

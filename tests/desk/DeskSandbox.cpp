@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 
 #include <algorithm>
 
@@ -20,6 +21,7 @@ DeskSandbox::DeskSandbox()
     qputenv("XDG_DATA_HOME", QFile::encodeName(path(QStringLiteral("data"))));
     qputenv("TMPDIR", QFile::encodeName(path(QStringLiteral("tmp"))));
     qputenv("NOX_STAGE", QFile::encodeName(path(QStringLiteral("notes"))));
+    QSettings().clear(); // Qt goes on with the file of the first sandbox
     play(pageScenario());
 }
 

@@ -5,8 +5,10 @@
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollArea>
 #include <QTableView>
+#include <QToolButton>
 #include <QtTest>
 
 using namespace NoxDesk;
@@ -94,11 +96,17 @@ void DeskUser::choose(const QString &quality)
     auto *table = qobject_cast<QTableView *>(find("streams"));
     const QAbstractItemModel *model = table->model();
     for (int row = 0; row < model->rowCount(); ++row) {
-        const QModelIndex cell = model->index(row, 0);
+        const QModelIndex cell = model->index(row, StreamTableModel::Quality);
         if (cell.data().toString() == quality) {
             QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(cell).center());
         }
     }
+}
+
+void DeskUser::openMenu(int entry)
+{
+    const auto *button = qobject_cast<QToolButton *>(find("menu"));
+    button->menu()->actions().at(entry)->trigger();
 }
 
 QString DeskUser::streams()

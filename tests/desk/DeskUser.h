@@ -31,6 +31,7 @@ public:
     void type(const char *name, const QString &text); ///< Replaces what is in the field.
     void readPage(const QString &address);            ///< Types the address and presses Enter.
     void choose(const QString &quality);              ///< Picks the stream of that quality in the table.
+    void openMenu(int entry);                         ///< Takes the entry of the window's menu, the first being 0.
     QString streams();                                ///< The table, "cell,cell;cell,cell".
     QString chosen();                                 ///< Code of the chosen stream.
 

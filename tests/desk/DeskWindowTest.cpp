@@ -169,9 +169,11 @@ void DeskWindowTest::describesPage()
     QTRY_SOON(m_user->sees("streams"));
     QCOMPARE(m_user->text("title"), QStringLiteral("Clip"));
     QCOMPARE(m_user->text("duration"), QStringLiteral("Duration 1:02:05"));
-    QCOMPARE(m_user->streams(),
-             QStringLiteral("1080P,MP4,video only (DASH),;720P,MP4,video only (DASH),;360P,MP4,video,;"
-                            "160K,WEBM,audio (DASH),;128K,M4A,audio (DASH),"));
+    QCOMPARE(
+        m_user->streams(),
+        QStringLiteral("1080p, with sound,1080P,MP4,video only (DASH),;720p, with sound,720P,MP4,video only (DASH),;"
+                       "360p, with sound,360P,MP4,video,;sound only, 160 kbit/s,160K,WEBM,audio (DASH),;"
+                       "sound only, 128 kbit/s,128K,M4A,audio (DASH),"));
     QCOMPARE(m_user->chosen(), QStringLiteral("137"));
     QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/Clip.mp4"));
     m_user->choose(QStringLiteral("360P"));
@@ -282,7 +284,8 @@ void DeskWindowTest::downloadsJoined()
     const QString file = m_stage->videos() + QStringLiteral("/Clip.mp4");
     QCOMPARE(m_stage->files(), QStringList(QStringLiteral("Clip.mp4")));
     QVERIFY(m_user->press("openFile", 0) && m_user->press("showFolder", 0));
-    QCOMPARE(m_opened, QStringList({file, m_stage->videos()}));
+    // There is no session bus, and so no file manager that would select the file.
+    QTRY_COMPARE(m_opened, QStringList({file, m_stage->videos()}));
     QVERIFY(m_user->press("remove", 1) && m_user->press("removeEnded"));
     QCOMPARE(m_user->desk().downloads().rowCount(), 0);
     QVERIFY(QFile::exists(file));

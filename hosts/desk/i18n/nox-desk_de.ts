@@ -19,6 +19,14 @@
         <source>&amp;Address:</source>
         <translation>&amp;Adresse:</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Menu (F10)</source>
+        <translation>Menü (F10)</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::AddressOfferBar</name>
@@ -29,6 +37,31 @@
     <message>
         <source>Dismiss the copied address</source>
         <translation>Kopierte Adresse nicht verwenden</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::Desk</name>
+    <message>
+        <source>%1 %, %2 of %3</source>
+        <comment>percent; ended, all downloads</comment>
+        <translation>%1 %, %2 von %3</translation>
+    </message>
+    <message>
+        <source>Download finished</source>
+        <translation>Download fertig</translation>
+    </message>
+    <message>
+        <source>Download failed</source>
+        <translation>Download fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>file, problem</comment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Download cancelled</source>
+        <translation>Download abgebrochen</translation>
     </message>
 </context>
 <context>
@@ -69,12 +102,16 @@
         <source>%1 left</source>
         <translation>noch %1</translation>
     </message>
+    <message>
+        <source>Waiting for others to end</source>
+        <translation>Wartet, bis andere fertig sind</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadListModel</name>
     <message>
         <source>%1: %2</source>
-        <comment>title, status</comment>
+        <comment>file, status</comment>
         <translation>%1: %2</translation>
     </message>
 </context>
@@ -124,6 +161,10 @@
         <source>No program could be started that opens &quot;%1&quot;.</source>
         <translation>Es konnte kein Programm gestartet werden, das „%1“ öffnet.</translation>
     </message>
+    <message>
+        <source>Retry</source>
+        <translation>Wiederholen</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadsPanel</name>
@@ -146,6 +187,14 @@
     <message>
         <source>Downloads</source>
         <translation>Downloads</translation>
+    </message>
+    <message>
+        <source>Ca&amp;ncel all</source>
+        <translation>Alle abbre&amp;chen</translation>
+    </message>
+    <message>
+        <source>Cancels the downloads that run and those that wait</source>
+        <translation>Bricht die laufenden und die wartenden Downloads ab</translation>
     </message>
 </context>
 <context>
@@ -175,6 +224,13 @@
     </message>
 </context>
 <context>
+    <name>NoxDesk::InfoDialog</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
     <name>NoxDesk::LogDialog</name>
     <message>
         <source>Log</source>
@@ -187,6 +243,10 @@
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy all</source>
+        <translation>Alles &amp;kopieren</translation>
     </message>
 </context>
 <context>
@@ -210,6 +270,88 @@
     <message>
         <source>Downloads still running: %1. Cancel them and close?</source>
         <translation>Noch laufende Downloads: %1. Abbrechen und schließen?</translation>
+    </message>
+    <message>
+        <source>&amp;Preferences…</source>
+        <translation>&amp;Einstellungen …</translation>
+    </message>
+    <message>
+        <source>&amp;Log…</source>
+        <translation>&amp;Protokoll …</translation>
+    </message>
+    <message>
+        <source>Keyboard &amp;shortcuts…</source>
+        <translation>&amp;Tastenkürzel …</translation>
+    </message>
+    <message>
+        <source>&amp;About…</source>
+        <translation>&amp;Über …</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>%1 – Nox Desk</source>
+        <comment>progress</comment>
+        <translation>%1 – Nox Desk</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>what has happened, to which file</comment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Keyboard shortcuts</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>read the page whose address is on the clipboard</source>
+        <translation>die Seite lesen, deren Adresse in der Zwischenablage steht</translation>
+    </message>
+    <message>
+        <source>go to the address</source>
+        <translation>zur Adresse gehen</translation>
+    </message>
+    <message>
+        <source>read the page again</source>
+        <translation>die Seite noch einmal lesen</translation>
+    </message>
+    <message>
+        <source>stop reading the page</source>
+        <translation>das Lesen der Seite abbrechen</translation>
+    </message>
+    <message>
+        <source>download the stream that is chosen</source>
+        <translation>den gewählten Stream herunterladen</translation>
+    </message>
+    <message>
+        <source>take the download off the list, when it has ended</source>
+        <translation>den Download aus der Liste nehmen, wenn er zu Ende ist</translation>
+    </message>
+    <message>
+        <source>open the menu</source>
+        <translation>das Menü öffnen</translation>
+    </message>
+    <message>
+        <source>quit</source>
+        <translation>beenden</translation>
+    </message>
+    <message>
+        <source>About Nox Desk</source>
+        <translation>Über Nox Desk</translation>
+    </message>
+    <message>
+        <source>Nox Desk and its library:</source>
+        <translation>Nox Desk und seine Bibliothek:</translation>
+    </message>
+    <message>
+        <source>Qt:</source>
+        <translation>Qt:</translation>
+    </message>
+    <message>
+        <source>Download tool:</source>
+        <translation>Download-Werkzeug:</translation>
     </message>
 </context>
 <context>
@@ -296,6 +438,73 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <comment>container, bit rate</comment>
         <translation>%1, %2</translation>
     </message>
+    <message>
+        <source>Create f&amp;older</source>
+        <translation>&amp;Ordner anlegen</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::PreferencesDialog</name>
+    <message>
+        <source>&amp;MP4 without conversion, where there is one</source>
+        <translation>&amp;MP4 ohne Umwandlung, wo es das gibt</translation>
+    </message>
+    <message>
+        <source>S&amp;ound only</source>
+        <translation>&amp;Nur Ton</translation>
+    </message>
+    <message>
+        <source>Offer addresses on the &amp;clipboard</source>
+        <translation>Adressen aus der &amp;Zwischenablage anbieten</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>&amp;Folder for downloads:</source>
+        <translation>&amp;Ordner für Downloads:</translation>
+    </message>
+    <message>
+        <source>Downloads at a &amp;time:</source>
+        <translation>&amp;Gleichzeitige Downloads:</translation>
+    </message>
+    <message>
+        <source>Forget the addresses &amp;used</source>
+        <translation>Benutzte Adressen &amp;vergessen</translation>
+    </message>
+    <message>
+        <source>Addresses:</source>
+        <translation>Adressen:</translation>
+    </message>
+    <message>
+        <source>the best there is</source>
+        <translation>die beste, die es gibt</translation>
+    </message>
+    <message>
+        <source>at most %1p</source>
+        <translation>höchstens %1p</translation>
+    </message>
+    <message>
+        <source>&amp;Quality proposed:</source>
+        <translation>Vorgeschlagene &amp;Qualität:</translation>
+    </message>
+    <message>
+        <source>the one that came with the program</source>
+        <translation>das mit dem Programm gekommene</translation>
+    </message>
+    <message>
+        <source>&amp;Archive of the download tool:</source>
+        <translation>&amp;Archiv des Download-Werkzeugs:</translation>
+    </message>
+    <message>
+        <source>Its version:</source>
+        <translation>Seine Version:</translation>
+    </message>
+    <message>
+        <source>Browse…</source>
+        <translation>Durchsuchen …</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::StreamPanel</name>
@@ -314,6 +523,14 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Streams of the page</source>
         <translation>Streams der Seite</translation>
+    </message>
+    <message>
+        <source>Copy address of the stream</source>
+        <translation>Adresse des Streams kopieren</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
     </message>
 </context>
 <context>
@@ -342,6 +559,15 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <source>Size</source>
         <translation>Größe</translation>
     </message>
+    <message>
+        <source>⚠ %1; %2</source>
+        <comment>stream, mark</comment>
+        <translation>⚠ %1; %2</translation>
+    </message>
+    <message>
+        <source>Stream</source>
+        <translation>Stream</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::ThumbnailView</name>
@@ -352,6 +578,13 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Picture of the page</source>
         <translation>Bild der Seite</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::ToolVersionLabel</name>
+    <message>
+        <source>asking the tool…</source>
+        <translation>Das Werkzeug wird gefragt …</translation>
     </message>
 </context>
 <context>

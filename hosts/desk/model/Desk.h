@@ -5,6 +5,7 @@
 #include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/model/PageReader.h"
+#include "hosts/desk/model/ProgramLog.h"
 #include "hosts/desk/model/StreamTableModel.h"
 #include "hosts/desk/network/StreamSizeProbe.h"
 #include "hosts/desk/network/ThumbnailLoader.h"
@@ -30,6 +31,13 @@ public:
     ThumbnailLoader &thumbnail();
     DeskSettings &settings();
     QString logFile() const;
+    NoxHost::ToolSetup tools() const;
+
+    /** Takes up what has changed in the settings. */
+    void applySettings();
+
+    /** How far all downloads are together, for a title; empty when none is active. */
+    QString progressText() const;
 
     /** Chooses the stream in a row of streams(); no stream for a row that does not exist. */
     void chooseStream(int row);
@@ -40,8 +48,14 @@ public:
     /** Stops whatever runs. DownloadListModel::allEnded() follows when downloads ran. */
     void cancelAll();
 
+Q_SIGNALS:
+    /** Something has happened that the user waits for. */
+    void noticed(const QString &title, const QString &words);
+
 private:
     void onPageChanged();
+    void onEnded(int row);
+    void watchLog();
     void onSizeFound(const QString &code, qint64 bytes);
 
     NoxHost::ToolSetup m_tools;

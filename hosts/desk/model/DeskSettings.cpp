@@ -11,6 +11,15 @@ namespace {
 const QLatin1String geometryKey("window/geometry");
 const QLatin1String splitterKey("window/splitter");
 const QLatin1String folderKey("destination/folder");
+const QLatin1String linesKey("streams/maximumLines");
+const QLatin1String withoutConversionKey("streams/withoutConversion");
+const QLatin1String soundOnlyKey("streams/soundOnly");
+const QLatin1String parallelKey("downloads/parallel");
+const QLatin1String clipboardKey("addresses/offerClipboard");
+const QLatin1String recentKey("addresses/recent");
+const QLatin1String toolKey("tool/file");
+
+constexpr int maximumRecent = 30;
 
 } // namespace
 
@@ -48,6 +57,49 @@ QString DeskSettings::folder() const
 void DeskSettings::setFolder(const QString &folder)
 {
     m_settings.setValue(folderKey, folder);
+}
+
+Preferences DeskSettings::preferences() const
+{
+    Preferences result;
+    StreamPreference &stream = result.stream;
+    stream.maximumLines = qMax(0, m_settings.value(linesKey, stream.maximumLines).toInt());
+    stream.withoutConversion = m_settings.value(withoutConversionKey, stream.withoutConversion).toBool();
+    stream.soundOnly = m_settings.value(soundOnlyKey, stream.soundOnly).toBool();
+    result.parallelDownloads =
+        qBound(Preferences::leastParallel, m_settings.value(parallelKey, result.parallelDownloads).toInt(),
+               Preferences::mostParallel);
+    result.offersClipboard = m_settings.value(clipboardKey, result.offersClipboard).toBool();
+    result.toolFile = m_settings.value(toolKey).toString();
+    return result;
+}
+
+void DeskSettings::setPreferences(const Preferences &preferences)
+{
+    m_settings.setValue(linesKey, preferences.stream.maximumLines);
+    m_settings.setValue(withoutConversionKey, preferences.stream.withoutConversion);
+    m_settings.setValue(soundOnlyKey, preferences.stream.soundOnly);
+    m_settings.setValue(parallelKey, preferences.parallelDownloads);
+    m_settings.setValue(clipboardKey, preferences.offersClipboard);
+    m_settings.setValue(toolKey, preferences.toolFile);
+}
+
+QStringList DeskSettings::recentAddresses() const
+{
+    return m_settings.value(recentKey).toStringList();
+}
+
+void DeskSettings::addRecentAddress(const QString &address)
+{
+    QStringList addresses = recentAddresses();
+    addresses.removeAll(address);
+    addresses.prepend(address);
+    m_settings.setValue(recentKey, QStringList(addresses.mid(0, maximumRecent)));
+}
+
+void DeskSettings::clearRecentAddresses()
+{
+    m_settings.remove(recentKey);
 }
 
 } // namespace NoxDesk

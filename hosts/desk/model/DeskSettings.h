@@ -1,12 +1,15 @@
 #pragma once
 
+#include "hosts/desk/model/Preferences.h"
+
 #include <QByteArray>
 #include <QSettings>
 #include <QString>
+#include <QStringList>
 
 namespace NoxDesk {
 
-/** What the program remembers from one time to the next. */
+/** What the program remembers from one time to the next: the user's preferences, and what was used last. */
 class DeskSettings
 {
 public:
@@ -16,9 +19,16 @@ public:
     QByteArray splitterState() const;
     void setSplitterState(const QByteArray &state);
 
-    /** Where files go: the folder used last, or the user's folder for videos. */
+    /** Where files go: the folder chosen or used last, or the user's folder for videos. */
     QString folder() const;
     void setFolder(const QString &folder);
+
+    Preferences preferences() const;
+    void setPreferences(const Preferences &preferences);
+
+    QStringList recentAddresses() const; ///< Of pages that could be read, the last one first.
+    void addRecentAddress(const QString &address);
+    void clearRecentAddresses();
 
 private:
     QSettings m_settings;

@@ -8,53 +8,73 @@ namespace NoxDesk {
 
 using NoxHost::DownloadJob;
 
-Download::Download(const NoxHost::ToolSetup &tools, ProgramLog &log, const DownloadRequest &request, QObject *parent)
+Download::Download(const DownloadRequest &request, QObject *parent)
     : QObject(parent)
     , m_request(request)
-    , m_log(log)
-    , m_job(tools)
     , m_file(request.destination)
 {
-    connect(&m_job, &DownloadJob::phaseChanged, this, &Download::changed);
-    connect(&m_job, &DownloadJob::progressed, this, &Download::onProgress);
-    connect(&m_job, &DownloadJob::finished, this, [this](const QString &file) {
+}
+
+void Download::start(const NoxHost::ToolSetup &tools)
+{
+    if (m_state != State::Waiting) {
+        return;
+    }
+    m_job = std::make_unique<DownloadJob>(tools);
+    connectJob();
+    setState(State::Running);
+    m_job->start(m_request.url, m_request.stream, m_file);
+}
+
+void Download::connectJob()
+{
+    connect(m_job.get(), &DownloadJob::phaseChanged, this, &Download::changed);
+    connect(m_job.get(), &DownloadJob::progressed, this, [this](const NoxHost::TransferFigures &figures) {
+        m_figures = figures;
+        Q_EMIT changed();
+    });
+    connect(m_job.get(), &DownloadJob::finished, this, [this](const QString &file) {
         m_file = file;
         end(State::Finished);
     });
-    connect(&m_job, &DownloadJob::failed, this, [this](int, const QString &words, const QString &toolWords) {
+    connect(m_job.get(), &DownloadJob::failed, this, [this](int, const QString &words, const QString &toolWords) {
         m_problem = words;
         m_toolWords = toolWords;
         end(State::Failed);
     });
-    connect(&m_job, &DownloadJob::cancelled, this, [this] { end(State::Cancelled); });
-}
-
-void Download::start()
-{
-    m_session.emplace(m_log);
-    m_job.start(m_request.url, m_request.stream, m_request.destination);
+    connect(m_job.get(), &DownloadJob::cancelled, this, [this] { end(State::Cancelled); });
 }
 
 void Download::cancel()
 {
-    if (m_state == State::Running) {
-        m_state = State::Cancelling;
-        m_job.cancel();
-        Q_EMIT changed();
+    if (m_state == State::Waiting) {
+        end(State::Cancelled);
+    } else if (m_state == State::Running) {
+        setState(State::Cancelling);
+        m_job->cancel();
     }
 }
 
-void Download::onProgress(const NoxHost::TransferFigures &figures)
+void Download::retry(const QString &file)
 {
-    m_figures = figures;
-    Q_EMIT changed();
+    if (canRetry()) {
+        m_file = file;
+        m_figures = {};
+        m_problem.clear();
+        m_toolWords.clear();
+        setState(State::Waiting);
+    }
 }
 
 void Download::end(State state)
 {
-    m_state = state;
-    m_session.reset();
+    setState(state);
     Q_EMIT ended();
+}
+
+void Download::setState(State state)
+{
+    m_state = state;
     Q_EMIT changed();
 }
 
@@ -65,12 +85,22 @@ Download::State Download::state() const
 
 bool Download::isActive() const
 {
+    return m_state == State::Waiting || isRunning();
+}
+
+bool Download::isRunning() const
+{
     return m_state == State::Running || m_state == State::Cancelling;
 }
 
-QString Download::title() const
+bool Download::canRetry() const
 {
-    return m_request.title;
+    return m_state == State::Failed || m_state == State::Cancelled;
+}
+
+DownloadRequest Download::request() const
+{
+    return m_request;
 }
 
 QString Download::file() const
@@ -85,6 +115,7 @@ int Download::percent() const
         return 100;
     case State::Running:
         return m_figures.total() == 0 ? -1 : m_figures.percent();
+    case State::Waiting:
     case State::Cancelling:
     case State::Failed:
     case State::Cancelled:
@@ -96,6 +127,8 @@ int Download::percent() const
 QString Download::status() const
 {
     switch (m_state) {
+    case State::Waiting:
+        return tr("Waiting for others to end");
     case State::Running:
         return phaseText() + figuresText();
     case State::Cancelling:
@@ -113,7 +146,7 @@ QString Download::status() const
 
 QString Download::phaseText() const
 {
-    switch (m_job.phase()) {
+    switch (m_job->phase()) {
     case DownloadJob::Phase::Waiting:
         break;
     case DownloadJob::Phase::Video:

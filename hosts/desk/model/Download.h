@@ -4,32 +4,35 @@
 #include "hosts/common/ToolSetup.h"
 #include "hosts/common/TransferFigures.h"
 #include "hosts/desk/model/DownloadRequest.h"
-#include "hosts/desk/model/LogSession.h"
 
 #include <QObject>
 
-#include <optional>
+#include <memory>
 
 namespace NoxDesk {
 
-/** One download as the user sees it, from its beginning on: how far it is, and what has become of it. */
+/** One download as the user sees it, from its request on: how far it is, and what has become of it. */
 class Download : public QObject
 {
     Q_OBJECT
 
 public:
-    enum class State { Running, Cancelling, Finished, Failed, Cancelled };
+    enum class State { Waiting, Running, Cancelling, Finished, Failed, Cancelled };
     Q_ENUM(State)
 
-    Download(const NoxHost::ToolSetup &tools, ProgramLog &log, const DownloadRequest &request,
-             QObject *parent = nullptr);
+    explicit Download(const DownloadRequest &request, QObject *parent = nullptr);
 
-    void start();
+    void start(const NoxHost::ToolSetup &tools); ///< Begins, if it waits.
     void cancel();
 
+    /** Lets a download that has failed or been cancelled wait again. @param file path of the file to make */
+    void retry(const QString &file);
+
     State state() const;
-    bool isActive() const; ///< Whether processes and files of it may still be there.
-    QString title() const;
+    bool isActive() const;  ///< Whether it waits or runs.
+    bool isRunning() const; ///< Whether processes and files of it may be there.
+    bool canRetry() const;
+    DownloadRequest request() const;
     QString file() const;    ///< Path of the file that is being made, or has been.
     int percent() const;     ///< 0 to 100, or -1 when it cannot be told.
     QString status() const;  ///< Phase and figures, or the outcome, in words.
@@ -45,17 +48,16 @@ Q_SIGNALS:
     void ended();
 
 private:
-    void onProgress(const NoxHost::TransferFigures &figures);
+    void connectJob();
     void end(State state);
+    void setState(State state);
     QString phaseText() const;
     QString figuresText() const;
 
     DownloadRequest m_request;
-    ProgramLog &m_log;
-    std::optional<LogSession> m_session;
-    NoxHost::DownloadJob m_job;
+    std::unique_ptr<NoxHost::DownloadJob> m_job; // of the last attempt
     NoxHost::TransferFigures m_figures;
-    State m_state = State::Running;
+    State m_state = State::Waiting;
     QString m_file;
     QString m_problem;
     QString m_toolWords;

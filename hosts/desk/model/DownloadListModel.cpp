@@ -1,40 +1,86 @@
 #include "hosts/desk/model/DownloadListModel.h"
 
+#include "hosts/common/Destination.h"
+
+#include <QFileInfo>
+
 #include <algorithm>
 #include <functional>
 
 namespace NoxDesk {
 
-DownloadListModel::DownloadListModel(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent)
+DownloadListModel::DownloadListModel(const NoxHost::ToolSetup &tools, QObject *parent)
     : QAbstractListModel(parent)
     , m_tools(tools)
-    , m_log(log)
 {
 }
 
-void DownloadListModel::start(const DownloadRequest &request)
+void DownloadListModel::setTools(const NoxHost::ToolSetup &tools)
 {
-    auto *download = new Download(m_tools, m_log, request, this);
+    m_tools = tools;
+}
+
+void DownloadListModel::setLimit(int limit)
+{
+    m_limit = qMax(1, limit);
+    startNext();
+}
+
+void DownloadListModel::add(const DownloadRequest &request)
+{
+    auto *download = new Download(request, this);
     connect(download, &Download::changed, this, [this, download] { onChanged(download); });
-    connect(download, &Download::ended, this, &DownloadListModel::onEnded);
+    connect(download, &Download::ended, this, [this, download] { onEnded(download); });
     beginInsertRows({}, 0, 0);
     m_downloads.prepend(download);
     endInsertRows();
+    enqueue(download);
+}
+
+void DownloadListModel::enqueue(Download *download)
+{
+    const bool isFirst = std::none_of(m_batch.cbegin(), m_batch.cend(), [download](const Download *other) {
+        return other != download && other->isActive();
+    });
+    if (isFirst) {
+        m_batch.clear();
+    }
+    m_batch.removeOne(download);
+    m_batch.append(download);
+    m_queue.append(download);
+    startNext();
     Q_EMIT countsChanged();
-    download->start();
+}
+
+void DownloadListModel::startNext()
+{
+    while (!m_queue.isEmpty() && runningCount() < m_limit) {
+        m_queue.takeFirst()->start(m_tools);
+    }
 }
 
 void DownloadListModel::cancel(int row)
 {
     if (Download *download = m_downloads.value(row)) {
+        m_queue.removeOne(download);
         download->cancel();
     }
 }
 
 void DownloadListModel::cancelAll()
 {
+    m_queue.clear(); // before any is cancelled, or the next one would take its place
     for (Download *download : std::as_const(m_downloads)) {
         download->cancel();
+    }
+}
+
+void DownloadListModel::retry(int row)
+{
+    Download *download = m_downloads.value(row);
+    if (download != nullptr && download->canRetry()) {
+        download->retry(NoxHost::Destination::free(download->request().destination, activeFiles()));
+        enqueue(download);
     }
 }
 
@@ -46,6 +92,7 @@ void DownloadListModel::remove(int row)
     }
     beginRemoveRows({}, row, row);
     m_downloads.removeAt(row);
+    m_batch.removeOne(download);
     endRemoveRows();
     download->deleteLater();
     Q_EMIT countsChanged();
@@ -61,6 +108,11 @@ void DownloadListModel::removeEnded()
 int DownloadListModel::activeCount() const
 {
     return static_cast<int>(std::count_if(m_downloads.cbegin(), m_downloads.cend(), std::mem_fn(&Download::isActive)));
+}
+
+int DownloadListModel::runningCount() const
+{
+    return static_cast<int>(std::count_if(m_downloads.cbegin(), m_downloads.cend(), std::mem_fn(&Download::isRunning)));
 }
 
 int DownloadListModel::endedCount() const
@@ -79,6 +131,29 @@ QStringList DownloadListModel::activeFiles() const
     return files;
 }
 
+int DownloadListModel::batchCount() const
+{
+    return static_cast<int>(m_batch.size());
+}
+
+int DownloadListModel::batchEndedCount() const
+{
+    return static_cast<int>(
+        std::count_if(m_batch.cbegin(), m_batch.cend(), std::not_fn(std::mem_fn(&Download::isActive))));
+}
+
+int DownloadListModel::batchPercent() const
+{
+    if (m_batch.isEmpty()) {
+        return 0;
+    }
+    int sum = 0;
+    for (const Download *download : m_batch) {
+        sum += download->isActive() ? qMax(0, download->percent()) : 100;
+    }
+    return sum / batchCount();
+}
+
 int DownloadListModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_downloads.size());
@@ -92,9 +167,11 @@ QVariant DownloadListModel::data(const QModelIndex &index, int role) const
     const Download *download = m_downloads.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return download->title();
+        return QFileInfo(download->file()).fileName();
     case Qt::AccessibleTextRole:
-        return tr("%1: %2", "title, status").arg(download->title(), download->status());
+        return tr("%1: %2", "file, status").arg(QFileInfo(download->file()).fileName(), download->status());
+    case AddressRole:
+        return download->request().url;
     case FileRole:
         return download->file();
     case StateRole:
@@ -118,9 +195,11 @@ void DownloadListModel::onChanged(Download *download)
     Q_EMIT dataChanged(row, row);
 }
 
-void DownloadListModel::onEnded()
+void DownloadListModel::onEnded(Download *download)
 {
+    startNext();
     Q_EMIT countsChanged();
+    Q_EMIT ended(static_cast<int>(m_downloads.indexOf(download)));
     if (activeCount() == 0) {
         Q_EMIT allEnded();
     }

@@ -7,7 +7,10 @@
 
 namespace NoxDesk {
 
-/** All downloads since the program began, the newest first. Owns them. */
+/**
+ * All downloads since the program began, the newest first. Owns them. Some run at a time, the others wait their turn
+ * in the order in which they were asked for.
+ */
 class DownloadListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -20,38 +23,60 @@ public:
         StatusRole,              ///< Phase and figures, or the outcome, in words.
         ProblemRole,             ///< What went wrong, in words.
         ToolWordsRole,           ///< What the external programs said of it.
+        AddressRole,             ///< Address of the page.
     };
 
-    /** @param log for what the external programs say; must outlive the model */
-    DownloadListModel(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent = nullptr);
+    explicit DownloadListModel(const NoxHost::ToolSetup &tools, QObject *parent = nullptr);
 
-    void start(const DownloadRequest &request); ///< Begins a download, in the first row.
+    /** For downloads that begin from now on. */
+    void setTools(const NoxHost::ToolSetup &tools);
+
+    /** How many run at a time, at least one. More begin at once where there is room. */
+    void setLimit(int limit);
+
+    void add(const DownloadRequest &request); ///< Begins a download, or lets it wait, in the first row.
     void cancel(int row);
     void cancelAll();
+    void retry(int row);  ///< Begins a download that has failed or been cancelled once more, or lets it wait.
     void remove(int row); ///< Takes a download that has ended off the list.
     void removeEnded();   ///< Takes all that have ended off the list.
 
-    int activeCount() const;
+    int activeCount() const; ///< Those that run or wait.
+    int runningCount() const;
     int endedCount() const;
-    QStringList activeFiles() const; ///< What is being made.
+    QStringList activeFiles() const; ///< What is being made, or will be.
+
+    /** Of the downloads asked for since none was active last: how many there are, and how many have ended. */
+    int batchCount() const;
+    int batchEndedCount() const;
+
+    /** How far these are, 0 to 100. */
+    int batchPercent() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
 Q_SIGNALS:
-    /** A download has begun or ended, or one has left the list. */
+    /** A download has been asked for, has begun or ended, or has left the list. */
     void countsChanged();
+
+    /** The download in @p row has ended. */
+    void ended(int row);
 
     /** The last active download has ended. */
     void allEnded();
 
 private:
+    void enqueue(Download *download);
+    void startNext();
     void onChanged(Download *download);
-    void onEnded();
+    void onEnded(Download *download);
 
     NoxHost::ToolSetup m_tools;
-    ProgramLog &m_log;
     QList<Download *> m_downloads;
+    QList<Download *> m_queue; // those that wait, the next one first
+    QList<Download *> m_batch;
+    int m_limit = 1;
 };
 
 } // namespace NoxDesk

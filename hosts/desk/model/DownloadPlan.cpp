@@ -1,14 +1,15 @@
 #include "hosts/desk/model/DownloadPlan.h"
 
 #include "hosts/common/Destination.h"
-#include "hosts/common/TextSanitizer.h"
 #include "hosts/common/ToolSetup.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace NoxDesk {
 
 using Nox::MediaProfile;
+using NoxHost::Conversion;
 using NoxHost::Destination;
 using NoxHost::StreamChoice;
 
@@ -178,6 +179,33 @@ QString DownloadPlan::destinationProblem() const
     return Destination::problem(file);
 }
 
+QString DownloadPlan::warning() const
+{
+    const bool isJoined = !companion().isEmpty();
+    return isJoined ? Conversion::warning(m_streams.conversion(m_stream), m_stream, m_page.getDuration()) : QString();
+}
+
+QString DownloadPlan::missingFolder() const
+{
+    const QString file = path();
+    if (file.isEmpty() || QFileInfo(file).dir().exists()) {
+        return {};
+    }
+    QString above = QFileInfo(file).absolutePath();
+    while (!QFileInfo::exists(above) && above != QFileInfo(above).absolutePath()) {
+        above = QFileInfo(above).absolutePath();
+    }
+    return Destination::folderProblem(above).isEmpty() ? QFileInfo(file).absolutePath() : QString();
+}
+
+void DownloadPlan::makeFolder()
+{
+    if (const QString folder = missingFolder(); !folder.isEmpty()) {
+        QDir().mkpath(folder);
+        Q_EMIT changed();
+    }
+}
+
 bool DownloadPlan::isComplete() const
 {
     return m_stream.isValid() && soundProblem().isEmpty() && destinationProblem().isEmpty();
@@ -193,7 +221,7 @@ DownloadRequest DownloadPlan::request() const
         bytes = bytes > 0 && soundBytes > 0 ? bytes + soundBytes : 0;
     }
     stream.setSize(bytes);
-    return {m_url, NoxHost::TextSanitizer::line(m_page.getTitle()), stream, path()};
+    return {m_url, stream, path()};
 }
 
 } // namespace NoxDesk

@@ -50,6 +50,14 @@ public:
     QString soundProblem() const;       ///< Why the sound cannot be joined; empty when it can.
     QString destinationProblem() const; ///< Why the file cannot be made; empty when it can.
 
+    /** What will take long, and how long about; empty when nothing does. Does not stand in the way. */
+    QString warning() const;
+
+    /** The folder of the file, if it does not exist but can be made; else empty. */
+    QString missingFolder() const;
+
+    void makeFolder(); ///< Makes the missing folder.
+
     /** Whether a download can begin. */
     bool isComplete() const;
 

@@ -9,7 +9,6 @@ namespace NoxDesk {
 /** All that a download needs to begin. */
 struct DownloadRequest {
     QString url;
-    QString title;
     Nox::MediaProfile stream; ///< with a preferred audio code two streams are fetched and joined
     QString destination;      ///< absolute path of the file to make
 };

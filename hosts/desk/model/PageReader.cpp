@@ -6,16 +6,20 @@ namespace NoxDesk {
 
 using NoxHost::ExtractionJob;
 
-PageReader::PageReader(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent)
+PageReader::PageReader(const NoxHost::ToolSetup &tools, QObject *parent)
     : QObject(parent)
     , m_tools(tools)
-    , m_log(log)
 {
+}
+
+void PageReader::setTools(const NoxHost::ToolSetup &tools)
+{
+    m_tools = tools;
 }
 
 void PageReader::read(const QString &text)
 {
-    const QString url = text.trimmed();
+    const QString url = NoxHost::UrlCheck::mended(text);
     if (const QString words = NoxHost::UrlCheck::problem(url); !words.isEmpty()) {
         Q_EMIT refused(words);
         return;
@@ -43,13 +47,11 @@ void PageReader::dismissJob()
         m_job->disconnect(this);
         m_job->deleteLater();
         m_job = nullptr;
-        m_session.reset();
     }
 }
 
 void PageReader::begin()
 {
-    m_session.emplace(m_log);
     m_job = new ExtractionJob(m_tools, this);
     connect(m_job, &ExtractionJob::finished, this, &PageReader::onFinished);
     connect(m_job, &ExtractionJob::failed, this, &PageReader::fail);

@@ -3,13 +3,10 @@
 #include "hosts/common/ExtractionJob.h"
 #include "hosts/common/StreamChoice.h"
 #include "hosts/common/ToolSetup.h"
-#include "hosts/desk/model/LogSession.h"
 
 #include <nox/model/WebMediaInfo.h>
 
 #include <QObject>
-
-#include <optional>
 
 namespace NoxDesk {
 
@@ -25,10 +22,12 @@ public:
     enum class State { Empty, Reading, Ready, Failed };
     Q_ENUM(State)
 
-    /** @param log for words of the tool that the library does not notify of; must outlive the reader */
-    PageReader(const NoxHost::ToolSetup &tools, ProgramLog &log, QObject *parent = nullptr);
+    explicit PageReader(const NoxHost::ToolSetup &tools, QObject *parent = nullptr);
 
-    /** Reads the page whose address is @p text, blanks around it aside; or refuses it. */
+    /** For pages that are read from now on. */
+    void setTools(const NoxHost::ToolSetup &tools);
+
+    /** Reads the page whose address is @p text, mended where it is clear what was meant; or refuses it. */
     void read(const QString &text);
 
     /** Reads the page of the last request again. */
@@ -66,8 +65,6 @@ private:
     void fail(const QString &words, const QString &toolWords = {});
 
     NoxHost::ToolSetup m_tools;
-    ProgramLog &m_log;
-    std::optional<LogSession> m_session;
     NoxHost::ExtractionJob *m_job = nullptr; // a child of this object
     State m_state = State::Empty;
     QString m_requestedUrl;

@@ -47,6 +47,16 @@ QString ProgramLog::fileName() const
     return m_log.fileName();
 }
 
+void ProgramLog::setWatched(bool isWatched)
+{
+    if (!isWatched) {
+        m_watch.stop();
+        rotate();
+    } else if (!m_watch.isActive()) {
+        m_watch.start();
+    }
+}
+
 void ProgramLog::rotate()
 {
     if (QFileInfo(fileName()).size() > largestSize) {

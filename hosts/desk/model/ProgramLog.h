@@ -12,7 +12,7 @@ namespace NoxDesk {
 
 /**
  * The library's log: a file for this process alone, which programs that start later go on with. It is cut to a bounded
- * size while sessions live.
+ * size while it is watched.
  */
 class ProgramLog
 {
@@ -22,20 +22,20 @@ public:
 
     QString fileName() const;
 
+    /** Says whether external programs run, which write to the log. */
+    void setWatched(bool isWatched);
+
     /** Sets the log aside as "<name>.old" when it has become large. */
     void rotate();
 
     static constexpr qint64 largestSize = 1024LL * 1024; ///< bytes; of a file that is not rotated yet
 
 private:
-    friend class LogSession;
-
     bool claim(const QString &folder);
 
     NoxHost::LibraryLog m_log;
     std::unique_ptr<QLockFile> m_lock;
     QTimer m_watch;
-    int m_sessions = 0;
 };
 
 } // namespace NoxDesk

@@ -7,6 +7,7 @@
 namespace NoxDesk {
 
 using Nox::MediaProfile;
+using NoxHost::Conversion;
 using NoxHost::StreamText;
 
 StreamTableModel::StreamTableModel(QObject *parent)
@@ -14,11 +15,17 @@ StreamTableModel::StreamTableModel(QObject *parent)
 {
 }
 
-void StreamTableModel::setStreams(const NoxHost::StreamChoice &streams)
+void StreamTableModel::setStreams(const NoxHost::StreamChoice &streams, qint64 duration)
 {
     m_streams = streams;
+    m_duration = duration;
     m_sizes.clear();
     show();
+}
+
+void StreamTableModel::setPreference(const StreamPreference &preference)
+{
+    m_preference = preference;
 }
 
 void StreamTableModel::setShowsAll(bool all)
@@ -33,6 +40,7 @@ void StreamTableModel::show()
 {
     beginResetModel();
     m_shown = m_showsAll ? m_streams.all() : m_streams.thinned();
+    m_labels = StreamText::labels(m_shown);
     endResetModel();
 }
 
@@ -63,8 +71,12 @@ MediaProfile StreamTableModel::stream(int row) const
 
 int StreamTableModel::startRow(const QString &preferred) const
 {
-    const int row = rowOf(preferred);
-    return row >= 0 ? row : rowOf(m_streams.best().getName());
+    for (const QString &code : {preferred, m_preference.pick(m_streams).getName(), m_streams.best().getName()}) {
+        if (const int row = rowOf(code); row >= 0) {
+            return row;
+        }
+    }
+    return m_shown.isEmpty() ? -1 : 0;
 }
 
 int StreamTableModel::rowOf(const QString &code) const
@@ -94,32 +106,81 @@ QVariant StreamTableModel::data(const QModelIndex &index, int role) const
     }
     switch (role) {
     case Qt::DisplayRole:
-        return text(m_shown.at(index.row()), index.column());
+        return text(index.row(), index.column());
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return explanation(index.row(), index.column());
     case Qt::TextAlignmentRole:
         return static_cast<int>(Qt::AlignVCenter | (index.column() == Size ? Qt::AlignRight : Qt::AlignLeft));
+    case SortRole:
+        return sortKey(index.row(), index.column());
+    case AddressRole:
+        return m_shown.at(index.row()).getUrl();
     default:
         return {};
     }
 }
 
-QString StreamTableModel::text(const MediaProfile &stream, int column) const
+QString StreamTableModel::text(int row, int column) const
 {
+    const MediaProfile &stream = m_shown.at(row);
     switch (column) {
-    case Quality: {
-        const QString label = StreamText::label(stream);
-        return label.isEmpty() ? tr("unknown") : label;
-    }
+    case Words:
+        return words(stream);
+    case Quality:
+        return m_labels.at(row).isEmpty() ? tr("unknown") : m_labels.at(row);
     case Container:
         return StreamText::container(stream);
     case Kind:
         return stream.isDash() ? tr("%1 (DASH)").arg(StreamText::kind(stream)) : StreamText::kind(stream);
-    case Size: {
-        const qint64 bytes = m_sizes.value(stream.getName(), stream.getSize());
-        return bytes > 0 ? QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat) : QString();
-    }
+    case Size:
+        return size(stream) > 0 ? QLocale().formattedDataSize(size(stream), 1, QLocale::DataSizeSIFormat) : QString();
     default:
         return {};
     }
+}
+
+/** What the user gets: the sound that is joined to a stream counts as its own. */
+QString StreamTableModel::words(const MediaProfile &stream) const
+{
+    MediaProfile whole = stream;
+    if (m_streams.companionFor(stream).isValid()) {
+        whole.setDash(false);
+    }
+    const QString mark = Conversion::mark(m_streams.conversion(stream));
+    const QString plain = StreamText::plainWords(whole);
+    return mark.isEmpty() ? plain : tr("⚠ %1; %2", "stream, mark").arg(plain, mark);
+}
+
+/** The text in full, in case it is cut, and what else there is to know of the stream. */
+QString StreamTableModel::explanation(int row, int column) const
+{
+    const MediaProfile &stream = m_shown.at(row);
+    const QString warning = Conversion::warning(m_streams.conversion(stream), stream, m_duration);
+    return warning.isEmpty() ? text(row, column) : text(row, column) + QLatin1Char('\n') + warning;
+}
+
+QVariant StreamTableModel::sortKey(int row, int column) const
+{
+    const MediaProfile &stream = m_shown.at(row);
+    switch (column) {
+    case Words:
+    case Quality: { // any picture is more than sound alone
+        constexpr qint64 sound = 1LL << 40;
+        const QSize picture = stream.getVResolution();
+        return stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO ? stream.getABitRate() - sound
+                                                              : qint64{picture.width()} * picture.height();
+    }
+    case Size:
+        return size(stream);
+    default:
+        return text(row, column);
+    }
+}
+
+qint64 StreamTableModel::size(const MediaProfile &stream) const
+{
+    return m_sizes.value(stream.getName(), stream.getSize());
 }
 
 QVariant StreamTableModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -134,6 +195,8 @@ QVariant StreamTableModel::headerData(int section, Qt::Orientation orientation, 
         return {};
     }
     switch (section) {
+    case Words:
+        return tr("Stream");
     case Quality:
         return tr("Quality");
     case Container:

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "hosts/common/StreamChoice.h"
+#include "hosts/desk/model/StreamPreference.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
+#include <QStringList>
 
 namespace NoxDesk {
 
@@ -13,11 +15,21 @@ class StreamTableModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column { Quality, Container, Kind, Size, ColumnCount };
+    enum Column { Words, Quality, Container, Kind, Size, ColumnCount };
+
+    enum Role {
+        SortRole = Qt::UserRole, ///< What a column is sorted by.
+        AddressRole,             ///< Address of the stream itself; may be empty.
+    };
 
     explicit StreamTableModel(QObject *parent = nullptr);
 
-    void setStreams(const NoxHost::StreamChoice &streams);
+    /** @param duration of the page's video in seconds; -1 when it is not known */
+    void setStreams(const NoxHost::StreamChoice &streams, qint64 duration);
+
+    /** Which stream startRow() begins with. */
+    void setPreference(const StreamPreference &preference);
+
     void setShowsAll(bool all); ///< Whether near duplicates are shown.
     bool showsAll() const;
     bool hidesAny() const; ///< Whether there are near duplicates.
@@ -27,7 +39,7 @@ public:
 
     Nox::MediaProfile stream(int row) const; ///< Invalid for a row that does not exist.
 
-    /** The row to begin with: @p preferred if it is shown, else the best stream; -1 when empty. */
+    /** The row to begin with: @p preferred if it is shown, else the stream that suits best; -1 when empty. */
     int startRow(const QString &preferred = {}) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -36,13 +48,20 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
-    QString text(const Nox::MediaProfile &stream, int column) const;
+    QString text(int row, int column) const;
+    QString words(const Nox::MediaProfile &stream) const;
+    QString explanation(int row, int column) const;
+    QVariant sortKey(int row, int column) const;
+    qint64 size(const Nox::MediaProfile &stream) const;
     int rowOf(const QString &code) const;
     void show();
 
     NoxHost::StreamChoice m_streams;
+    StreamPreference m_preference;
+    qint64 m_duration = -1;
     QHash<QString, qint64> m_sizes;
     QList<Nox::MediaProfile> m_shown;
+    QStringList m_labels; // of the streams shown
     bool m_showsAll = false;
 };
 

@@ -2,10 +2,14 @@
 
 #include "hosts/desk/view/ReasonLabel.h"
 
+#include <QCompleter>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <QStringListModel>
+#include <QToolButton>
 
 namespace NoxDesk {
 
@@ -14,6 +18,7 @@ AddressBar::AddressBar(QWidget *parent)
     , m_field(new QLineEdit)
     , m_readButton(new QPushButton(tr("&Read page")))
     , m_problem(new ReasonLabel)
+    , m_recent(new QStringListModel(this))
 {
     m_problem->setObjectName(QStringLiteral("addressProblem"));
     m_readButton->setObjectName(QStringLiteral("read"));
@@ -46,6 +51,10 @@ void AddressBar::setUpField()
     m_field->setClearButtonEnabled(true);
     m_field->setAcceptDrops(false); // the window takes them, and reads the page at once
     m_field->setInputMethodHints(Qt::ImhUrlCharactersOnly);
+    auto *completer = new QCompleter(m_recent, this);
+    completer->setCaseSensitivity(Qt::CaseInsensitive);
+    completer->setFilterMode(Qt::MatchContains);
+    m_field->setCompleter(completer);
 }
 
 void AddressBar::setAddress(const QString &address)
@@ -56,6 +65,26 @@ void AddressBar::setAddress(const QString &address)
     m_problem->explain({}, *m_field);
 }
 
+void AddressBar::setRecentAddresses(const QStringList &addresses)
+{
+    m_recent->setStringList(addresses);
+}
+
+void AddressBar::addMenu(QMenu *menu)
+{
+    auto *button = new QToolButton;
+    button->setObjectName(QStringLiteral("menu"));
+    button->setText(QStringLiteral("☰"));
+    button->setAccessibleName(tr("Menu"));
+    button->setToolTip(tr("Menu (F10)"));
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setFocusPolicy(Qt::StrongFocus);
+    auto *shortcut = new QShortcut(QKeySequence(Qt::Key_F10), window());
+    connect(shortcut, &QShortcut::activated, button, &QToolButton::showMenu);
+    m_row->addWidget(button);
+}
+
 void AddressBar::focusField()
 {
     m_field->setFocus(Qt::ShortcutFocusReason);
@@ -64,7 +93,7 @@ void AddressBar::focusField()
 
 bool AddressBar::isDone() const
 {
-    return m_field->hasFocus() && !m_isEdited;
+    return window()->focusWidget() == m_field && !m_isEdited;
 }
 
 void AddressBar::showProblem(const QString &words)

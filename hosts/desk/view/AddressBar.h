@@ -4,7 +4,9 @@
 
 class QHBoxLayout;
 class QLineEdit;
+class QMenu;
 class QPushButton;
+class QStringListModel;
 
 namespace NoxDesk {
 
@@ -19,6 +21,8 @@ public:
     explicit AddressBar(QWidget *parent = nullptr);
 
     void setAddress(const QString &address);
+    void setRecentAddresses(const QStringList &addresses); ///< Sets what completes the field.
+    void addMenu(QMenu *menu);                             ///< Puts the button of the window's menu beside the field.
     void focusField();
 
     /** Whether the user is in the field, and has typed nothing since asking for a page. */
@@ -40,6 +44,7 @@ private:
     QLineEdit *m_field;
     QPushButton *m_readButton;
     ReasonLabel *m_problem;
+    QStringListModel *m_recent;
     QHBoxLayout *m_row = nullptr;
     bool m_isEdited = false;
 };

@@ -26,7 +26,7 @@ QString AddressOffer::address() const
 
 void AddressOffer::check()
 {
-    QString address = addressIn(m_clipboard.mimeData());
+    QString address = m_isEnabled ? addressIn(m_clipboard.mimeData()) : QString();
     if (address == m_known || address == m_dismissed) {
         address.clear();
     }
@@ -39,6 +39,12 @@ void AddressOffer::check()
 void AddressOffer::setKnown(const QString &address)
 {
     m_known = address.trimmed();
+    check();
+}
+
+void AddressOffer::setEnabled(bool isEnabled)
+{
+    m_isEnabled = isEnabled;
     check();
 }
 
@@ -57,7 +63,7 @@ QString AddressOffer::addressIn(const QMimeData *data)
     if (data->hasUrls() && !data->urls().isEmpty()) {
         text = data->urls().constFirst().toString(QUrl::FullyEncoded);
     } else if (data->hasText()) {
-        text = data->text().trimmed();
+        text = NoxHost::UrlCheck::mended(data->text());
     }
     return text.size() <= maximumLength && NoxHost::UrlCheck::problem(text).isEmpty() ? text : QString();
 }

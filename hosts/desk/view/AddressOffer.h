@@ -22,6 +22,8 @@ public:
     /** No offer of an address that the user has already. */
     void setKnown(const QString &address);
 
+    void setEnabled(bool isEnabled); ///< Whether addresses are offered at all.
+
     /** No offer of this address any more. */
     void dismiss();
 
@@ -35,6 +37,7 @@ private:
     QClipboard &m_clipboard;
     QString m_address;
     QString m_known;
+    bool m_isEnabled = true;
     QString m_dismissed;
 };
 

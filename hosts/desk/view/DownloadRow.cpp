@@ -3,13 +3,18 @@
 #include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
+#include "hosts/desk/view/FileManager.h"
 
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QUrl>
+
+#include <algorithm>
+#include <functional>
 
 namespace NoxDesk {
 
@@ -19,6 +24,7 @@ DownloadRow::DownloadRow(QWidget *parent)
     , m_status(new ElidedLabel(Qt::ElideRight))
     , m_bar(new QProgressBar)
     , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel")))
+    , m_retryButton(newButton(tr("Retry"), QStringLiteral("retry")))
     , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile")))
     , m_folderButton(newButton(tr("Show in folder"), QStringLiteral("showFolder")))
     , m_removeButton(newButton(tr("Remove"), QStringLiteral("remove")))
@@ -33,7 +39,7 @@ DownloadRow::DownloadRow(QWidget *parent)
 
     auto *head = new QHBoxLayout;
     head->addWidget(m_title, 1);
-    for (QPushButton *button : {m_cancelButton, m_openButton, m_folderButton, m_removeButton}) {
+    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton}) {
         head->addWidget(button);
     }
     auto *layout = new QVBoxLayout(this);
@@ -42,6 +48,7 @@ DownloadRow::DownloadRow(QWidget *parent)
     layout->addWidget(m_status);
 
     connect(m_cancelButton, &QPushButton::clicked, this, &DownloadRow::cancelRequested);
+    connect(m_retryButton, &QPushButton::clicked, this, &DownloadRow::retryRequested);
     connect(m_openButton, &QPushButton::clicked, this, &DownloadRow::openFile);
     connect(m_folderButton, &QPushButton::clicked, this, &DownloadRow::showFolder);
     connect(m_removeButton, &QPushButton::clicked, this, &DownloadRow::removeRequested);
@@ -57,7 +64,7 @@ QPushButton *DownloadRow::newButton(const QString &text, const QString &name)
 void DownloadRow::refresh(const QModelIndex &index)
 {
     m_file = index.data(DownloadListModel::FileRole).toString();
-    const QString name = QFileInfo(m_file).fileName();
+    const QString name = index.data().toString();
     if (m_title->text() != name) {
         m_title->setText(name);
         nameControls(name);
@@ -85,9 +92,18 @@ void DownloadRow::showFailure(const QModelIndex &index, bool isFailed)
     }
 }
 
+void DownloadRow::focusFirst()
+{
+    const QList<QWidget *> stops = tabStops();
+    const auto first = std::find_if(stops.cbegin(), stops.cend(), std::mem_fn(&QWidget::isVisible));
+    if (first != stops.cend()) {
+        (*first)->setFocus();
+    }
+}
+
 QList<QWidget *> DownloadRow::tabStops() const
 {
-    QList<QWidget *> stops{m_cancelButton, m_openButton, m_folderButton, m_removeButton};
+    QList<QWidget *> stops{m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton};
     if (m_failure != nullptr) {
         stops += m_failure->tabStops();
     }
@@ -97,7 +113,7 @@ QList<QWidget *> DownloadRow::tabStops() const
 /** The same buttons stand in every row: who cannot see the row hears which file they are for. */
 void DownloadRow::nameControls(const QString &title)
 {
-    for (QPushButton *button : {m_cancelButton, m_openButton, m_folderButton, m_removeButton}) {
+    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton}) {
         button->setAccessibleName(tr("%1: %2", "button, file").arg(button->text(), title));
     }
     m_bar->setAccessibleName(tr("Progress of %1").arg(title));
@@ -106,23 +122,41 @@ void DownloadRow::nameControls(const QString &title)
 
 void DownloadRow::showBar(int percent, Download::State state)
 {
-    m_bar->setVisible(state == Download::State::Running || state == Download::State::Cancelling);
+    const bool isRunning = state == Download::State::Running || state == Download::State::Cancelling;
+    m_bar->setVisible(isRunning || state == Download::State::Waiting);
+    m_bar->setEnabled(isRunning);
+    percent = state == Download::State::Waiting ? 0 : percent;
     m_bar->setMaximum(percent < 0 ? 0 : 100);
     m_bar->setValue(percent);
 }
 
 void DownloadRow::showButtons(Download::State state)
 {
-    const bool isActive = state == Download::State::Running || state == Download::State::Cancelling;
     const bool isFinished = state == Download::State::Finished;
+    const bool canRetry = state == Download::State::Failed || state == Download::State::Cancelled;
+    const bool isActive = !isFinished && !canRetry;
+    // Before any is hidden: a button that is hidden, or disabled, gives the focus to another row.
+    QPushButton *first = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
+    const bool hadFocus = isAncestorOf(window()->focusWidget());
+    first->setVisible(true);
+    m_removeButton->setVisible(!isActive);
+    if (hadFocus && m_wasActive != isActive) {
+        first->setFocus();
+    }
+    m_wasActive = isActive;
+    m_cancelButton->setVisible(isActive);
+    m_retryButton->setVisible(canRetry);
     m_openButton->setVisible(isFinished);
     m_folderButton->setVisible(isFinished);
-    m_removeButton->setVisible(!isActive);
-    // Not disabled while the download is stopped: a button that is takes the focus to another row.
-    if (m_cancelButton->hasFocus() && !isActive) {
-        (isFinished ? m_openButton : m_removeButton)->setFocus();
+}
+
+void DownloadRow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Delete) && m_removeButton->isVisible()) {
+        Q_EMIT removeRequested();
+    } else {
+        QFrame::keyPressEvent(event);
     }
-    m_cancelButton->setVisible(isActive);
 }
 
 void DownloadRow::openFile()
@@ -132,7 +166,13 @@ void DownloadRow::openFile()
 
 void DownloadRow::showFolder()
 {
-    open(QFileInfo(m_file).absolutePath());
+    if (!QFileInfo::exists(m_file)) {
+        open(QFileInfo(m_file).absolutePath());
+        return;
+    }
+    auto *manager = new FileManager(this);
+    connect(manager, &FileManager::failed, this, [this] { open(QFileInfo(m_file).absolutePath()); });
+    manager->select(m_file);
 }
 
 void DownloadRow::open(const QString &path)

@@ -27,12 +27,18 @@ public:
     /** What the keyboard goes to, in the order in which it is read. */
     QList<QWidget *> tabStops() const;
 
+    void focusFirst(); ///< Moves the keyboard to the first button.
+
 Q_SIGNALS:
     void cancelRequested();
+    void retryRequested();
     void removeRequested();
     void logRequested();
     void openingFailed(const QString &words);
     void tabStopsChanged();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QPushButton *newButton(const QString &text, const QString &name);
@@ -49,10 +55,12 @@ private:
     QProgressBar *m_bar;
     FailureBox *m_failure = nullptr; // made when it is needed
     QPushButton *m_cancelButton;
+    QPushButton *m_retryButton;
     QPushButton *m_openButton;
     QPushButton *m_folderButton;
     QPushButton *m_removeButton;
     QString m_file;
+    bool m_wasActive = true;
 };
 
 } // namespace NoxDesk

@@ -4,7 +4,6 @@
 #include "hosts/desk/view/DownloadRow.h"
 #include "hosts/desk/view/VerticalScrollArea.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -37,8 +36,13 @@ QLayout *DownloadsPanel::makeHead()
     m_removeEndedButton->setObjectName(QStringLiteral("removeEnded"));
     m_removeEndedButton->setAccessibleDescription(tr("Takes ended downloads off the list; files stay"));
     connect(m_removeEndedButton, &QPushButton::clicked, &m_model, &DownloadListModel::removeEnded);
+    m_cancelAllButton = new QPushButton(tr("Ca&ncel all"));
+    m_cancelAllButton->setObjectName(QStringLiteral("cancelAll"));
+    m_cancelAllButton->setAccessibleDescription(tr("Cancels the downloads that run and those that wait"));
+    connect(m_cancelAllButton, &QPushButton::clicked, &m_model, &DownloadListModel::cancelAll);
     auto *head = new QHBoxLayout;
     head->addWidget(new QLabel(tr("Downloads:")), 1);
+    head->addWidget(m_cancelAllButton);
     head->addWidget(m_removeEndedButton);
     return head;
 }
@@ -62,6 +66,7 @@ DownloadRow *DownloadsPanel::newRow()
 {
     auto *row = new DownloadRow;
     connect(row, &DownloadRow::cancelRequested, this, [this, row] { m_model.cancel(rowOf(row)); });
+    connect(row, &DownloadRow::retryRequested, this, [this, row] { m_model.retry(rowOf(row)); });
     connect(row, &DownloadRow::removeRequested, this, [this, row] { m_model.remove(rowOf(row)); });
     connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
     connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
@@ -103,13 +108,15 @@ void DownloadsPanel::removeRows(int first, int last)
     bool hadFocus = false;
     for (int row = last; row >= first; --row) {
         DownloadRow *widget = m_rows.takeAt(row);
-        hadFocus = hadFocus || widget->isAncestorOf(QApplication::focusWidget());
+        hadFocus = hadFocus || widget->isAncestorOf(window()->focusWidget());
         m_rowLayout->removeWidget(widget);
         widget->hide();
         widget->deleteLater();
     }
-    if (hadFocus) {
+    if (hadFocus && m_rows.isEmpty()) {
         m_area->setFocus();
+    } else if (hadFocus) {
+        m_rows.at(qMin(first, static_cast<int>(m_rows.size()) - 1))->focusFirst();
     }
 }
 
@@ -123,6 +130,7 @@ void DownloadsPanel::refreshRows(int first, int last)
 void DownloadsPanel::showCounts()
 {
     m_emptyWords->setVisible(m_model.rowCount() == 0);
+    m_cancelAllButton->setEnabled(m_model.activeCount() > 0);
     m_removeEndedButton->setEnabled(m_model.endedCount() > 0);
 }
 

@@ -46,6 +46,7 @@ private:
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
     QLabel *m_emptyWords = nullptr;
+    QPushButton *m_cancelAllButton = nullptr;
     QPushButton *m_removeEndedButton = nullptr;
 };
 

@@ -2,9 +2,11 @@
 
 #include "hosts/desk/view/ElidedLabel.h"
 
+#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -44,6 +46,10 @@ LogDialog::LogDialog(const QString &file, QWidget *parent)
     auto *buttons = new QDialogButtonBox;
     QPushButton *closeButton = buttons->addButton(tr("Close"), QDialogButtonBox::RejectRole);
     closeButton->setDefault(true);
+    QPushButton *copyButton = buttons->addButton(tr("&Copy all"), QDialogButtonBox::ActionRole);
+    copyButton->setObjectName(QStringLiteral("copyLog"));
+    connect(copyButton, &QPushButton::clicked, this,
+            [this] { QGuiApplication::clipboard()->setText(m_text->toPlainText()); });
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto *layout = new QVBoxLayout(this);

@@ -4,15 +4,22 @@
 #include "hosts/desk/view/AddressBar.h"
 #include "hosts/desk/view/AddressOfferBar.h"
 #include "hosts/desk/view/DownloadsPanel.h"
+#include "hosts/desk/view/ElidedLabel.h"
+#include "hosts/desk/view/InfoDialog.h"
 #include "hosts/desk/view/LogDialog.h"
 #include "hosts/desk/view/PagePanel.h"
+#include "hosts/desk/view/PreferencesDialog.h"
 #include "hosts/desk/view/ShownText.h"
+#include "hosts/desk/view/ToolVersionLabel.h"
+#include "hosts/desk/view/TrayNotifier.h"
 #include "hosts/desk/view/VerticalScrollArea.h"
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
@@ -28,11 +35,13 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     , m_offer(*QGuiApplication::clipboard())
     , m_addressBar(new AddressBar)
     , m_splitter(new QSplitter(Qt::Vertical))
+    , m_notice(new ElidedLabel(Qt::ElideMiddle))
+    , m_notifier(new TrayNotifier(this))
 {
-    setWindowTitle(tr("Nox Desk"));
     setAcceptDrops(true);
     layOut();
     addShortcuts();
+    addMenu();
     restore();
     connect(m_addressBar, &AddressBar::readRequested, &m_desk.reader(), &PageReader::read);
     connect(&m_desk.reader(), &PageReader::refused, m_addressBar, &AddressBar::showProblem);
@@ -42,7 +51,12 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
             close();
         }
     });
-    m_offer.check();
+    connect(&m_desk, &Desk::noticed, this, &MainWindow::notice);
+    connect(&m_desk.downloads(), &DownloadListModel::countsChanged, this, &MainWindow::showProgress);
+    connect(&m_desk.downloads(), &QAbstractItemModel::dataChanged, this, &MainWindow::showProgress);
+    connect(&m_desk.reader(), &PageReader::pageChanged, this, &MainWindow::applySettings);
+    showProgress();
+    applySettings();
     m_addressBar->focusField();
 }
 
@@ -63,8 +77,8 @@ void MainWindow::layOut()
 
     m_splitter->addWidget(pageArea);
     m_splitter->addWidget(downloads);
-    m_splitter->setStretchFactor(0, 3);
-    m_splitter->setStretchFactor(1, 2);
+    m_splitter->setStretchFactor(0, 1);
+    m_splitter->setStretchFactor(1, 1);
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(3 * m_splitter->handleWidth());
     auto *centre = new QWidget;
@@ -76,6 +90,8 @@ void MainWindow::layOut()
 
     auto *offerBar = new AddressOfferBar(m_offer);
     connect(offerBar, &AddressOfferBar::accepted, this, &MainWindow::read);
+    m_notice->setObjectName(QStringLiteral("notice"));
+    statusBar()->addWidget(m_notice, 1);
     statusBar()->addPermanentWidget(offerBar, 1);
 }
 
@@ -87,6 +103,57 @@ void MainWindow::addShortcuts()
     connect(cancel, &QShortcut::activated, &m_desk.reader(), &PageReader::cancel);
     auto *quit = new QShortcut(QKeySequence(QKeySequence::Quit), this);
     connect(quit, &QShortcut::activated, this, &QWidget::close);
+    auto *again = new QShortcut(QKeySequence(Qt::Key_F5), this);
+    again->setAutoRepeat(false);
+    connect(again, &QShortcut::activated, &m_desk.reader(), &PageReader::readAgain);
+    // A field that has the focus pastes for itself.
+    auto *paste = new QShortcut(QKeySequence(QKeySequence::Paste), this);
+    connect(paste, &QShortcut::activated, this, &MainWindow::pasteAddress);
+}
+
+void MainWindow::addMenu()
+{
+    auto *menu = new QMenu(this);
+    menu->addAction(tr("&Preferences…"), this, &MainWindow::showPreferences);
+    menu->addAction(tr("&Log…"), this, &MainWindow::showLog);
+    menu->addAction(tr("Keyboard &shortcuts…"), this, &MainWindow::showShortcuts);
+    menu->addAction(tr("&About…"), this, &MainWindow::showAbout);
+    menu->addSeparator();
+    menu->addAction(tr("&Quit"), this, &QWidget::close);
+    m_addressBar->addMenu(menu);
+}
+
+void MainWindow::pasteAddress()
+{
+    const QString address = AddressOffer::addressIn(QGuiApplication::clipboard()->mimeData());
+    const QString text = address.isEmpty() ? QGuiApplication::clipboard()->text().trimmed() : address;
+    if (!text.isEmpty()) {
+        read(text);
+    }
+}
+
+void MainWindow::showProgress()
+{
+    const QString progress = m_desk.progressText();
+    setWindowTitle(progress.isEmpty() ? tr("Nox Desk") : tr("%1 – Nox Desk", "progress").arg(progress));
+}
+
+void MainWindow::applySettings()
+{
+    m_offer.setEnabled(m_desk.settings().preferences().offersClipboard);
+    m_addressBar->setRecentAddresses(m_desk.settings().recentAddresses());
+}
+
+void MainWindow::notice(const QString &title, const QString &words)
+{
+    m_notice->setText(tr("%1: %2", "what has happened, to which file").arg(title, words));
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0) // older ones can only say that there is something new to be read
+    QAccessibleAnnouncementEvent event(m_notice, m_notice->text());
+#else
+    QAccessibleEvent event(m_notice, QAccessible::Alert);
+#endif
+    QAccessible::updateAccessibility(&event);
+    m_notifier->notify(title, words);
 }
 
 void MainWindow::restore()
@@ -94,7 +161,7 @@ void MainWindow::restore()
     // In terms of the font, so that it fits any scaling, and no larger than the screen.
     const QSize wanted(fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 56);
     resize(wanted.boundedTo(screen()->availableSize() * 0.9));
-    m_splitter->setSizes({11 * wanted.height() / 20, 9 * wanted.height() / 20});
+    m_splitter->setSizes({2 * wanted.height() / 3, wanted.height() / 3});
     restoreGeometry(m_desk.settings().windowGeometry());
     m_splitter->restoreState(m_desk.settings().splitterState());
 }
@@ -174,10 +241,51 @@ void MainWindow::showLog()
     dialog->open();
 }
 
+void MainWindow::showPreferences()
+{
+    auto *dialog = new PreferencesDialog(m_desk.settings(), this);
+    connect(dialog, &QDialog::finished, this, [this] {
+        m_desk.applySettings();
+        applySettings();
+    });
+    dialog->open();
+}
+
+void MainWindow::showShortcuts()
+{
+    auto *dialog = new InfoDialog(tr("Keyboard shortcuts"), this);
+    const QPair<QKeySequence, QString> rows[] = {
+        {QKeySequence(QKeySequence::Paste), tr("read the page whose address is on the clipboard")},
+        {QKeySequence(Qt::CTRL | Qt::Key_L), tr("go to the address")},
+        {QKeySequence(Qt::Key_F5), tr("read the page again")},
+        {QKeySequence(Qt::Key_Escape), tr("stop reading the page")},
+        {QKeySequence(Qt::Key_Return), tr("download the stream that is chosen")},
+        {QKeySequence(Qt::Key_Delete), tr("take the download off the list, when it has ended")},
+        {QKeySequence(Qt::Key_F10), tr("open the menu")},
+        {QKeySequence(QKeySequence::Quit), tr("quit")},
+    };
+    for (const auto &[keys, words] : rows) {
+        dialog->addRow(keys.toString(QKeySequence::NativeText), words);
+    }
+    dialog->open();
+}
+
+void MainWindow::showAbout()
+{
+    auto *dialog = new InfoDialog(tr("About Nox Desk"), this);
+    dialog->addRow(tr("Nox Desk and its library:"), QCoreApplication::applicationVersion());
+    dialog->addRow(tr("Qt:"), QString::fromLatin1(qVersion()));
+    auto *version = new ToolVersionLabel;
+    version->ask(m_desk.tools());
+    dialog->addRow(tr("Download tool:"), version);
+    dialog->open();
+}
+
 void MainWindow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         m_offer.check();
+        m_notifier->clear();
     }
     QMainWindow::changeEvent(event);
 }

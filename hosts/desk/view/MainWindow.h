@@ -12,6 +12,8 @@ namespace NoxDesk {
 
 class AddressBar;
 class Desk;
+class ElidedLabel;
+class TrayNotifier;
 
 /** The window: address above, page in the middle, downloads below. */
 class MainWindow : public QMainWindow
@@ -37,6 +39,14 @@ protected:
 private:
     void layOut();
     void addShortcuts();
+    void addMenu();
+    void pasteAddress();
+    void applySettings();
+    void notice(const QString &title, const QString &words);
+    void showProgress();
+    void showPreferences();
+    void showShortcuts();
+    void showAbout();
     void restore();
     void remember();
     void askToClose();
@@ -47,6 +57,8 @@ private:
     AddressOffer m_offer;
     AddressBar *m_addressBar;
     QSplitter *m_splitter;
+    ElidedLabel *m_notice;
+    TrayNotifier *m_notifier;
     QPointer<QMessageBox> m_question;
     bool m_isClosing = false;
 };

@@ -11,7 +11,6 @@
 #include "hosts/desk/view/ThumbnailView.h"
 #include "hosts/desk/view/WrappedText.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -22,8 +21,8 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr int titleLines = 3;
-constexpr int titleCharacters = 1000;
+constexpr int titleLines = 8; // in a narrow window
+constexpr int titleCharacters = 300;
 
 } // namespace
 
@@ -121,6 +120,7 @@ QWidget *PagePanel::makePage()
     m_streams = new StreamPanel(m_desk.streams());
     auto *form = new PlanForm(m_desk.plan());
     connect(m_streams, &StreamPanel::chosen, &m_desk, &Desk::chooseStream);
+    connect(m_streams, &StreamPanel::downloadRequested, &m_desk, &Desk::startDownload);
     connect(form, &PlanForm::downloadRequested, &m_desk, &Desk::startDownload);
 
     auto *page = new QWidget;
@@ -168,7 +168,7 @@ void PagePanel::show(PageReader::State state)
     const bool isReading = state == PageReader::State::Reading;
     const bool isFailed = state == PageReader::State::Failed;
     // Focus goes on only from what is about to vanish: the address field, or wherever the user is by now, keeps it.
-    const QWidget *focused = QApplication::focusWidget();
+    const QWidget *focused = window()->focusWidget();
     const bool hadFocus = focused != nullptr && (m_busy->isAncestorOf(focused) || m_failure->isAncestorOf(focused));
     m_busyAddress->setText(reader.requestedUrl());
     m_failedAddress->setText(reader.requestedUrl());
@@ -187,7 +187,10 @@ void PagePanel::show(PageReader::State state)
 void PagePanel::showPage()
 {
     const Nox::WebMediaInfo page = m_desk.reader().page();
-    m_title->setWords(ShownText::cut(NoxHost::TextSanitizer::line(page.getTitle()), titleCharacters));
+    const QString title = NoxHost::TextSanitizer::line(page.getTitle());
+    const QString shown = ShownText::cut(title, titleCharacters);
+    m_title->setWords(shown);
+    m_title->setToolTip(shown == title ? QString() : ShownText::breakable(title));
     const qint64 seconds = page.getDuration();
     m_duration->setText(seconds > 0 ? tr("Duration %1").arg(NoxHost::TransferFigures::timeText(seconds))
                                     : tr("Duration unknown"));

@@ -3,6 +3,7 @@
 #include "hosts/common/StreamText.h"
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/view/ReasonLabel.h"
+#include "hosts/desk/view/ShownText.h"
 
 #include <QComboBox>
 #include <QFileInfo>
@@ -37,6 +38,7 @@ PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
     , m_destination(new QLineEdit)
     , m_browseButton(new QPushButton(tr("&Browse…")))
     , m_destinationProblem(new ReasonLabel)
+    , m_folderButton(new QPushButton(tr("Create f&older")))
     , m_downloadButton(new QPushButton(tr("&Download")))
 {
     auto *layout = new QGridLayout(this);
@@ -81,7 +83,14 @@ void PlanForm::addDestination(QGridLayout &layout)
     layout.addWidget(label, 2, 0);
     layout.addWidget(m_destination, 2, 1);
     layout.addWidget(m_browseButton, 2, 2);
-    layout.addWidget(m_destinationProblem, 3, 1, 1, 3);
+    m_folderButton->setObjectName(QStringLiteral("makeFolder"));
+    m_folderButton->hide();
+    layout.addWidget(m_destinationProblem, 3, 1, 1, 2);
+    layout.addWidget(m_folderButton, 3, 3, Qt::AlignTop);
+    connect(m_folderButton, &QPushButton::clicked, this, [this] {
+        m_plan.makeFolder();
+        m_downloadButton->setFocus();
+    });
     connect(m_destination, &QLineEdit::textEdited, &m_plan, &DownloadPlan::setDestination);
     connect(m_destination, &QLineEdit::returnPressed, this, &PlanForm::downloadRequested);
     connect(m_browseButton, &QPushButton::clicked, this, &PlanForm::browse);
@@ -92,10 +101,13 @@ void PlanForm::refresh()
     fillSounds();
     if (m_destination->text() != m_plan.destination()) {
         m_destination->setText(m_plan.destination());
+        m_destination->setToolTip(ShownText::breakable(m_plan.destination()));
     }
     const bool hasStream = m_plan.stream().isValid();
-    m_soundProblem->explain(m_plan.soundProblem(), *m_sound);
+    const QString soundProblem = m_plan.soundProblem();
+    m_soundProblem->explain(soundProblem.isEmpty() ? m_plan.warning() : soundProblem, *m_sound);
     m_destinationProblem->explain(hasStream ? m_plan.destinationProblem() : QString(), *m_destination);
+    m_folderButton->setVisible(hasStream && !m_plan.missingFolder().isEmpty());
     m_downloadButton->setEnabled(m_plan.isComplete());
 }
 

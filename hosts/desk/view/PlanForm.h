@@ -42,6 +42,7 @@ private:
     QLineEdit *m_destination;
     QPushButton *m_browseButton;
     ReasonLabel *m_destinationProblem;
+    QPushButton *m_folderButton;
     QPushButton *m_downloadButton;
     QPointer<QFileDialog> m_dialog;
 };

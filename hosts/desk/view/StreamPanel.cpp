@@ -2,9 +2,13 @@
 
 #include "hosts/desk/model/StreamTableModel.h"
 
+#include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QTableView>
 
@@ -15,8 +19,13 @@ StreamPanel::StreamPanel(StreamTableModel &model, QWidget *parent)
     , m_model(model)
     , m_table(new QTableView)
     , m_allBox(new QCheckBox(tr("Show a&ll")))
+    , m_copyAction(new QAction(tr("Copy address of the stream"), m_table))
 {
+    m_sorted.setSourceModel(&m_model);
+    m_sorted.setSortRole(StreamTableModel::SortRole);
     setUpTable();
+    setUpHeader();
+    addActions();
     m_allBox->setObjectName(QStringLiteral("showAll"));
     m_allBox->setToolTip(tr("Shows streams that differ little from others, too"));
     m_allBox->setAccessibleDescription(m_allBox->toolTip());
@@ -30,10 +39,14 @@ StreamPanel::StreamPanel(StreamTableModel &model, QWidget *parent)
     layout->setContentsMargins({});
     layout->addLayout(head);
     layout->addWidget(m_table, 1);
+    setTabOrder(m_allBox, m_table);
 
     connect(m_allBox, &QCheckBox::toggled, this, &StreamPanel::showAll);
-    connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &current) { Q_EMIT chosen(current.row()); });
+    connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
+        m_copyAction->setEnabled(!m_table->currentIndex().data(StreamTableModel::AddressRole).toString().isEmpty());
+        Q_EMIT chosen(chosenRow());
+    });
+    connect(m_table, &QTableView::doubleClicked, this, &StreamPanel::downloadRequested);
     connect(&m_model, &QAbstractItemModel::modelReset, this, [this] { select({}); });
     select({});
 }
@@ -42,7 +55,7 @@ void StreamPanel::setUpTable()
 {
     m_table->setObjectName(QStringLiteral("streams"));
     m_table->setAccessibleName(tr("Streams of the page"));
-    m_table->setModel(&m_model);
+    m_table->setModel(&m_sorted);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -52,10 +65,48 @@ void StreamPanel::setUpTable()
     m_table->setWordWrap(false);
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_table->horizontalHeader()->setHighlightSections(false);
-    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    // A header and two streams, for screens with little room.
-    m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height() + 3 * fontMetrics().lineSpacing());
+    m_table->installEventFilter(this);
+    // A header and three streams, for screens with little room.
+    m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height() + 5 * fontMetrics().lineSpacing());
+}
+
+void StreamPanel::setUpHeader()
+{
+    QHeaderView *header = m_table->horizontalHeader();
+    header->setHighlightSections(false);
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(StreamTableModel::Words, QHeaderView::Stretch);
+    header->setMinimumSectionSize(fontMetrics().averageCharWidth() * 8);
+    // At first no column is sorted by: the best stream is the first.
+    header->setSortIndicator(-1, Qt::DescendingOrder);
+    m_table->setSortingEnabled(true);
+}
+
+void StreamPanel::addActions()
+{
+    auto *download = new QAction(tr("Download"), m_table);
+    connect(download, &QAction::triggered, this, &StreamPanel::downloadRequested);
+    m_copyAction->setObjectName(QStringLiteral("copyStreamAddress"));
+    connect(m_copyAction, &QAction::triggered, this, [this] {
+        const QModelIndex stream = m_table->currentIndex();
+        QGuiApplication::clipboard()->setText(stream.data(StreamTableModel::AddressRole).toString());
+    });
+    m_table->addActions({download, m_copyAction});
+    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+bool StreamPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_table && event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            if (!key->isAutoRepeat() && m_table->currentIndex().isValid()) {
+                Q_EMIT downloadRequested();
+            }
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void StreamPanel::focusTable()
@@ -63,9 +114,14 @@ void StreamPanel::focusTable()
     m_table->setFocus(Qt::OtherFocusReason);
 }
 
+int StreamPanel::chosenRow() const
+{
+    return m_sorted.mapToSource(m_table->currentIndex()).row();
+}
+
 void StreamPanel::showAll(bool all)
 {
-    const QString code = m_model.stream(m_table->currentIndex().row()).getName();
+    const QString code = m_model.stream(chosenRow()).getName();
     m_model.setShowsAll(all);
     select(code);
 }
@@ -73,10 +129,10 @@ void StreamPanel::showAll(bool all)
 void StreamPanel::select(const QString &preferred)
 {
     m_allBox->setEnabled(m_model.hidesAny());
-    const int row = m_model.startRow(preferred);
-    if (row >= 0) {
-        m_table->setCurrentIndex(m_model.index(row, 0));
-        m_table->scrollTo(m_table->currentIndex());
+    const QModelIndex start = m_sorted.mapFromSource(m_model.index(m_model.startRow(preferred), 0));
+    if (start.isValid()) {
+        m_table->setCurrentIndex(start);
+        m_table->scrollTo(start);
     }
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QSortFilterProxyModel>
 #include <QWidget>
 
+class QAction;
 class QCheckBox;
 class QTableView;
 
@@ -21,17 +23,28 @@ public:
     void focusTable();
 
 Q_SIGNALS:
-    /** Another stream is chosen. @param row its row, or -1 when there is none */
+    /** Another stream is chosen. @param row its row in the model, or -1 when there is none */
     void chosen(int row);
+
+    /** The user wants the chosen stream. */
+    void downloadRequested();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void setUpTable();
+    void setUpHeader();
+    void addActions();
+    int chosenRow() const;
     void showAll(bool all);
     void select(const QString &preferred);
 
     StreamTableModel &m_model;
+    QSortFilterProxyModel m_sorted;
     QTableView *m_table;
     QCheckBox *m_allBox;
+    QAction *m_copyAction;
 };
 
 } // namespace NoxDesk

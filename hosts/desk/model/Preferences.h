@@ -1,0 +1,20 @@
+#pragma once
+
+#include "hosts/desk/model/StreamPreference.h"
+
+#include <QString>
+
+namespace NoxDesk {
+
+/** How the user wants the program to work. */
+struct Preferences {
+    static constexpr int leastParallel = 1;
+    static constexpr int mostParallel = 10;
+
+    StreamPreference stream;
+    int parallelDownloads = 3; ///< at a time, from leastParallel to mostParallel
+    bool offersClipboard = true;
+    QString toolFile; ///< the tool's archive; empty for the usual one
+};
+
+} // namespace NoxDesk

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDialog>
+
+class QFormLayout;
+
+namespace NoxDesk {
+
+/** Rows of a name and what belongs to it, to read. */
+class InfoDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit InfoDialog(const QString &title, QWidget *parent = nullptr);
+
+    void addRow(const QString &name, const QString &text);
+    void addRow(const QString &name, QWidget *widget);
+
+private:
+    QFormLayout *m_rows;
+};
+
+} // namespace NoxDesk

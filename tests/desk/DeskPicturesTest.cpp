@@ -1,0 +1,272 @@
+#include "tests/desk/DeskSandbox.h"
+#include "tests/desk/DeskUser.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QClipboard>
+#include <QDir>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTableView>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+
+#include <memory>
+
+using namespace NoxDesk;
+
+#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, DeskSandbox::Patience)
+
+namespace {
+
+/** A page's picture, served to whoever asks. */
+class PictureServer
+{
+public:
+    PictureServer()
+    {
+        QImage picture(640, 360, QImage::Format_RGB32);
+        QPainter painter(&picture);
+        QLinearGradient sky(0, 0, 0, 360);
+        sky.setColorAt(0, QColor(250, 200, 120));
+        sky.setColorAt(1, QColor(90, 110, 170));
+        painter.fillRect(picture.rect(), sky);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(40, 50, 80));
+        painter.drawPolygon(QPolygon({{0, 360}, {0, 260}, {180, 120}, {320, 260}, {470, 90}, {640, 280}, {640, 360}}));
+        painter.end();
+        QBuffer buffer(&m_png);
+        picture.save(&buffer, "PNG");
+        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { answer(); });
+        m_server.listen(QHostAddress::LocalHost);
+    }
+
+    QString url() const
+    {
+        return QStringLiteral("http://127.0.0.1:%1/p.png").arg(m_server.serverPort());
+    }
+
+private:
+    void answer()
+    {
+        QTcpSocket *socket = m_server.nextPendingConnection();
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+            socket->readAll();
+            socket->write("HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Type: image/png\r\nContent-Length: "
+                          + QByteArray::number(m_png.size()) + "\r\n\r\n" + m_png);
+            socket->disconnectFromHost();
+        });
+        QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    }
+
+    QTcpServer m_server;
+    QByteArray m_png;
+};
+
+QPalette darkPalette()
+{
+    QPalette result(QColor(49, 54, 59), QColor(42, 46, 50));
+    result.setColor(QPalette::Base, QColor(27, 30, 32));
+    result.setColor(QPalette::AlternateBase, QColor(35, 38, 41));
+    result.setColor(QPalette::Highlight, QColor(61, 110, 160));
+    result.setColor(QPalette::HighlightedText, Qt::white);
+    result.setColor(QPalette::Link, QColor(120, 180, 240));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        result.setColor(role, QColor(252, 252, 252));
+        result.setColor(QPalette::Disabled, role, QColor(140, 145, 150));
+    }
+    result.setColor(QPalette::ToolTipBase, QColor(49, 54, 59));
+    result.setColor(QPalette::ToolTipText, Qt::white);
+    result.setColor(QPalette::PlaceholderText, QColor(150, 155, 160));
+    return result;
+}
+
+} // namespace
+
+/**
+ * Takes pictures of the window, to be looked at: into the folder that NOX_DESK_PICTURES names, or else only to see that
+ * every scene can be set up and fills its picture.
+ */
+class DeskPicturesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    static void initTestCase_data();
+    void initTestCase();
+    void init();
+    void cleanup();
+    void longTitle();
+    void queue();
+    void preferences();
+
+private:
+    static QString page(const QString &title, const QString &picture);
+    void open();
+    void read(int number, const QString &title);
+    void choose(const QString &code);
+    void photograph(QWidget &window, const QString &scene);
+
+    PictureServer m_pictures;
+    QPalette m_light;
+    std::unique_ptr<DeskSandbox> m_stage;
+    std::unique_ptr<DeskUser> m_user;
+};
+
+void DeskPicturesTest::initTestCase_data()
+{
+    QTest::addColumn<QString>("colours");
+    QTest::newRow("light") << "light";
+    QTest::newRow("dark") << "dark";
+}
+
+void DeskPicturesTest::initTestCase()
+{
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+    QCoreApplication::setOrganizationName(QStringLiteral("noxwebmedia"));
+    QCoreApplication::setApplicationName(QStringLiteral("desk-test"));
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    m_light = QApplication::style()->standardPalette();
+}
+
+void DeskPicturesTest::init()
+{
+    m_stage = std::make_unique<DeskSandbox>();
+    DeskSandbox::installStandIns();
+    QGuiApplication::clipboard()->clear();
+}
+
+void DeskPicturesTest::cleanup()
+{
+    m_user.reset();
+    QTRY_SOON(m_stage->isQuiet());
+    m_stage.reset();
+}
+
+QString DeskPicturesTest::page(const QString &title, const QString &picture)
+{
+    const auto video = [](int code, const char *ext, int width, int height, bool hasSound) {
+        return QStringLiteral(R"({"format_id":"%1","ext":"%2","vcodec":"avc1","acodec":"%3","width":%4,"height":%5,)"
+                              R"("filesize":%6},)")
+            .arg(code)
+            .arg(QString::fromLatin1(ext), hasSound ? QStringLiteral("mp4a") : QStringLiteral("none"))
+            .arg(width)
+            .arg(height)
+            .arg(width * height * 90);
+    };
+    return QStringLiteral(R"(dump: out {"title":"%1","duration":754,"thumbnail":"%2","formats":[)").arg(title, picture)
+        + QStringLiteral(R"({"format_id":"251","ext":"webm","vcodec":"none","acodec":"opus","abr":160},)"
+                         R"({"format_id":"140","ext":"m4a","vcodec":"none","acodec":"mp4a","abr":128},)")
+        + video(18, "mp4", 640, 360, true) + video(136, "mp4", 1280, 720, false) + video(247, "webm", 1280, 720, false)
+        + video(137, "mp4", 1920, 1080, false) + video(248, "webm", 1920, 1080, false)
+        + video(313, "webm", 3840, 2160, false).chopped(1) + QStringLiteral("]}\n");
+}
+
+/** A window in the colours of the row, "light" or "dark". */
+void DeskPicturesTest::open()
+{
+    QFETCH_GLOBAL(QString, colours);
+    QApplication::setPalette(colours == QLatin1String("dark") ? darkPalette() : m_light);
+    m_user = std::make_unique<DeskUser>();
+}
+
+void DeskPicturesTest::read(int number, const QString &title)
+{
+    const QString figures = QStringLiteral("[download] %1% of 312.40MiB at 4.20MiB/s ETA 00:40\\n");
+    DeskSandbox::play(page(title, m_pictures.url())
+                      + QStringLiteral("18: announce mp4|err ERROR: unable to download video data: HTTP Error 403: "
+                                       "Forbidden|exit 1\n137: announce mp4|out ")
+                      + figures.arg(QStringLiteral("61.5"))
+                      + QStringLiteral("|hang\n136: announce mp4\n247: announce webm\n")
+                      + QStringLiteral("140: announce m4a\n251: announce webm\nffmpeg: write half|err frame=90 "
+                                       "time=00:04:10.00 bitrate=900kbits/s speed=2.5x\\r|hang"));
+    m_user->readPage(QStringLiteral("https://video.example/watch/%1").arg(number));
+    QTRY_SOON(m_user->sees("streams") && m_user->desk().reader().url().endsWith(QString::number(number)));
+    QTRY_SOON(!m_user->desk().thumbnail().picture().isNull());
+    StreamTableModel &streams = m_user->desk().streams();
+    for (int row = 0; row < streams.rowCount(); ++row) { // as servers would tell them
+        const Nox::MediaProfile stream = streams.stream(row);
+        const QSize picture = stream.getVResolution();
+        streams.setSize(stream.getName(),
+                        stream.getABitRate() * 94LL + qMax(0, picture.width()) * qMax(0LL, picture.height() * 90LL));
+    }
+}
+
+/** Chooses the stream with that code in the table. */
+void DeskPicturesTest::choose(const QString &code)
+{
+    auto *table = qobject_cast<QTableView *>(m_user->find("streams"));
+    for (int row = 0; row < m_user->desk().streams().rowCount(); ++row) {
+        if (m_user->desk().streams().stream(row).getName() == code) {
+            table->setCurrentIndex(table->model()->index(row, 0));
+        }
+    }
+    QCOMPARE(m_user->chosen(), code);
+}
+
+void DeskPicturesTest::photograph(QWidget &window, const QString &scene)
+{
+    QTest::qWait(100); // for layouts that follow from layouts
+    const QPixmap picture = window.grab();
+    QCOMPARE(picture.size(), (QSizeF(window.size()) * window.devicePixelRatioF()).toSize());
+    const QString folder = qEnvironmentVariable("NOX_DESK_PICTURES");
+    if (!folder.isEmpty()) {
+        QFETCH_GLOBAL(QString, colours);
+        const QString scale = picture.devicePixelRatio() > 1.5 ? QStringLiteral("-2x") : QString();
+        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(picture.save(QStringLiteral("%1/desk-%2-%3%4.png").arg(folder, scene, colours, scale)));
+    }
+}
+
+void DeskPicturesTest::longTitle()
+{
+    open();
+    m_user->window().resize(600, 400);
+    read(1,
+         QStringLiteral("The whole afternoon at the harbour, with all the ships, the lighthouse and "
+                        "thewordwithoutanyblanksthatgoesonandonandonandonandonandonandonandonandon 😀"));
+    QCOMPARE(m_user->window().size(), QSize(600, 400));
+    photograph(m_user->window(), QStringLiteral("long-title"));
+}
+
+void DeskPicturesTest::queue()
+{
+    open();
+    m_user->window().resize(960, 880);
+    read(1, QStringLiteral("Harbour lights"));
+    DownloadListModel &downloads = m_user->desk().downloads();
+    downloads.setLimit(3);
+    choose(QStringLiteral("18"));
+    QVERIFY(m_user->press("download")); // fails
+    QTRY_SOON(m_user->sees("retry", 0));
+    choose(QStringLiteral("140"));
+    QVERIFY(m_user->press("download")); // is done soon
+    QTRY_SOON(m_user->sees("openFile", 0));
+    read(2, QStringLiteral("A day in the mountains"));
+    choose(QStringLiteral("247")); // must be converted
+    QVERIFY(m_user->press("download"));
+    QTRY_SOON(m_user->text("status", 0).contains(QLatin1String("0:04:10")));
+    for (int i = 0; i < 3; ++i) {
+        choose(QStringLiteral("137"));
+        QVERIFY(m_user->press("download"));
+    }
+    QTRY_SOON(m_user->text("status", 1).contains(QLatin1String("MB")));
+    QCOMPARE(downloads.rowCount(), 6);
+    QCOMPARE(downloads.runningCount(), 3);
+    photograph(m_user->window(), QStringLiteral("queue"));
+}
+
+void DeskPicturesTest::preferences()
+{
+    open();
+    DeskSandbox::play(QStringLiteral("dump: out 2026.08.19\n"));
+    m_user->openMenu(0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("toolVersion"), QStringLiteral("2026.08.19"), DeskSandbox::Patience);
+    photograph(*m_user->find("parallel")->window(), QStringLiteral("preferences"));
+}
+
+QTEST_MAIN(DeskPicturesTest)
+#include "DeskPicturesTest.moc"
