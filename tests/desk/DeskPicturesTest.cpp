@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QDir>
 #include <QPainter>
+#include <QSplitter>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTableView>
@@ -235,7 +236,8 @@ void DeskPicturesTest::longTitle()
 void DeskPicturesTest::queue()
 {
     open();
-    m_user->window().resize(960, 880);
+    m_user->window().resize(960, 1140);
+    m_user->window().findChild<QSplitter *>()->setSizes({400, 640}); // all rows are to be seen
     read(1, QStringLiteral("Harbour lights"));
     DownloadListModel &downloads = m_user->desk().downloads();
     downloads.setLimit(3);
