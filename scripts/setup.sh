@@ -24,7 +24,7 @@ declare -A packages=(
     [docs]="doxygen"
     [package]="binutils dpkg-dev fakeroot file"
     [release]="debootstrap"
-    [desk]="appstream fonts-dejavu-core man-db"
+    [desk]="appstream fonts-dejavu-core"
 )
 readonly groups=(build qt5 run lint sanitizers fuzz bench coverage docs package release desk)
 
