@@ -33,7 +33,7 @@ bool isComparable(const MediaProfile &profile)
 // Moves an entry to a place whose own entry is no longer needed.
 void moveEntry(QList<MediaProfile> &list, Index from, Index to)
 {
-    // With Qt 5 a list holds pointers, which change places faster than what they point to.
+    // With Qt 5 a list holds pointers: to exchange two of them is faster than to move a profile.
     if constexpr (std::is_same_v<QList<MediaProfile>, QVector<MediaProfile>>)
         list.begin()[to] = std::move(list.begin()[from]);
     else

@@ -14,11 +14,6 @@ qint64 PictureRank::of(const MediaInfo &info)
     const QSize size = RecordAccess::resolution(info);
     if (size.width() == -1 && isAbove1080p(RecordAccess::label(info)))
         return 1920 * 1080 + 1;
-    return ofSize(size);
-}
-
-qint64 PictureRank::ofSize(QSize size)
-{
     // Unsigned, since a product beyond 32 bits wraps around.
     return static_cast<qint32>(static_cast<quint32>(size.width()) * static_cast<quint32>(size.height()));
 }

@@ -25,7 +25,8 @@ struct SortKey {
     Index position;
 };
 
-// The first code units of a format as one number. Formats are short, and numbers are compared where they lie.
+// The first code units of a format as one number, as many as it has room for. Most formats have no more, and to compare
+// numbers is faster than to look up the texts.
 constexpr qsizetype headLength = 4;
 
 quint64 headOf(const QString &format)

@@ -10,7 +10,7 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-// The JSON reader takes 1000 levels. Pages have some five.
+// Half of what the JSON reader takes. Pages have some five levels.
 constexpr size_t deepestNesting = 500;
 
 template <typename Value>
@@ -96,7 +96,7 @@ PageDescription page(const dom::object &object)
 bool parse(QByteArray &document, dom::document &parsed)
 {
     const auto size = static_cast<size_t>(document.size());
-    // The parser reads beyond the end.
+    // The parser reads whole blocks, and so beyond the end.
     document.append(static_cast<QByteArray::size_type>(simdjson::SIMDJSON_PADDING), '\0');
     dom::parser parser;
     const bool ok = parser.allocate(size, deepestNesting) == simdjson::SUCCESS

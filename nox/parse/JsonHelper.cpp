@@ -14,7 +14,7 @@ namespace {
 constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 constexpr int markLength = sizeof byteOrderMark - 1;
 constexpr qint64 shortestScript = 4; // bytes; a shorter file reads as nothing
-constexpr qint64 pieceSize = 65536;  // bytes
+constexpr qint64 pieceSize = 65536;  // bytes; large enough that few reads are needed
 
 const Json::Value *member(const Json::Value &object, const QString &key)
 {

@@ -12,7 +12,7 @@ namespace {
 // An exponent with so many digits that no number holds it stays beyond every double.
 qint64 exponentOf(const QString &digits)
 {
-    constexpr qint64 beyond = 1'000'000'000;
+    constexpr qint64 beyond = 1'000'000'000; // a double has 308 at most
     bool isNumber = false;
     const int exponent = digits.toInt(&isNumber);
     if (isNumber || digits.isEmpty())

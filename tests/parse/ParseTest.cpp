@@ -268,6 +268,20 @@ private Q_SLOTS:
         QCOMPARE(names(info), "old,"_s);
     }
 
+    // Long texts are replaced and encoded in pieces. Where a piece ends, nothing may be cut.
+    void longTitles()
+    {
+        for (const QString &unit : {"\\ud83d\\ude00"_s, "😀"_s, "&#55357;&#56832;"_s, "\\u00e9"_s}) {
+            for (int offset = 0; offset < 3; ++offset) {
+                WebMediaInfo page;
+                const QString begin = "&#39;"_s + "x"_s.repeated(offset);
+                QCOMPARE(parseInto(page, json("{'title':'%1'}"_s.arg(begin + unit.repeated(5000)))), QString());
+                const QString character = unit == "\\u00e9"_s ? "é"_s : "😀"_s;
+                QCOMPARE(page.getTitle(), QLatin1Char('\'') + "x"_s.repeated(offset) + character.repeated(5000));
+            }
+        }
+    }
+
     void unreadablePages_data()
     {
         rows({"document"},
