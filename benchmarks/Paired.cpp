@@ -121,6 +121,7 @@ void add(Comparison comparison)
     benchmark::RegisterBenchmark(name.c_str(), work)->Iterations(pairs)->UseManualTime();
 #else
     static_cast<void>(comparison);
+    static_cast<void>(compare);
 #endif
 }
 

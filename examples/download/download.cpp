@@ -70,10 +70,10 @@ int main(int argc, char *argv[])
     using Nox::WebMediaDownloader;
     const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(tool, cache));
     QObject::connect(downloader.get(), &WebMediaDownloader::progress, [](qint64 total, qint64 finish, qint64 speed) {
-        std::cout << finish << " of " << total << " bytes, " << speed << " per second" << std::endl;
+        std::cout << finish << " of " << total << " bytes, " << speed << " per second\n" << std::flush;
     });
     QObject::connect(downloader.get(), &WebMediaDownloader::finished, [&file] {
-        std::cout << "done: " << qUtf8Printable(file) << std::endl;
+        std::cout << "done: " << qUtf8Printable(file) << '\n' << std::flush;
         QCoreApplication::exit(0);
     });
     QObject::connect(downloader.get(), &WebMediaDownloader::error, [&downloader](qint32 errorCode) {

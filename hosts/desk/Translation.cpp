@@ -3,7 +3,8 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
-static void initResources()
+// Outside of every namespace, as the macro asks for.
+static void initResources() // NOLINT(misc-use-anonymous-namespace)
 {
     Q_INIT_RESOURCE(desk);
 }

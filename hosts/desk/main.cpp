@@ -36,7 +36,7 @@ int main(int argc, char *argv[])
     if (!qEnvironmentVariableIsSet("QT_AUTO_SCREEN_SCALE_FACTOR")) {
         qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1"); // Qt 5 does not scale unless asked to
     }
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     NoxHost::ToolSetup::prepareEnvironment();
     QCoreApplication::setOrganizationName(QStringLiteral("noxwebmedia"));
     QCoreApplication::setApplicationName(QStringLiteral("nox-desk"));
