@@ -21,7 +21,8 @@ DeskSandbox::DeskSandbox()
     qputenv("XDG_DATA_HOME", QFile::encodeName(path(QStringLiteral("data"))));
     qputenv("TMPDIR", QFile::encodeName(path(QStringLiteral("tmp"))));
     qputenv("NOX_STAGE", QFile::encodeName(path(QStringLiteral("notes"))));
-    QSettings().clear(); // Qt goes on with the file of the first sandbox
+    // Qt reads XDG_CONFIG_HOME once, so that later settings would bring back the folder of the first sandbox.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path(QStringLiteral("config")));
     play(pageScenario());
 }
 

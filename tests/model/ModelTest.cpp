@@ -313,7 +313,8 @@ private Q_SLOTS:
         source.setSameAsSource(true);
         source.setAutoBitRate(true);
         MediaProfile target;
-        QCOMPARE(&(target = source), &target);
+        const MediaProfile &assigned = (target = source);
+        QCOMPARE(&assigned, &target);
         QCOMPARE(fields(target), words("0 MP4 1280x720 16x9 avc1 2500000 29.97 mp4a 1 44100 1 1 720p 140"_s));
         QCOMPARE(ownFields(target), words("22 u 5000000000 x 1 1 1"_s));
     }
