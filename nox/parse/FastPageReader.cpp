@@ -110,7 +110,7 @@ bool parse(QByteArray &document, dom::document &parsed)
 std::optional<PageDescription> FastPageReader::read(QByteArray &document)
 {
     const std::string_view text(document.constData(), static_cast<size_t>(document.size()));
-    // A byte-order mark in front, and what an escape of half a character means, are matters for the JSON reader.
+    // A byte-order mark in front, and an escape of a NUL or of half a character, are matters for the JSON reader.
     if (text.empty() || text.front() != '{' || text.find("\\u") != std::string_view::npos)
         return std::nullopt;
     dom::document parsed;

@@ -312,7 +312,8 @@ private Q_SLOTS:
             R"(-9223372036854775809|0.1234567890123456789|true|false|null|nul|x||[1,[2,{'a':3}]]|[1,]|[1 2]|{'a':1,}|)"
             R"({'a' 1}|{a:1}|1 // words|/* words */ 1|''|'a|'a\'|'\/\b\n'|'\q'|'\u00e9'|'\u00e'|'\u0022'|'\\u0041'|)"
             R"('\\&#65;'|'&#65;'|'&#34;'|'&amp; & &#;'|'&#xZ;'|&#39;a&#39;|'\ud83d\ude00'|'\ud83d'|'\ude00'|)"
-            R"('&#92;ud83dx'|'&#92;ude00'|'&#92;ud83d&#92;u0041'|'a\u0000b'|'\u0001'|'\ufeffa'|'a','title':'second'|)"
+            R"('a\u005cu0000b'|'\u005cud83dx'|'\u005cude00'|'\u005cud83d\u005cu0041'|'\u005cud83d\u005cude00'|)"
+            R"('a\u0000b'|'\u0001'|'\ufeffa'|'a','title':'second'|)"
             R"('a','title':7|'a','height':720|'a','height':'b'|[{'ext':'a'}],'formats':[{'ext':'b'}]|)"
             R"([{'ext':'a'}],'formats':7|[{'ext':'a','ext':'b','ext':1,'url':'u','url':'v'}]|1}{|1} 2|1}\u0000)"_s;
         const auto nested = [](int depth) { return "["_s.repeated(depth) + "]"_s.repeated(depth); };
