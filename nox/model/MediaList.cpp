@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <algorithm>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -91,17 +92,19 @@ void MediaListRemoveDuplicatedResolutions(QList<MediaProfile> &list)
 
 void MediaListRemoveAudio(QList<MediaProfile> &list)
 {
-    const QList<MediaProfile> &entries = list;
-    std::vector<Index> kept(static_cast<size_t>(entries.size()));
-    size_t count = 0;
-    for (Index i = 0; i < entries.size(); ++i) {
-        const MediaProfile &entry = entries.at(i);
-        kept[count] = i;
-        if (RecordAccess::mediaType(entry) != Nox::MEDIA_TYPE_AUDIO && !RecordAccess::name(entry).isEmpty())
-            ++count;
+    const auto isDropped = [](const MediaProfile &entry) {
+        return RecordAccess::mediaType(entry) == Nox::MEDIA_TYPE_AUDIO || RecordAccess::name(entry).isEmpty();
+    };
+    if (std::none_of(list.cbegin(), list.cend(), isDropped))
+        return;
+    if (list.isDetached()) {
+        list.erase(std::remove_if(list.begin(), list.end(), isDropped), list.end());
+    } else {
+        QList<MediaProfile> kept;
+        kept.reserve(list.size());
+        std::remove_copy_if(list.cbegin(), list.cend(), std::back_inserter(kept), isDropped);
+        list = std::move(kept);
     }
-    kept.resize(count);
-    keepOnly(list, kept);
 }
 
 MediaProfile MediaListGetStreamByYdCode(const QList<MediaProfile> &list, const QString &ydCode)

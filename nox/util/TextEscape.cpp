@@ -66,9 +66,15 @@ QByteArray TextEscape::toUtf8(const QString &text)
     std::array<QChar, 4096> piece; // small enough to stay in the processor's cache
     auto *end = piece.begin();
     for (const auto *at = view.begin(); at != view.end();) {
-        const Escape next = isMark(*at) ? resolved(view, at - view.begin()) : Escape{*at, 1};
-        *end++ = next.character;
-        at += next.length;
+        const auto *const runEnd = at + std::min(view.end() - at, piece.end() - end);
+        const auto *const mark = std::find_if(at, runEnd, isMark);
+        end = std::copy(at, mark, end);
+        at = mark;
+        if (at != runEnd) {
+            const Escape next = resolved(view, at - view.begin());
+            *end++ = next.character;
+            at += next.length;
+        }
         if (end != piece.end() && at != view.end())
             continue;
         // The first half of a pair waits for the second.
