@@ -131,7 +131,7 @@ bool YdDownloader::isUsingYt() const
 }
 
 /*
- * What an earlier download has left in the object must not reach into the next one. The processes are
+ * What an earlier download has left in the object must not act on the next one. The processes are
  * replaced: an old one may still be dying, and one cannot be started again from its own error signal.
  */
 void YdDownloader::reset()

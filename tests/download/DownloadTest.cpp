@@ -563,10 +563,11 @@ void DownloadTest::answeredNotification_data()
         "started started error(-7)", "{1}YDTMP_.mp4=137");
     row("cancelled at started", "two", "137: announce mp4|spawn|hang", "started", "cancel", "started error(-1)");
     row("cancelled at progress", "two", progress, "progress", "cancel", "started progress(1200,500,10) error(-1)");
+    row("cancelled at the closing progress", "two", "", "progress", "cancel", "started started progress(0,0,0)");
     row("cancelled at error(-4)", "", "137: announce mp4|exit 1", "error", "cancel", "started error(-4)");
 }
 
-/** Deleting or cancelling in the midst of a notification is the end: nothing follows, nothing stays. */
+/** After deleting or cancelling inside a notification nothing follows, and nothing stays. */
 void DownloadTest::answeredNotification()
 {
     QFETCH(QString, setup);

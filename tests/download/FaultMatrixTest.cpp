@@ -3,6 +3,8 @@
 #include "tests/support/TestMain.h"
 #include "tests/support/WithoutRootRights.h"
 
+#include <QFile>
+#include <QRegularExpression>
 #include <QtTest>
 
 /** What pages, the tool, ffmpeg and the disk can do wrong: the exact outcome, and no process left behind. */
@@ -14,16 +16,79 @@ private Q_SLOTS:
     void extraction_data();
     void extraction()
     {
+        QFETCH(QString, notifications);
+        QVERIFY(isDocumented({notifications}));
         ExtractTable::run();
     }
     void download_data();
     void download()
     {
+        QFETCH(QString, notifications);
+        QFETCH(QString, files);
+        QVERIFY(isDocumented({notifications, files}));
         DownloadTable::run();
     }
     void lockedFolder_data();
     void lockedFolder();
+    void everyDocumentedRowIsTested();
+
+private:
+    bool isDocumented(const QStringList &texts);
+
+    QStringList m_seen; // names of the rows
 };
+
+namespace {
+
+/** The rows of the tables in docs/reliability.md that hold notifications or files. */
+QStringList documentedRows()
+{
+    QFile file(QStringLiteral(NOX_RELIABILITY));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    return lines.filter(QRegularExpression(QStringLiteral("^\\| .* \\| (`.*|none) \\|$")));
+}
+
+/** A cell of such a table. */
+QString cell(const QString &text)
+{
+    QStringList parts;
+    for (QString part : text.split(QStringLiteral(" -> "))) {
+        part.replace(QLatin1Char('|'), QStringLiteral("\\|"));
+        parts += part.isEmpty() ? QStringLiteral("none") : QLatin1Char('`') + part + QLatin1Char('`');
+    }
+    return parts.join(QStringLiteral(" \u2192 "));
+}
+
+} // namespace
+
+bool FaultMatrixTest::isDocumented(const QStringList &texts)
+{
+    const QString name = QString::fromUtf8(QTest::currentDataTag());
+    QString row = QStringLiteral("| ") + name;
+    for (const QString &text : texts)
+        row += QStringLiteral(" | ") + cell(text);
+    row += QStringLiteral(" |");
+    m_seen += name;
+    if (documentedRows().contains(row))
+        return true;
+    qWarning("docs/reliability.md lacks this row:\n%s", qUtf8Printable(row));
+    return false;
+}
+
+/** Comes last: what the other functions have not run is not tested. */
+void FaultMatrixTest::everyDocumentedRowIsTested()
+{
+    QStringList documented;
+    for (const QString &row : documentedRows())
+        documented += row.section(QStringLiteral(" | "), 0, 0).mid(2);
+    if (m_seen.size() < 10)
+        QSKIP("needs the other functions");
+    documented.sort();
+    m_seen.sort();
+    QCOMPARE(documented, m_seen);
+}
 
 void FaultMatrixTest::extraction_data()
 {
@@ -123,12 +188,12 @@ void FaultMatrixTest::download_data()
 void FaultMatrixTest::lockedFolder_data()
 {
     const TextTable row = DownloadTable::begin();
-    row("locked in item 1", "", "137: announce mp4|chmod 555", "", "started error(-8)", "{1}YDTMP_.mp4=137",
+    row("folder locked in item 1", "", "137: announce mp4|chmod 555", "", "started error(-8)", "{1}YDTMP_.mp4=137",
         "ydFinished: Rename failed from DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
-    row("locked in the merge", "two", "ffmpeg: merge|chmod 555", "", "started started error(-8)",
+    row("folder locked in the merge", "two", "ffmpeg: merge|chmod 555", "", "started started error(-8)",
         "{1}YDTMP_.mp4.tmp.mp4=137+140, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140",
         "ffmpegFinished: Rename failed from DIR/{1}YDTMP_.mp4.tmp.mp4 to DIR/clip.mp4!");
-    row("locked in the merge, host cancels", "two", "ffmpeg: write half|chmod 555|hang", "cancel@ffmpeg",
+    row("folder locked in the merge, host cancels", "two", "ffmpeg: write half|chmod 555|hang", "cancel@ffmpeg",
         "started started error(-7) error(-5)", "{1}YDTMP_.mp4.tmp.mp4=half, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140",
         "ffmpegProcessError: FFMPEG process error: 1|ffmpegFinished: FFMPEG crashed!");
 }
@@ -136,7 +201,7 @@ void FaultMatrixTest::lockedFolder_data()
 void FaultMatrixTest::lockedFolder()
 {
     const WithoutRootRights guard;
-    DownloadTable::run();
+    download();
 }
 
 NOX_TEST_MAIN(FaultMatrixTest)
