@@ -37,7 +37,7 @@ check_python() {
 }
 
 check_spelling() {
-    codespell --quiet-level 2 --ignore-words-list abitrate --skip '*.ts' "${code_folders[@]}" tool cmake docs scripts ./*.md
+    codespell --quiet-level 2 --ignore-words-list abitrate --skip '*.ts,*.metainfo.xml' "${code_folders[@]}" tool cmake docs scripts ./*.md
 }
 
 # Not over the tests: their macros return, which cppcheck does not see.
