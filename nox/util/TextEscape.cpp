@@ -64,23 +64,26 @@ QByteArray TextEscape::toUtf8(const QString &text)
     QByteArray result;
     result.reserve(text.size());
     std::array<QChar, 4096> piece; // small enough to stay in the processor's cache
-    auto *end = piece.begin();
+    std::size_t used = 0;
     for (const auto *at = view.begin(); at != view.end();) {
-        const auto *const runEnd = at + std::min(view.end() - at, piece.end() - end);
+        const auto room = static_cast<qsizetype>(piece.size() - used);
+        const auto *const runEnd = at + std::min<qsizetype>(view.end() - at, room);
         const auto *const mark = std::find_if(at, runEnd, isMark);
-        end = std::copy(at, mark, end);
+        std::copy(at, mark, piece.data() + used);
+        used += static_cast<std::size_t>(mark - at);
         at = mark;
         if (at != runEnd) {
             const Escape next = resolved(view, at - view.begin());
-            *end++ = next.character;
+            piece[used++] = next.character;
             at += next.length;
         }
-        if (end != piece.end() && at != view.end())
+        if (used < piece.size() && at != view.end())
             continue;
         // The first half of a pair waits for the second.
-        auto *const pieceEnd = end[-1].isHighSurrogate() && at != view.end() ? end - 1 : end;
-        result += QStringView(piece.begin(), pieceEnd).toUtf8();
-        end = std::copy(pieceEnd, end, piece.begin());
+        const std::size_t kept = at != view.end() && piece[used - 1].isHighSurrogate() ? 1 : 0;
+        result += QStringView(piece.data(), static_cast<qsizetype>(used - kept)).toUtf8();
+        std::copy_n(piece.data() + used - kept, kept, piece.data());
+        used = kept;
     }
     return result;
 }
