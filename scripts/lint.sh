@@ -19,6 +19,7 @@ sources() {
 
 check_format() {
     sources -name '*.cpp' -o -name '*.h' | xargs -0 clang-format --dry-run -Werror
+    sources -name '*.cpp' -o -name '*.h' | xargs -0 scripts/check-braces.py
 }
 
 check_scripts() {

@@ -29,9 +29,8 @@ void installTranslation(const QLocale &locale)
 {
     initResources();
     // The texts in the source are English, which no file holds.
-    if (locale.uiLanguages().value(0).startsWith(QLatin1String("en"))) {
+    if (locale.uiLanguages().value(0).startsWith(QLatin1String("en")))
         return;
-    }
     install(locale, QStringLiteral("qtbase"), QStringLiteral(NOX_QT_TRANSLATIONS));
     install(locale, QStringLiteral("nox-desk"), QStringLiteral(":/i18n"));
 }

@@ -53,8 +53,7 @@ int main(int argc, char *argv[])
     const NoxHost::InterruptWatcher interrupts;
     QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::cancelAllAndClose);
     window.show();
-    if (!address.isEmpty()) {
+    if (!address.isEmpty())
         window.read(address);
-    }
     return QApplication::exec();
 }

@@ -12,10 +12,17 @@ namespace Nox {
 
 namespace {
 
-std::timespec now()
+// File systems take their time stamps from a clock that proceeds in steps of some milliseconds.
+#if defined(CLOCK_REALTIME_COARSE)
+constexpr clockid_t fileClock = CLOCK_REALTIME_COARSE;
+#else
+constexpr clockid_t fileClock = CLOCK_REALTIME;
+#endif
+
+std::timespec timeOf(clockid_t clock)
 {
     std::timespec time{};
-    ::clock_gettime(CLOCK_REALTIME, &time);
+    ::clock_gettime(clock, &time);
     return time;
 }
 
@@ -46,8 +53,13 @@ bool isLater(const std::timespec &time, const std::timespec &than)
 
 OwnFiles::OwnFiles(const QString &folder)
     : m_folder(folder)
-    , m_begin(now())
+    , m_begin(timeOf(CLOCK_REALTIME))
 {
+    // With the next step of that clock, what is made now and what was made before can be told apart.
+    constexpr std::timespec pause{0, 500'000};
+    constexpr int maximumPauses = 40; // the longest step in use is 10 ms
+    for (int i = 0; i < maximumPauses && !isLater(timeOf(fileClock), m_begin); ++i)
+        ::nanosleep(&pause, nullptr);
 }
 
 bool OwnFiles::contain(const QString &file) const
@@ -55,9 +67,8 @@ bool OwnFiles::contain(const QString &file) const
     const std::optional<std::timespec> birth = birthTime(file);
     if (!birth || isInside(file))
         return true;
-    // File systems take their time from a clock that may be some milliseconds late, but never early. A time
-    // still to come is that of a clock that was wrong.
-    return isLater(*birth, m_begin) && !isLater(*birth, now());
+    // A time still to come is that of a clock that was wrong.
+    return isLater(*birth, m_begin) && !isLater(*birth, timeOf(CLOCK_REALTIME));
 }
 
 // With all links on the way resolved, as the system does it when the file is renamed or removed.

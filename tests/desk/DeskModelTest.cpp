@@ -50,18 +50,16 @@ Nox::WebMediaInfo page()
 QString names(const StreamTableModel &model)
 {
     QStringList result;
-    for (int row = 0; row < model.rowCount(); ++row) {
+    for (int row = 0; row < model.rowCount(); ++row)
         result += model.stream(row).getName();
-    }
     return result.join(QLatin1Char(' '));
 }
 
 QString rowText(const StreamTableModel &model, int row)
 {
     QStringList cells;
-    for (int column = 0; column < model.columnCount(); ++column) {
+    for (int column = 0; column < model.columnCount(); ++column)
         cells += model.index(row, column).data().toString();
-    }
     return cells.join(QLatin1Char('|'));
 }
 
@@ -260,9 +258,8 @@ void DeskModelTest::choices()
     QFETCH(QString, code);
     QFETCH(QString, sound);
     m_plan->setStream(NoxHost::StreamChoice(page()).find(code));
-    if (sound != QLatin1String("default")) {
+    if (sound != QLatin1String("default"))
         m_plan->setCompanion(sound);
-    }
     QTEST(m_plan->companion(), "companion");
     QTEST(QFileInfo(m_plan->destination()).fileName(), "file");
     QCOMPARE(m_plan->takesCompanion(), code == QLatin1String("137") || code == QLatin1String("248"));
@@ -420,9 +417,8 @@ void DeskModelTest::sizes()
     QFETCH(QString, companion);
     m_plan->setCompanion(companion);
     m_plan->setSize(QStringLiteral("137"), 100);
-    if (isSoundKnown) {
+    if (isSoundKnown)
         m_plan->setSize(QStringLiteral("140"), 10);
-    }
     const DownloadRequest request = m_plan->request();
     QTEST(request.stream.getSize(), "size");
     QCOMPARE(request.stream.getPreferredDashAudioYdCode(), companion);
@@ -494,9 +490,8 @@ void DeskModelTest::offer()
 void DeskModelTest::possibleRequests()
 {
     QVERIFY(WebRequest::isPossible(QStringLiteral("https://x/a.jpg")));
-    for (const char *url : {"", "file:///etc/passwd", "a.jpg", "ftp://x/a.jpg", "http:///a.jpg", "data:,a"}) {
+    for (const char *url : {"", "file:///etc/passwd", "a.jpg", "ftp://x/a.jpg", "http:///a.jpg", "data:,a"})
         QVERIFY2(!WebRequest::isPossible(QString::fromLatin1(url)), url);
-    }
 }
 
 QTEST_MAIN(DeskModelTest)

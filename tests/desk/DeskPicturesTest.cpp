@@ -201,9 +201,8 @@ void DeskPicturesTest::choose(const QString &code)
 {
     auto *table = qobject_cast<QTableView *>(m_user->find("streams"));
     for (int row = 0; row < m_user->desk().streams().rowCount(); ++row) {
-        if (m_user->desk().streams().stream(row).getName() == code) {
+        if (m_user->desk().streams().stream(row).getName() == code)
             table->setCurrentIndex(table->model()->index(row, 0));
-        }
     }
     QCOMPARE(m_user->chosen(), code);
 }

@@ -94,9 +94,8 @@ void DeskQueueTest::modelKeepsToLimit()
     DeskSandbox::play(QStringLiteral("a: announce mp4|wait a\nb: announce mp4|wait b\nc: announce mp4|hang\n"
                                      "d: announce mp4|hang"));
     model.setLimit(0); // counts as one
-    for (const char *code : {"a", "b", "c", "d"}) {
+    for (const char *code : {"a", "b", "c", "d"})
         add(QString::fromLatin1(code));
-    }
     QCOMPARE(states(), QStringLiteral("RWWW"));
     QCOMPARE(m_user->desk().plan().isComplete(), false);
     m_stage->let(QStringLiteral("a"));
@@ -144,9 +143,8 @@ void DeskQueueTest::modelCancelsAll()
     QSignalSpy allEnded(&model, &DownloadListModel::allEnded);
     DeskSandbox::play(QStringLiteral("a: announce mp4|hang\nb: announce mp4|hang\nc: announce mp4|hang"));
     model.setLimit(2);
-    for (const char *code : {"a", "b", "c"}) {
+    for (const char *code : {"a", "b", "c"})
         add(QString::fromLatin1(code));
-    }
     QTRY_SOON(m_stage->hangs(QStringLiteral("a")) && m_stage->hangs(QStringLiteral("b")));
     QVERIFY(m_user->press("cancelAll"));
     QTRY_COMPARE_WITH_TIMEOUT(states(), QStringLiteral("CCC"), DeskSandbox::Patience);
@@ -190,9 +188,8 @@ void DeskQueueTest::sixAddresses()
     download(1);
     download(2);
     QTRY_COMPARE_WITH_TIMEOUT(states(), QStringLiteral("RE"), DeskSandbox::Patience);
-    for (int number = 3; number <= 6; ++number) {
+    for (int number = 3; number <= 6; ++number)
         download(number);
-    }
     QTRY_COMPARE_WITH_TIMEOUT(states(), QStringLiteral("RERWWW"), DeskSandbox::Patience);
     QVERIFY(m_user->text("status", 0).startsWith(QLatin1String("Waiting")));
     QVERIFY(m_user->window().windowTitle().contains(QLatin1String("1 of 6")));

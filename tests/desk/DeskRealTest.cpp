@@ -65,9 +65,8 @@ void DeskRealTest::download()
     };
     QTRY_VERIFY_WITH_TIMEOUT(isFinished(), patienceMs);
     QVERIFY2(!m_user->sees("failureWords", 0), qPrintable(m_user->text("failureWords", 0)));
-    for (const char *phase : {"Fetching video", "Fetching audio", "Finished"}) {
+    for (const char *phase : {"Fetching video", "Fetching audio", "Finished"})
         QVERIFY2(phases.contains(QString::fromLatin1(phase)), phase);
-    }
     const QStringList files = m_stage->files();
     QCOMPARE(files.size(), 1);
     QProcess probe;

@@ -12,9 +12,8 @@
 DeskSandbox::DeskSandbox()
 {
     m_temporaryFolder = qgetenv("TMPDIR");
-    for (const char *name : {"Videos", "config", "cache", "notes", "tmp"}) {
+    for (const char *name : {"Videos", "config", "cache", "notes", "tmp"})
         QDir(m_root.path()).mkdir(QString::fromLatin1(name));
-    }
     qputenv("HOME", QFile::encodeName(m_root.path()));
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(path(QStringLiteral("config"))));
     qputenv("XDG_CACHE_HOME", QFile::encodeName(path(QStringLiteral("cache"))));
@@ -64,9 +63,8 @@ void DeskSandbox::installStandIns()
 {
     const QDir programs(QCoreApplication::applicationDirPath());
     programs.mkpath(QStringLiteral("python3.10/bin"));
-    for (const char *name : {"python3.10/bin/python3.10", "ffmpeg", "yt.zip"}) {
+    for (const char *name : {"python3.10/bin/python3.10", "ffmpeg", "yt.zip"})
         QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), programs.filePath(QString::fromLatin1(name)));
-    }
 }
 
 void DeskSandbox::removeFfmpeg()
@@ -91,9 +89,8 @@ QList<qint64> DeskSandbox::pids() const
     if (file.open(QIODevice::ReadOnly)) {
         const QByteArrayList lines = file.readAll().split('\n');
         for (const QByteArray &line : lines) {
-            if (!line.isEmpty()) {
+            if (!line.isEmpty())
                 result += line.split('\x1f').value(1).toLongLong();
-            }
         }
     }
     return result;

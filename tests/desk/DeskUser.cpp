@@ -17,9 +17,8 @@ DeskUser::DeskUser()
     : m_window(m_desk)
 {
     m_window.show();
-    if (!QTest::qWaitForWindowActive(&m_window)) {
+    if (!QTest::qWaitForWindowActive(&m_window))
         qWarning("the window is not active");
-    }
 }
 
 Desk &DeskUser::desk()
@@ -42,9 +41,8 @@ QWidget *DeskUser::row(int row)
 QWidget *DeskUser::find(const char *name, int row)
 {
     QWidget *scope = row < 0 ? &m_window : this->row(row);
-    if (scope == nullptr) {
+    if (scope == nullptr)
         return nullptr;
-    }
     const QList<QWidget *> found = scope->findChildren<QWidget *>(QString::fromLatin1(name));
     const auto isShown = [](const QWidget *widget) { return widget->isVisible(); };
     const auto shown = std::find_if(found.cbegin(), found.cend(), isShown);
@@ -70,9 +68,8 @@ bool DeskUser::canPress(const char *name, int row)
 
 bool DeskUser::press(const char *name, int row)
 {
-    if (!canPress(name, row)) {
+    if (!canPress(name, row))
         return false;
-    }
     QTest::mouseClick(find(name, row), Qt::LeftButton);
     return true;
 }
@@ -97,9 +94,8 @@ void DeskUser::choose(const QString &quality)
     const QAbstractItemModel *model = table->model();
     for (int row = 0; row < model->rowCount(); ++row) {
         const QModelIndex cell = model->index(row, StreamTableModel::Quality);
-        if (cell.data().toString() == quality) {
+        if (cell.data().toString() == quality)
             QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(cell).center());
-        }
     }
 }
 
@@ -115,9 +111,8 @@ QString DeskUser::streams()
     QStringList rows;
     for (int row = 0; row < model.rowCount(); ++row) {
         QStringList cells;
-        for (int column = 0; column < model.columnCount(); ++column) {
+        for (int column = 0; column < model.columnCount(); ++column)
             cells += model.index(row, column).data().toString();
-        }
         rows += cells.join(QLatin1Char(','));
     }
     return rows.join(QLatin1Char(';'));

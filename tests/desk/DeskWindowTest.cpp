@@ -129,9 +129,8 @@ void DeskWindowTest::beginDownload(const QString &quality)
 int DeskWindowTest::rowWithFocus() const
 {
     for (int row = 0; row < m_user->desk().downloads().rowCount(); ++row) {
-        if (m_user->row(row)->isAncestorOf(QApplication::focusWidget())) {
+        if (m_user->row(row)->isAncestorOf(QApplication::focusWidget()))
             return row;
-        }
     }
     return -1;
 }
@@ -142,22 +141,19 @@ QString DeskWindowTest::cutControls() const
     QStringList result;
     const QList<QWidget *> widgets = m_user->window().findChildren<QWidget *>();
     for (QWidget *widget : widgets) {
-        if ((widget->focusPolicy() & Qt::TabFocus) == 0 || !widget->isVisible() || !widget->isEnabled()) {
+        if ((widget->focusPolicy() & Qt::TabFocus) == 0 || !widget->isVisible() || !widget->isEnabled())
             continue;
-        }
         widget->setFocus(Qt::TabFocusReason);
         for (QWidget *area = widget->parentWidget(); area != nullptr; area = area->parentWidget()) {
-            if (auto *scrolled = qobject_cast<QScrollArea *>(area)) {
+            if (auto *scrolled = qobject_cast<QScrollArea *>(area))
                 scrolled->ensureWidgetVisible(widget);
-            }
         }
         const QRect place(widget->mapTo(&m_user->window(), QPoint()), widget->size());
         const QSize seen = widget->visibleRegion().boundingRect().size();
         const bool isWide = place.left() < 0 || place.right() > m_user->window().width();
         const bool isScrolled = widget->inherits("QAbstractScrollArea"); // may be higher than what shows it
-        if (isWide || (!isScrolled && seen != widget->size())) {
+        if (isWide || (!isScrolled && seen != widget->size()))
             result += widget->objectName();
-        }
     }
     return result.join(QLatin1Char(' '));
 }
@@ -219,9 +215,8 @@ void DeskWindowTest::unreadablePage()
     QFETCH(QString, scenario);
     QFETCH(QString, words);
     DeskSandbox::play(scenario);
-    if (scenario.isEmpty()) {
+    if (scenario.isEmpty())
         QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + QStringLiteral("/yt.zip")));
-    }
     m_user->readPage(pageAddress);
     QTRY_SOON(m_user->sees("failureWords"));
     QVERIFY2(m_user->text("failureWords").contains(words), qPrintable(m_user->text("failureWords")));
@@ -504,9 +499,8 @@ void DeskWindowTest::keyboard()
             mnemonics.insert(key, text);
         }
         const bool isControl = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr;
-        if (!isControl || !widget->isVisible() || !widget->isEnabled() || widget->objectName().startsWith(u"qt_")) {
+        if (!isControl || !widget->isVisible() || !widget->isEnabled() || widget->objectName().startsWith(u"qt_"))
             continue;
-        }
         QVERIFY2(reached.contains(widget), qPrintable(widget->objectName()));
         QVERIFY2(!widget->accessibleName().isEmpty() || !text.isEmpty(), qPrintable(widget->objectName()));
     }
@@ -577,9 +571,8 @@ void DeskWindowTest::cancelKeepsFocus()
 
 void DeskWindowTest::rowsAreReachedInOrder()
 {
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3; ++i)
         beginDownload(QStringLiteral("360P"));
-    }
     QTRY_SOON(m_user->sees("openFile", 0) && m_user->sees("openFile", 1) && m_user->sees("openFile", 2));
     m_user->find("downloads")->setFocus();
     QStringList reached;

@@ -509,9 +509,8 @@ private Q_SLOTS:
         QVERIFY(profile.getPreferredDashAudioYdCode().isEmpty() && profile.getSize() == 0);
 
         // Any bit rate will do for these.
-        for (const QString &rate : {"1e12"_s, "-1e300"_s, "3000000000"_s}) {
+        for (const QString &rate : {"1e12"_s, "-1e300"_s, "3000000000"_s})
             parseInto(page, json("{'formats':[{'ext':'a','note':'dash audio','abr':"_s + rate + "}]}"_s));
-        }
         QCOMPARE(page.getMediaProfileList().size(), 4);
     }
 

@@ -50,9 +50,8 @@ void add(const char *name, Operation operation, const QStringList &cases)
 /** Texts that all have one result. */
 void addAll(const char *name, Operation operation, const QString &result, const QStringList &texts)
 {
-    for (const QString &text : texts) {
+    for (const QString &text : texts)
         add(name, operation, {text + " -> "_s + result});
-    }
 }
 
 void addCounts()
@@ -149,9 +148,8 @@ void addCharacters()
     add("\\u", escape,
         {"caf\\u00e9 \\u00E9 -> café é"_s, R"(\\u0041\u\u00421 -> \A\uB1)"_s, R"(\u005cu0041 -> \u0041)"_s,
          "a\\u0000b -> a\0b"_s, "\\ud83d\\ude00 -> 😀"_s, "\\ud83d\\u0026 -> §&"_s, "§\\u0026 -> §&"_s});
-    for (const QString &text : {R"(\U00e9\u00g9\u00e)"_s, "\\u００４１\\u٠٠٤١"_s, times(500000, "\\u")}) {
+    for (const QString &text : {R"(\U00e9\u00g9\u00e)"_s, "\\u００４１\\u٠٠٤١"_s, times(500000, "\\u")})
         add("\\u", escape, {text + " -> "_s + text});
-    }
 }
 
 } // namespace

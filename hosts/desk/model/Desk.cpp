@@ -75,9 +75,8 @@ NoxHost::ToolSetup Desk::tools() const
 
 QString Desk::progressText() const
 {
-    if (m_downloads.activeCount() == 0) {
+    if (m_downloads.activeCount() == 0)
         return {};
-    }
     return tr("%1 %, %2 of %3", "percent; ended, all downloads")
         .arg(m_downloads.batchPercent())
         .arg(m_downloads.batchEndedCount())
@@ -91,9 +90,8 @@ void Desk::chooseStream(int row)
 
 void Desk::startDownload()
 {
-    if (!m_plan.isComplete()) {
+    if (!m_plan.isComplete())
         return;
-    }
     const DownloadRequest request = m_plan.request();
     const QString folder = QFileInfo(request.destination).absolutePath();
     m_settings.setFolder(folder);

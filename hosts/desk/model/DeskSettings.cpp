@@ -47,9 +47,8 @@ QString DeskSettings::folder() const
 {
     const QString videos = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
     for (const QString &folder : {m_settings.value(folderKey).toString(), videos}) {
-        if (!folder.isEmpty() && QFileInfo(folder).isDir()) {
+        if (!folder.isEmpty() && QFileInfo(folder).isDir())
             return folder;
-        }
     }
     return QDir::homePath();
 }

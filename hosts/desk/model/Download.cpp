@@ -17,9 +17,8 @@ Download::Download(const DownloadRequest &request, QObject *parent)
 
 void Download::start(const NoxHost::ToolSetup &tools)
 {
-    if (m_state != State::Waiting) {
+    if (m_state != State::Waiting)
         return;
-    }
     m_job = std::make_unique<DownloadJob>(tools);
     connectJob();
     setState(State::Running);
@@ -168,9 +167,8 @@ QString Download::figuresText() const
                             timeLeft.isEmpty() ? timeLeft : tr("%1 left").arg(timeLeft)};
     QString result;
     for (const QString &part : parts) {
-        if (!part.isEmpty()) {
+        if (!part.isEmpty())
             result += QStringLiteral(" · ") + part;
-        }
     }
     return result;
 }

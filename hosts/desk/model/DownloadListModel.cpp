@@ -42,9 +42,8 @@ void DownloadListModel::enqueue(Download *download)
     const bool isFirst = std::none_of(m_batch.cbegin(), m_batch.cend(), [download](const Download *other) {
         return other != download && other->isActive();
     });
-    if (isFirst) {
+    if (isFirst)
         m_batch.clear();
-    }
     m_batch.removeOne(download);
     m_batch.append(download);
     m_queue.append(download);
@@ -54,9 +53,8 @@ void DownloadListModel::enqueue(Download *download)
 
 void DownloadListModel::startNext()
 {
-    while (!m_queue.isEmpty() && runningCount() < m_limit) {
+    while (!m_queue.isEmpty() && runningCount() < m_limit)
         m_queue.takeFirst()->start(m_tools);
-    }
 }
 
 void DownloadListModel::cancel(int row)
@@ -70,9 +68,8 @@ void DownloadListModel::cancel(int row)
 void DownloadListModel::cancelAll()
 {
     m_queue.clear(); // before any is cancelled, or the next one would take its place
-    for (Download *download : std::as_const(m_downloads)) {
+    for (Download *download : std::as_const(m_downloads))
         download->cancel();
-    }
 }
 
 void DownloadListModel::retry(int row)
@@ -87,9 +84,8 @@ void DownloadListModel::retry(int row)
 void DownloadListModel::remove(int row)
 {
     Download *download = m_downloads.value(row);
-    if (download == nullptr || download->isActive()) {
+    if (download == nullptr || download->isActive())
         return;
-    }
     beginRemoveRows({}, row, row);
     m_downloads.removeAt(row);
     m_batch.removeOne(download);
@@ -100,9 +96,8 @@ void DownloadListModel::remove(int row)
 
 void DownloadListModel::removeEnded()
 {
-    for (int row = rowCount() - 1; row >= 0; --row) {
+    for (int row = rowCount() - 1; row >= 0; --row)
         remove(row);
-    }
 }
 
 int DownloadListModel::activeCount() const
@@ -124,9 +119,8 @@ QStringList DownloadListModel::activeFiles() const
 {
     QStringList files;
     for (const Download *download : m_downloads) {
-        if (download->isActive()) {
+        if (download->isActive())
             files += download->file();
-        }
     }
     return files;
 }
@@ -144,13 +138,11 @@ int DownloadListModel::batchEndedCount() const
 
 int DownloadListModel::batchPercent() const
 {
-    if (m_batch.isEmpty()) {
+    if (m_batch.isEmpty())
         return 0;
-    }
     int sum = 0;
-    for (const Download *download : m_batch) {
+    for (const Download *download : m_batch)
         sum += download->isActive() ? qMax(0, download->percent()) : 100;
-    }
     return sum / batchCount();
 }
 
@@ -161,9 +153,8 @@ int DownloadListModel::rowCount(const QModelIndex &parent) const
 
 QVariant DownloadListModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    }
     const Download *download = m_downloads.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
@@ -200,9 +191,8 @@ void DownloadListModel::onEnded(Download *download)
     startNext();
     Q_EMIT countsChanged();
     Q_EMIT ended(static_cast<int>(m_downloads.indexOf(download)));
-    if (activeCount() == 0) {
+    if (activeCount() == 0)
         Q_EMIT allEnded();
-    }
 }
 
 } // namespace NoxDesk

@@ -88,9 +88,8 @@ void DownloadPlan::chooseFile(const QString &path)
 
 void DownloadPlan::renumber()
 {
-    if (m_isOwnDestination && m_wish.isEmpty()) {
+    if (m_isOwnDestination && m_wish.isEmpty())
         m_wish = m_destination;
-    }
     propose();
     Q_EMIT changed();
 }
@@ -156,12 +155,10 @@ QString DownloadPlan::path() const
 QString DownloadPlan::absolutePath(const QString &destination) const
 {
     QString text = QDir::fromNativeSeparators(destination.trimmed());
-    if (text.isEmpty()) {
+    if (text.isEmpty())
         return {};
-    }
-    if (text.startsWith(QLatin1String("~/"))) {
+    if (text.startsWith(QLatin1String("~/")))
         text.replace(0, 1, QDir::homePath());
-    }
     return QDir::cleanPath(QDir(m_folder).absoluteFilePath(text));
 }
 
@@ -173,9 +170,8 @@ QString DownloadPlan::soundProblem() const
 QString DownloadPlan::destinationProblem() const
 {
     const QString file = path();
-    if (m_taken.contains(file)) {
+    if (m_taken.contains(file))
         return tr("Another download is making this file.");
-    }
     return Destination::problem(file);
 }
 
@@ -188,13 +184,11 @@ QString DownloadPlan::warning() const
 QString DownloadPlan::missingFolder() const
 {
     const QString file = path();
-    if (file.isEmpty() || QFileInfo(file).dir().exists()) {
+    if (file.isEmpty() || QFileInfo(file).dir().exists())
         return {};
-    }
     QString above = QFileInfo(file).absolutePath();
-    while (!QFileInfo::exists(above) && above != QFileInfo(above).absolutePath()) {
+    while (!QFileInfo::exists(above) && above != QFileInfo(above).absolutePath())
         above = QFileInfo(above).absolutePath();
-    }
     return Destination::folderProblem(above).isEmpty() ? QFileInfo(file).absolutePath() : QString();
 }
 

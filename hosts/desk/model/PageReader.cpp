@@ -35,9 +35,8 @@ void PageReader::read(const QString &text)
 
 void PageReader::readAgain()
 {
-    if (!m_requestedUrl.isEmpty()) {
+    if (!m_requestedUrl.isEmpty())
         read(m_requestedUrl);
-    }
 }
 
 /** The job may be notifying, so it goes later, and its process with it. */
@@ -62,16 +61,14 @@ void PageReader::begin()
 
 void PageReader::cancel()
 {
-    if (m_state == State::Reading) {
+    if (m_state == State::Reading)
         m_job->cancel();
-    }
 }
 
 void PageReader::dismissProblem()
 {
-    if (m_state == State::Failed) {
+    if (m_state == State::Failed)
         setState(hasPage() ? State::Ready : State::Empty);
-    }
 }
 
 void PageReader::onFinished(const Nox::WebMediaInfo &page)
@@ -93,9 +90,8 @@ void PageReader::fail(const QString &words, const QString &toolWords)
 void PageReader::setState(State state)
 {
     m_state = state;
-    if (state != State::Reading) {
+    if (state != State::Reading)
         dismissJob();
-    }
     Q_EMIT stateChanged(state);
 }
 

@@ -16,9 +16,8 @@ ProgramLog::ProgramLog(const QString &folder)
 {
     m_watch.setInterval(watchMs);
     QObject::connect(&m_watch, &QTimer::timeout, &m_watch, [this] { rotate(); });
-    if (folder.isEmpty() || !claim(folder)) {
+    if (folder.isEmpty() || !claim(folder))
         m_log.open({}, NoxHost::LibraryLog::Detail::Milestones);
-    }
     rotate();
 }
 
@@ -26,17 +25,15 @@ ProgramLog::ProgramLog(const QString &folder)
 bool ProgramLog::claim(const QString &folder)
 {
     const QDir files(folder);
-    if (!files.mkpath(QStringLiteral("."))) {
+    if (!files.mkpath(QStringLiteral(".")))
         return false;
-    }
     for (int number = 1; number <= maximumFiles; ++number) {
         const QString name =
             number == 1 ? QStringLiteral("nox-desk.log") : QStringLiteral("nox-desk-%1.log").arg(number);
         m_lock = std::make_unique<QLockFile>(files.filePath(name + QStringLiteral(".lock")));
         m_lock->setStaleLockTime(0); // a program may run for days
-        if (m_lock->tryLock() && m_log.open(files.filePath(name), NoxHost::LibraryLog::Detail::Milestones)) {
+        if (m_lock->tryLock() && m_log.open(files.filePath(name), NoxHost::LibraryLog::Detail::Milestones))
             return true;
-        }
     }
     m_lock.reset();
     return false;

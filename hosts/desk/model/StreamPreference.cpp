@@ -27,20 +27,17 @@ MediaProfile StreamPreference::pick(const StreamChoice &streams) const
     }
     const MediaProfile best = streams.best();
     const bool isLow = maximumLines == 0 || best.getVResolution().height() <= maximumLines;
-    if (isLow && withoutConversion) {
+    if (isLow && withoutConversion)
         return best;
-    }
     // The list begins with the largest picture, and among equals with the one that needs the least work.
     MediaProfile converted;
     const QList<MediaProfile> all = streams.all();
     for (const MediaProfile &stream : all) {
         const int lines = stream.getVResolution().height();
-        if (!isVideo(stream) || (maximumLines > 0 && lines > maximumLines) || becomesSilent(streams, stream)) {
+        if (!isVideo(stream) || (maximumLines > 0 && lines > maximumLines) || becomesSilent(streams, stream))
             continue;
-        }
-        if (!withoutConversion || streams.conversion(stream) == NoxHost::Conversion::None) {
+        if (!withoutConversion || streams.conversion(stream) == NoxHost::Conversion::None)
             return stream;
-        }
         converted = converted.isValid() ? converted : stream;
     }
     return converted.isValid() ? converted : best;

@@ -72,9 +72,8 @@ MediaProfile StreamTableModel::stream(int row) const
 int StreamTableModel::startRow(const QString &preferred) const
 {
     for (const QString &code : {preferred, m_preference.pick(m_streams).getName(), m_streams.best().getName()}) {
-        if (const int row = rowOf(code); row >= 0) {
+        if (const int row = rowOf(code); row >= 0)
             return row;
-        }
     }
     return m_shown.isEmpty() ? -1 : 0;
 }
@@ -82,9 +81,8 @@ int StreamTableModel::startRow(const QString &preferred) const
 int StreamTableModel::rowOf(const QString &code) const
 {
     for (int row = 0; row < rowCount(); ++row) {
-        if (m_shown.at(row).getName() == code) {
+        if (m_shown.at(row).getName() == code)
             return row;
-        }
     }
     return -1;
 }
@@ -101,9 +99,8 @@ int StreamTableModel::columnCount(const QModelIndex &parent) const
 
 QVariant StreamTableModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    }
     switch (role) {
     case Qt::DisplayRole:
         return text(index.row(), index.column());
@@ -144,9 +141,8 @@ QString StreamTableModel::text(int row, int column) const
 QString StreamTableModel::words(const MediaProfile &stream) const
 {
     MediaProfile whole = stream;
-    if (m_streams.companionFor(stream).isValid()) {
+    if (m_streams.companionFor(stream).isValid())
         whole.setDash(false);
-    }
     const QString mark = Conversion::mark(m_streams.conversion(stream));
     const QString plain = StreamText::plainWords(whole);
     return mark.isEmpty() ? plain : tr("⚠ %1; %2", "stream, mark").arg(plain, mark);
@@ -185,15 +181,12 @@ qint64 StreamTableModel::size(const MediaProfile &stream) const
 
 QVariant StreamTableModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal) {
+    if (orientation != Qt::Horizontal)
         return {};
-    }
-    if (role == Qt::TextAlignmentRole) {
+    if (role == Qt::TextAlignmentRole)
         return static_cast<int>(Qt::AlignVCenter | (section == Size ? Qt::AlignRight : Qt::AlignLeft));
-    }
-    if (role != Qt::DisplayRole) {
+    if (role != Qt::DisplayRole)
         return {};
-    }
     switch (section) {
     case Words:
         return tr("Stream");

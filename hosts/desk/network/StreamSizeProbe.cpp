@@ -27,13 +27,11 @@ void StreamSizeProbe::ask(const QList<Nox::MediaProfile> &streams)
 {
     stop();
     for (const Nox::MediaProfile &stream : streams) {
-        if (stream.getSize() <= 0 && WebRequest::isPossible(stream.getUrl())) {
+        if (stream.getSize() <= 0 && WebRequest::isPossible(stream.getUrl()))
             m_waiting.enqueue(stream);
-        }
     }
-    for (int i = 0; i < maximumAtOnce; ++i) {
+    for (int i = 0; i < maximumAtOnce; ++i)
         askNext();
-    }
 }
 
 void StreamSizeProbe::stop()
@@ -50,9 +48,8 @@ void StreamSizeProbe::stop()
 
 void StreamSizeProbe::askNext()
 {
-    if (m_waiting.isEmpty()) {
+    if (m_waiting.isEmpty())
         return;
-    }
     const Nox::MediaProfile stream = m_waiting.dequeue();
     QNetworkReply *reply = m_network.head(WebRequest::make(stream.getUrl()));
     m_asked.append(reply);
@@ -68,9 +65,8 @@ void StreamSizeProbe::onAnswer(QNetworkReply *reply, const QString &code)
     const QString type = reply->header(QNetworkRequest::ContentTypeHeader).toString();
     const bool isMedia = type.startsWith(QLatin1String("video/")) || type.startsWith(QLatin1String("audio/"))
         || type.startsWith(QLatin1String("application/octet-stream"));
-    if (reply->error() == QNetworkReply::NoError && isMedia && bytes > 0) {
+    if (reply->error() == QNetworkReply::NoError && isMedia && bytes > 0)
         Q_EMIT found(code, bytes);
-    }
     askNext();
 }
 

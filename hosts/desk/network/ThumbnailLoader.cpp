@@ -22,12 +22,10 @@ QImage decoded(const QByteArray &bytes)
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (size.width() > maximumEdge || size.height() > maximumEdge) {
+    if (size.width() > maximumEdge || size.height() > maximumEdge)
         return {};
-    }
-    if (size.width() > keptSize.width() || size.height() > keptSize.height()) {
+    if (size.width() > keptSize.width() || size.height() > keptSize.height())
         reader.setScaledSize(size.scaled(keptSize, Qt::KeepAspectRatio));
-    }
     return reader.read();
 }
 
@@ -49,9 +47,8 @@ void ThumbnailLoader::load(const QString &url)
     stop();
     m_picture = {};
     Q_EMIT changed();
-    if (!WebRequest::isPossible(url)) {
+    if (!WebRequest::isPossible(url))
         return;
-    }
     m_reply = m_network.get(WebRequest::make(url));
     connect(m_reply, &QNetworkReply::downloadProgress, this, &ThumbnailLoader::onProgress);
     connect(m_reply, &QNetworkReply::finished, this, &ThumbnailLoader::onFinished);
@@ -74,9 +71,8 @@ void ThumbnailLoader::stop()
 
 void ThumbnailLoader::onProgress(qint64 received)
 {
-    if (received > maximumBytes) {
+    if (received > maximumBytes)
         stop();
-    }
 }
 
 void ThumbnailLoader::onFinished()
@@ -85,9 +81,8 @@ void ThumbnailLoader::onFinished()
     m_reply->deleteLater();
     m_reply = nullptr;
     m_picture = decoded(bytes);
-    if (!m_picture.isNull()) {
+    if (!m_picture.isNull())
         Q_EMIT changed();
-    }
 }
 
 } // namespace NoxDesk

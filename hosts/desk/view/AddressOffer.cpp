@@ -27,9 +27,8 @@ QString AddressOffer::address() const
 void AddressOffer::check()
 {
     QString address = m_isEnabled ? addressIn(m_clipboard.mimeData()) : QString();
-    if (address == m_known || address == m_dismissed) {
+    if (address == m_known || address == m_dismissed)
         address.clear();
-    }
     if (address != m_address) {
         m_address = address;
         Q_EMIT changed(address);
@@ -56,9 +55,8 @@ void AddressOffer::dismiss()
 
 QString AddressOffer::addressIn(const QMimeData *data)
 {
-    if (data == nullptr) {
+    if (data == nullptr)
         return {};
-    }
     QString text;
     if (data->hasUrls() && !data->urls().isEmpty()) {
         text = data->urls().constFirst().toString(QUrl::FullyEncoded);

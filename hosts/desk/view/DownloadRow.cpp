@@ -39,9 +39,8 @@ DownloadRow::DownloadRow(QWidget *parent)
 
     auto *head = new QHBoxLayout;
     head->addWidget(m_title, 1);
-    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton}) {
+    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton})
         head->addWidget(button);
-    }
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(head);
     layout->addWidget(m_bar);
@@ -96,26 +95,23 @@ void DownloadRow::focusFirst()
 {
     const QList<QWidget *> stops = tabStops();
     const auto first = std::find_if(stops.cbegin(), stops.cend(), std::mem_fn(&QWidget::isVisible));
-    if (first != stops.cend()) {
+    if (first != stops.cend())
         (*first)->setFocus();
-    }
 }
 
 QList<QWidget *> DownloadRow::tabStops() const
 {
     QList<QWidget *> stops{m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton};
-    if (m_failure != nullptr) {
+    if (m_failure != nullptr)
         stops += m_failure->tabStops();
-    }
     return stops;
 }
 
 /** The same buttons stand in every row: who cannot see the row hears which file they are for. */
 void DownloadRow::nameControls(const QString &title)
 {
-    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton}) {
+    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton})
         button->setAccessibleName(tr("%1: %2", "button, file").arg(button->text(), title));
-    }
     m_bar->setAccessibleName(tr("Progress of %1").arg(title));
     setAccessibleName(tr("Download of %1").arg(title));
 }
@@ -140,9 +136,8 @@ void DownloadRow::showButtons(Download::State state)
     const bool hadFocus = isAncestorOf(window()->focusWidget());
     first->setVisible(true);
     m_removeButton->setVisible(!isActive);
-    if (hadFocus && m_wasActive != isActive) {
+    if (hadFocus && m_wasActive != isActive)
         first->setFocus();
-    }
     m_wasActive = isActive;
     m_cancelButton->setVisible(isActive);
     m_retryButton->setVisible(canRetry);

@@ -122,9 +122,8 @@ void DownloadsPanel::removeRows(int first, int last)
 
 void DownloadsPanel::refreshRows(int first, int last)
 {
-    for (int row = first; row <= last; ++row) {
+    for (int row = first; row <= last; ++row)
         m_rows.at(row)->refresh(m_model.index(row));
-    }
 }
 
 void DownloadsPanel::showCounts()

@@ -25,9 +25,8 @@ void FileManager::select(const QString &file)
     call << QStringList(QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded)) << QString();
     auto *answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        if (answer->isError()) {
+        if (answer->isError())
             Q_EMIT failed();
-        }
         deleteLater();
     });
 #else

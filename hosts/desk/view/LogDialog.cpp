@@ -21,9 +21,8 @@ constexpr qint64 maximumBytes = 256LL * 1024;
 QString endOf(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || !file.seek(qMax<qint64>(0, file.size() - maximumBytes))) {
+    if (!file.open(QIODevice::ReadOnly) || !file.seek(qMax<qint64>(0, file.size() - maximumBytes)))
         return {};
-    }
     return QString::fromUtf8(file.readAll());
 }
 

@@ -47,9 +47,8 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     connect(&m_desk.reader(), &PageReader::refused, m_addressBar, &AddressBar::showProblem);
     connect(m_addressBar, &AddressBar::addressChanged, &m_offer, &AddressOffer::setKnown);
     connect(&m_desk.downloads(), &DownloadListModel::allEnded, this, [this] {
-        if (m_isClosing) {
+        if (m_isClosing)
             close();
-        }
     });
     connect(&m_desk, &Desk::noticed, this, &MainWindow::notice);
     connect(&m_desk.downloads(), &DownloadListModel::countsChanged, this, &MainWindow::showProgress);
@@ -67,9 +66,8 @@ void MainWindow::layOut()
     pageArea->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
     auto *downloads = new DownloadsPanel(m_desk.downloads());
     connect(&m_desk.reader(), &PageReader::stateChanged, this, [this, page](PageReader::State state) {
-        if (state == PageReader::State::Ready && m_addressBar->isDone()) {
+        if (state == PageReader::State::Ready && m_addressBar->isDone())
             page->focusStreams();
-        }
     });
     connect(downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
@@ -127,9 +125,8 @@ void MainWindow::pasteAddress()
 {
     const QString address = AddressOffer::addressIn(QGuiApplication::clipboard()->mimeData());
     const QString text = address.isEmpty() ? QGuiApplication::clipboard()->text().trimmed() : address;
-    if (!text.isEmpty()) {
+    if (!text.isEmpty())
         read(text);
-    }
 }
 
 void MainWindow::showProgress()
@@ -187,16 +184,14 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     event->ignore();
-    if (!m_isClosing) {
+    if (!m_isClosing)
         askToClose();
-    }
 }
 
 void MainWindow::askToClose()
 {
-    if (const QMessageBox *shown = m_question.data(); shown != nullptr && shown->isVisible()) {
+    if (const QMessageBox *shown = m_question.data(); shown != nullptr && shown->isVisible())
         return;
-    }
     const int count = m_desk.downloads().activeCount();
     auto *question = new QMessageBox(QMessageBox::Question, windowTitle(),
                                      tr("Downloads still running: %1. Cancel them and close?").arg(count),
@@ -264,9 +259,8 @@ void MainWindow::showShortcuts()
         {QKeySequence(Qt::Key_F10), tr("open the menu")},
         {QKeySequence(QKeySequence::Quit), tr("quit")},
     };
-    for (const auto &[keys, words] : rows) {
+    for (const auto &[keys, words] : rows)
         dialog->addRow(keys.toString(QKeySequence::NativeText), words);
-    }
     dialog->open();
 }
 
@@ -292,9 +286,8 @@ void MainWindow::changeEvent(QEvent *event)
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!AddressOffer::addressIn(event->mimeData()).isEmpty()) {
+    if (!AddressOffer::addressIn(event->mimeData()).isEmpty())
         event->acceptProposedAction();
-    }
 }
 
 void MainWindow::dropEvent(QDropEvent *event)

@@ -172,16 +172,14 @@ void PagePanel::show(PageReader::State state)
     const bool hadFocus = focused != nullptr && (m_busy->isAncestorOf(focused) || m_failure->isAncestorOf(focused));
     m_busyAddress->setText(reader.requestedUrl());
     m_failedAddress->setText(reader.requestedUrl());
-    if (isFailed) {
+    if (isFailed)
         m_failureBox->setTexts(reader.problem(), reader.toolWords());
-    }
     m_busy->setVisible(isReading);
     m_failure->setVisible(isFailed);
     m_content->setVisible(reader.hasPage() || !(isReading || isFailed));
     m_content->setCurrentWidget(reader.hasPage() ? m_page : m_hint);
-    if (hadFocus && !isReading) {
+    if (hadFocus && !isReading)
         focusStreams();
-    }
 }
 
 void PagePanel::showPage()
@@ -199,9 +197,8 @@ void PagePanel::showPage()
 
 void PagePanel::focusStreams()
 {
-    if (m_desk.reader().hasPage()) {
+    if (m_desk.reader().hasPage())
         m_streams->focusTable();
-    }
 }
 
 } // namespace NoxDesk

@@ -135,9 +135,8 @@ void PlanForm::fillSounds()
 
 void PlanForm::browse()
 {
-    if (m_dialog != nullptr) {
+    if (m_dialog != nullptr)
         return;
-    }
     m_dialog = new QFileDialog(this, tr("Save as"));
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
     m_dialog->setAcceptMode(QFileDialog::AcceptSave);

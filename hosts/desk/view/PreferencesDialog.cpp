@@ -74,9 +74,8 @@ void PreferencesDialog::addStreams(QFormLayout &form)
 {
     m_lines->setObjectName(QStringLiteral("maximumLines"));
     m_lines->addItem(tr("the best there is"), 0);
-    for (const int lines : {2160, 1440, 1080, 720, 480, 360}) {
+    for (const int lines : {2160, 1440, 1080, 720, 480, 360})
         m_lines->addItem(tr("at most %1p").arg(lines), lines);
-    }
     m_lines->setCurrentIndex(qMax(0, m_lines->findData(m_settings.preferences().stream.maximumLines)));
     form.addRow(tr("&Quality proposed:"), m_lines);
     form.addRow(QString(), m_withoutConversion);
@@ -130,9 +129,8 @@ void PreferencesDialog::askVersion()
 void PreferencesDialog::accept()
 {
     const QString folder = QDir::fromNativeSeparators(m_folder->text().trimmed());
-    if (QFileInfo(folder).isDir() && folder != m_settings.folder()) {
+    if (QFileInfo(folder).isDir() && folder != m_settings.folder())
         m_settings.setFolder(folder);
-    }
     m_settings.setPreferences(
         {{m_lines->currentData().toInt(), m_withoutConversion->isChecked(), m_soundOnly->isChecked()},
          m_parallel->value(),

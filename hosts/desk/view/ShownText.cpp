@@ -15,18 +15,16 @@ QString ShownText::cut(const QString &text, int most)
 {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     for (int i = 0; i < most; ++i) {
-        if (finder.toNextBoundary() < 0) {
+        if (finder.toNextBoundary() < 0)
             return text;
-        }
     }
     return finder.position() < text.size() ? text.left(finder.position()) + QStringLiteral("…") : text;
 }
 
 QString ShownText::breakable(const QString &text)
 {
-    if (text.isEmpty()) {
+    if (text.isEmpty())
         return {};
-    }
     QString result;
     const QString shown = cut(text, maximumCharacters);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, shown);

@@ -100,9 +100,8 @@ bool StreamPanel::eventFilter(QObject *watched, QEvent *event)
     if (watched == m_table && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
         if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-            if (!key->isAutoRepeat() && m_table->currentIndex().isValid()) {
+            if (!key->isAutoRepeat() && m_table->currentIndex().isValid())
                 Q_EMIT downloadRequested();
-            }
             return true;
         }
     }

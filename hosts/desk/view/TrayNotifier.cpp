@@ -35,9 +35,8 @@ void TrayNotifier::notify(const QString &title, const QString &words)
 
 void TrayNotifier::clear()
 {
-    if (m_icon != nullptr) {
+    if (m_icon != nullptr)
         m_icon->hide();
-    }
 }
 
 } // namespace NoxDesk

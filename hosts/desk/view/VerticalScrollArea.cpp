@@ -22,9 +22,8 @@ QSize VerticalScrollArea::minimumSizeHint() const
 
 bool VerticalScrollArea::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == widget() && event->type() == QEvent::LayoutRequest) {
+    if (watched == widget() && event->type() == QEvent::LayoutRequest)
         updateGeometry();
-    }
     return QScrollArea::eventFilter(watched, event);
 }
 

@@ -67,9 +67,8 @@ int WrappedText::heightForWidth(int width) const
         layout.setTextOption(document()->defaultTextOption());
         layout.beginLayout();
         for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-            if (lines++ == m_maximumLines) {
+            if (lines++ == m_maximumLines)
                 return qCeil(height);
-            }
             line.setLineWidth(width);
             height += qMax<qreal>(line.height(), fontMetrics().lineSpacing());
         }
