@@ -3,8 +3,8 @@
 
     check-braces.py [--fix] FILE...
 
-Where another branch needs braces, both have them. The layout must be that of clang-format, which cannot check this in the
-versions of all our platforms.
+Where another branch needs braces, both have them. The layout must be that of clang-format, which in the versions of our
+platforms cannot check this itself.
 """
 
 import pathlib
