@@ -51,7 +51,7 @@ QString Conversion::warning(Kind kind, const Nox::MediaProfile &video, qint64 du
 {
     if (kind == None)
         return {};
-    const QString what = kind == Picture
+    QString what = kind == Picture
         ? tr("The video must be converted when it is joined with its audio, which takes long.")
         : tr("The audio must be converted when it is joined with the video.");
     const qint64 seconds = roughSeconds(kind, video, duration, QThread::idealThreadCount());

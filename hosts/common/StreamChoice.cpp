@@ -67,7 +67,7 @@ template <typename ConversionOf>
 MediaProfile leastWork(const Profiles &streams, ConversionOf conversionOf)
 {
     for (const Conversion::Kind most : {Conversion::None, Conversion::Sound}) {
-        const MediaProfile found = first(streams, [&](const MediaProfile &stream) {
+        MediaProfile found = first(streams, [&](const MediaProfile &stream) {
             return hasEnoughLines(stream) && conversionOf(stream) <= most;
         });
         if (found.isValid())
@@ -153,7 +153,7 @@ MediaProfile StreamChoice::best() const
                  [this](const MediaProfile &stream) { return isVideo(stream) && !isSilent(stream); });
     if (!withSound.isEmpty())
         return leastWork(withSound, [this](const MediaProfile &stream) { return conversion(stream); });
-    const MediaProfile silent = first(m_all, isVideo);
+    MediaProfile silent = first(m_all, isVideo);
     if (silent.isValid())
         return silent;
     return m_audio.isEmpty() ? m_all.value(0) : m_audio.first();

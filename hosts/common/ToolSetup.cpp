@@ -28,7 +28,7 @@ bool isOwnAndSafe(const QString &path)
 
 QString defaultToolFile()
 {
-    const QString own = ToolSetup::ownToolFile();
+    QString own = ToolSetup::ownToolFile();
     if (QFileInfo(own).isFile() && isOwnAndSafe(own) && isOwnAndSafe(QFileInfo(own).absolutePath()))
         return own;
     return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("yt.zip"));

@@ -83,8 +83,10 @@ void FaultMatrixTest::everyDocumentedRowIsTested()
     QStringList documented;
     for (const QString &row : documentedRows())
         documented += row.section(QStringLiteral(" | "), 0, 0).mid(2);
-    if (m_seen.size() < 10)
-        QSKIP("needs the other functions");
+    if (m_seen.size() < 10) {
+        QTest::qSkip("needs the other functions", __FILE__, __LINE__);
+        return;
+    }
     documented.sort();
     m_seen.sort();
     QCOMPARE(documented, m_seen);

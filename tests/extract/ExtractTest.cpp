@@ -299,7 +299,7 @@ void ExtractTest::startedOnAnotherThread()
         extractor->moveToThread(here);
     }));
     thread->start();
-    QVERIFY(thread->wait(2 * TestSandbox::Patience));
+    QVERIFY(thread->wait(2UL * TestSandbox::Patience));
     QVERIFY(isStarted);
     const SignalLog log(extractor.get());
     stage.mark(QStringLiteral("go"));

@@ -72,8 +72,10 @@ void ToolSetupTest::ownTool()
     put(own, QFile::Permissions(fileMode));
     QVERIFY(QFile::setPermissions(QFileInfo(own).path(), QFile::Permissions(folderMode)));
     if (isForeign) {
-        if (::geteuid() != 0)
-            QSKIP("only root can give files away");
+        if (::geteuid() != 0) {
+            QTest::qSkip("only root can give files away", __FILE__, __LINE__);
+            return;
+        }
         constexpr uid_t somebody = 12345;
         QCOMPARE(::chown(QFile::encodeName(own).constData(), somebody, static_cast<gid_t>(-1)), 0);
     }

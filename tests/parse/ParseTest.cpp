@@ -271,12 +271,12 @@ private Q_SLOTS:
     // Long texts are replaced and encoded in pieces. Where a piece ends, nothing may be cut.
     void longTitles()
     {
-        for (const QString &unit : {"\\ud83d\\ude00"_s, "😀"_s, "&#55357;&#56832;"_s, "\\u00e9"_s}) {
+        for (const QString &unit : {R"(\ud83d\ude00)"_s, "😀"_s, "&#55357;&#56832;"_s, R"(\u00e9)"_s}) {
             for (int offset = 0; offset < 3; ++offset) {
                 WebMediaInfo page;
                 const QString begin = "&#39;"_s + "x"_s.repeated(offset);
                 QCOMPARE(parseInto(page, json("{'title':'%1'}"_s.arg(begin + unit.repeated(5000)))), QString());
-                const QString character = unit == "\\u00e9"_s ? "é"_s : "😀"_s;
+                const QString character = unit == R"(\u00e9)"_s ? "é"_s : "😀"_s;
                 QCOMPARE(page.getTitle(), QLatin1Char('\'') + "x"_s.repeated(offset) + character.repeated(5000));
             }
         }
@@ -348,7 +348,7 @@ private Q_SLOTS:
     {
         rows({"number"},
              {"128"_s, "129.478"_s, "4426.325"_s, "-2.5"_s, "1.5e3"_s, "1.5E+2"_s, "2500.75e-1"_s, "0.0000001e9"_s,
-              "1.5e400"_s, "1.5e99999999999"_s, "1.5e-99999999999"_s, "1.e"_s, "'1.5'"_s, "'\\'1.5'"_s,
+              "1.5e400"_s, "1.5e99999999999"_s, "1.5e-99999999999"_s, "1.e"_s, "'1.5'"_s, R"('\'1.5')"_s,
               "1 /* '1.5 */"_s, "1 // '\n"_s});
     }
 
@@ -390,7 +390,7 @@ private Q_SLOTS:
     void readerMessageIsLogged_data()
     {
         rows({"document"},
-             {"{'a':%s}"_s, "{'a':'b"_s, "{'a':1,}"_s, "{'a' 1}"_s, "{'a':1e400}"_s, "[1 2]"_s, "{'a':'\\ud83d'}"_s,
+             {"{'a':%s}"_s, "{'a':'b"_s, "{'a':1,}"_s, "{'a' 1}"_s, "{'a':1e400}"_s, "[1 2]"_s, R"({'a':'\ud83d'})"_s,
               "\uFEFF{}"_s, "\uFEFF{'a':1"_s, "{'é':\n'x\n}"_s});
     }
 
@@ -401,7 +401,7 @@ private Q_SLOTS:
         Json::Reader reader;
         Json::Value root;
         // An escape of half a character has become a question mark by then.
-        const QByteArray read = QString(document).replace("\\ud83d"_s, "?"_s).toUtf8();
+        const QByteArray read = QString(document).replace(R"(\ud83d)"_s, "?"_s).toUtf8();
         const bool isRead = reader.parse(read.toStdString(), root, false);
         const QString message = QString::fromStdString(reader.getFormattedErrorMessages());
         WebMediaInfo info;

@@ -108,8 +108,13 @@ public:
         }
         constexpr int dialogTime = 60; // milliseconds, in which the loop deletes what it finds to delete
         QEventLoop dialog;
-        QTimer::singleShot(0, &dialog, act);
-        QTimer::singleShot(dialogTime, &dialog, &QEventLoop::quit);
+        QTimer begin;
+        QTimer end;
+        begin.setSingleShot(true);
+        connect(&begin, &QTimer::timeout, &dialog, act);
+        connect(&end, &QTimer::timeout, &dialog, &QEventLoop::quit);
+        begin.start(0);
+        end.start(dialogTime);
         dialog.exec();
     }
 

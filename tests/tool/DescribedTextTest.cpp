@@ -44,13 +44,13 @@ QStringList DescribedTextTest::chosenTexts()
 {
     return {
         QString(),
-        "A \"title\" with \\ and / and 'quotes'"_s,
+        R"(A "title" with \ and / and 'quotes')"_s,
         "&#34; &#39; &#92;u0022 &#x26; &amp; &#; &#1"_s,
-        "\\u0022 \\\\u0022 \\u00e9 \\n \\"_s,
-        "\\&#34;\\u0026#34; \\\\\\"_s,
-        "&\\u002334; &#38;#34;"_s,
+        R"(\u0022 \\u0022 \u00e9 \n \)"_s,
+        R"(\&#34;\u0026#34; \\\)"_s,
+        R"(&\u002334; &#38;#34;)"_s,
         "u0022 and u0075"_s,
-        "{\"title\":\"x\"} // no comment /* */"_s,
+        R"({"title":"x"} // no comment /* */)"_s,
         "tab\t line\n\r end\x01\x1f\x7f"_s,
         "caf\xc3\xa9 \xe2\x80\xa8 \xf0\x9f\x98\x80 \xef\xbf\xbe"_s,
         "a\0b"_s,
