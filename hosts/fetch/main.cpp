@@ -17,7 +17,7 @@ int main(int argc, char *argv[])
     using namespace NoxFetch;
 
     // A reader that goes away shows as an error of the write, which can be told. The programs get the usual answer.
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     NoxHost::ensureUtf8Locale();
     Console console;
     MessageHandler messages(console);

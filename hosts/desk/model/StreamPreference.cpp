@@ -25,7 +25,7 @@ MediaProfile StreamPreference::pick(const StreamChoice &streams) const
         const QList<MediaProfile> audio = streams.audio();
         return audio.first();
     }
-    const MediaProfile best = streams.best();
+    MediaProfile best = streams.best();
     const bool isLow = maximumLines == 0 || best.getVResolution().height() <= maximumLines;
     if (isLow && withoutConversion)
         return best;
