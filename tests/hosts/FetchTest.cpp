@@ -271,7 +271,7 @@ void FetchTest::ignoredHangup()
     TestSandbox stage;
     stage.play(QLatin1String(page) + QStringLiteral("\n18: announce mp4|wait go"));
     FetchProgram fetch(stage.folder());
-    std::signal(SIGHUP, SIG_IGN);
+    static_cast<void>(std::signal(SIGHUP, SIG_IGN));
     fetch.start({QStringLiteral("-f"), QStringLiteral("18"), url()});
     std::signal(SIGHUP, SIG_DFL);
     QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Patience);
