@@ -273,7 +273,7 @@ void FetchTest::ignoredHangup()
     FetchProgram fetch(stage.folder());
     static_cast<void>(std::signal(SIGHUP, SIG_IGN));
     fetch.start({QStringLiteral("-f"), QStringLiteral("18"), url()});
-    std::signal(SIGHUP, SIG_DFL);
+    static_cast<void>(std::signal(SIGHUP, SIG_DFL));
     QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Patience);
     fetch.interrupt(SIGHUP);
     stage.mark(QStringLiteral("go"));
