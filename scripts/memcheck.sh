@@ -28,8 +28,9 @@ build_preset "$preset" model_test parse_test reaction_test
 # Qt's expressions compile themselves to machine code, which reads in blocks that valgrind takes for too long.
 export QT_ENABLE_REGEXP_JIT=0
 memcheck() {
+    # A child that cannot start its program ends with all that the test had in memory.
     timeout 900 valgrind --quiet --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite,possible \
-        "$@" -silent
+        --child-silent-after-fork=yes --suppressions="$root/scripts/memcheck.supp" "$@" -silent
 }
 for name in model parse; do
     say "memcheck: $name"
