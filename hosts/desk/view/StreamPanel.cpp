@@ -77,9 +77,9 @@ void StreamPanel::setUpHeader()
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     header->setSectionResizeMode(StreamTableModel::Words, QHeaderView::Stretch);
     header->setMinimumSectionSize(fontMetrics().averageCharWidth() * 8);
+    // At first no column is sorted by: the best stream is the first. Newer Qt would turn this order round, too.
+    header->setSortIndicator(-1, Qt::AscendingOrder);
     m_table->setSortingEnabled(true);
-    // At first no column is sorted by: the best stream is the first. Said afterwards: enabling sorts by a column.
-    header->setSortIndicator(-1, Qt::DescendingOrder);
 }
 
 void StreamPanel::addActions()
