@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 
 /**
@@ -34,14 +35,10 @@ struct Comparison {
 void add(Comparison comparison);
 
 /** Gives up the running comparison: its two sides do not do the same work. */
-class Mismatch
+class Mismatch : public std::runtime_error
 {
 public:
-    explicit Mismatch(std::string reason);
-    const std::string &reason() const;
-
-private:
-    std::string m_reason;
+    using std::runtime_error::runtime_error;
 };
 
 /** Processor time of this thread, in seconds: what other programs do meanwhile does not count. */

@@ -26,7 +26,7 @@ double statusBytes(const std::string &name)
 double growthHere(const std::function<void()> &prepare, const std::function<void()> &work)
 {
     prepare();
-    ::malloc_trim(0);
+    static_cast<void>(::malloc_trim(0));
     // Five resets the mark of the highest resident size to the present one.
     std::ofstream("/proc/self/clear_refs") << "5" << std::flush;
     const double before = statusBytes("VmHWM:");

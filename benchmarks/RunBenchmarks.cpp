@@ -31,20 +31,14 @@ public:
     {
     }
 
-    const QString &url() const
-    {
-        return m_url;
-    }
+    const QString &url() const { return m_url; }
 
     QString program(const char *name) const
     {
         return QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(name);
     }
 
-    QString file(const char *name) const
-    {
-        return m_folder.filePath(QLatin1String(name));
-    }
+    QString file(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 
     // The tool as the library calls it, with further arguments around the certificate switch; with its front, or plain.
     Command toolCommand(const Command &arguments, const Command &more = {}, const char *tool = "yt.zip") const
@@ -52,7 +46,7 @@ public:
         Command command{GetPythonExecPath().toStdString(), "-X", "pycache_prefix=" + file("pycache").toStdString(),
                         program(tool).toStdString()};
         command.insert(command.end(), arguments.begin(), arguments.end());
-        command.push_back("--no-check-certificate");
+        command.emplace_back("--no-check-certificate");
         command.insert(command.end(), more.begin(), more.end());
         command.push_back(m_url.toStdString());
         return command;

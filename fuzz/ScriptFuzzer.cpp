@@ -24,10 +24,7 @@ public:
         Check::that(m_descriptor >= 0, "a file in memory");
     }
 
-    const QString &path() const
-    {
-        return m_path;
-    }
+    const QString &path() const { return m_path; }
 
     void fill(const std::uint8_t *data, size_t size) const
     {

@@ -59,11 +59,6 @@ void DownloadFolder::removeStale(const QString &parent)
     }
 }
 
-QString DownloadFolder::errorText() const
-{
-    return m_errorText;
-}
-
 QString DownloadFolder::filePath(const QString &name) const
 {
     return m_path + QLatin1Char('/') + name;

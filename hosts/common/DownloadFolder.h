@@ -28,8 +28,8 @@ public:
      */
     bool create(const QString &parent);
 
-    QString errorText() const;                   ///< Why create() failed, in the system's words.
-    QString filePath(const QString &name) const; ///< Path of a file in the folder.
+    QString errorText() const { return m_errorText; } ///< Why create() failed, in the system's words.
+    QString filePath(const QString &name) const;      ///< Path of a file in the folder.
 
     /** Whether the merge has begun to write its output. */
     bool isJoining() const;

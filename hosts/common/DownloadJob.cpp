@@ -87,11 +87,6 @@ void DownloadJob::cancel()
     }
 }
 
-DownloadJob::Phase DownloadJob::phase() const
-{
-    return m_phase;
-}
-
 void DownloadJob::onStarted()
 {
     ++m_startedStreams;

@@ -45,7 +45,7 @@ public:
     /** Stops; cancelled() follows unless the outcome is known already. */
     void cancel();
 
-    Phase phase() const;
+    Phase phase() const { return m_phase; }
 
 Q_SIGNALS:
     /** Another phase has begun. For joining, progressed() follows at once with empty figures: the old ones are void. */

@@ -41,9 +41,4 @@ bool LibraryLog::open(const QString &file, Detail detail)
     return true;
 }
 
-QString LibraryLog::fileName() const
-{
-    return m_fileName;
-}
-
 } // namespace NoxHost

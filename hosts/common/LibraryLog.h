@@ -23,7 +23,7 @@ public:
      */
     bool open(const QString &file, Detail detail);
 
-    QString fileName() const; ///< Path of the log file.
+    QString fileName() const { return m_fileName; } ///< Path of the log file.
 
 private:
     QTemporaryFile m_temporary;

@@ -131,21 +131,6 @@ void StreamChoice::thin()
     }
 }
 
-Profiles StreamChoice::all() const
-{
-    return m_all;
-}
-
-Profiles StreamChoice::thinned() const
-{
-    return m_thinned;
-}
-
-Profiles StreamChoice::audio() const
-{
-    return m_audio;
-}
-
 MediaProfile StreamChoice::best() const
 {
     Profiles withSound;

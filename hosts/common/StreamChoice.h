@@ -30,16 +30,16 @@ public:
      * Every usable stream: videos before audio, the larger picture first, 2D before 3D, and of equal
      * pictures those first that need the least work.
      */
-    QList<Nox::MediaProfile> all() const;
+    QList<Nox::MediaProfile> all() const { return m_all; }
 
     /**
      * all() without streams that differ from a kept one in nothing a person sees: of equal picture
      * size, 3D, container and label the first one stays.
      */
-    QList<Nox::MediaProfile> thinned() const;
+    QList<Nox::MediaProfile> thinned() const { return m_thinned; }
 
     /** The audio streams in the tool's order, its best first. */
-    QList<Nox::MediaProfile> audio() const;
+    QList<Nox::MediaProfile> audio() const { return m_audio; }
 
     /**
      * The stream to take when nobody chooses: the best picture that becomes a file with sound without

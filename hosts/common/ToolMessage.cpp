@@ -76,10 +76,7 @@ public:
             (m_kind == Kind::Warning ? m_warnings : m_complaints) += words;
     }
 
-    QStringList result() const
-    {
-        return m_complaints.isEmpty() ? m_warnings : m_complaints;
-    }
+    QStringList result() const { return m_complaints.isEmpty() ? m_warnings : m_complaints; }
 
 private:
     enum class Kind { Complaint, Warning, Traceback, Banner };

@@ -55,16 +55,6 @@ ToolSetup::ToolSetup(const QString &toolFile, const QString &pycacheFolder)
             .absoluteFilePath();
 }
 
-QString ToolSetup::toolFile() const
-{
-    return m_toolFile;
-}
-
-QString ToolSetup::pycacheFolder() const
-{
-    return m_pycacheFolder;
-}
-
 QString ToolSetup::problem() const
 {
     const QString interpreter = GetPythonExecPath();

@@ -26,8 +26,8 @@ public:
      */
     explicit ToolSetup(const QString &toolFile = {}, const QString &pycacheFolder = {});
 
-    QString toolFile() const;      ///< Absolute path of the tool's file.
-    QString pycacheFolder() const; ///< Absolute path of the bytecode cache.
+    QString toolFile() const { return m_toolFile; }           ///< Absolute path of the tool's file.
+    QString pycacheFolder() const { return m_pycacheFolder; } ///< Absolute path of the bytecode cache.
 
     /** What is missing for extraction and download, in words; empty when nothing is. */
     QString problem() const;

@@ -30,21 +30,6 @@ bool TransferFigures::isEmpty() const
     return m_total == 0 && m_done == 0;
 }
 
-qint64 TransferFigures::total() const
-{
-    return m_total;
-}
-
-qint64 TransferFigures::done() const
-{
-    return m_done;
-}
-
-qint64 TransferFigures::speed() const
-{
-    return m_speed;
-}
-
 int TransferFigures::percent() const
 {
     if (m_total == 0)

@@ -30,9 +30,9 @@ public:
     /** The same without a speed, and so without the time left: for figures that are no longer fresh. */
     TransferFigures withoutSpeed() const;
 
-    qint64 total() const; ///< The whole, or 0 when unknown.
-    qint64 done() const;  ///< What is done of it; at most total() where that is known.
-    qint64 speed() const; ///< What is done in a second, or 0 when unknown.
+    qint64 total() const { return m_total; } ///< The whole, or 0 when unknown.
+    qint64 done() const { return m_done; }   ///< What is done of it; at most total() where that is known.
+    qint64 speed() const { return m_speed; } ///< What is done in a second, or 0 when unknown.
 
     /** Whether there is nothing to show. */
     bool isEmpty() const;

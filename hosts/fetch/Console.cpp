@@ -19,11 +19,6 @@ Console::Console()
 {
 }
 
-bool Console::isTerminal() const
-{
-    return m_isTerminal;
-}
-
 int Console::width() const
 {
     winsize size = {};

@@ -14,7 +14,7 @@ public:
     Console();
 
     /** Whether standard error is a terminal, so that a status line makes sense. */
-    bool isTerminal() const;
+    bool isTerminal() const { return m_isTerminal; }
 
     /** Columns of the terminal. */
     int width() const;

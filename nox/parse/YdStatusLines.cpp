@@ -56,16 +56,10 @@ private:
         qsizetype end = 0;
         qsizetype speedEnd = -1; // behind the run's last "/s" that "ETA" follows; -1 without one
 
-        bool contains(qsizetype position) const
-        {
-            return position >= begin && position < end;
-        }
+        bool contains(qsizetype position) const { return position >= begin && position < end; }
     };
 
-    QStringView view(qsizetype begin, qsizetype end) const
-    {
-        return m_text.mid(begin, end - begin);
-    }
+    QStringView view(qsizetype begin, qsizetype end) const { return m_text.mid(begin, end - begin); }
 
     Run scanRun(qsizetype begin) const
     {

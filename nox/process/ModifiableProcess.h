@@ -21,10 +21,7 @@ class ModifiableProcess : public QProcess
 public:
     using QProcess::QProcess;
 
-    void setChildProcessModifier(const std::function<void()> &modifier)
-    {
-        m_modifier = modifier;
-    }
+    void setChildProcessModifier(const std::function<void()> &modifier) { m_modifier = modifier; }
 
 protected:
     void setupChildProcess() override

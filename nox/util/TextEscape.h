@@ -13,10 +13,7 @@ struct Escape {
     QChar character;
     qsizetype length = 0;
 
-    explicit operator bool() const
-    {
-        return length > 0;
-    }
+    explicit operator bool() const { return length > 0; }
 };
 
 inline int hexDigitValue(QChar character)

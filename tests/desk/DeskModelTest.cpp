@@ -98,10 +98,7 @@ private Q_SLOTS:
     void possibleRequests();
 
 private:
-    QString path(const QString &name) const
-    {
-        return m_root->filePath(name);
-    }
+    QString path(const QString &name) const { return m_root->filePath(name); }
 
     std::unique_ptr<QTemporaryDir> m_root;
     std::unique_ptr<DownloadPlan> m_plan;

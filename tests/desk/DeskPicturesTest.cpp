@@ -45,10 +45,7 @@ public:
         m_server.listen(QHostAddress::LocalHost);
     }
 
-    QString url() const
-    {
-        return QStringLiteral("http://127.0.0.1:%1/p.png").arg(m_server.serverPort());
-    }
+    QString url() const { return QStringLiteral("http://127.0.0.1:%1/p.png").arg(m_server.serverPort()); }
 
 private:
     void answer()

@@ -70,10 +70,7 @@ private Q_SLOTS:
     void logOpensAtItsEnd();
 
 public Q_SLOTS:
-    void openedUrl(const QUrl &url)
-    {
-        m_opened += url.toLocalFile();
-    }
+    void openedUrl(const QUrl &url) { m_opened += url.toLocalFile(); }
 
 private:
     void beginDownload(const QString &quality);

@@ -43,30 +43,15 @@ class DownloadTest : public QObject
 
 private Q_SLOTS:
     void progress_data();
-    void progress()
-    {
-        DownloadTable::run();
-    }
+    void progress() { DownloadTable::run(); }
     void fileNames_data();
-    void fileNames()
-    {
-        DownloadTable::run();
-    }
+    void fileNames() { DownloadTable::run(); }
     void filesElsewhere_data();
-    void filesElsewhere()
-    {
-        DownloadTable::run();
-    }
+    void filesElsewhere() { DownloadTable::run(); }
     void failures_data();
-    void failures()
-    {
-        DownloadTable::run();
-    }
+    void failures() { DownloadTable::run(); }
     void cancelClearDelete_data();
-    void cancelClearDelete()
-    {
-        DownloadTable::run();
-    }
+    void cancelClearDelete() { DownloadTable::run(); }
     void idle();
     void mergeArguments_data();
     void mergeArguments();

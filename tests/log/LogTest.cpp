@@ -53,20 +53,14 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
     QByteArray m_tempFolder;
 
-    QString path(const QString &name) const
-    {
-        return m_dir->filePath(name);
-    }
+    QString path(const QString &name) const { return m_dir->filePath(name); }
 
     QString modulePath(const QString &suffix) const
     {
         return path(QFileInfo(QCoreApplication::applicationFilePath()).fileName() + suffix);
     }
 
-    QByteArray loggedTo(const QString &name) const
-    {
-        return withoutTime(contentOf(path(name)));
-    }
+    QByteArray loggedTo(const QString &name) const { return withoutTime(contentOf(path(name))); }
 
     void useFile(int level, int outType)
     {

@@ -107,10 +107,7 @@ class ParseTest : public QObject
 private:
     QTemporaryDir m_dir;
 
-    QString path(const QString &name) const
-    {
-        return m_dir.filePath(name);
-    }
+    QString path(const QString &name) const { return m_dir.filePath(name); }
 
     /** Parses into @p page and returns the log that this leaves. */
     QString parseInto(WebMediaInfo &page, const QString &text)
@@ -356,18 +353,9 @@ private Q_SLOTS:
     {
         class Country : public std::numpunct<char>
         {
-            char do_decimal_point() const override
-            {
-                return ',';
-            }
-            char do_thousands_sep() const override
-            {
-                return '.';
-            }
-            std::string do_grouping() const override
-            {
-                return "\3";
-            }
+            char do_decimal_point() const override { return ','; }
+            char do_thousands_sep() const override { return '.'; }
+            std::string do_grouping() const override { return "\3"; }
         };
 
         QFETCH(QString, number);

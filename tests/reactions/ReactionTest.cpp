@@ -71,28 +71,16 @@ public:
         , m_log(m_worker)
     {
     }
-    ~Host() override
-    {
-        end();
-    }
+    ~Host() override { end(); }
 
-    Worker *worker() const
-    {
-        return m_worker;
-    }
-    bool isGone() const
-    {
-        return m_watch.isNull();
-    }
+    Worker *worker() const { return m_worker; }
+    bool isGone() const { return m_watch.isNull(); }
     void end()
     {
         if (!isGone())
             delete m_worker;
     }
-    QString log() const
-    {
-        return m_log.text();
-    }
+    QString log() const { return m_log.text(); }
 
     /** To be called by each notification: does what the row says, when its time has come. */
     void respond(const std::function<void()> &restart)

@@ -15,10 +15,7 @@ public:
     /** Makes the clip, stages the programs and starts the server; false when one of them fails. */
     bool serve();
 
-    QString url() const
-    {
-        return m_url;
-    }
+    QString url() const { return m_url; }
 
 private:
     QTemporaryDir m_media;

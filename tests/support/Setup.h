@@ -12,14 +12,8 @@ class Setup
 public:
     Setup(const QString &words, TestSandbox &stage);
 
-    const Nox::MediaProfile &profile() const
-    {
-        return m_profile;
-    }
-    const QString &destination() const
-    {
-        return m_destination;
-    }
+    const Nox::MediaProfile &profile() const { return m_profile; }
+    const QString &destination() const { return m_destination; }
 
     /** Page address; what is behind its "&" does not reach the tool. */
     static QString url();

@@ -33,46 +33,6 @@ void Desk::applySettings()
     m_plan.setFolder(m_settings.folder());
 }
 
-PageReader &Desk::reader()
-{
-    return m_reader;
-}
-
-StreamTableModel &Desk::streams()
-{
-    return m_streams;
-}
-
-DownloadPlan &Desk::plan()
-{
-    return m_plan;
-}
-
-DownloadListModel &Desk::downloads()
-{
-    return m_downloads;
-}
-
-ThumbnailLoader &Desk::thumbnail()
-{
-    return m_thumbnail;
-}
-
-DeskSettings &Desk::settings()
-{
-    return m_settings;
-}
-
-QString Desk::logFile() const
-{
-    return m_log.fileName();
-}
-
-NoxHost::ToolSetup Desk::tools() const
-{
-    return m_tools;
-}
-
 QString Desk::progressText() const
 {
     if (m_downloads.activeCount() == 0)

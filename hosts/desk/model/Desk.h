@@ -24,14 +24,14 @@ public:
     /** @param logFolder where the library's log goes; empty for a temporary file */
     explicit Desk(const QString &logFolder = {}, QObject *parent = nullptr);
 
-    PageReader &reader();
-    StreamTableModel &streams();
-    DownloadPlan &plan();
-    DownloadListModel &downloads();
-    ThumbnailLoader &thumbnail();
-    DeskSettings &settings();
-    QString logFile() const;
-    NoxHost::ToolSetup tools() const;
+    PageReader &reader() { return m_reader; }
+    StreamTableModel &streams() { return m_streams; }
+    DownloadPlan &plan() { return m_plan; }
+    DownloadListModel &downloads() { return m_downloads; }
+    ThumbnailLoader &thumbnail() { return m_thumbnail; }
+    DeskSettings &settings() { return m_settings; }
+    QString logFile() const { return m_log.fileName(); }
+    NoxHost::ToolSetup tools() const { return m_tools; }
 
     /** Takes up what has changed in the settings. */
     void applySettings();

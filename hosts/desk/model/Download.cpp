@@ -77,11 +77,6 @@ void Download::setState(State state)
     Q_EMIT changed();
 }
 
-Download::State Download::state() const
-{
-    return m_state;
-}
-
 bool Download::isActive() const
 {
     return m_state == State::Waiting || isRunning();
@@ -97,30 +92,11 @@ bool Download::canRetry() const
     return m_state == State::Failed || m_state == State::Cancelled;
 }
 
-DownloadRequest Download::request() const
-{
-    return m_request;
-}
-
-QString Download::file() const
-{
-    return m_file;
-}
-
 int Download::percent() const
 {
-    switch (m_state) {
-    case State::Finished:
+    if (m_state == State::Finished)
         return 100;
-    case State::Running:
-        return m_figures.total() == 0 ? -1 : m_figures.percent();
-    case State::Waiting:
-    case State::Cancelling:
-    case State::Failed:
-    case State::Cancelled:
-        break;
-    }
-    return m_figures.percent();
+    return m_state == State::Running && m_figures.total() == 0 ? -1 : m_figures.percent();
 }
 
 QString Download::status() const
@@ -171,16 +147,6 @@ QString Download::figuresText() const
             result += QStringLiteral(" · ") + part;
     }
     return result;
-}
-
-QString Download::problem() const
-{
-    return m_problem;
-}
-
-QString Download::toolWords() const
-{
-    return m_toolWords;
 }
 
 } // namespace NoxDesk

@@ -28,18 +28,18 @@ public:
     /** Lets a download that has failed or been cancelled wait again. @param file path of the file to make */
     void retry(const QString &file);
 
-    State state() const;
+    State state() const { return m_state; }
     bool isActive() const;  ///< Whether it waits or runs.
     bool isRunning() const; ///< Whether processes and files of it may be there.
     bool canRetry() const;
-    DownloadRequest request() const;
-    QString file() const;    ///< Path of the file that is being made, or has been.
-    int percent() const;     ///< 0 to 100, or -1 when it cannot be told.
-    QString status() const;  ///< Phase and figures, or the outcome, in words.
-    QString problem() const; ///< What went wrong, in words.
+    DownloadRequest request() const { return m_request; }
+    QString file() const { return m_file; }       ///< Path of the file that is being made, or has been.
+    int percent() const;                          ///< 0 to 100, or -1 when it cannot be told.
+    QString status() const;                       ///< Phase and figures, or the outcome, in words.
+    QString problem() const { return m_problem; } ///< What went wrong, in words.
 
     /** What the external programs said of the failure; empty when it is not known. */
-    QString toolWords() const;
+    QString toolWords() const { return m_toolWords; }
 
 Q_SIGNALS:
     void changed();

@@ -15,11 +15,6 @@ DownloadListModel::DownloadListModel(const NoxHost::ToolSetup &tools, QObject *p
 {
 }
 
-void DownloadListModel::setTools(const NoxHost::ToolSetup &tools)
-{
-    m_tools = tools;
-}
-
 void DownloadListModel::setLimit(int limit)
 {
     m_limit = qMax(1, limit);
@@ -123,11 +118,6 @@ QStringList DownloadListModel::activeFiles() const
             files += download->file();
     }
     return files;
-}
-
-int DownloadListModel::batchCount() const
-{
-    return static_cast<int>(m_batch.size());
 }
 
 int DownloadListModel::batchEndedCount() const

@@ -29,7 +29,7 @@ public:
     explicit DownloadListModel(const NoxHost::ToolSetup &tools, QObject *parent = nullptr);
 
     /** For downloads that begin from now on. */
-    void setTools(const NoxHost::ToolSetup &tools);
+    void setTools(const NoxHost::ToolSetup &tools) { m_tools = tools; }
 
     /** How many run at a time, at least one. More begin at once where there is room. */
     void setLimit(int limit);
@@ -47,7 +47,7 @@ public:
     QStringList activeFiles() const; ///< What is being made, or will be.
 
     /** Of the downloads asked for since none was active last: how many there are, and how many have ended. */
-    int batchCount() const;
+    int batchCount() const { return static_cast<int>(m_batch.size()); }
     int batchEndedCount() const;
 
     /** How far these are, 0 to 100. */

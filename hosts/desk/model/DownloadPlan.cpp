@@ -122,11 +122,6 @@ bool DownloadPlan::takesCompanion() const
     return StreamChoice::needsCompanion(m_stream) && !m_streams.audio().isEmpty();
 }
 
-MediaProfile DownloadPlan::stream() const
-{
-    return m_stream;
-}
-
 QList<MediaProfile> DownloadPlan::companions() const
 {
     return takesCompanion() ? m_streams.audio() : QList<MediaProfile>();
@@ -135,11 +130,6 @@ QList<MediaProfile> DownloadPlan::companions() const
 QString DownloadPlan::companion() const
 {
     return m_stream.getPreferredDashAudioYdCode();
-}
-
-QString DownloadPlan::destination() const
-{
-    return m_destination;
 }
 
 QString DownloadPlan::suffix() const

@@ -40,12 +40,12 @@ public:
     /** Whether sound can be joined to the stream. */
     bool takesCompanion() const;
 
-    Nox::MediaProfile stream() const;            ///< The stream; invalid when none is chosen.
-    QList<Nox::MediaProfile> companions() const; ///< The sounds to choose from.
-    QString companion() const;                   ///< Code of the sound to join; empty for none.
-    QString destination() const;                 ///< The file as shown to the user.
-    QString suffix() const;                      ///< Suffix of the file, without a dot.
-    QString path() const;                        ///< The file's absolute path; empty without a name.
+    Nox::MediaProfile stream() const { return m_stream; } ///< The stream; invalid when none is chosen.
+    QList<Nox::MediaProfile> companions() const;          ///< The sounds to choose from.
+    QString companion() const;                            ///< Code of the sound to join; empty for none.
+    QString destination() const { return m_destination; } ///< The file as shown to the user.
+    QString suffix() const;                               ///< Suffix of the file, without a dot.
+    QString path() const;                                 ///< The file's absolute path; empty without a name.
 
     QString soundProblem() const;       ///< Why the sound cannot be joined; empty when it can.
     QString destinationProblem() const; ///< Why the file cannot be made; empty when it can.

@@ -12,11 +12,6 @@ PageReader::PageReader(const NoxHost::ToolSetup &tools, QObject *parent)
 {
 }
 
-void PageReader::setTools(const NoxHost::ToolSetup &tools)
-{
-    m_tools = tools;
-}
-
 void PageReader::read(const QString &text)
 {
     const QString url = NoxHost::UrlCheck::mended(text);
@@ -93,46 +88,6 @@ void PageReader::setState(State state)
     if (state != State::Reading)
         dismissJob();
     Q_EMIT stateChanged(state);
-}
-
-PageReader::State PageReader::state() const
-{
-    return m_state;
-}
-
-QString PageReader::requestedUrl() const
-{
-    return m_requestedUrl;
-}
-
-bool PageReader::hasPage() const
-{
-    return !m_url.isEmpty();
-}
-
-QString PageReader::url() const
-{
-    return m_url;
-}
-
-Nox::WebMediaInfo PageReader::page() const
-{
-    return m_page;
-}
-
-NoxHost::StreamChoice PageReader::streams() const
-{
-    return m_streams;
-}
-
-QString PageReader::problem() const
-{
-    return m_problem;
-}
-
-QString PageReader::toolWords() const
-{
-    return m_toolWords;
 }
 
 } // namespace NoxDesk

@@ -25,7 +25,7 @@ public:
     explicit PageReader(const NoxHost::ToolSetup &tools, QObject *parent = nullptr);
 
     /** For pages that are read from now on. */
-    void setTools(const NoxHost::ToolSetup &tools);
+    void setTools(const NoxHost::ToolSetup &tools) { m_tools = tools; }
 
     /** Reads the page whose address is @p text, mended where it is clear what was meant; or refuses it. */
     void read(const QString &text);
@@ -39,14 +39,14 @@ public:
     /** Forgets a failure. */
     void dismissProblem();
 
-    State state() const;
-    QString requestedUrl() const;          ///< Address of the last request; empty before the first one.
-    bool hasPage() const;                  ///< Whether a page has been read.
-    QString url() const;                   ///< Address of the page that has been read.
-    Nox::WebMediaInfo page() const;        ///< What it holds.
-    NoxHost::StreamChoice streams() const; ///< Its streams.
-    QString problem() const;               ///< What went wrong, when Failed.
-    QString toolWords() const;             ///< What the tool itself said of it; may be empty.
+    State state() const { return m_state; }
+    QString requestedUrl() const { return m_requestedUrl; }     ///< Address of the last request, if there was one.
+    bool hasPage() const { return !m_url.isEmpty(); }           ///< Whether a page has been read.
+    QString url() const { return m_url; }                       ///< Address of the page that has been read.
+    Nox::WebMediaInfo page() const { return m_page; }           ///< What it holds.
+    NoxHost::StreamChoice streams() const { return m_streams; } ///< Its streams.
+    QString problem() const { return m_problem; }               ///< What went wrong, when Failed.
+    QString toolWords() const { return m_toolWords; }           ///< What the tool itself said of it; may be empty.
 
 Q_SIGNALS:
     void stateChanged(NoxDesk::PageReader::State state);

@@ -39,11 +39,6 @@ bool ProgramLog::claim(const QString &folder)
     return false;
 }
 
-QString ProgramLog::fileName() const
-{
-    return m_log.fileName();
-}
-
 void ProgramLog::setWatched(bool isWatched)
 {
     if (!isWatched) {

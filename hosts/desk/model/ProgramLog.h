@@ -20,7 +20,7 @@ public:
     /** @param folder where log files go; where none can be written, or for an empty text, a temporary file */
     explicit ProgramLog(const QString &folder);
 
-    QString fileName() const;
+    QString fileName() const { return m_log.fileName(); }
 
     /** Says whether external programs run, which write to the log. */
     void setWatched(bool isWatched);

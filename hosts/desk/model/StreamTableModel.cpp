@@ -10,6 +10,15 @@ using Nox::MediaProfile;
 using NoxHost::Conversion;
 using NoxHost::StreamText;
 
+namespace {
+
+int alignment(int column)
+{
+    return static_cast<int>(Qt::AlignVCenter | (column == StreamTableModel::Size ? Qt::AlignRight : Qt::AlignLeft));
+}
+
+} // namespace
+
 StreamTableModel::StreamTableModel(QObject *parent)
     : QAbstractTableModel(parent)
 {
@@ -21,11 +30,6 @@ void StreamTableModel::setStreams(const NoxHost::StreamChoice &streams, qint64 d
     m_duration = duration;
     m_sizes.clear();
     show();
-}
-
-void StreamTableModel::setPreference(const StreamPreference &preference)
-{
-    m_preference = preference;
 }
 
 void StreamTableModel::setShowsAll(bool all)
@@ -44,11 +48,6 @@ void StreamTableModel::show()
     endResetModel();
 }
 
-bool StreamTableModel::showsAll() const
-{
-    return m_showsAll;
-}
-
 bool StreamTableModel::hidesAny() const
 {
     return m_streams.all().size() > m_streams.thinned().size();
@@ -62,11 +61,6 @@ void StreamTableModel::setSize(const QString &code, qint64 bytes)
         const QModelIndex cell = index(row, Size);
         Q_EMIT dataChanged(cell, cell);
     }
-}
-
-MediaProfile StreamTableModel::stream(int row) const
-{
-    return m_shown.value(row);
 }
 
 int StreamTableModel::startRow(const QString &preferred) const
@@ -108,7 +102,7 @@ QVariant StreamTableModel::data(const QModelIndex &index, int role) const
     case Qt::AccessibleDescriptionRole:
         return explanation(index.row(), index.column());
     case Qt::TextAlignmentRole:
-        return static_cast<int>(Qt::AlignVCenter | (index.column() == Size ? Qt::AlignRight : Qt::AlignLeft));
+        return alignment(index.column());
     case SortRole:
         return sortKey(index.row(), index.column());
     case AddressRole:
@@ -184,23 +178,9 @@ QVariant StreamTableModel::headerData(int section, Qt::Orientation orientation, 
     if (orientation != Qt::Horizontal)
         return {};
     if (role == Qt::TextAlignmentRole)
-        return static_cast<int>(Qt::AlignVCenter | (section == Size ? Qt::AlignRight : Qt::AlignLeft));
-    if (role != Qt::DisplayRole)
-        return {};
-    switch (section) {
-    case Words:
-        return tr("Stream");
-    case Quality:
-        return tr("Quality");
-    case Container:
-        return tr("Format");
-    case Kind:
-        return tr("Kind");
-    case Size:
-        return tr("Size");
-    default:
-        return {};
-    }
+        return alignment(section);
+    const QStringList titles{tr("Stream"), tr("Quality"), tr("Format"), tr("Kind"), tr("Size")};
+    return role == Qt::DisplayRole ? titles.value(section) : QVariant();
 }
 
 } // namespace NoxDesk

@@ -28,16 +28,16 @@ public:
     void setStreams(const NoxHost::StreamChoice &streams, qint64 duration);
 
     /** Which stream startRow() begins with. */
-    void setPreference(const StreamPreference &preference);
+    void setPreference(const StreamPreference &preference) { m_preference = preference; }
 
     void setShowsAll(bool all); ///< Whether near duplicates are shown.
-    bool showsAll() const;
+    bool showsAll() const { return m_showsAll; }
     bool hidesAny() const; ///< Whether there are near duplicates.
 
     /** Tells the size of the stream with format code @p code. */
     void setSize(const QString &code, qint64 bytes);
 
-    Nox::MediaProfile stream(int row) const; ///< Invalid for a row that does not exist.
+    Nox::MediaProfile stream(int row) const { return m_shown.value(row); } ///< Invalid for a row that does not exist.
 
     /** The row to begin with: @p preferred if it is shown, else the stream that suits best; -1 when empty. */
     int startRow(const QString &preferred = {}) const;

@@ -5,38 +5,32 @@
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QObject>
-#include <QPointer>
-#include <QQueue>
+
+#include <memory>
 
 class QNetworkReply;
 
 namespace NoxDesk {
 
-/**
- * Asks servers how large streams are, some at a time, without fetching them. Streams of which no
- * answer is to be had stay unknown.
- */
+/** Asks servers how large streams are, without fetching them. Streams of which no answer is to be had stay unknown. */
 class StreamSizeProbe : public QObject
 {
     Q_OBJECT
 
 public:
+    /** @param network must outlive the probe */
     explicit StreamSizeProbe(QNetworkAccessManager &network, QObject *parent = nullptr);
-    ~StreamSizeProbe() override;
 
     void ask(const QList<Nox::MediaProfile> &streams); ///< Begins anew, with these streams.
-    void stop();
 
 Q_SIGNALS:
     void found(const QString &code, qint64 bytes);
 
 private:
-    void askNext();
-    void onAnswer(QNetworkReply *reply, const QString &code);
+    void onAnswer(QNetworkReply &reply, const QString &code);
 
     QNetworkAccessManager &m_network;
-    QQueue<Nox::MediaProfile> m_waiting;
-    QList<QNetworkReply *> m_asked;
+    std::unique_ptr<QObject> m_questions; // owns the replies that are awaited
 };
 
 } // namespace NoxDesk

@@ -54,11 +54,6 @@ void ThumbnailLoader::load(const QString &url)
     connect(m_reply, &QNetworkReply::finished, this, &ThumbnailLoader::onFinished);
 }
 
-QImage ThumbnailLoader::picture() const
-{
-    return m_picture;
-}
-
 void ThumbnailLoader::stop()
 {
     if (m_reply != nullptr) {

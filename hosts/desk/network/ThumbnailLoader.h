@@ -20,7 +20,7 @@ public:
     /** Begins to fetch; the picture is null until it has come, and stays so when it cannot be had. */
     void load(const QString &url);
 
-    QImage picture() const;
+    QImage picture() const { return m_picture; }
 
 Q_SIGNALS:
     void changed();

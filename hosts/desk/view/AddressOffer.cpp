@@ -19,11 +19,6 @@ AddressOffer::AddressOffer(QClipboard &clipboard, QObject *parent)
     connect(&clipboard, &QClipboard::dataChanged, this, &AddressOffer::check);
 }
 
-QString AddressOffer::address() const
-{
-    return m_address;
-}
-
 void AddressOffer::check()
 {
     QString address = m_isEnabled ? addressIn(m_clipboard.mimeData()) : QString();

@@ -14,7 +14,7 @@ class AddressOffer : public QObject
 public:
     explicit AddressOffer(QClipboard &clipboard, QObject *parent = nullptr);
 
-    QString address() const; ///< The offered address; empty when there is none.
+    QString address() const { return m_address; } ///< The offered address; empty when there is none.
 
     /** Looks at the clipboard again; systems may show it to the active window only. */
     void check();

@@ -17,11 +17,13 @@ constexpr int maximumLines = 6;
 
 FailureBox::FailureBox(QWidget *parent)
     : QWidget(parent)
-    , m_words(newText(QStringLiteral("failureWords")))
-    , m_toolWords(newText(QStringLiteral("toolWords")))
+    , m_words(new WrappedText(maximumLines))
+    , m_toolWords(new WrappedText(maximumLines))
     , m_logButton(new QPushButton(tr("Show log")))
 {
+    m_words->setObjectName(QStringLiteral("failureWords"));
     m_words->setAccessibleName(tr("What went wrong"));
+    m_toolWords->setObjectName(QStringLiteral("toolWords"));
     m_toolWords->setAccessibleName(tr("What the download tool said"));
     m_logButton->setObjectName(QStringLiteral("showLog"));
     m_logButton->setAccessibleDescription(tr("Shows the log of the download tool"));
@@ -38,13 +40,6 @@ FailureBox::FailureBox(QWidget *parent)
     layout->addWidget(m_toolWords, 1, 1);
     layout->addWidget(m_logButton, 0, 2, 2, 1, Qt::AlignTop);
     layout->setColumnStretch(1, 1);
-}
-
-WrappedText *FailureBox::newText(const QString &name)
-{
-    auto *text = new WrappedText(maximumLines);
-    text->setObjectName(name);
-    return text;
 }
 
 void FailureBox::setTexts(const QString &words, const QString &toolWords)

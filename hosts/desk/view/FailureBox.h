@@ -25,8 +25,6 @@ Q_SIGNALS:
     void logRequested();
 
 private:
-    WrappedText *newText(const QString &name);
-
     WrappedText *m_words;
     WrappedText *m_toolWords;
     QPushButton *m_logButton;

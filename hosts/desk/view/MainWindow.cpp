@@ -95,18 +95,13 @@ void MainWindow::layOut()
 
 void MainWindow::addShortcuts()
 {
-    auto *address = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_L), this);
-    connect(address, &QShortcut::activated, m_addressBar, &AddressBar::focusField);
-    auto *cancel = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-    connect(cancel, &QShortcut::activated, &m_desk.reader(), &PageReader::cancel);
-    auto *quit = new QShortcut(QKeySequence(QKeySequence::Quit), this);
-    connect(quit, &QShortcut::activated, this, &QWidget::close);
-    auto *again = new QShortcut(QKeySequence(Qt::Key_F5), this);
+    new QShortcut(Qt::CTRL | Qt::Key_L, this, m_addressBar, &AddressBar::focusField);
+    new QShortcut(Qt::Key_Escape, this, &m_desk.reader(), &PageReader::cancel);
+    new QShortcut(QKeySequence::Quit, this, this, &QWidget::close);
+    auto *again = new QShortcut(Qt::Key_F5, this, &m_desk.reader(), &PageReader::readAgain);
     again->setAutoRepeat(false);
-    connect(again, &QShortcut::activated, &m_desk.reader(), &PageReader::readAgain);
     // A field that has the focus pastes for itself.
-    auto *paste = new QShortcut(QKeySequence(QKeySequence::Paste), this);
-    connect(paste, &QShortcut::activated, this, &MainWindow::pasteAddress);
+    new QShortcut(QKeySequence::Paste, this, this, &MainWindow::pasteAddress);
 }
 
 void MainWindow::addMenu()

@@ -1,7 +1,8 @@
 #include "hosts/desk/view/WrappedText.h"
 
-#include <QTextLayout>
 #include <QtMath>
+
+#include <memory>
 
 namespace NoxDesk {
 
@@ -59,22 +60,9 @@ bool WrappedText::hasHeightForWidth() const
 
 int WrappedText::heightForWidth(int width) const
 {
-    qreal height = 0;
-    int lines = 0;
-    const QStringList paragraphs = text().split(QLatin1Char('\n'));
-    for (const QString &paragraph : paragraphs) {
-        QTextLayout layout(paragraph, font());
-        layout.setTextOption(document()->defaultTextOption());
-        layout.beginLayout();
-        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-            if (lines++ == m_maximumLines)
-                return qCeil(height);
-            line.setLineWidth(width);
-            height += qMax<qreal>(line.height(), fontMetrics().lineSpacing());
-        }
-        layout.endLayout();
-    }
-    return qCeil(height);
+    const std::unique_ptr<QTextDocument> copy(document()->clone()); // its own is as wide as the widget
+    copy->setTextWidth(width);
+    return qMin(qCeil(copy->size().height()), m_maximumLines * fontMetrics().lineSpacing());
 }
 
 void WrappedText::resizeEvent(QResizeEvent *event)
