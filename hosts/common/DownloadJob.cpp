@@ -44,8 +44,10 @@ DownloadJob::DownloadJob(const ToolSetup &tools, QObject *parent)
     connect(&m_silence, &QTimer::timeout, this, [this] { show(m_figures.withoutSpeed()); });
 }
 
-void DownloadJob::start(const QString &url, const Nox::MediaProfile &stream, const QString &destination)
+void DownloadJob::start(const QString &url, const Nox::MediaProfile &stream, const QString &destination,
+                        qint64 duration)
 {
+    m_joining = JoinProgress(duration);
     if (m_state != State::Idle)
         return;
     m_state = State::Running;

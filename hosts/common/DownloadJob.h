@@ -39,8 +39,9 @@ public:
      * @param url address of the page, one that UrlCheck accepts
      * @param stream the stream; with a preferred audio code two are fetched and joined
      * @param destination absolute path of the file to make, one that Destination accepts
+     * @param duration how long the page plays, in seconds; 0 when unknown
      */
-    void start(const QString &url, const Nox::MediaProfile &stream, const QString &destination);
+    void start(const QString &url, const Nox::MediaProfile &stream, const QString &destination, qint64 duration = 0);
 
     /** Stops; cancelled() follows unless the outcome is known already. */
     void cancel();

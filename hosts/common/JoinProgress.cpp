@@ -6,6 +6,10 @@ namespace NoxHost {
 
 namespace {
 
+constexpr qint64 maximumSeconds = 9999LL * 3600; // as many as ffmpeg's words may say
+
+constexpr double leastRate = 0.05; // what is less would be shown as none
+
 /** Milliseconds of a match whose first three groups are hours, minutes and seconds with their fraction. */
 qint64 milliseconds(const QRegularExpressionMatch &match)
 {
@@ -15,6 +19,11 @@ qint64 milliseconds(const QRegularExpressionMatch &match)
 }
 
 } // namespace
+
+JoinProgress::JoinProgress(qint64 seconds)
+    : m_expectedMs(qBound<qint64>(0, seconds, maximumSeconds) * 1000)
+{
+}
 
 void JoinProgress::read(const QString &errorOutput)
 {
@@ -39,7 +48,9 @@ bool JoinProgress::isKnown() const
 
 TransferFigures JoinProgress::figures() const
 {
-    return TransferFigures::ofTime(m_totalMs, qMax<qint64>(0, m_doneMs), static_cast<qint64>(m_rate * 1000));
+    const qint64 totalMs = m_totalMs > 0 ? m_totalMs : m_expectedMs;
+    return TransferFigures::ofTime(totalMs, qMax<qint64>(0, m_doneMs),
+                                   m_rate < leastRate ? 0 : static_cast<qint64>(m_rate * 1000));
 }
 
 } // namespace NoxHost

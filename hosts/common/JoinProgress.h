@@ -13,7 +13,8 @@ namespace NoxHost {
 class JoinProgress
 {
 public:
-    JoinProgress() = default;
+    /** @param seconds how long the page says it plays, which counts where ffmpeg tells no length; 0 when unknown */
+    explicit JoinProgress(qint64 seconds = 0);
 
     /** Takes in what ffmpeg has printed so far, or the end of it. */
     void read(const QString &errorOutput);
@@ -21,11 +22,12 @@ public:
     /** Whether ffmpeg has told how much is done. */
     bool isKnown() const;
 
-    /** Time done of the whole; without the whole where ffmpeg has not told it. */
+    /** Time done of the whole; without the whole where nobody knows it. */
     TransferFigures figures() const;
 
 private:
-    qint64 m_totalMs = 0;
+    qint64 m_expectedMs;
+    qint64 m_totalMs = 0; // of ffmpeg's own words
     qint64 m_doneMs = -1;
     double m_rate = 0;
 };

@@ -71,7 +71,8 @@ void PageRun::onPage(const Nox::WebMediaInfo &page)
     case Options::Mode::ToolVersion:
         break;
     }
-    const StreamRequest request = StreamRequest::choose(m_options, streams);
+    StreamRequest request = StreamRequest::choose(m_options, streams);
+    request.duration = page.getDuration();
     if (!request.problem.isEmpty()) {
         fail(UsageError, request.problem);
         return;
@@ -100,7 +101,7 @@ void PageRun::startDownload(const StreamRequest &request, const QString &destina
     }
     m_console.note(QStringLiteral("Fetching %1").arg(request.text()));
     m_isDownloading = true;
-    m_download.start(m_url, request.stream, destination);
+    m_download.start(m_url, request.stream, destination, request.duration);
 }
 
 void PageRun::onPhase(DownloadJob::Phase phase)

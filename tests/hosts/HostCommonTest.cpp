@@ -476,8 +476,9 @@ void HostCommonTest::joinProgress_data()
 {
     QTest::addColumn<QStringList>("outputs");
     QTest::addColumn<QString>("expected");
-    const auto row = [](const char *expected, const QStringList &outputs) {
-        QTest::newRow(expected) << outputs << text(expected);
+    QTest::addColumn<int>("seconds");
+    const auto row = [](const char *expected, const QStringList &outputs, int seconds = 0) {
+        QTest::newRow(expected) << outputs << text(expected) << seconds;
     };
     const QString durations = text("  Duration: 00:01:00.00, start\n  Duration: 00:01:40.50, start\n");
     row("unknown", {durations});
@@ -486,13 +487,17 @@ void HostCommonTest::joinProgress_data()
     row("99%|0:01:40 / 0:01:40|9.0x|0:00:01",
         {durations, text("time=00:01:40.00 bitrate=1 speed=9x\rtime=00:01:40.40 bitrate=1 speed=N/A")});
     row("0%|0:00:07|1.0x|", {text("time=00:00:07.00 bitrate=N/A speed=   1x\r")});
+    row("0%|0:00:01||", {text("time=00:00:01.00 bitrate=N/A speed=0.0094x\r")});
+    row("50%|0:00:20 / 0:00:40|2.0x|0:00:10", {text("  Duration: N/A, start\ntime=00:00:20.00 speed=2x\r")}, 40);
+    row("51%|0:00:51 / 0:01:40||", {durations, text("time=00:00:51.80 speed=N/A\r")}, 40);
     row("0%|9999:00:00||", {text("time=9999:00:00 time=99999:00:00 time=N/A")});
 }
 
 void HostCommonTest::joinProgress()
 {
     QFETCH(QStringList, outputs);
-    JoinProgress progress;
+    QFETCH(int, seconds);
+    JoinProgress progress(seconds);
     for (const QString &output : std::as_const(outputs))
         progress.read(output);
     const TransferFigures figures = progress.figures();

@@ -42,6 +42,18 @@ class DescriptionTest(unittest.TestCase):
         rates = [described({**SOUND, "abr": abr})["abr"] for abr in (128, 128.0, 129.478)]
         self.assertEqual(json.dumps(rates), "[128, 128, 129.478]")
 
+    def test_duration_of_segments(self) -> None:
+        segments: List[Any] = [{}, {"duration": 20.001}, {"duration": 20}, {"duration": None}, None]
+        formats: List[Any] = [PICTURE, {**SOUND, "fragments": segments[:2]}]
+        formats += [{**PICTURE, "fragments": fragments} for fragments in (segments, None, 3)]
+        rows: List[Tuple[Dict[str, Any], Any]] = [
+            ({}, 40), ({"duration": 39}, 39), ({"duration": 0, "live_status": "was_live"}, 40),
+            ({"is_live": True}, None), ({"live_status": "post_live"}, None),
+        ]
+        for page, expected in rows:
+            with self.subTest(page=page):
+                self.assertEqual(description.of_page({**page, "formats": formats}).get("duration"), expected)
+
     def test_a_page_that_is_its_own_stream(self) -> None:
         page = {**PICTURE, "title": "t"}
         self.assertEqual(description.of_page(page), {"title": "t", "formats": [PICTURE]})

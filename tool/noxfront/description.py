@@ -16,11 +16,25 @@ _STREAM_NUMBERS = ("width", "height")
 def of_page(page: Info) -> Info:
     """The description of a page's record. Members that are missing or make no sense are left out."""
     document = _texts(page, ("title", "thumbnail", "description"))
-    duration = _whole(page.get("duration"))
+    duration = _whole(page.get("duration")) or _length_of_segments(page)
     if duration is not None:
         document["duration"] = duration
     document["formats"] = [_of_stream(stream) for stream in streams.of_page(page) if streams.is_usable(stream)]
     return document
+
+
+def _length_of_segments(page: Info) -> Optional[int]:
+    """The longest of the page's streams, for sites whose duration the tool does not find."""
+    if streams.is_live(page):
+        return None
+    return _whole(max((_play_time(stream) for stream in streams.of_page(page)), default=0))
+
+
+def _play_time(stream: Info) -> float:
+    segments = stream.get("fragments")
+    if not isinstance(segments, list):
+        return 0
+    return sum(_number(segment.get("duration")) or 0 for segment in segments if isinstance(segment, dict))
 
 
 def _of_stream(stream: Info) -> Info:

@@ -15,13 +15,13 @@ import stat
 import time
 from typing import Callable, Iterator, Optional, Sequence
 
+from . import streams
 from .streams import Info
 
 FOLDER = "nox-pages"
 MAXIMUM_AGE = 20 * 60  # seconds
 MAXIMUM_COUNT = 50
 SIZE_LIMIT = 32 << 20
-_LIVE = ("is_live", "is_upcoming", "post_live")
 
 
 class PageMemory:
@@ -50,7 +50,7 @@ class PageMemory:
 
     def remember(self, url: str, page: Info) -> None:
         """Keeps the record, which must be one that can be written as JSON; not that of a live page."""
-        if page.get("is_live") or page.get("live_status") in _LIVE:
+        if streams.is_live(page):
             self.forget(url)
             return
         try:

@@ -7,6 +7,7 @@ from typing import Any, Dict, Iterable
 Info = Dict[str, Any]  # a page's record or a stream's, as the tool makes it
 
 UNKNOWN_CODEC = "unknown"
+_LIVE = ("is_live", "is_upcoming", "post_live")
 _SOUND_FILES = frozenset("aac aiff alac ape flac m4a m4b mka mp3 oga ogg opus wav weba wma".split())
 
 
@@ -16,6 +17,11 @@ def of_page(page: Info) -> list[Info]:
     if formats is None and page.get("url"):
         return [page]
     return [stream for stream in formats or () if isinstance(stream, dict)]
+
+
+def is_live(page: Info) -> bool:
+    """Whether the page's streams still grow, or may be made anew any time."""
+    return bool(page.get("is_live")) or page.get("live_status") in _LIVE
 
 
 def complete(streams: Iterable[Info]) -> None:

@@ -22,7 +22,7 @@ void Download::start(const NoxHost::ToolSetup &tools)
     m_job = std::make_unique<DownloadJob>(tools);
     connectJob();
     setState(State::Running);
-    m_job->start(m_request.url, m_request.stream, m_file);
+    m_job->start(m_request.url, m_request.stream, m_file, m_request.duration);
 }
 
 void Download::connectJob()

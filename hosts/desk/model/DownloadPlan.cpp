@@ -205,7 +205,7 @@ DownloadRequest DownloadPlan::request() const
         bytes = bytes > 0 && soundBytes > 0 ? bytes + soundBytes : 0;
     }
     stream.setSize(bytes);
-    return {m_url, stream, path()};
+    return {m_url, stream, path(), m_page.getDuration()};
 }
 
 } // namespace NoxDesk

@@ -11,6 +11,7 @@ struct DownloadRequest {
     QString url;
     Nox::MediaProfile stream; ///< with a preferred audio code two streams are fetched and joined
     QString destination;      ///< absolute path of the file to make
+    qint64 duration = 0;      ///< of the page, in seconds; 0 when unknown
 };
 
 } // namespace NoxDesk
