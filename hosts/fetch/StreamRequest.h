@@ -16,7 +16,7 @@ struct StreamRequest {
     Nox::MediaProfile stream; ///< Its preferred audio code set when it is to be joined.
     QString problem;          ///< In words; empty when there is a stream.
 
-    qint64 duration = 0;      ///< Of the page, in seconds; 0 when unknown.
+    qint64 duration = 0; ///< Of the page, in seconds; 0 when unknown.
 
     /** What joining converts; None also where the page was not asked. */
     NoxHost::Conversion::Kind conversion = NoxHost::Conversion::None;
