@@ -75,11 +75,7 @@ public:
 
     Worker *worker() const { return m_worker; }
     bool isGone() const { return m_watch.isNull(); }
-    void end()
-    {
-        if (!isGone())
-            delete m_worker;
-    }
+    void end() { delete m_watch.data(); }
     QString log() const { return m_log.text(); }
 
     /** To be called by each notification: does what the row says, when its time has come. */
@@ -127,7 +123,7 @@ private:
         if (reaction == QLatin1String("deleteLater"))
             m_worker->deleteLater();
         else if (reaction.endsWith(QLatin1String("delete")))
-            delete m_worker;
+            end();
         else if (reaction.startsWith(QLatin1String("cancel")))
             m_worker->cancel();
         if constexpr (std::is_same_v<Worker, WebMediaDownloader>) {
