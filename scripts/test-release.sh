@@ -8,10 +8,10 @@
 # scripts/test-release.sh trixie -- scripts/test.sh tidy
 #
 # Every run begins with a root that holds debootstrap's minimal system and a copy of the checkout, so that a package
-# that scripts/setup.sh does not name is found to be missing. The minimal system, downloaded packages and compiled
-# objects are cached in ${XDG_CACHE_HOME:-~/.cache}/noxwebmedia/releases. Of this machine only the network is used; the
-# mirror is the one that apt is configured with. Needs root. Mounts exist in a mount namespace of their own, and so end
-# with the run, however it ends; so do its processes.
+# that scripts/setup.sh does not name is found to be missing. The minimal system, downloaded packages, compiled objects
+# and clang-tidy's memory are cached in ${XDG_CACHE_HOME:-~/.cache}/noxwebmedia/releases. Of this machine only the
+# network is used; the mirror is the one that apt is configured with. Needs root. Mounts exist in a mount namespace of
+# their own, and so end with the run, however it ends; so do its processes.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
@@ -100,6 +100,7 @@ mount_file_systems() {
     mount -t tmpfs -o mode=1777 shm "$target/dev/shm"
     mount_cache archives /var/cache/apt/archives
     mount_cache ccache /var/cache/ccache
+    mount_cache tidy /root/.cache/noxwebmedia/tidy
 }
 
 # enter_root COMMAND...: with nothing of this environment.
