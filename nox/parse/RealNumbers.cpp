@@ -29,13 +29,17 @@ bool RealNumbers::isPointUnderstood()
 
 QByteArray RealNumbers::withoutPoints(const QByteArray &document)
 {
-    // Strings and comments are passed over as a whole, each byte as one character.
+    // Strings and comments are passed over as a whole, each byte as one character. The reader also takes 1. and -.5 for
+    // numbers.
     static const QRegularExpression token(
-        QStringLiteral(R"("(?:[^"\\]++|\\.)*+"?|/\*(?:.*?\*/|.*)|//[^\r\n]*+|(-?\d++)\.(\d++)(?:[eE]([+-]?\d++))?)"),
+        QStringLiteral(
+            R"("(?:[^"\\]++|\\.)*+"?|/\*(?:.*?\*/|.*)|//[^\r\n]*+|(-\d*+|\d++)\.(\d*+)(?:[eE]([+-]?\d++))?)"),
         QRegularExpression::DotMatchesEverythingOption);
+    // With the length given, since Qt 5 would otherwise end the text at a zero byte.
+    const QString text = QString::fromLatin1(document.constData(), document.size());
     QByteArray result;
     QByteArray::size_type copied = 0;
-    for (auto tokens = token.globalMatch(QString::fromLatin1(document)); tokens.hasNext();) {
+    for (auto tokens = token.globalMatch(text); tokens.hasNext();) {
         const QRegularExpressionMatch match = tokens.next();
         if (match.capturedStart(1) < 0)
             continue;

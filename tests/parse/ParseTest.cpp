@@ -343,10 +343,13 @@ private Q_SLOTS:
     // A host's streams may write and read numbers in the way of its country.
     void numbersInAnotherLocale_data()
     {
+        // The JSON reader takes some of the last ones for numbers.
+        const QStringList unusual{"1."_s, "-.5"_s, ".5"_s, "1.e"_s};
         rows({"number"},
-             {"128"_s, "129.478"_s, "4426.325"_s, "-2.5"_s, "1.5e3"_s, "1.5E+2"_s, "2500.75e-1"_s, "0.0000001e9"_s,
-              "1.5e400"_s, "1.5e99999999999"_s, "1.5e-99999999999"_s, "1.e"_s, "'1.5'"_s, R"('\'1.5')"_s,
-              "1 /* '1.5 */"_s, "1 // '\n"_s});
+             QStringList{"128"_s, "129.478"_s, "4426.325"_s, "-2.5"_s, "1.5e3"_s, "1.5E+2"_s, "2500.75e-1"_s,
+                         "0.0000001e9"_s, "1.5e400"_s, "1.5e99999999999"_s, "1.5e-99999999999"_s, "'1.5'"_s,
+                         R"('\'1.5')"_s, "1 /* '1.5 */"_s, "1 // '\n"_s}
+                 + unusual);
     }
 
     void numbersInAnotherLocale()
@@ -361,7 +364,8 @@ private Q_SLOTS:
         QFETCH(QString, number);
         const QString document = json("{'title':'1.5','tbr':4426.325,'duration':%1,'formats':[{'ext':'m4a',"
                                       "'vcodec':'none','acodec':'a','format_id':'1.5','abr':%1}]}"_s.arg(number));
-        for (const QString &text : {document, document + " words"_s, "/**/"_s + document}) {
+        const QString afterZero = QString(document).replace(0, 1, json(R"({'x':'\u0000',)"_s));
+        for (const QString &text : {document, document + " words"_s, "/**/"_s + document, afterZero}) {
             WebMediaInfo expected;
             const QString expectedLog = parseInto(expected, text);
             const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Country));
