@@ -4,7 +4,7 @@
 #include <nox/download/OwnFiles.h>
 #include <nox/front/DownloadError.h>
 #include <nox/front/WebMediaDownloader.h>
-#include <nox/process/ErrorTail.h>
+#include <nox/process/WithErrorTail.h>
 
 #include <QProcess>
 #include <QString>
@@ -20,7 +20,7 @@ class ChildProcess;
  * The tool writes beside the destination, under a name of its own; only a complete file gets the
  * destination's name.
  */
-class YdDownloader final : public WebMediaDownloader, public ErrorTail
+class YdDownloader final : public WithErrorTail<WebMediaDownloader>
 {
     Q_OBJECT
 

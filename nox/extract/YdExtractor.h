@@ -2,7 +2,7 @@
 
 #include <nox/front/WebMediaInfoExtractor.h>
 #include <nox/model/WebMediaInfo.h>
-#include <nox/process/ErrorTail.h>
+#include <nox/process/WithErrorTail.h>
 
 #include <QProcess>
 #include <QString>
@@ -17,7 +17,7 @@ class ChildProcess;
  * Each request makes a process object of its own, which stays with the extractor as its child; the
  * record is kept between requests, so that a second page's profiles stand before the first one's.
  */
-class YdExtractor final : public WebMediaInfoExtractor, public ErrorTail
+class YdExtractor final : public WithErrorTail<WebMediaInfoExtractor>
 {
     Q_OBJECT
 

@@ -9,8 +9,8 @@ namespace Nox {
 /**
  * The end of what a worker's programs have printed on standard error.
  *
- * A base class of the worker and no member, so that it can be found from the abstract worker, which
- * has neither members nor virtual functions for it.
+ * A base class of the worker (see WithErrorTail) and no member, so that it can be found from the abstract
+ * worker, which has neither members nor virtual functions for it.
  */
 class ErrorTail
 {

@@ -124,7 +124,8 @@ void FrontTest::metaObjects()
     QCOMPARE(meta->classInfoCount(), meta->classInfoOffset());
     QCOMPARE(meta->constructorCount(), 0);
     QCOMPARE(worker->qt_metacast(qPrintable(name)), static_cast<void *>(worker.get()));
-    QCOMPARE(worker->qt_metacast("Nox::MediaInfo"), nullptr);
+    for (const char *other : {"Nox::MediaInfo", "ErrorTail", "Nox::ErrorTail"})
+        QCOMPARE(worker->qt_metacast(other), nullptr);
     QCOMPARE(worker->qt_metacast(isDownloader ? "Nox::YdExtractor" : "Nox::YdDownloader"), nullptr);
 }
 
