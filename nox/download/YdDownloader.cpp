@@ -53,7 +53,9 @@ private:
 };
 
 YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
-    : m_toolPath(toolPath)
+    : m_ydProcess(new ChildProcess)
+    , m_ffmpegProcess(new ChildProcess)
+    , m_toolPath(toolPath)
     , m_pycacheDir(pycacheDir)
 {
 }
@@ -61,18 +63,12 @@ YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
 YdDownloader::~YdDownloader()
 {
     // From here on nothing that the processes report may notify the host or start another one.
-    for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
-        if (process != nullptr)
-            process->disconnect(this);
-    }
-    if (m_ydProcess != nullptr)
-        m_ydProcess->waitForFinished(teardownWait);
+    m_ydProcess->disconnect(this);
+    m_ffmpegProcess->disconnect(this);
+    m_ydProcess->waitForFinished(teardownWait);
     YdDownloader::clear();
-
-    for (ChildProcess *process : {m_ffmpegProcess, m_ydProcess}) {
-        if (process != nullptr)
-            process->dispose();
-    }
+    m_ffmpegProcess->dispose();
+    m_ydProcess->dispose();
 }
 
 void YdDownloader::download(QString url, MediaProfile profile, QString destFile)
@@ -97,11 +93,9 @@ void YdDownloader::cancel()
     NOX_LOG_INFO("Download canceling...");
     m_isRunning = false;
     ++m_run;
-    if (m_ydProcess != nullptr) {
-        disconnect(m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
-        m_ydProcess->killGroup();
-        m_ffmpegProcess->killGroup();
-    }
+    disconnect(m_ydProcess, processFinished, this, &YdDownloader::ydFinished);
+    m_ydProcess->killGroup();
+    m_ffmpegProcess->killGroup();
 
     removeFile(m_item1File);
     removeFile(m_item2File);
@@ -140,10 +134,8 @@ void YdDownloader::reset()
         clear();
     clearErrorTail();
     for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
-        if (process != nullptr) {
-            process->disconnect(this);
-            process->dispose();
-        }
+        process->disconnect(this);
+        process->dispose();
     }
     m_ydProcess = new ChildProcess;
     m_ffmpegProcess = new ChildProcess;

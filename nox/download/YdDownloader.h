@@ -58,8 +58,8 @@ private:
     void proceedMerge();
     void fail(DownloadError code);
 
-    ChildProcess *m_ydProcess = nullptr; // both owned, and new for every download
-    ChildProcess *m_ffmpegProcess = nullptr;
+    ChildProcess *m_ydProcess; // both owned, and new for every download
+    ChildProcess *m_ffmpegProcess;
     bool m_isRunning = false; // a download has begun and not ended
     int m_run = 0;            // changes with every download and cancel
     QString m_url;

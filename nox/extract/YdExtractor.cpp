@@ -105,8 +105,11 @@ void YdExtractor::initYdExtractorCommand()
     m_process->launch(command);
 }
 
+// The slots can be called by name, too, also before the first request, when nothing can be read.
 void YdExtractor::ydReadOutputData()
 {
+    if (m_process == nullptr)
+        return;
     QString output = ProcessOutput::fromLocal8Bit(m_process->readAllStandardOutput());
     NOX_LOG_DEBUG("%s \r\n%s ", LogCall::utf8(m_mediaInfo.getUrl()).constData(), LogCall::utf8(output).constData());
     YdOutputParser::instance()->parseWebMediaInfo(std::move(output), m_mediaInfo, m_tempDir);
@@ -115,6 +118,8 @@ void YdExtractor::ydReadOutputData()
 
 void YdExtractor::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
+    if (m_process == nullptr)
+        return;
     const ChildProcess::SignalGuard guard(m_process);
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
     if (exitCode != 0) {
@@ -136,6 +141,8 @@ void YdExtractor::ydProcessError(QProcess::ProcessError error)
 
 void YdExtractor::ydReadError()
 {
+    if (m_process == nullptr)
+        return;
     const ChildProcess::SignalGuard guard(m_process);
     const QByteArray output = m_process->readAllStandardError();
     appendToErrorTail(output, ProcessOutput::fromLocal8Bit);

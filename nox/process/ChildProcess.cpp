@@ -42,7 +42,8 @@ bool isMainThread()
 ChildProcess::SignalGuard::SignalGuard(ChildProcess *process)
     : m_process(process)
 {
-    ++process->m_guards;
+    if (process != nullptr)
+        ++process->m_guards;
 }
 
 ChildProcess::SignalGuard::~SignalGuard()
@@ -50,7 +51,7 @@ ChildProcess::SignalGuard::~SignalGuard()
     // QProcess goes on emitting after this. deleteLater() waits until the event handlers have returned that
     // are active now, and this emission is one of them. Called from an event loop inside the slot it would
     // wait for that loop's handlers only.
-    if (--m_process->m_guards == 0 && m_process->m_isDisposed)
+    if (m_process != nullptr && --m_process->m_guards == 0 && m_process->m_isDisposed)
         m_process->deleteLater();
 }
 

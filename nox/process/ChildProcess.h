@@ -21,7 +21,7 @@ public:
     class SignalGuard
     {
     public:
-        explicit SignalGuard(ChildProcess *process);
+        explicit SignalGuard(ChildProcess *process); ///< of no process: guards nothing
         ~SignalGuard();
         Q_DISABLE_COPY_MOVE(SignalGuard)
 

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void cancelClearDelete_data();
     void cancelClearDelete() { DownloadTable::run(); }
     void idle();
+    void slotsByName();
     void mergeArguments_data();
     void mergeArguments();
     void trace();
@@ -279,6 +280,28 @@ void DownloadTest::idle()
              QStringList(QStringLiteral("[INFO] YdDownloader.cpp cancel: Download canceling...")));
 }
 
+/** What can be called through the meta-object must not need a download. */
+void DownloadTest::slotsByName()
+{
+    TestSandbox stage;
+    const auto downloader = stage.newDownloader();
+    const SignalLog log(downloader.get());
+    const auto end = [&](const char *slot, int exitCode, QProcess::ExitStatus status) {
+        return QMetaObject::invokeMethod(downloader.get(), slot, Q_ARG(int, exitCode),
+                                         Q_ARG(QProcess::ExitStatus, status));
+    };
+    for (const char *slot : {"ydReadOutputData", "ydReadError", "ffmpegReadOutputData", "ffmpegReadStandardError"})
+        QVERIFY(QMetaObject::invokeMethod(downloader.get(), slot));
+    for (const char *slot : {"ydProcessError", "ffmpegProcessError"})
+        QVERIFY(QMetaObject::invokeMethod(downloader.get(), slot, Q_ARG(QProcess::ProcessError, QProcess::Timedout)));
+    for (const char *slot : {"ydFinished", "ffmpegFinished"}) {
+        QVERIFY(end(slot, 1, QProcess::NormalExit) && end(slot, 0, QProcess::CrashExit));
+        QVERIFY(end(slot, 0, QProcess::NormalExit));
+    }
+    QCOMPARE(log.text(), text("error(-1) error(-7) error(-4) error(-5) error(-8) error(-4) error(-5) error(-8)"));
+    QCOMPARE(stage.files(), QString());
+}
+
 void DownloadTest::mergeArguments_data()
 {
     const TextTable row{"video", "audio", "codecs", "steps", "output"};
@@ -395,14 +418,18 @@ void DownloadTest::trace()
 
 void DownloadTest::secondDownloadWhileOneRuns_data()
 {
-    const TextTable row{"phase"};
+    const TextTable row{"phase", "failure"};
     for (const char *phase : {"137", "140", "ffmpeg"})
         row(phase, phase);
+    // Such an error says nothing about the end of the program.
+    row("137, read error", "137", "ydProcessError");
+    row("ffmpeg, read error", "ffmpeg", "ffmpegProcessError");
 }
 
 void DownloadTest::secondDownloadWhileOneRuns()
 {
     QFETCH(QString, phase);
+    QFETCH(QString, failure);
     TestSandbox stage;
     const Setup setup(QStringLiteral("two"), stage);
     const QString work = phase == QLatin1String("ffmpeg") ? QStringLiteral("merge")
@@ -413,6 +440,10 @@ void DownloadTest::secondDownloadWhileOneRuns()
     const SignalLog log(downloader.get());
     downloader->download(Setup::url(), setup.profile(), setup.destination());
     QTRY_VERIFY_WITH_TIMEOUT(stage.isMarked(QStringLiteral("there")), TestSandbox::Patience);
+    if (!failure.isEmpty()) {
+        QVERIFY(QMetaObject::invokeMethod(downloader.get(), qPrintable(failure),
+                                          Q_ARG(QProcess::ProcessError, QProcess::ReadError)));
+    }
     const QString before = log.text();
     const auto recordCount = stage.records(LOG_DEBUG).size();
     downloader->download(QStringLiteral("http://other/"), MediaProfile(), QStringLiteral("/other.mp4"));
@@ -420,8 +451,10 @@ void DownloadTest::secondDownloadWhileOneRuns()
     QCOMPARE(stage.errors().count(QStringLiteral("download: ")), 1);
     QCOMPARE(stage.records(LOG_DEBUG).size(), recordCount + 1);
     stage.mark(QStringLiteral("go"));
-    const QString expected = QStringLiteral("started started progress(0,0,0) finished");
+    const QString rest = before.count(QStringLiteral("started")) == 1 ? QStringLiteral(" started") : QString();
+    const QString expected = before + rest + QStringLiteral(" progress(0,0,0) finished");
     QTRY_COMPARE_WITH_TIMEOUT(log.text(), expected, TestSandbox::Patience);
+    QCOMPARE(before.contains(QStringLiteral("error")), !failure.isEmpty());
     QCOMPARE(stage.files(), QStringLiteral("clip.mp4=137+140"));
     QCOMPARE(stage.keys(), (QStringList{text("137"), text("140"), text("ffmpeg")}));
     QVERIFY(stage.records(LOG_INFO).last().startsWith(QStringLiteral("ffmpegFinished")));

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void deletedInANotification_data();
     void deletedInANotification();
     void cancelBeforeAnyRequest();
+    void slotsByName();
     void floodOfErrors();
     void errorDetail();
     void startedOnAnotherThread();
@@ -242,6 +243,23 @@ void ExtractTest::cancelBeforeAnyRequest()
     QCOMPARE(log.text(), QString());
     QCOMPARE(stage.records(LOG_DEBUG, true),
              QStringList(QStringLiteral("[ERROR] YdExtractor.cpp cancel: Cancel getMediaInfo...")));
+}
+
+/** What can be called through the meta-object must not need a request; a process's error number passes unchanged. */
+void ExtractTest::slotsByName()
+{
+    const TestSandbox stage;
+    const auto extractor = stage.newExtractor();
+    const SignalLog log(extractor.get());
+    for (const char *slot : {"ydReadOutputData", "ydReadError"})
+        QVERIFY(QMetaObject::invokeMethod(extractor.get(), slot));
+    for (const int exitCode : {0, 1}) {
+        QVERIFY(QMetaObject::invokeMethod(extractor.get(), "ydFinished", Q_ARG(int, exitCode),
+                                          Q_ARG(QProcess::ExitStatus, QProcess::NormalExit)));
+    }
+    for (const auto error : {QProcess::Timedout, QProcess::UnknownError})
+        QVERIFY(QMetaObject::invokeMethod(extractor.get(), "ydProcessError", Q_ARG(QProcess::ProcessError, error)));
+    QCOMPARE(log.text(), QStringLiteral("finished(||) error(2) finished(||) error(5)"));
 }
 
 /** How many chunks 50 MB come in is the machine's affair; each is a pair. */
