@@ -15,7 +15,7 @@ struct NamedSize {
 
 // clang-format off
 // What the tool means by a resolution text; these replace the entry's own width and height.
-constexpr NamedSize namedSizes[] = {
+const NamedSize namedSizes[] = {
     {QLatin1String("1080p"), 1920, 1080},
     {QLatin1String("720p"), 1280, 720},
     {QLatin1String("480p"), 720, 480},

@@ -25,7 +25,7 @@ QString head(const QString &toolPath, const QString &pycacheDir);
 /** Whether @p text names the usual tool archive, which is run without certificate checks. */
 bool needsCertificateSwitch(const QString &text);
 
-constexpr QLatin1String certificateSwitch("--no-check-certificate ");
+inline const QLatin1String certificateSwitch("--no-check-certificate ");
 
 } // namespace ToolCommand
 
