@@ -69,6 +69,8 @@ class ReportTest(unittest.TestCase):
             (["w"], ["ERROR: e\n", "\r"], False, "WARNING: e\nWARNING: w\n"),
             # The library looks at the begin.
             (["w"], ["ERROR: e1", "e2"], True, "ERROR: e1\nERROR: e2\nWARNING: w\n"),
+            ([], ["ERROR: \r[download] Got error: 404"], True, "ERROR: Got error: 404\n"),
+            ([], ["\r[download] Got error: 404"], False, "WARNING: Got error: 404\n"),
             (["name \udcff and \ud800"], [], False, "WARNING: name ? and ?\n"),
         ]
         for warnings, errors, has_failed, expected in rows:

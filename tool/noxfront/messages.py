@@ -49,9 +49,10 @@ class Collector:
         self.warnings.append(message)
 
     def error(self, message: str) -> None:
-        text = message.strip()
+        # Some begin with a carriage return and the narration's tag, behind the word of their own.
+        text = message.strip().removeprefix(_ERROR.strip()).lstrip().removeprefix(_TAG).lstrip()
         if text:
-            self.errors.append(text[len(_ERROR):] if text.startswith(_ERROR) else text)
+            self.errors.append(text)
 
     def report(self, has_failed: bool) -> None:
         """Writes it out: as warnings where there was a success all the same."""
