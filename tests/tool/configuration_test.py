@@ -84,6 +84,12 @@ class LoadTest(unittest.TestCase):
         self.assertEqual(settings.options, [])
         self.assertIsNotNone(settings.warning)
 
+    def test_a_pipe_does_not_count(self) -> None:
+        os.mkfifo(self.file)
+        settings = configuration.load(self.file)
+        self.assertEqual(settings.options, [])
+        self.assertIsNotNone(settings.warning)
+
     def test_what_cannot_be_read_is_said(self) -> None:
         self.file.write_bytes(b"--proxy \xff\n")
         with self.assertRaisesRegex(ConfigurationError, "tool.conf"):

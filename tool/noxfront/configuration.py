@@ -75,7 +75,8 @@ def path(environment: Mapping[str, str]) -> pathlib.Path:
 def load(file: pathlib.Path) -> Configuration:
     """The options in the file; none, with a warning, where others than the user may have written them."""
     try:
-        with file.open("rb") as source:
+        # Not waiting: a pipe in the file's place would hold up the tool for ever.
+        with open(file, "rb", opener=lambda name, flags: os.open(name, flags | os.O_NONBLOCK)) as source:
             status = os.fstat(source.fileno())
             if not stat.S_ISREG(status.st_mode):
                 return Configuration([], f"{file} is no file and is not used")
