@@ -60,6 +60,7 @@ private Q_SLOTS:
     void fitsLargeScaling();
     void longTexts_data();
     void longTexts();
+    void titleFollowsTheWidth();
     void cancelKeepsFocus();
     void rowsAreReachedInOrder();
     void typingWhileReading_data();
@@ -552,6 +553,22 @@ void DeskWindowTest::longTexts()
     QCOMPARE(cutControls(), QString());
 }
 
+void DeskWindowTest::titleFollowsTheWidth()
+{
+    DeskSandbox::play(QStringLiteral("dump: json %1 137").arg(QString(120, QLatin1Char('n'))));
+    m_user->window().resize(1000, 700);
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("title"));
+    auto *title = qobject_cast<QTextEdit *>(m_user->find("title"));
+    const auto isWhole = [title] { return title->document()->size().height() <= title->height(); };
+    QTRY_SOON(isWhole());
+    const int before = title->height();
+    m_user->window().resize(500, 700);
+    QTRY_SOON(title->height() > before && isWhole());
+    m_user->window().resize(1000, 700);
+    QTRY_COMPARE_WITH_TIMEOUT(title->height(), before, DeskSandbox::Patience);
+}
+
 void DeskWindowTest::cancelKeepsFocus()
 {
     DeskSandbox::play(DeskSandbox::pageScenario() + QStringLiteral("\n18: announce mp4|hang"));
@@ -571,6 +588,9 @@ void DeskWindowTest::rowsAreReachedInOrder()
     for (int i = 0; i < 3; ++i)
         beginDownload(QStringLiteral("360P"));
     QTRY_SOON(m_user->sees("openFile", 0) && m_user->sees("openFile", 1) && m_user->sees("openFile", 2));
+    m_user->find("read")->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("menu"));
     m_user->find("downloads")->setFocus();
     QStringList reached;
     for (int i = 0; i < 9; ++i) {

@@ -83,6 +83,7 @@ void AddressBar::addMenu(QMenu *menu)
     auto *shortcut = new QShortcut(QKeySequence(Qt::Key_F10), window());
     connect(shortcut, &QShortcut::activated, button, &QToolButton::showMenu);
     m_row->addWidget(button);
+    setTabOrder(m_readButton, button); // it is made after all else
 }
 
 void AddressBar::focusField()

@@ -1,5 +1,6 @@
 #include "hosts/desk/view/WrappedText.h"
 
+#include <QResizeEvent>
 #include <QtMath>
 
 #include <memory>
@@ -71,6 +72,8 @@ void WrappedText::resizeEvent(QResizeEvent *event)
     const bool isCut = document()->size().height() >= height() + fontMetrics().lineSpacing() / 2.0;
     setVerticalScrollBarPolicy(isCut ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     QTextEdit::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        updateGeometry(); // what stands around it goes by its height at the width that it had before
 }
 
 } // namespace NoxDesk
