@@ -67,6 +67,7 @@ private Q_SLOTS:
     void typingWhileReading();
     void failedPageKeepsTheOther();
     void oneDownloadForTwoClicks();
+    void downloadKeepsFocus();
     void openingFails();
     void logOpensAtItsEnd();
 
@@ -658,6 +659,20 @@ void DeskWindowTest::oneDownloadForTwoClicks()
     QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
     QApplication::sendEvent(m_user->find("destination"), &held);
     QCOMPARE(m_user->desk().downloads().rowCount(), 1);
+}
+
+/** The name that was given is taken from then on, but another one is there at once. */
+void DeskWindowTest::downloadKeepsFocus()
+{
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    m_user->type("destination", m_stage->videos() + QStringLiteral("/mine.mp4"));
+    m_user->find("download")->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("download"));
+    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/mine(1).mp4"));
+    QTRY_SOON(m_user->sees("openFile", 0));
+    QCOMPARE(m_user->text("fileName", 0), QStringLiteral("mine.mp4"));
 }
 
 void DeskWindowTest::openingFails()

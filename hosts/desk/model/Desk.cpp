@@ -56,8 +56,8 @@ void Desk::startDownload()
     const QString folder = QFileInfo(request.destination).absolutePath();
     m_settings.setFolder(folder);
     m_plan.setFolder(folder);
+    m_plan.renumber(); // before the name is taken, so that it never looks as if nothing could be downloaded
     m_downloads.add(request);
-    m_plan.renumber();
 }
 
 void Desk::cancelAll()
