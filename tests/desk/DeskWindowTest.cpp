@@ -69,6 +69,7 @@ private Q_SLOTS:
     void oneDownloadForTwoClicks();
     void downloadKeepsFocus();
     void openingFails();
+    void preferredFolder();
     void logOpensAtItsEnd();
 
 public Q_SLOTS:
@@ -378,6 +379,7 @@ void DeskWindowTest::badDestination()
     m_user->type("destination", m_stage->videos() + QStringLiteral("/a?.mp4"));
     QVERIFY(m_user->text("destinationProblem").contains(QLatin1String("must not hold")));
     QVERIFY(!m_user->canPress("download"));
+    QVERIFY(m_user->find("destination")->toolTip().contains(QLatin1String("a?.mp4")));
     QTest::keyClick(m_user->find("destination"), Qt::Key_Return);
     QCOMPARE(m_user->desk().downloads().rowCount(), 0);
 
@@ -688,6 +690,27 @@ void DeskWindowTest::openingFails()
     QVERIFY(m_user->press("openFile", 0));
     QTRY_SOON(m_user->text("warning").contains(QLatin1String("not there any more")));
     QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "openedUrl");
+}
+
+/** A folder that cannot be used is not passed over in silence; one that is missing is made when it is asked for. */
+void DeskWindowTest::preferredFolder()
+{
+    m_user->openMenu(0);
+    QTRY_SOON(m_user->sees("preferredFolder"));
+    auto *dialog = qobject_cast<QDialog *>(m_user->find("preferredFolder")->window());
+    m_user->type("preferredFolder", QStringLiteral("/dev/null"));
+    dialog->accept();
+    QVERIFY(m_user->sees("preferredFolderProblem") && !m_user->sees("makePreferredFolder"));
+    m_user->type("preferredFolder", QStringLiteral("~/new/deep "));
+    dialog->accept();
+    QVERIFY(dialog->isVisible());
+    QVERIFY(m_user->text("preferredFolderProblem").contains(m_stage->path(QStringLiteral("new/deep"))));
+    QVERIFY(m_user->press("makePreferredFolder"));
+    QVERIFY(!dialog->isVisible());
+    QCOMPARE(m_user->desk().settings().folder(), m_stage->path(QStringLiteral("new/deep")));
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    QCOMPARE(m_user->text("destination"), m_stage->path(QStringLiteral("new/deep/Clip.mp4")));
 }
 
 void DeskWindowTest::logOpensAtItsEnd()

@@ -446,6 +446,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
 <context>
     <name>NoxDesk::PreferencesDialog</name>
     <message>
+        <source>Create fo&amp;lder</source>
+        <translation>Ordner an&amp;legen</translation>
+    </message>
+    <message>
         <source>&amp;MP4 without conversion, where there is one</source>
         <translation>&amp;MP4 ohne Umwandlung, wo es das gibt</translation>
     </message>
@@ -491,7 +495,7 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     </message>
     <message>
         <source>the one that came with the program</source>
-        <translation>das mit dem Programm gekommene</translation>
+        <translation>das mitgelieferte</translation>
     </message>
     <message>
         <source>&amp;Archive of the download tool:</source>

@@ -8,8 +8,7 @@ namespace NoxDesk {
 
 namespace {
 
-const QLatin1String geometryKey("window/geometry");
-const QLatin1String splitterKey("window/splitter");
+const QLatin1String windowGroup("window/");
 const QLatin1String folderKey("destination/folder");
 const QLatin1String linesKey("streams/maximumLines");
 const QLatin1String withoutConversionKey("streams/withoutConversion");
@@ -23,24 +22,14 @@ constexpr int maximumRecent = 30;
 
 } // namespace
 
-QByteArray DeskSettings::windowGeometry() const
+QByteArray DeskSettings::windowState(const QString &part) const
 {
-    return m_settings.value(geometryKey).toByteArray();
+    return m_settings.value(windowGroup + part).toByteArray();
 }
 
-void DeskSettings::setWindowGeometry(const QByteArray &geometry)
+void DeskSettings::setWindowState(const QString &part, const QByteArray &state)
 {
-    m_settings.setValue(geometryKey, geometry);
-}
-
-QByteArray DeskSettings::splitterState() const
-{
-    return m_settings.value(splitterKey).toByteArray();
-}
-
-void DeskSettings::setSplitterState(const QByteArray &state)
-{
-    m_settings.setValue(splitterKey, state);
+    m_settings.setValue(windowGroup + part, state);
 }
 
 QString DeskSettings::folder() const

@@ -13,11 +13,8 @@ namespace NoxDesk {
 class DeskSettings
 {
 public:
-    QByteArray windowGeometry() const;
-    void setWindowGeometry(const QByteArray &geometry);
-
-    QByteArray splitterState() const;
-    void setSplitterState(const QByteArray &state);
+    QByteArray windowState(const QString &part) const; ///< Place and size of a part of the window.
+    void setWindowState(const QString &part, const QByteArray &state);
 
     /** Where files go: the folder chosen or used last, or the user's folder for videos. */
     QString folder() const;

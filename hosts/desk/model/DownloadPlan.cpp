@@ -113,7 +113,7 @@ void DownloadPlan::propose()
     if (!m_isOwnDestination && m_stream.isValid()) {
         m_destination = QDir::toNativeSeparators(Destination::proposed(m_page, m_stream, m_folder, m_taken));
     } else if (!m_wish.isEmpty()) {
-        m_destination = QDir::toNativeSeparators(Destination::free(absolutePath(m_wish), m_taken));
+        m_destination = QDir::toNativeSeparators(Destination::free(absolutePath(m_wish, m_folder), m_taken));
     }
 }
 
@@ -139,17 +139,17 @@ QString DownloadPlan::suffix() const
 
 QString DownloadPlan::path() const
 {
-    return absolutePath(m_destination);
+    return absolutePath(m_destination, m_folder);
 }
 
-QString DownloadPlan::absolutePath(const QString &destination) const
+QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
 {
-    QString text = QDir::fromNativeSeparators(destination.trimmed());
-    if (text.isEmpty())
+    QString path = QDir::fromNativeSeparators(text.trimmed());
+    if (path.isEmpty())
         return {};
-    if (text.startsWith(QLatin1String("~/")))
-        text.replace(0, 1, QDir::homePath());
-    return QDir::cleanPath(QDir(m_folder).absoluteFilePath(text));
+    if (path.startsWith(QLatin1String("~/")))
+        path.replace(0, 1, QDir::homePath());
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
 }
 
 QString DownloadPlan::soundProblem() const

@@ -58,6 +58,9 @@ public:
 
     void makeFolder(); ///< Makes the missing folder.
 
+    /** What the user means by @p text, which may be relative to @p folder or begin with "~/"; empty without a text. */
+    static QString absolutePath(const QString &text, const QString &folder);
+
     /** Whether a download can begin. */
     bool isComplete() const;
 
@@ -69,7 +72,6 @@ Q_SIGNALS:
 private:
     void propose();
     void follow(const QString &oldSuffix);
-    QString absolutePath(const QString &destination) const;
 
     QString m_url;
     Nox::WebMediaInfo m_page;

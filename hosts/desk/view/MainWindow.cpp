@@ -154,14 +154,14 @@ void MainWindow::restore()
     const QSize wanted(fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 56);
     resize(wanted.boundedTo(screen()->availableSize() * 0.9));
     m_splitter->setSizes({2 * wanted.height() / 3, wanted.height() / 3});
-    restoreGeometry(m_desk.settings().windowGeometry());
-    m_splitter->restoreState(m_desk.settings().splitterState());
+    restoreGeometry(m_desk.settings().windowState(QStringLiteral("geometry")));
+    m_splitter->restoreState(m_desk.settings().windowState(QStringLiteral("splitter")));
 }
 
 void MainWindow::remember()
 {
-    m_desk.settings().setWindowGeometry(saveGeometry());
-    m_desk.settings().setSplitterState(m_splitter->saveState());
+    m_desk.settings().setWindowState(QStringLiteral("geometry"), saveGeometry());
+    m_desk.settings().setWindowState(QStringLiteral("splitter"), m_splitter->saveState());
 }
 
 void MainWindow::read(const QString &address)

@@ -23,11 +23,6 @@ namespace {
 
 constexpr int soundCharacters = 12; // that are seen in the narrowest window
 
-bool isEnter(int key)
-{
-    return key == Qt::Key_Return || key == Qt::Key_Enter;
-}
-
 } // namespace
 
 PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
@@ -99,10 +94,9 @@ void PlanForm::addDestination(QGridLayout &layout)
 void PlanForm::refresh()
 {
     fillSounds();
-    if (m_destination->text() != m_plan.destination()) {
+    if (m_destination->text() != m_plan.destination())
         m_destination->setText(m_plan.destination());
-        m_destination->setToolTip(ShownText::breakable(m_plan.destination()));
-    }
+    m_destination->setToolTip(ShownText::breakable(m_plan.destination()));
     const bool hasStream = m_plan.stream().isValid();
     const QString soundProblem = m_plan.soundProblem();
     m_soundProblem->explain(soundProblem.isEmpty() ? m_plan.warning() : soundProblem, *m_sound);
@@ -154,8 +148,9 @@ void PlanForm::browse()
 bool PlanForm::eventFilter(QObject *watched, QEvent *event)
 {
     const bool isSecondClick = watched == m_downloadButton && event->type() == QEvent::MouseButtonDblClick;
-    const bool isRepeated = event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->isAutoRepeat()
-        && isEnter(static_cast<QKeyEvent *>(event)->key());
+    const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
+    const bool isRepeated =
+        key != nullptr && key->isAutoRepeat() && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter);
     return isSecondClick || isRepeated || QWidget::eventFilter(watched, event);
 }
 

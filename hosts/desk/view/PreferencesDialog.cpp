@@ -1,6 +1,9 @@
 #include "hosts/desk/view/PreferencesDialog.h"
 
+#include "hosts/common/Destination.h"
 #include "hosts/desk/model/DeskSettings.h"
+#include "hosts/desk/model/DownloadPlan.h"
+#include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
 
 #include <QCheckBox>
@@ -19,6 +22,8 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     : QDialog(parent)
     , m_settings(settings)
     , m_folder(new QLineEdit(QDir::toNativeSeparators(settings.folder())))
+    , m_folderProblem(new ReasonLabel)
+    , m_makeButton(new QPushButton(tr("Create fo&lder")))
     , m_lines(new QComboBox)
     , m_withoutConversion(newBox(tr("&MP4 without conversion, where there is one"), QStringLiteral("withoutConversion"),
                                  settings.preferences().stream.withoutConversion))
@@ -33,7 +38,7 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     auto *form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    form->addRow(tr("&Folder for downloads:"), withBrowse(m_folder, QStringLiteral("preferredFolder"), true));
+    addFolder(*form);
     addStreams(*form);
     m_parallel->setObjectName(QStringLiteral("parallel"));
     m_parallel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -68,6 +73,21 @@ QCheckBox *PreferencesDialog::newBox(const QString &text, const QString &name, b
     box->setObjectName(name);
     box->setChecked(isChecked);
     return box;
+}
+
+void PreferencesDialog::addFolder(QFormLayout &form)
+{
+    form.addRow(tr("&Folder for downloads:"), withBrowse(m_folder, QStringLiteral("preferredFolder"), true));
+    m_folderProblem->setObjectName(QStringLiteral("preferredFolderProblem"));
+    form.addRow(m_folderProblem);
+    m_makeButton->setObjectName(QStringLiteral("makePreferredFolder"));
+    m_makeButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_makeButton->hide();
+    form.addRow(QString(), m_makeButton);
+    connect(m_makeButton, &QPushButton::clicked, this, [this] {
+        QDir().mkpath(folder());
+        accept();
+    });
 }
 
 void PreferencesDialog::addStreams(QFormLayout &form)
@@ -126,11 +146,23 @@ void PreferencesDialog::askVersion()
     m_version->ask(NoxHost::ToolSetup(m_toolFile->text().trimmed()));
 }
 
+QString PreferencesDialog::folder() const
+{
+    return DownloadPlan::absolutePath(m_folder->text(), QDir::homePath());
+}
+
 void PreferencesDialog::accept()
 {
-    const QString folder = QDir::fromNativeSeparators(m_folder->text().trimmed());
-    if (QFileInfo(folder).isDir() && folder != m_settings.folder())
-        m_settings.setFolder(folder);
+    if (folder() != m_settings.folder()) {
+        const QString problem = NoxHost::Destination::folderProblem(folder());
+        m_folderProblem->explain(problem, *m_folder);
+        m_makeButton->setVisible(!folder().isEmpty() && !QFileInfo::exists(folder()));
+        if (!problem.isEmpty()) {
+            m_folder->setFocus();
+            return;
+        }
+        m_settings.setFolder(folder());
+    }
     m_settings.setPreferences(
         {{m_lines->currentData().toInt(), m_withoutConversion->isChecked(), m_soundOnly->isChecked()},
          m_parallel->value(),

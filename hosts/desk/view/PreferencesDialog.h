@@ -6,11 +6,13 @@ class QCheckBox;
 class QComboBox;
 class QFormLayout;
 class QLineEdit;
+class QPushButton;
 class QSpinBox;
 
 namespace NoxDesk {
 
 class DeskSettings;
+class ReasonLabel;
 class ToolVersionLabel;
 
 /** What the user prefers. Written to the settings when it is accepted. */
@@ -25,15 +27,19 @@ public:
     void accept() override;
 
 private:
+    void addFolder(QFormLayout &form);
     void addStreams(QFormLayout &form);
     void addTool(QFormLayout &form);
     QCheckBox *newBox(const QString &text, const QString &name, bool isChecked);
     QWidget *withBrowse(QLineEdit *field, const QString &name, bool isFolder);
     void browse(QLineEdit *field, bool isFolder);
     void askVersion();
+    QString folder() const;
 
     DeskSettings &m_settings;
     QLineEdit *m_folder;
+    ReasonLabel *m_folderProblem;
+    QPushButton *m_makeButton;
     QComboBox *m_lines;
     QCheckBox *m_withoutConversion;
     QCheckBox *m_soundOnly;
