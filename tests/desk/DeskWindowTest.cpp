@@ -68,6 +68,7 @@ private Q_SLOTS:
     void failedPageKeepsTheOther();
     void oneDownloadForTwoClicks();
     void downloadKeepsFocus();
+    void fileAppears();
     void openingFails();
     void preferredFolder();
     void logOpensAtItsEnd();
@@ -411,6 +412,8 @@ void DeskWindowTest::closing()
     QTRY_SOON(m_stage->hangs(QStringLiteral("18")));
     QVERIFY(!m_user->window().close());
     QTRY_SOON(m_user->canPress("stay"));
+    QCOMPARE(m_user->find("stay")->window()->windowTitle(),
+             QStringLiteral("Nox Desk")); // no progress that stands still
     QVERIFY(m_user->press("stay"));
     QTRY_SOON(!m_user->sees("stay"));
     QVERIFY(m_user->window().isVisible() && !m_stage->isQuiet());
@@ -675,6 +678,26 @@ void DeskWindowTest::downloadKeepsFocus()
     QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/mine(1).mp4"));
     QTRY_SOON(m_user->sees("openFile", 0));
     QCOMPARE(m_user->text("fileName", 0), QStringLiteral("mine.mp4"));
+}
+
+/** The file of the plan comes to be by another program's hand. */
+void DeskWindowTest::fileAppears()
+{
+    const auto make = [this](const QString &name) {
+        QFile file(m_stage->videos() + QLatin1Char('/') + name);
+        return file.open(QIODevice::WriteOnly);
+    };
+    m_user->readPage(pageAddress);
+    QTRY_SOON(m_user->sees("streams"));
+    m_user->choose(QStringLiteral("360P"));
+    QVERIFY(make(QStringLiteral("Clip.mp4")));
+    QVERIFY(m_user->press("download"));
+    QTRY_SOON(m_user->text("fileName", 0) == QLatin1String("Clip(1).mp4"));
+    m_user->type("destination", QStringLiteral("mine.mp4"));
+    QVERIFY(make(QStringLiteral("mine.mp4")));
+    QVERIFY(m_user->press("download"));
+    QTRY_SOON(m_user->text("destinationProblem").contains(QLatin1String("exists already")));
+    QCOMPARE(m_user->desk().downloads().rowCount(), 1);
 }
 
 void DeskWindowTest::openingFails()

@@ -50,6 +50,7 @@ void Desk::chooseStream(int row)
 
 void Desk::startDownload()
 {
+    m_plan.setTaken(m_downloads.activeFiles()); // the file may have come to be since
     if (!m_plan.isComplete())
         return;
     const DownloadRequest request = m_plan.request();

@@ -188,7 +188,7 @@ void MainWindow::askToClose()
     if (const QMessageBox *shown = m_question.data(); shown != nullptr && shown->isVisible())
         return;
     const int count = m_desk.downloads().activeCount();
-    auto *question = new QMessageBox(QMessageBox::Question, windowTitle(),
+    auto *question = new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
                                      tr("Downloads still running: %1. Cancel them and close?").arg(count),
                                      QMessageBox::NoButton, this);
     m_question = question;
@@ -218,7 +218,7 @@ void MainWindow::cancelAllAndClose()
 void MainWindow::warn(const QString &words)
 {
     auto *box =
-        new QMessageBox(QMessageBox::Warning, windowTitle(), ShownText::breakable(words), QMessageBox::Close, this);
+        new QMessageBox(QMessageBox::Warning, tr("Nox Desk"), ShownText::breakable(words), QMessageBox::Close, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setObjectName(QStringLiteral("warning"));
     box->open();
