@@ -1,4 +1,5 @@
 #include "hosts/desk/Translation.h"
+#include "hosts/desk/view/StreamPanel.h"
 #include "tests/desk/DeskSandbox.h"
 #include "tests/desk/DeskUser.h"
 
@@ -26,6 +27,43 @@ namespace {
 
 const QString pageAddress = QStringLiteral("http://x/");
 
+/** Counts how often it is asked. */
+class CountingStreams : public StreamTableModel
+{
+public:
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        ++m_questions;
+        return StreamTableModel::data(index, role);
+    }
+
+    /** Questions that the view has when a size becomes known in a list of @p count streams. */
+    static int questions(int count)
+    {
+        Nox::WebMediaInfo page(pageAddress);
+        for (int i = 0; i < count; ++i) {
+            Nox::MediaProfile stream;
+            stream.setName(QString::number(i));
+            stream.setFormat(QStringLiteral("MP4"));
+            stream.setMediaType(Nox::MEDIA_TYPE_VIDEO);
+            stream.setVResolution({320 + 2 * i, 180 + i});
+            page.addMediaProfile(stream);
+        }
+        CountingStreams model;
+        StreamPanel panel(model);
+        panel.show();
+        model.setStreams(NoxHost::StreamChoice(page), 60);
+        QCoreApplication::processEvents();
+        model.m_questions = 0;
+        model.setSize(QStringLiteral("0"), 1000);
+        QCoreApplication::processEvents();
+        return model.rowCount() < count ? 0 : model.m_questions;
+    }
+
+private:
+    mutable int m_questions = 0;
+};
+
 } // namespace
 
 /** The window with stand-in programs. */
@@ -39,6 +77,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void describesPage();
+    void manyStreams();
     void refusesAddress();
     void unreadablePage_data();
     void unreadablePage();
@@ -181,6 +220,14 @@ void DeskWindowTest::describesPage()
     // What was chosen is gone from the thinned table: the best is chosen instead.
     m_user->desk().chooseStream(-1);
     QVERIFY(!m_user->canPress("download"));
+}
+
+/** Sizes come one by one: what each of them costs must not grow with the list. */
+void DeskWindowTest::manyStreams()
+{
+    const int few = CountingStreams::questions(150);
+    QVERIFY(few > 0);
+    QCOMPARE(CountingStreams::questions(600), few);
 }
 
 void DeskWindowTest::refusesAddress()

@@ -34,9 +34,8 @@ void DownloadPlan::setPage(const QString &url, const Nox::WebMediaInfo &page, co
 
 void DownloadPlan::setFolder(const QString &folder)
 {
-    if (m_isOwnDestination && !m_destination.isEmpty()) {
+    if (m_isOwnDestination && !m_destination.isEmpty())
         m_destination = QDir::toNativeSeparators(path()); // a relative one was meant in the folder before
-    }
     m_folder = folder;
     propose();
     Q_EMIT changed();

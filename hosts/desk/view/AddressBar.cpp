@@ -107,9 +107,8 @@ void AddressBar::request()
 {
     m_problem->explain({}, *m_field);
     m_isEdited = false;
-    if (m_field->hasFocus()) {
+    if (m_field->hasFocus())
         m_field->selectAll(); // what is typed next is another address
-    }
     Q_EMIT readRequested(m_field->text());
 }
 

@@ -64,7 +64,8 @@ void StreamPanel::setUpTable()
     m_table->setAlternatingRowColors(true);
     m_table->setWordWrap(false);
     m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + 3);
     m_table->installEventFilter(this);
     // A header and three streams, for screens with little room.
     m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height() + 5 * fontMetrics().lineSpacing());
@@ -74,6 +75,7 @@ void StreamPanel::setUpHeader()
 {
     QHeaderView *header = m_table->horizontalHeader();
     header->setHighlightSections(false);
+    header->setResizeContentsPrecision(100);
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     header->setSectionResizeMode(StreamTableModel::Words, QHeaderView::Stretch);
     header->setMinimumSectionSize(fontMetrics().averageCharWidth() * 8);
