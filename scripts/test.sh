@@ -22,7 +22,7 @@ done
 
 groups=(build run)
 [[ " ${presets[*]} " != *qt5\ * ]] || groups+=(qt5)
-[[ " ${presets[*]} " != *\ asan\ * ]] || groups+=(sanitizers)
+[[ ! " ${presets[*]} " =~ \ (asan|clang-qt5)\  ]] || groups+=(sanitizers)
 [[ " ${presets[*]} " != *\ tidy\ * ]] || groups+=(sanitizers lint bench)
 "$root/scripts/setup.sh" "${groups[@]}"
 

@@ -14,8 +14,8 @@ namespace NoxHost {
 
 namespace {
 
-constexpr QLatin1String lockName(".lock");
-constexpr QLatin1String joinedPattern("*YDTMP_.*.tmp.mp4");
+const QLatin1String lockName(".lock");
+const QLatin1String joinedPattern("*YDTMP_.*.tmp.mp4");
 
 qint64 bytes(const QFileInfoList &files)
 {

@@ -10,7 +10,7 @@ namespace NoxFetch {
 namespace {
 
 constexpr int usualWidth = 80;
-constexpr QLatin1String lineStart("\r\x1b[K"); // back to the first column, the line wiped
+const QLatin1String lineStart("\r\x1b[K"); // back to the first column, the line wiped
 
 } // namespace
 

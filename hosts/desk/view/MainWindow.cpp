@@ -95,7 +95,7 @@ void MainWindow::layOut()
 
 void MainWindow::addShortcuts()
 {
-    new QShortcut(Qt::CTRL | Qt::Key_L, this, m_addressBar, &AddressBar::focusField);
+    new QShortcut(QKeySequence(QStringLiteral("Ctrl+L")), this, m_addressBar, &AddressBar::focusField);
     new QShortcut(Qt::Key_Escape, this, &m_desk.reader(), &PageReader::cancel);
     new QShortcut(QKeySequence::Quit, this, this, &QWidget::close);
     auto *again = new QShortcut(Qt::Key_F5, this, &m_desk.reader(), &PageReader::readAgain);
@@ -246,7 +246,7 @@ void MainWindow::showShortcuts()
     auto *dialog = new InfoDialog(tr("Keyboard shortcuts"), this);
     const QPair<QKeySequence, QString> rows[] = {
         {QKeySequence(QKeySequence::Paste), tr("read the page whose address is on the clipboard")},
-        {QKeySequence(Qt::CTRL | Qt::Key_L), tr("go to the address")},
+        {QKeySequence(QStringLiteral("Ctrl+L")), tr("go to the address")},
         {QKeySequence(Qt::Key_F5), tr("read the page again")},
         {QKeySequence(Qt::Key_Escape), tr("stop reading the page")},
         {QKeySequence(Qt::Key_Return), tr("download the stream that is chosen")},

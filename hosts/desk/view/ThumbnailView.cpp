@@ -52,7 +52,7 @@ void ThumbnailView::paintPlaceholder(QPainter &painter) const
 {
     QColor colour = palette().color(QPalette::WindowText);
     painter.setPen(Qt::NoPen);
-    colour.setAlphaF(0.08F);
+    colour.setAlpha(20);
     painter.setBrush(colour);
     const qreal unit = height() / 20.0;
     painter.drawRoundedRect(QRectF(rect()), unit, unit);
@@ -61,7 +61,7 @@ void ThumbnailView::paintPlaceholder(QPainter &painter) const
     QPainterPath triangle;
     triangle.addPolygon(
         QPolygonF({centre + QPointF(-3, -4) * unit, centre + QPointF(-3, 4) * unit, centre + QPointF(4, 0) * unit}));
-    colour.setAlphaF(0.35F);
+    colour.setAlpha(90);
     painter.fillPath(triangle, colour);
 }
 
