@@ -206,9 +206,12 @@ void DownloadJob::settleFailure()
     m_toolOutput = m_downloader->errorDetail();
     const bool isJoining = failedWhileJoining();
     const bool isBroken = !isJoining && ToolMessage::tellsBrokenArchive(m_toolOutput);
-    fail(m_code,
-         isBroken ? FailureText::brokenTool()
-                  : FailureText::download(m_code, isJoining ? During::Joining : During::Fetching));
+    if (!isJoining && ToolMessage::tellsRefusedSettings(m_toolOutput))
+        fail(m_code, FailureText::refusedSettings());
+    else if (isBroken)
+        fail(m_code, FailureText::brokenTool());
+    else
+        fail(m_code, FailureText::download(m_code, isJoining ? During::Joining : During::Fetching));
 }
 
 void DownloadJob::fail(int code, const QString &words)

@@ -112,10 +112,17 @@ void ExtractionJob::letGo()
     report();
 }
 
+QString ExtractionJob::unusedSettings() const
+{
+    return ToolMessage::unusedSettings(m_toolOutput);
+}
+
 QString ExtractionJob::failureText() const
 {
     if (m_answered)
         return FailureText::noStream(m_page);
+    if (ToolMessage::tellsRefusedSettings(m_toolOutput))
+        return FailureText::refusedSettings();
     return ToolMessage::tellsBrokenArchive(m_toolOutput) ? FailureText::brokenTool() : FailureText::extraction(m_code);
 }
 

@@ -32,6 +32,9 @@ public:
     /** Stops; cancelled() follows unless the outcome is known already. */
     void cancel();
 
+    /** After the outcome: the tool's warning that it does not use the user's settings; empty when it does. */
+    QString unusedSettings() const;
+
 Q_SIGNALS:
     /** The page holds at least one stream that StreamChoice offers. */
     void finished(const Nox::WebMediaInfo &page);

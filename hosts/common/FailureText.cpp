@@ -62,6 +62,11 @@ QString FailureText::brokenTool()
         "The download tool's archive is damaged, incomplete, or made for another version of Python. Get it anew.");
 }
 
+QString FailureText::refusedSettings()
+{
+    return tr("The download tool does not take its settings. Correct them in the file tool.conf.");
+}
+
 QString FailureText::noVersion()
 {
     return tr("The download tool does not tell its version. Check that its file is complete.");

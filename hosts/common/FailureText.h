@@ -27,6 +27,9 @@ public:
     /** The tool's archive is damaged or incomplete. */
     static QString brokenTool();
 
+    /** The tool does not take the user's settings. */
+    static QString refusedSettings();
+
     /** The tool does not tell its version. */
     static QString noVersion();
 

@@ -129,4 +129,19 @@ bool ToolMessage::tellsBrokenArchive(const QString &errorOutput)
     return matches(errorOutput, broken);
 }
 
+bool ToolMessage::tellsRefusedSettings(const QString &errorOutput)
+{
+    static const QRegularExpression refused(
+        QStringLiteral("^ERROR: (/.*/noxwebmedia/tool\\.conf\\b|The tool does not take a setting in tool\\.conf: )"),
+        QRegularExpression::MultilineOption);
+    return matches(errorOutput, refused);
+}
+
+QString ToolMessage::unusedSettings(const QString &errorOutput)
+{
+    static const QRegularExpression unused(QStringLiteral("^WARNING: (/.*/noxwebmedia/tool\\.conf is .*not used.*)$"),
+                                           QRegularExpression::MultilineOption);
+    return TextSanitizer::line(unused.match(errorOutput).captured(1));
+}
+
 } // namespace NoxHost

@@ -20,6 +20,12 @@ public:
 
     /** Whether @p errorOutput tells that the tool's archive is damaged or incomplete. */
     static bool tellsBrokenArchive(const QString &errorOutput);
+
+    /** Whether @p errorOutput tells that the tool does not take what the user's settings file holds. */
+    static bool tellsRefusedSettings(const QString &errorOutput);
+
+    /** The warning in @p errorOutput that the user's settings file is not used, fit for display; empty without one. */
+    static QString unusedSettings(const QString &errorOutput);
 };
 
 } // namespace NoxHost

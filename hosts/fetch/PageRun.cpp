@@ -59,6 +59,9 @@ void PageRun::onPage(const Nox::WebMediaInfo &page)
 {
     m_progress.stop();
     const NoxHost::StreamChoice streams(page);
+    // Who has set a proxy must not take it for used.
+    if (const QString words = m_extraction.unusedSettings(); !words.isEmpty())
+        m_console.note(words);
     tellPage(page);
     switch (m_options.mode) {
     case Options::Mode::Json:

@@ -57,6 +57,11 @@ void addSuccesses()
     addRow("name taken", "", "-f|18", 0, "DIR/Clip(1).mp4\n", "", "Clip(1).mp4=18, Clip.mp4=old", "dump 18");
     addRow("taken meanwhile", "18: announce mp4|touch ../Clip.mp4", "-f|18", 0, "DIR/Clip(1).mp4\n", "",
            "Clip(1).mp4=18, Clip.mp4=new", "dump 18");
+    addRow("settings that do not count",
+           R"(dump: err WARNING: w\nWARNING: /c/noxwebmedia/tool.conf is not used: x\n|)"
+           R"(json Clip 18)",
+           "-f|18", 0, "DIR/Clip.mp4\n", "\n/c/noxwebmedia/tool.conf is not used: x\n|!WARNING", "Clip.mp4=18",
+           "dump 18");
     addRow("list", "", "-l", 0, list, "", "", "dump");
     addRow("two pages", "", "-f|18|http://127.0.0.1/first", 0, "DIR/Clip.mp4\nDIR/Clip(1).mp4\n",
            "1 of 2: http://127.0.0.1/first|2 of 2: http://127.0.0.1/page", "Clip(1).mp4=18, Clip.mp4=18",
@@ -86,6 +91,10 @@ void addFailures()
            "", "dump");
     addRow("warning and error in one breath", R"(dump: err WARNING: odd\nERROR: gone\n|exit 1)", "", 1, "",
            "ERROR: gone|!odd", "", "dump");
+    addRow("option refused", R"(dump: err ERROR: /c/noxwebmedia/tool.conf: the option -x is not allowed here\n|exit 2)",
+           "", 1, "", "Correct them in the file tool.conf.|the option -x|!network", "", "dump");
+    addRow("value refused", R"(137: err ERROR: The tool does not take a setting in tool.conf: bad\n|exit 2)", "", 3, "",
+           "Correct them in the file tool.conf.|!network", "", "dump 137");
     addRow("error in two pieces", R"(dump: err ERROR: first |err second\n|exit 1)", "", 1, "", "ERROR: first second",
            "", "dump");
     addRow("complaint but success", R"(dump: err Deprecated\n|json Late 18)", "-f|18", 0, "DIR/Late.mp4\n",

@@ -470,6 +470,8 @@ void HostCommonTest::toolMessages()
     QFETCH(QString, output);
     QTEST(ToolMessage::excerpt(output), "excerpt");
     QTEST(ToolMessage::tellsBrokenArchive(output), "isBroken");
+    QVERIFY(!ToolMessage::tellsRefusedSettings(output));
+    QCOMPARE(ToolMessage::unusedSettings(output), QString());
 }
 
 void HostCommonTest::joinProgress_data()

@@ -764,6 +764,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Das Archiv des Download-Werkzeugs ist beschädigt, unvollständig oder für eine andere Python-Version gemacht. Besorgen Sie es neu.</translation>
     </message>
     <message>
+        <source>The download tool does not take its settings. Correct them in the file tool.conf.</source>
+        <translation>Das Download-Werkzeug nimmt seine Einstellungen nicht an. Berichtigen Sie sie in der Datei tool.conf.</translation>
+    </message>
+    <message>
         <source>The download tool does not tell its version. Check that its file is complete.</source>
         <translation>Das Download-Werkzeug nennt seine Version nicht. Prüfen Sie, ob seine Datei vollständig ist.</translation>
     </message>
