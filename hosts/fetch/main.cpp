@@ -12,10 +12,29 @@
 
 #include <csignal>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+/**
+ * Occupies standard input, output and error where the program was started without them: files that it opens later
+ * would get their numbers, and what it prints. To write to the missing output stays an error.
+ */
+void occupyClosedChannels()
+{
+    for (const int channel : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(channel, F_GETFD) < 0)
+            static_cast<void>(open("/dev/null", O_RDONLY)); // takes the lowest number that is free, which is this one
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
     using namespace NoxFetch;
 
+    occupyClosedChannels();
     // A reader that goes away shows as an error of the write, which can be told. The programs get the usual answer.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     NoxHost::ensureUtf8Locale();

@@ -36,18 +36,31 @@ FetchProgram::~FetchProgram()
 
 void FetchProgram::start(const QStringList &arguments)
 {
+    start(programFile(), arguments);
+}
+
+void FetchProgram::start(const QString &program, const QStringList &arguments)
+{
     // Neither a tool nor settings of the developer's own.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"})
         environment.insert(QLatin1String(name), m_process.workingDirectory() + QStringLiteral("/none"));
     m_process.setProcessEnvironment(environment);
-    m_process.start(programFile(), arguments);
+    m_process.start(program, arguments);
     m_process.waitForStarted();
 }
 
 bool FetchProgram::run(const QStringList &arguments)
 {
     start(arguments);
+    return waitForEnd();
+}
+
+bool FetchProgram::runWithClosedChannels(const QStringList &arguments)
+{
+    start(QStringLiteral("/bin/sh"),
+          QStringList{QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$@\" <&- >&- 2>&-"), programFile()}
+              + arguments);
     return waitForEnd();
 }
 

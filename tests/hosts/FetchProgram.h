@@ -16,7 +16,8 @@ public:
     ~FetchProgram();
 
     void start(const QStringList &arguments);
-    bool run(const QStringList &arguments); ///< start, and wait until it has ended
+    bool run(const QStringList &arguments);                   ///< start, and wait until it has ended
+    bool runWithClosedChannels(const QStringList &arguments); ///< run, without standard input, output and error
     bool waitForEnd();
     void interrupt(int signalNumber);
 
@@ -26,6 +27,8 @@ public:
     QProcess &process();
 
 private:
+    void start(const QString &program, const QStringList &arguments);
+
     QProcess m_process;
     QString m_output;
     QString m_errors;

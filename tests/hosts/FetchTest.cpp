@@ -136,6 +136,7 @@ private Q_SLOTS:
     void ignoredHangup();
     void killedRun();
     void lostOutput();
+    void closedChannels();
     void json();
     void quietVerboseLog();
     void bar();
@@ -330,6 +331,18 @@ void FetchTest::lostOutput()
     QVERIFY(fetch.waitForEnd());
     QCOMPARE(fetch.exitCode(), 3);
     QVERIFY2(stage.plain(fetch.errors()).contains(QLatin1String("\"DIR/Clip.mp4\"")), qPrintable(fetch.errors()));
+}
+
+// Files that the program opens must not take the place of a closed channel: what is printed would go into them.
+void FetchTest::closedChannels()
+{
+    TestSandbox stage;
+    stage.play(QLatin1String(page));
+    FetchProgram fetch(stage.folder());
+    QVERIFY(fetch.runWithClosedChannels(
+        {QStringLiteral("-f"), QStringLiteral("18"), QStringLiteral("--log"), QStringLiteral("log"), url()}));
+    QCOMPARE(fetch.exitCode(), 3);
+    QCOMPARE(leftInFolder(stage), QStringList({QStringLiteral("Clip.mp4"), QStringLiteral("log")}));
 }
 
 void FetchTest::json()
