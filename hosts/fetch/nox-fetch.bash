@@ -4,6 +4,13 @@ _nox_fetch()
 {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
+    # Bash takes the equals sign of --output=FILE for a word of its own.
+    if [[ $word == = ]]; then
+        word='' previous="$previous="
+    elif [[ $previous == = ]]; then
+        previous=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
+    previous=${previous%=}
     case $previous in
         -o | --output | --tool | --log)
             mapfile -t COMPREPLY < <(compgen -f -- "$word")

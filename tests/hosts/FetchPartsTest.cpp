@@ -1,8 +1,11 @@
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/ProgressLine.h"
 
+#include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace NoxFetch;
@@ -18,6 +21,7 @@ private Q_SLOTS:
     void commandLines();
     void allOptions();
     void documents();
+    void completion();
     void statusLines();
 };
 
@@ -101,6 +105,30 @@ void FetchPartsTest::documents()
     QString completion = content("nox-fetch.bash");
     completion = completion.mid(completion.indexOf(QLatin1String("compgen -W")));
     QCOMPARE(optionsIn(completion.section(QLatin1Char('"'), 1, 1)), options);
+}
+
+// As bash calls it: "=" is a word of its own.
+void FetchPartsTest::completion()
+{
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("my videos")));
+    QVERIFY(QFile(folder.filePath(QStringLiteral("my file"))).open(QIODevice::WriteOnly));
+    const auto completed = [&folder](const char *words) {
+        QProcess bash;
+        bash.setWorkingDirectory(folder.path());
+        const QString script = QStringLiteral(". " NOX_FETCH_SOURCES "/nox-fetch.bash; COMP_WORDS=(nox-fetch %1)"
+                                              " COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _nox_fetch; "
+                                              "IFS='|'; echo -n \"${COMPREPLY[*]}\"")
+                                   .arg(QLatin1String(words));
+        bash.start(QStringLiteral("bash"), {QStringLiteral("-c"), script});
+        return bash.waitForFinished() ? QString::fromUtf8(bash.readAllStandardOutput()) : QStringLiteral("no end");
+    };
+    QCOMPARE(completed("--fo"), QStringLiteral("--format|--folder"));
+    QCOMPARE(completed("-P m"), QStringLiteral("my videos"));
+    QCOMPARE(completed("-o my\\ f"), QStringLiteral("my file"));
+    QCOMPARE(completed("--folder ="), QStringLiteral("my videos"));
+    QCOMPARE(completed("--tool = my\\ f"), QStringLiteral("my file"));
+    QCOMPARE(completed("-f m"), QString());
 }
 
 void FetchPartsTest::statusLines()
