@@ -28,5 +28,6 @@ if [[ -z $package ]]; then
     package=$(find "$scratch" -name 'yt_dlp-*' -print -quit)
 fi
 (umask 077 && mkdir -p "$folder")
+chmod go-w "$folder"
 (umask 022 && "$python" -I "$root/scripts/make-tool-archive.py" "$folder/yt.zip" --package "$package")
 printf 'yt-dlp %s in %s\n' "$("$python" "$folder/yt.zip" --version)" "$folder/yt.zip"
