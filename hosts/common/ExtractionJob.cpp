@@ -123,6 +123,8 @@ QString ExtractionJob::failureText() const
         return FailureText::noStream(m_page);
     if (ToolMessage::tellsRefusedSettings(m_toolOutput))
         return FailureText::refusedSettings();
+    if (ToolMessage::tellsNoStream(m_toolOutput))
+        return FailureText::nothingToDownload();
     return ToolMessage::tellsBrokenArchive(m_toolOutput) ? FailureText::brokenTool() : FailureText::extraction(m_code);
 }
 

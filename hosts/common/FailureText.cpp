@@ -78,6 +78,11 @@ QString FailureText::noStream(const Nox::WebMediaInfo &page)
         return tr("None of the page's streams can be downloaded: their format codes cannot be passed to the tool.");
     if (page.getTitle().isEmpty())
         return tr("The download tool's description of the page could not be read. The log may tell more.");
+    return nothingToDownload();
+}
+
+QString FailureText::nothingToDownload()
+{
     return tr("The page holds no stream that can be downloaded. It may be protected, not have begun yet, or hold "
               "pictures only.");
 }

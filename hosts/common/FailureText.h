@@ -36,6 +36,9 @@ public:
     /** The tool was content with the page, but what it tells of it, @p page, holds nothing to download. */
     static QString noStream(const Nox::WebMediaInfo &page);
 
+    /** The page was read, and nothing of it can be downloaded. */
+    static QString nothingToDownload();
+
     /** The download's private folder could not be made in @p folder. */
     static QString noPrivateFolder(const QString &folder, const QString &cause);
 

@@ -129,6 +129,15 @@ bool ToolMessage::tellsBrokenArchive(const QString &errorOutput)
     return matches(errorOutput, broken);
 }
 
+bool ToolMessage::tellsNoStream(const QString &errorOutput)
+{
+    static const QRegularExpression noStream(
+        QStringLiteral("^ERROR: .*(\\bDRM\\b|\\b(will begin|Premieres) in\\b|No video formats found"
+                       "|No stream of this page|There is no video on this page)"),
+        QRegularExpression::MultilineOption);
+    return matches(errorOutput, noStream);
+}
+
 bool ToolMessage::tellsRefusedSettings(const QString &errorOutput)
 {
     static const QRegularExpression refused(

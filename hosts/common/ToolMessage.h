@@ -21,6 +21,9 @@ public:
     /** Whether @p errorOutput tells that the tool's archive is damaged or incomplete. */
     static bool tellsBrokenArchive(const QString &errorOutput);
 
+    /** Whether @p errorOutput tells that the tool has read the page and found nothing there that can be had. */
+    static bool tellsNoStream(const QString &errorOutput);
+
     /** Whether @p errorOutput tells that the tool does not take what the user's settings file holds. */
     static bool tellsRefusedSettings(const QString &errorOutput);
 

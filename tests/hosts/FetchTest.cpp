@@ -102,6 +102,12 @@ void addFailures()
     addRow("complaint but no page", R"(dump: err some words\n|out {})", "", 1, "", "could not be read|some words", "",
            "dump");
     addRow("no stream", "dump: json Clip ", "-l", 1, "", "no stream|protected", "", "dump");
+    addRow("protected", R"(dump: err ERROR: [x] y: This video is DRM protected\n|exit 1)", "", 1, "",
+           "holds no stream|DRM protected|!network", "", "dump");
+    addRow("not begun", R"(dump: err ERROR: [x] y: This live event will begin in 3 hours\nWARNING: w\n|exit 1)", "", 1,
+           "", "holds no stream|in 3 hours|!network", "", "dump");
+    addRow("pictures only", R"(dump: err ERROR: No stream of this page can be downloaded\n|exit 1)", "", 1, "",
+           "holds no stream|!network", "", "dump");
     addRow("no code that can be passed on", "dump: json Clip --exec=x", "", 1, "", "cannot be passed", "", "dump");
     addRow("no description", "dump: out nonsense", "", 1, "", "could not be read|!newer", "", "dump");
     addRow("tool crash", "dump: kill SIGSEGV", "", 1, "", "crashed", "", "dump");
