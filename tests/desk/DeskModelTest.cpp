@@ -77,6 +77,7 @@ private Q_SLOTS:
     void streamTable();
     void streamTexts_data();
     void streamTexts();
+    void tooltipIsNoMarkup();
     void conversion();
     void preferences_data();
     void preferences();
@@ -159,6 +160,18 @@ void DeskModelTest::streamTexts()
     StreamTableModel model;
     model.setStreams(NoxHost::StreamChoice(info), 60);
     QTEST(rowText(model, 0), "texts");
+}
+
+/** A page has a say in the words of its streams: what looks like markup, which may name files, is shown as it is. */
+void DeskModelTest::tooltipIsNoMarkup()
+{
+    Nox::WebMediaInfo info(QStringLiteral("http://x/"));
+    info.addMediaProfile(stream("a", "<b>x", {640, 360}, false));
+    StreamTableModel model;
+    model.setStreams(NoxHost::StreamChoice(info), 60);
+    const QModelIndex cell = model.index(0, StreamTableModel::Container);
+    QCOMPARE(cell.data().toString(), QStringLiteral("<b>x"));
+    QCOMPARE(cell.data(Qt::ToolTipRole).toString(), QStringLiteral("<p>&lt;b&gt;x</p>"));
 }
 
 /** Streams that must be encoded anew are marked in the table, and the form warns of them. */

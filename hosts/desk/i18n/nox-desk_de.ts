@@ -446,7 +446,7 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
 <context>
     <name>NoxDesk::PreferencesDialog</name>
     <message>
-        <source>Create fo&amp;lder</source>
+        <source>Cr&amp;eate folder</source>
         <translation>Ordner an&amp;legen</translation>
     </message>
     <message>
@@ -494,7 +494,7 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Vorgeschlagene &amp;Qualität:</translation>
     </message>
     <message>
-        <source>the one that came with the program</source>
+        <source>the one that came along</source>
         <translation>das mitgelieferte</translation>
     </message>
     <message>

@@ -3,6 +3,7 @@
 #include "hosts/common/StreamText.h"
 
 #include <QLocale>
+#include <QTextDocument>
 
 namespace NoxDesk {
 
@@ -98,7 +99,8 @@ QVariant StreamTableModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return text(index.row(), index.column());
-    case Qt::ToolTipRole:
+    case Qt::ToolTipRole: // a page's words are no markup
+        return Qt::convertFromPlainText(explanation(index.row(), index.column()), Qt::WhiteSpaceNormal);
     case Qt::AccessibleDescriptionRole:
         return explanation(index.row(), index.column());
     case Qt::TextAlignmentRole:

@@ -25,7 +25,7 @@ ElidedLabel::ElidedLabel(Qt::TextElideMode mode, QWidget *parent)
 
 QSize ElidedLabel::minimumSizeHint() const
 {
-    return {fontMetrics().averageCharWidth() * 8, QLabel::minimumSizeHint().height()};
+    return {fontMetrics().averageCharWidth() * 8, fontMetrics().height()};
 }
 
 bool ElidedLabel::event(QEvent *event)

@@ -13,6 +13,7 @@ class ElidedLabel : public QLabel
 public:
     explicit ElidedLabel(Qt::TextElideMode mode, QWidget *parent = nullptr);
 
+    QSize sizeHint() const override { return minimumSizeHint(); } ///< The text has no say: it changes often.
     QSize minimumSizeHint() const override;
 
 protected:

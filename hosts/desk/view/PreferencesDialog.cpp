@@ -23,7 +23,7 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     , m_settings(settings)
     , m_folder(new QLineEdit(QDir::toNativeSeparators(settings.folder())))
     , m_folderProblem(new ReasonLabel)
-    , m_makeButton(new QPushButton(tr("Create fo&lder")))
+    , m_makeButton(new QPushButton(tr("Cr&eate folder")))
     , m_lines(new QComboBox)
     , m_withoutConversion(newBox(tr("&MP4 without conversion, where there is one"), QStringLiteral("withoutConversion"),
                                  settings.preferences().stream.withoutConversion))
@@ -38,7 +38,7 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     auto *form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    addFolder(*form);
+    form->addRow(tr("&Folder for downloads:"), withBrowse(m_folder, QStringLiteral("preferredFolder"), true));
     addStreams(*form);
     m_parallel->setObjectName(QStringLiteral("parallel"));
     m_parallel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -57,12 +57,21 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     form->addRow(QString(), forgetButton);
     addTool(*form);
 
+    m_folderProblem->setObjectName(QStringLiteral("preferredFolderProblem"));
+    m_makeButton->setObjectName(QStringLiteral("makePreferredFolder"));
+    m_makeButton->hide();
+    connect(m_makeButton, &QPushButton::clicked, this, [this] {
+        QDir().mkpath(folder());
+        accept();
+    });
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addStretch();
+    layout->addWidget(m_folderProblem);
+    layout->addWidget(m_makeButton, 0, Qt::AlignRight);
     layout->addWidget(buttons);
     resize(fontMetrics().averageCharWidth() * 80, sizeHint().height());
 }
@@ -73,21 +82,6 @@ QCheckBox *PreferencesDialog::newBox(const QString &text, const QString &name, b
     box->setObjectName(name);
     box->setChecked(isChecked);
     return box;
-}
-
-void PreferencesDialog::addFolder(QFormLayout &form)
-{
-    form.addRow(tr("&Folder for downloads:"), withBrowse(m_folder, QStringLiteral("preferredFolder"), true));
-    m_folderProblem->setObjectName(QStringLiteral("preferredFolderProblem"));
-    form.addRow(m_folderProblem);
-    m_makeButton->setObjectName(QStringLiteral("makePreferredFolder"));
-    m_makeButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    m_makeButton->hide();
-    form.addRow(QString(), m_makeButton);
-    connect(m_makeButton, &QPushButton::clicked, this, [this] {
-        QDir().mkpath(folder());
-        accept();
-    });
 }
 
 void PreferencesDialog::addStreams(QFormLayout &form)
@@ -104,7 +98,7 @@ void PreferencesDialog::addStreams(QFormLayout &form)
 
 void PreferencesDialog::addTool(QFormLayout &form)
 {
-    m_toolFile->setPlaceholderText(tr("the one that came with the program"));
+    m_toolFile->setPlaceholderText(tr("the one that came along"));
     m_toolFile->setClearButtonEnabled(true);
     form.addRow(tr("&Archive of the download tool:"), withBrowse(m_toolFile, QStringLiteral("toolFile"), false));
     form.addRow(tr("Its version:"), m_version);

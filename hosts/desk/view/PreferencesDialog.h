@@ -27,7 +27,6 @@ public:
     void accept() override;
 
 private:
-    void addFolder(QFormLayout &form);
     void addStreams(QFormLayout &form);
     void addTool(QFormLayout &form);
     QCheckBox *newBox(const QString &text, const QString &name, bool isChecked);
