@@ -27,7 +27,7 @@ QString UrlCheck::problem(const QString &url)
         return character.isSpace() || character.category() == QChar::Other_Control;
     });
     if (holdsBlank)
-        return tr("An address must not hold blanks; give exactly one.");
+        return tr("An address must not hold blanks.");
     if (url.contains(QLatin1Char('"')) || url.contains(QLatin1Char('\'')))
         return tr("An address must not hold quotes; write %22 or %27 instead.");
     if (!Nox::Utilities::isValidUrl(url))

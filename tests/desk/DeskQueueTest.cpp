@@ -31,6 +31,7 @@ private Q_SLOTS:
     void failureIsToldBesideOthers_data();
     void failureIsToldBesideOthers();
     void keys();
+    void minimised();
     void sortingKeepsTheChoice();
 
 private:
@@ -282,6 +283,20 @@ void DeskQueueTest::keys()
     QCOMPARE(m_user->desk().downloads().rowCount(), 0);
     QCOMPARE(m_user->desk().settings().recentAddresses(),
              QStringList({QStringLiteral("https://www.x/2"), QStringLiteral("http://x/1")}));
+}
+
+/** Rows that nobody sees are not kept up to date, but are right as soon as they are seen. */
+void DeskQueueTest::minimised()
+{
+    DeskSandbox::play(QStringLiteral("a: announce mp4|wait a"));
+    m_user->window().showMinimized();
+    QTRY_SOON(m_user->window().isMinimized());
+    add(QStringLiteral("a"));
+    m_stage->let(QStringLiteral("a"));
+    QTRY_COMPARE_WITH_TIMEOUT(states(), QStringLiteral("F"), DeskSandbox::Patience);
+    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Waiting for others to end"));
+    m_user->window().showNormal();
+    QTRY_SOON(m_user->text("status", 0).startsWith(QLatin1String("Finished")));
 }
 
 void DeskQueueTest::sortingKeepsTheChoice()

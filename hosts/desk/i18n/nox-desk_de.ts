@@ -876,8 +876,8 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Eine Adresse muss mit http:// oder https:// beginnen.</translation>
     </message>
     <message>
-        <source>An address must not hold blanks; give exactly one.</source>
-        <translation>Eine Adresse darf keine Leerzeichen enthalten; geben Sie genau eine an.</translation>
+        <source>An address must not hold blanks.</source>
+        <translation>Eine Adresse darf keine Leerzeichen enthalten.</translation>
     </message>
     <message>
         <source>An address must not hold quotes; write %22 or %27 instead.</source>

@@ -77,21 +77,6 @@ void Download::setState(State state)
     Q_EMIT changed();
 }
 
-bool Download::isActive() const
-{
-    return m_state == State::Waiting || isRunning();
-}
-
-bool Download::isRunning() const
-{
-    return m_state == State::Running || m_state == State::Cancelling;
-}
-
-bool Download::canRetry() const
-{
-    return m_state == State::Failed || m_state == State::Cancelled;
-}
-
 int Download::percent() const
 {
     if (m_state == State::Finished)

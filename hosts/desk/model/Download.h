@@ -29,9 +29,14 @@ public:
     void retry(const QString &file);
 
     State state() const { return m_state; }
-    bool isActive() const;  ///< Whether it waits or runs.
-    bool isRunning() const; ///< Whether processes and files of it may be there.
-    bool canRetry() const;
+
+    /** Whether it waits or runs. */
+    bool isActive() const { return m_state == State::Waiting || isRunning(); }
+
+    /** Whether processes and files of it may be there. */
+    bool isRunning() const { return m_state == State::Running || m_state == State::Cancelling; }
+
+    bool canRetry() const { return m_state == State::Failed || m_state == State::Cancelled; }
     DownloadRequest request() const { return m_request; }
     QString file() const { return m_file; }       ///< Path of the file that is being made, or has been.
     int percent() const;                          ///< 0 to 100, or -1 when it cannot be told.

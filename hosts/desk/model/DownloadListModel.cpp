@@ -105,11 +105,6 @@ int DownloadListModel::runningCount() const
     return static_cast<int>(std::count_if(m_downloads.cbegin(), m_downloads.cend(), std::mem_fn(&Download::isRunning)));
 }
 
-int DownloadListModel::endedCount() const
-{
-    return rowCount() - activeCount();
-}
-
 QStringList DownloadListModel::activeFiles() const
 {
     QStringList files;

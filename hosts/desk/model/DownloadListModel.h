@@ -43,7 +43,7 @@ public:
 
     int activeCount() const; ///< Those that run or wait.
     int runningCount() const;
-    int endedCount() const;
+    int endedCount() const { return rowCount() - activeCount(); }
     QStringList activeFiles() const; ///< What is being made, or will be.
 
     /** Of the downloads asked for since none was active last: how many there are, and how many have ended. */

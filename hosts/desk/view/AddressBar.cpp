@@ -80,8 +80,7 @@ void AddressBar::addMenu(QMenu *menu)
     button->setMenu(menu);
     button->setPopupMode(QToolButton::InstantPopup);
     button->setFocusPolicy(Qt::StrongFocus);
-    auto *shortcut = new QShortcut(QKeySequence(Qt::Key_F10), window());
-    connect(shortcut, &QShortcut::activated, button, &QToolButton::showMenu);
+    new QShortcut(Qt::Key_F10, window(), button, &QToolButton::showMenu);
     m_row->addWidget(button);
     setTabOrder(m_readButton, button); // it is made after all else
 }

@@ -48,7 +48,7 @@ DownloadRow::DownloadRow(QWidget *parent)
 
     connect(m_cancelButton, &QPushButton::clicked, this, &DownloadRow::cancelRequested);
     connect(m_retryButton, &QPushButton::clicked, this, &DownloadRow::retryRequested);
-    connect(m_openButton, &QPushButton::clicked, this, &DownloadRow::openFile);
+    connect(m_openButton, &QPushButton::clicked, this, [this] { open(m_file); });
     connect(m_folderButton, &QPushButton::clicked, this, &DownloadRow::showFolder);
     connect(m_removeButton, &QPushButton::clicked, this, &DownloadRow::removeRequested);
 }
@@ -152,11 +152,6 @@ void DownloadRow::keyPressEvent(QKeyEvent *event)
     } else {
         QFrame::keyPressEvent(event);
     }
-}
-
-void DownloadRow::openFile()
-{
-    open(m_file);
 }
 
 void DownloadRow::showFolder()

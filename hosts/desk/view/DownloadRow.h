@@ -46,7 +46,6 @@ private:
     void showButtons(Download::State state);
     void nameControls(const QString &title);
     void showFailure(const QModelIndex &index, bool isFailed);
-    void openFile();
     void showFolder();
     void open(const QString &path);
 

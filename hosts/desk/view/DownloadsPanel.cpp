@@ -24,7 +24,10 @@ DownloadsPanel::DownloadsPanel(DownloadListModel &model, QWidget *parent)
     connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this,
             [this](const QModelIndex &, int first, int last) { removeRows(first, last); });
     connect(&m_model, &QAbstractItemModel::dataChanged, this,
-            [this](const QModelIndex &first, const QModelIndex &last) { refreshRows(first.row(), last.row()); });
+            [this](const QModelIndex &first, const QModelIndex &last) {
+                if (!window()->isMinimized())
+                    refreshRows(first.row(), last.row());
+            });
     connect(&m_model, &DownloadListModel::countsChanged, this, &DownloadsPanel::showCounts);
     insertRows(0, m_model.rowCount() - 1);
     showCounts();
@@ -118,6 +121,11 @@ void DownloadsPanel::removeRows(int first, int last)
     } else if (hadFocus) {
         m_rows.at(qMin(first, static_cast<int>(m_rows.size()) - 1))->focusFirst();
     }
+}
+
+void DownloadsPanel::refresh()
+{
+    refreshRows(0, m_model.rowCount() - 1);
 }
 
 void DownloadsPanel::refreshRows(int first, int last)

@@ -26,6 +26,8 @@ public:
     /** @param model must outlive the panel */
     explicit DownloadsPanel(DownloadListModel &model, QWidget *parent = nullptr);
 
+    void refresh(); ///< Shows what has changed while the window was minimised.
+
 Q_SIGNALS:
     void logRequested();
     void openingFailed(const QString &words);

@@ -35,6 +35,7 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     , m_offer(*QGuiApplication::clipboard())
     , m_addressBar(new AddressBar)
     , m_splitter(new QSplitter(Qt::Vertical))
+    , m_downloads(new DownloadsPanel(desk.downloads()))
     , m_notice(new ElidedLabel(Qt::ElideMiddle))
     , m_notifier(new TrayNotifier(this))
 {
@@ -64,17 +65,16 @@ void MainWindow::layOut()
     auto *page = new PagePanel(m_desk);
     auto *pageArea = new VerticalScrollArea(page);
     pageArea->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
-    auto *downloads = new DownloadsPanel(m_desk.downloads());
     connect(&m_desk.reader(), &PageReader::stateChanged, this, [this, page](PageReader::State state) {
         if (state == PageReader::State::Ready && m_addressBar->isDone())
             page->focusStreams();
     });
-    connect(downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
+    connect(m_downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
-    connect(downloads, &DownloadsPanel::logRequested, this, &MainWindow::showLog);
+    connect(m_downloads, &DownloadsPanel::logRequested, this, &MainWindow::showLog);
 
     m_splitter->addWidget(pageArea);
-    m_splitter->addWidget(downloads);
+    m_splitter->addWidget(m_downloads);
     m_splitter->setStretchFactor(0, 1);
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setChildrenCollapsible(false);
@@ -276,6 +276,8 @@ void MainWindow::changeEvent(QEvent *event)
         m_offer.check();
         m_notifier->clear();
     }
+    if (event->type() == QEvent::WindowStateChange && !isMinimized())
+        m_downloads->refresh();
     QMainWindow::changeEvent(event);
 }
 

@@ -12,6 +12,7 @@ namespace NoxDesk {
 
 class AddressBar;
 class Desk;
+class DownloadsPanel;
 class ElidedLabel;
 class TrayNotifier;
 
@@ -57,6 +58,7 @@ private:
     AddressOffer m_offer;
     AddressBar *m_addressBar;
     QSplitter *m_splitter;
+    DownloadsPanel *m_downloads;
     ElidedLabel *m_notice;
     TrayNotifier *m_notifier;
     QPointer<QMessageBox> m_question;

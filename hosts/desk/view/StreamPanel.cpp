@@ -82,6 +82,7 @@ void StreamPanel::setUpHeader()
     // At first no column is sorted by: the best stream is the first. Newer Qt would turn this order round, too.
     header->setSortIndicator(-1, Qt::AscendingOrder);
     m_table->setSortingEnabled(true);
+    connect(header, &QHeaderView::sortIndicatorChanged, this, [this] { m_table->scrollTo(m_table->currentIndex()); });
 }
 
 void StreamPanel::addActions()
