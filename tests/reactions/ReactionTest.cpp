@@ -75,7 +75,11 @@ public:
 
     Worker *worker() const { return m_worker; }
     bool isGone() const { return m_watch.isNull(); }
-    void end() { delete m_watch.data(); }
+    void end()
+    {
+        const std::unique_ptr<Worker> worker(m_watch.data());
+        m_watch.clear();
+    }
     QString log() const { return m_log.text(); }
 
     /** To be called by each notification: does what the row says, when its time has come. */
