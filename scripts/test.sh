@@ -30,5 +30,9 @@ cd "$root"
 for preset in "${presets[@]}"; do
     build_preset "$preset"
     say "test: $preset"
-    ctest --preset "$preset" -j "$jobs" "$@"
+    ctest --preset "$preset" -j "$jobs" "$@" || { # what failed once more, below the many lines of all tests
+        status=$?
+        grep -aA 4 '^FAIL' "build/$preset/Testing/Temporary/LastTest.log" | tail -n 40 >&2 || true
+        exit "$status"
+    }
 done
