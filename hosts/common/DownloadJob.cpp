@@ -47,10 +47,10 @@ DownloadJob::DownloadJob(const ToolSetup &tools, QObject *parent)
 void DownloadJob::start(const QString &url, const Nox::MediaProfile &stream, const QString &destination,
                         qint64 duration)
 {
-    m_joining = JoinProgress(duration);
     if (m_state != State::Idle)
         return;
     m_state = State::Running;
+    m_joining = JoinProgress(duration);
     m_stream = stream;
     m_destination = destination;
     m_partialName = QStringLiteral("finished.") + Destination::suffix(stream);
