@@ -63,6 +63,10 @@
         <source>Download cancelled</source>
         <translation>Download abgebrochen</translation>
     </message>
+    <message>
+        <source>Settings not used</source>
+        <translation>Einstellungen nicht verwendet</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::Download</name>

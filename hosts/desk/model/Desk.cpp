@@ -74,6 +74,9 @@ void Desk::onPageChanged()
     m_settings.addRecentAddress(m_reader.url());
     m_thumbnail.load(m_reader.page().getThumbnailUrl());
     m_sizes.ask(m_reader.streams().all());
+    if (const QString words = m_reader.unusedSettings();
+        !words.isEmpty()) // who has set a proxy must not take it for used
+        Q_EMIT noticed(tr("Settings not used"), words);
 }
 
 void Desk::watchLog()

@@ -71,6 +71,7 @@ void PageReader::onFinished(const Nox::WebMediaInfo &page)
     m_url = m_requestedUrl;
     m_page = page;
     m_streams = NoxHost::StreamChoice(page);
+    m_unusedSettings = m_job->unusedSettings();
     Q_EMIT pageChanged();
     setState(State::Ready);
 }

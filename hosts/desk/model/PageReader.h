@@ -45,6 +45,7 @@ public:
     QString url() const { return m_url; }                       ///< Address of the page that has been read.
     Nox::WebMediaInfo page() const { return m_page; }           ///< What it holds.
     NoxHost::StreamChoice streams() const { return m_streams; } ///< Its streams.
+    QString unusedSettings() const { return m_unusedSettings; } ///< Why the user's settings for the tool were not used.
     QString problem() const { return m_problem; }               ///< What went wrong, when Failed.
     QString toolWords() const { return m_toolWords; }           ///< What the tool itself said of it; may be empty.
 
@@ -71,6 +72,7 @@ private:
     QString m_url;
     Nox::WebMediaInfo m_page;
     NoxHost::StreamChoice m_streams;
+    QString m_unusedSettings;
     QString m_problem;
     QString m_toolWords;
 };
