@@ -1,8 +1,6 @@
 #include "tests/support/DownloadTable.h"
 
-#include "tests/support/Setup.h"
-#include "tests/support/SignalLog.h"
-#include "tests/support/TestSandbox.h"
+#include "tests/support/WorkerRun.h"
 
 #include <QtTest>
 
@@ -25,37 +23,32 @@ void DownloadTable::run()
     const QString moment = action.section(QLatin1Char('@'), 1);
     const QStringList left = files.split(QStringLiteral(" -> "));
 
-    TestSandbox stage;
-    const Setup applied(setup, stage);
-    stage.play(scenario.replace(QStringLiteral("ROOT"), stage.path(QString())));
-    std::unique_ptr<WebMediaDownloader> downloader = stage.newDownloader();
-    const SignalLog log(downloader.get());
-    downloader->download(Setup::url(), applied.profile(), applied.destination());
+    DownloadRun run(setup, scenario);
+    TestSandbox &stage = run.stage;
+    run.start();
     if (moment == QLatin1String("end"))
-        QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), notifications, TestSandbox::Patience);
     else if (!moment.isEmpty())
         QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(moment), TestSandbox::Patience);
     if (verb == QLatin1String("cancel"))
-        downloader->cancel();
+        run.worker->cancel();
     else if (verb == QLatin1String("clear"))
-        downloader->clear();
+        run.worker->clear();
     else if (verb == QLatin1String("delete"))
-        downloader.reset();
+        run.worker.reset();
 
     const int grace = verb.isEmpty() ? TestSandbox::Patience : TestSandbox::GraceAfterKill;
     if (verb != QLatin1String("clear"))
         QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), grace);
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
-    QTest::qWait(30);
-    QCOMPARE(log.text(), notifications);
+    QCOMPARE(run.log.settled(notifications), notifications);
     QCOMPARE(stage.files(), left.first());
     const QString found = stage.errors();
     if (!errors.endsWith(QLatin1Char('*')) || !found.startsWith(errors.chopped(1)))
         QCOMPARE(found, errors);
 
-    downloader.reset();
+    run.worker.reset();
     QCOMPARE(stage.files(), left.last());
     QVERIFY(stage.isElsewhereUntouched());
     QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
-    QCOMPARE(log.text(), notifications);
+    QCOMPARE(run.log.text(), notifications);
 }

@@ -1,8 +1,6 @@
 #include "tests/support/ExtractTable.h"
 
-#include "tests/support/Setup.h"
-#include "tests/support/SignalLog.h"
-#include "tests/support/TestSandbox.h"
+#include "tests/support/WorkerRun.h"
 
 #include <QtTest>
 
@@ -21,27 +19,21 @@ void ExtractTable::run()
     QFETCH(QString, notifications);
     QFETCH(QString, errors);
 
-    TestSandbox stage;
-    const Setup applied(setup, stage);
-    stage.play(scenario);
-    std::unique_ptr<WebMediaInfoExtractor> extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
-    extractor->getMediaInfoBySignal(Setup::url());
-    QCOMPARE(log.text(), QString());
+    ExtractRun run(setup, scenario);
+    run.start();
+    QCOMPARE(run.log.text(), QString());
     if (!action.isEmpty())
-        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("dump")), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(run.stage.hangs(QStringLiteral("dump")), TestSandbox::Patience);
     if (action == QLatin1String("cancel"))
-        extractor->cancel();
+        run.worker->cancel();
     else if (action == QLatin1String("delete"))
-        extractor.reset();
+        run.worker.reset();
 
     const int grace = action.isEmpty() ? TestSandbox::Patience : TestSandbox::GraceAfterKill;
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), grace);
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
-    QTest::qWait(30);
-    QCOMPARE(log.text(), notifications);
-    QCOMPARE(stage.errors(), errors);
-    extractor.reset();
-    QCOMPARE(log.text(), notifications);
-    QVERIFY(stage.isQuiet());
+    QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), grace);
+    QCOMPARE(run.log.settled(notifications), notifications);
+    QCOMPARE(run.stage.errors(), errors);
+    run.worker.reset();
+    QCOMPARE(run.log.text(), notifications);
+    QVERIFY(run.stage.isQuiet());
 }

@@ -1,5 +1,9 @@
 #include "tests/support/SignalLog.h"
 
+#include "tests/support/TestSandbox.h"
+
+#include <QtTest>
+
 using namespace Nox;
 
 SignalLog::SignalLog(WebMediaDownloader *downloader)
@@ -26,6 +30,13 @@ SignalLog::SignalLog(WebMediaInfoExtractor *extractor)
 QString SignalLog::text() const
 {
     return m_notifications.join(QLatin1Char(' '));
+}
+
+QString SignalLog::settled(const QString &expected) const
+{
+    if (QTest::qWaitFor([&] { return text() == expected; }, TestSandbox::Patience))
+        QTest::qWait(30);
+    return text();
 }
 
 QString SignalLog::recordText(const WebMediaInfo &info)
