@@ -1,23 +1,13 @@
 #include "tests/support/ExtractTable.h"
-#include "tests/support/Setup.h"
-#include "tests/support/SignalLog.h"
 #include "tests/support/TestMain.h"
-#include "tests/support/TestSandbox.h"
+#include "tests/support/WorkerRun.h"
+#include "tests/util/Rows.h"
 
 #include <QRegularExpression>
 #include <QThread>
 #include <QtTest>
 
 using namespace Nox;
-
-namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 /** Extraction, blocking and notifying, with stand-ins for the tool. */
 class ExtractTest : public QObject
@@ -26,15 +16,13 @@ class ExtractTest : public QObject
 
 private Q_SLOTS:
     void notifying_data();
-    void notifying();
+    void notifying() { ExtractTable::run(); }
     void blocking_data();
     void blocking();
     void record();
     void records();
     void secondRequest();
     void replacedRequest();
-    void deletedInANotification_data();
-    void deletedInANotification();
     void cancelBeforeAnyRequest();
     void slotsByName();
     void floodOfErrors();
@@ -62,20 +50,12 @@ void ExtractTest::notifying_data()
         "ydReadError: Yd extract read error: one|ydReadError: Yd extract read error: two");
     row("text beyond Latin-1 in the log", "", "dump: err WARNING \xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80|exit 2", "",
         "error(-1)", "ydReadError: Yd extract read error: WARNING \xc3\xa9???");
-    row("no JSON", "", "dump: out <html>\\n", "", "finished(||)",
-        "parseWebMediaInfo: JSON reader.parse error: * Line 1, Column 1\n  Syntax error: value, object or array "
-        "expected.\n");
     row("document in three chunks", "", R"(dump: out {"title":|out "a&#38;b \u00e|out 9"}\n{"title":"c"})", "",
         "finished(a&b \xc3\xa9||)");
     row("cancel behind an error", "", "dump: err bad|spawn|hang", "cancel",
         "finished(||bad) error(-1) finished(||bad) error(1)",
         "ydReadError: Yd extract read error: bad|cancel: Cancel getMediaInfo...|"
         "ydProcessError: Yd extract process terminated with error: 1");
-}
-
-void ExtractTest::notifying()
-{
-    ExtractTable::run();
 }
 
 void ExtractTest::blocking_data()
@@ -85,7 +65,6 @@ void ExtractTest::blocking_data()
     row("errors and exit 1 play no part", "", "dump: json Clip 1|err ERROR: no\\n|exit 1", "finished(Clip|1|)");
     row("crash", "", "dump: json Clip 1|kill SIGKILL", "finished(Clip|1|)");
     row("much on standard error", "", "dump: flood 8|json Clip 1", "finished(Clip|1|)");
-    row("no JSON", "", "dump: exit 0", "finished(||)", "parseWebMediaInfo: JSON reader.parse error: ");
     row("interpreter missing", "python=missing", "", "finished(||)",
         "getMediaInfo: Yd extract process finished abnormally: 0|parseWebMediaInfo: JSON reader.parse error: ");
 }
@@ -96,22 +75,18 @@ void ExtractTest::blocking()
     QFETCH(QString, scenario);
     QFETCH(QString, notifications);
     QFETCH(QString, records);
-    TestSandbox stage;
-    const Setup applied(setup, stage);
-    stage.play(scenario);
-    const auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
-    const WebMediaInfo info = extractor->getMediaInfo(Setup::url());
-    QCOMPARE(log.text(), notifications);
+    ExtractRun run(setup, scenario);
+    const WebMediaInfo info = run.worker->getMediaInfo(Setup::url());
+    QCOMPARE(run.log.text(), notifications);
     QCOMPARE(SignalLog::recordText(info), notifications);
     QCOMPARE(info.getUrl(), Setup::url());
     QTest::qWait(30);
-    QCOMPARE(log.text(), notifications);
-    QVERIFY(stage.isQuiet());
+    QCOMPARE(run.log.text(), notifications);
+    QVERIFY(run.stage.isQuiet());
 
     QStringList failures;
-    for (const QString &record : stage.records(LOG_DEBUG)) {
-        if (record.contains(QStringLiteral("abnormally")) || record.contains(QStringLiteral("parse error")))
+    for (const QString &record : run.stage.records(LOG_DEBUG)) {
+        if (record.contains("abnormally"_s) || record.contains("parse error"_s))
             failures.append(record.section(QLatin1Char('*'), 0, 0));
     }
     QCOMPARE(failures.join(QLatin1Char('|')), records);
@@ -120,15 +95,11 @@ void ExtractTest::blocking()
 /** A record is a copy, filled from the whole of the output, and carries the address as the host gave it. */
 void ExtractTest::record()
 {
-    TestSandbox stage;
-    const QString title(300000, QLatin1Char('t'));
-    stage.play(QStringLiteral("dump: long 300000"));
-    const auto extractor = stage.newExtractor();
+    ExtractRun run({}, "dump: long 300000"_s);
     WebMediaInfo seen;
-    QObject::connect(extractor.get(), &WebMediaInfoExtractor::finished, this, [&](WebMediaInfo info) { seen = info; });
-    extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_VERIFY_WITH_TIMEOUT(!seen.getUrl().isNull(), TestSandbox::Patience);
-    QCOMPARE(seen.getTitle(), title);
+    connect(run.worker.get(), &WebMediaInfoExtractor::finished, this, [&](WebMediaInfo info) { seen = info; });
+    run.start();
+    QTRY_COMPARE_WITH_TIMEOUT(seen.getTitle(), QString(300000, QLatin1Char('t')), TestSandbox::Patience);
     QCOMPARE(seen.getUrl(), Setup::url());
     QCOMPARE(seen.getDuration(), qint64(7));
     QVERIFY(seen.isValid());
@@ -136,192 +107,139 @@ void ExtractTest::record()
 
 void ExtractTest::records()
 {
-    TestSandbox stage;
-    stage.play(text("dump: err WARNING: w|out {\"title\":\"\xc3\xa9\",\"duration\":9}"));
-    const auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
-    extractor->getMediaInfoBySignal(text("http://h/\xc3\xa9?v=1&a"));
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), text("finished(\xc3\xa9||WARNING: w)"), TestSandbox::Patience);
+    ExtractRun run({}, "dump: err WARNING: w|out {\"title\":\"\xc3\xa9\",\"duration\":9}"_s);
+    run.worker->getMediaInfoBySignal("http://h/\xc3\xa9?v=1&a"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(\xc3\xa9||WARNING: w)"_s, TestSandbox::Patience);
     // The log's bytes read as Latin-1: texts in UTF-8 show two characters for one.
     const QStringList expected{
-        text("[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/\xc3\x83\xc2\xa9?v=1&a "),
-        text("[INFO] YdExtractor.cpp initYdExtractorCommand: \"APP/python3.10/bin/python3.10\" -X "
-             "pycache_prefix=\"ROOT/cache\" \"ROOT/yt.zip\" --dump-json --no-check-certificate "
-             "http://h/\xc3\x83\xc2\xa9?v=1"),
-        text("[ERROR] YdExtractor.cpp ydReadError: Yd extract read error: WARNING: w"),
-        text("[DEBUG] YdExtractor.cpp ydReadOutputData: http://h/\xc3\x83\xc2\xa9?v=1&a \r\n"
-             "{\"title\":\"\xc3\x83\xc2\xa9\",\"duration\":9} "),
-        text("[DEBUG] YdExtractor.cpp ydReadOutputData: duration : 9"),
+        "[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/\xc3\x83\xc2\xa9?v=1&a "_s,
+        "[INFO] YdExtractor.cpp initYdExtractorCommand: \"APP/python3.10/bin/python3.10\" -X "
+        "pycache_prefix=\"ROOT/cache\" \"ROOT/yt.zip\" --dump-json --no-check-certificate "
+        "http://h/\xc3\x83\xc2\xa9?v=1"_s,
+        "[ERROR] YdExtractor.cpp ydReadError: Yd extract read error: WARNING: w"_s,
+        "[DEBUG] YdExtractor.cpp ydReadOutputData: http://h/\xc3\x83\xc2\xa9?v=1&a \r\n"
+        "{\"title\":\"\xc3\x83\xc2\xa9\",\"duration\":9} "_s,
+        "[DEBUG] YdExtractor.cpp ydReadOutputData: duration : 9"_s,
     };
-    QCOMPARE(stage.records(LOG_DEBUG, true), expected);
+    QCOMPARE(run.stage.records(LOG_DEBUG, true), expected);
 }
 
 /** A request starts from the record that the one before left. */
 void ExtractTest::secondRequest()
 {
-    TestSandbox stage;
-    const auto extractor = stage.newExtractor();
-    stage.play(QStringLiteral("dump: err WARNING|json A 1,2"));
-    const SignalLog log(extractor.get());
-    extractor->getMediaInfoBySignal(QStringLiteral("http://h/a"));
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("finished(A|2,1|WARNING)"), TestSandbox::Patience);
-    stage.play(QStringLiteral("dump: json B 3"));
-    QCOMPARE(SignalLog::recordText(extractor->getMediaInfo(QStringLiteral("http://h/b"))),
-             QStringLiteral("finished(B|3,2,1|WARNING)"));
-    stage.play(QStringLiteral("dump: out none"));
-    const WebMediaInfo info = extractor->getMediaInfo(QStringLiteral("http://h/c"));
-    QCOMPARE(SignalLog::recordText(info), QStringLiteral("finished(B|3,2,1|WARNING)"));
-    QCOMPARE(info.getUrl(), QStringLiteral("http://h/c"));
+    ExtractRun run({}, "dump: err WARNING|json A 1,2"_s);
+    run.worker->getMediaInfoBySignal("http://h/a"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(A|2,1|WARNING)"_s, TestSandbox::Patience);
+    run.stage.play("dump: json B 3"_s);
+    QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo("http://h/b"_s)), "finished(B|3,2,1|WARNING)"_s);
+    run.stage.play("dump: out none"_s);
+    const WebMediaInfo info = run.worker->getMediaInfo("http://h/c"_s);
+    QCOMPARE(SignalLog::recordText(info), "finished(B|3,2,1|WARNING)"_s);
+    QCOMPARE(info.getUrl(), "http://h/c"_s);
     QCOMPARE(info.getDuration(), qint64(7));
 }
 
 /** A request while one runs takes its place: the earlier process is ended and says nothing more. */
 void ExtractTest::replacedRequest()
 {
-    TestSandbox stage;
-    const auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
+    ExtractRun run;
     for (const bool isBlocking : {false, true}) {
-        stage.play(QStringLiteral("dump: spawn|hang"));
-        QFile::remove(stage.path(QStringLiteral("notes/mark.hang.dump")));
-        extractor->getMediaInfoBySignal(QStringLiteral("http://h/a"));
-        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(QStringLiteral("dump")), TestSandbox::Patience);
-        stage.play(QStringLiteral("dump: json B 3"));
+        run.stage.play("dump: spawn|hang"_s);
+        QFile::remove(run.stage.path("notes/mark.hang.dump"_s));
+        run.worker->getMediaInfoBySignal("http://h/a"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(run.stage.hangs("dump"_s), TestSandbox::Patience);
+        run.stage.play("dump: json B 3"_s);
         if (isBlocking)
-            extractor->getMediaInfo(QStringLiteral("http://h/b"));
+            run.worker->getMediaInfo("http://h/b"_s);
         else
-            extractor->getMediaInfoBySignal(QStringLiteral("http://h/b"));
-        const QString expected =
-            isBlocking ? QStringLiteral("finished(B|3|) finished(B|3,3|)") : QStringLiteral("finished(B|3|)");
-        QTRY_COMPARE_WITH_TIMEOUT(log.text(), expected, TestSandbox::Patience);
-        QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
-        QTest::qWait(30);
-        QCOMPARE(log.text(), expected);
+            run.worker->getMediaInfoBySignal("http://h/b"_s);
+        const QString expected = isBlocking ? "finished(B|3|) finished(B|3,3|)"_s : "finished(B|3|)"_s;
+        QCOMPARE(run.log.settled(expected), expected);
+        QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), TestSandbox::GraceAfterKill);
+        QCOMPARE(run.log.text(), expected);
     }
-    QCOMPARE(stage.errors(), QString());
-}
-
-void ExtractTest::deletedInANotification_data()
-{
-    const TextTable row{"scenario", "moment", "notifications"};
-    row("success", "", "finished", "finished(Clip|137,140|)");
-    row("error text", "dump: err bad|spawn|hang", "finished", "finished(||bad)");
-    row("error text, second notification", "dump: err bad|spawn|hang", "error", "finished(||bad) error(-1)");
-    row("crash", "dump: kill SIGKILL", "finished", "finished(||)");
-    row("exit 1", "dump: exit 1", "error", "error(-1)");
-}
-
-void ExtractTest::deletedInANotification()
-{
-    QFETCH(QString, scenario);
-    QFETCH(QString, moment);
-    QFETCH(QString, notifications);
-    TestSandbox stage;
-    stage.play(scenario);
-    auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
-    const auto respond = [&](const char *notification) {
-        if (moment == QLatin1String(notification))
-            extractor.reset();
-    };
-    connect(extractor.get(), &WebMediaInfoExtractor::finished, this, [&] { respond("finished"); });
-    connect(extractor.get(), &WebMediaInfoExtractor::error, this, [&] { respond("error"); });
-    extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), notifications, TestSandbox::Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
-    QTest::qWait(30);
-    QCOMPARE(log.text(), notifications);
+    QCOMPARE(run.stage.errors(), QString());
 }
 
 void ExtractTest::cancelBeforeAnyRequest()
 {
-    const TestSandbox stage;
-    const auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
-    extractor->cancel();
+    ExtractRun run;
+    run.worker->cancel();
     QTest::qWait(30);
-    QCOMPARE(log.text(), QString());
-    QCOMPARE(stage.records(LOG_DEBUG, true),
-             QStringList(QStringLiteral("[ERROR] YdExtractor.cpp cancel: Cancel getMediaInfo...")));
+    QCOMPARE(run.log.text(), QString());
+    QCOMPARE(run.stage.records(LOG_DEBUG, true),
+             QStringList("[ERROR] YdExtractor.cpp cancel: Cancel getMediaInfo..."_s));
 }
 
 /** What can be called through the meta-object must not need a request; a process's error number passes unchanged. */
 void ExtractTest::slotsByName()
 {
-    const TestSandbox stage;
-    const auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
+    ExtractRun run;
     for (const char *slot : {"ydReadOutputData", "ydReadError"})
-        QVERIFY(QMetaObject::invokeMethod(extractor.get(), slot));
+        QVERIFY(QMetaObject::invokeMethod(run.worker.get(), slot));
     for (const int exitCode : {0, 1}) {
-        QVERIFY(QMetaObject::invokeMethod(extractor.get(), "ydFinished", Q_ARG(int, exitCode),
+        QVERIFY(QMetaObject::invokeMethod(run.worker.get(), "ydFinished", Q_ARG(int, exitCode),
                                           Q_ARG(QProcess::ExitStatus, QProcess::NormalExit)));
     }
     for (const auto error : {QProcess::Timedout, QProcess::UnknownError})
-        QVERIFY(QMetaObject::invokeMethod(extractor.get(), "ydProcessError", Q_ARG(QProcess::ProcessError, error)));
-    QCOMPARE(log.text(), QStringLiteral("finished(||) error(2) finished(||) error(5)"));
+        QVERIFY(QMetaObject::invokeMethod(run.worker.get(), "ydProcessError", Q_ARG(QProcess::ProcessError, error)));
+    QCOMPARE(run.log.text(), "finished(||) error(2) finished(||) error(5)"_s);
 }
 
 /** How many chunks 50 MB come in is the machine's affair; each is a pair. */
 void ExtractTest::floodOfErrors()
 {
-    TestSandbox stage;
-    stage.play(QStringLiteral("dump: flood 50|json Clip 1"));
-    const auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
-    extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_VERIFY_WITH_TIMEOUT(log.text().contains(QStringLiteral("Clip")), 2 * TestSandbox::Patience);
-    static const QRegularExpression pairs(
-        QStringLiteral("^(finished\\(\\|\\|~+\\) error\\(-1\\) )+finished\\(Clip\\|1\\|~+\\)$"));
-    QVERIFY2(pairs.match(log.text()).hasMatch(), qPrintable(log.text().left(300)));
-    QCOMPARE(log.text().count(QLatin1Char('~')) / (1 << 20), 50);
-    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::Patience);
+    ExtractRun run({}, "dump: flood 50|json Clip 1"_s);
+    run.start();
+    QTRY_VERIFY_WITH_TIMEOUT(run.log.text().contains("Clip"_s), 2 * TestSandbox::Patience);
+    static const QRegularExpression pairs("^(finished\\(\\|\\|~+\\) error\\(-1\\) )+finished\\(Clip\\|1\\|~+\\)$"_s);
+    QVERIFY2(pairs.match(run.log.text()).hasMatch(), qPrintable(run.log.text().left(300)));
+    QCOMPARE(run.log.text().count(QLatin1Char('~')) / (1 << 20), 50);
+    QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), TestSandbox::Patience);
 }
 
 /** The tool's words of this request alone, to the end, also those that give no notification. */
 void ExtractTest::errorDetail()
 {
-    TestSandbox stage;
-    const auto extractor = stage.newExtractor();
-    const SignalLog log(extractor.get());
-    QCOMPARE(extractor->errorDetail(), QString());
+    ExtractRun run;
+    QCOMPARE(run.worker->errorDetail(), QString());
     QString inNotification;
-    connect(extractor.get(), &WebMediaInfoExtractor::error, this, [&] { inNotification = extractor->errorDetail(); });
-    stage.play(text("dump: err WARNING: \xc3\xa9\\n|err ERROR: no\\n|exit 1"));
-    extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(QStringLiteral("error(-1) error(-1)")), TestSandbox::Patience);
-    QCOMPARE(inNotification, text("WARNING: \xc3\xa9\nERROR: no\n"));
+    connect(run.worker.get(), &WebMediaInfoExtractor::error, this, [&] { inNotification = run.worker->errorDetail(); });
+    run.stage.play("dump: err WARNING: \xc3\xa9\\n|err ERROR: no\\n|exit 1"_s);
+    run.start();
+    QTRY_VERIFY_WITH_TIMEOUT(run.log.text().endsWith("error(-1) error(-1)"_s), TestSandbox::Patience);
+    QCOMPARE(inNotification, "WARNING: \xc3\xa9\nERROR: no\n"_s);
 
-    stage.play(QStringLiteral("dump: hang"));
-    extractor->getMediaInfoBySignal(Setup::url());
-    QCOMPARE(extractor->errorDetail(), QString());
-    stage.play(QStringLiteral("dump: err WARNING\\n|json A 1"));
-    extractor->getMediaInfoBySignal(Setup::url());
-    QTRY_COMPARE_WITH_TIMEOUT(extractor->errorDetail(), QStringLiteral("WARNING\n"), TestSandbox::Patience);
-    extractor->getMediaInfo(Setup::url());
-    QCOMPARE(extractor->errorDetail(), QString());
+    run.stage.play("dump: hang"_s);
+    run.start();
+    QCOMPARE(run.worker->errorDetail(), QString());
+    run.stage.play("dump: err WARNING\\n|json A 1"_s);
+    run.start();
+    QTRY_COMPARE_WITH_TIMEOUT(run.worker->errorDetail(), "WARNING\n"_s, TestSandbox::Patience);
+    run.worker->getMediaInfo(Setup::url());
+    QCOMPARE(run.worker->errorDetail(), QString());
 }
 
 /** The program goes on when the thread ends that has started it. */
 void ExtractTest::startedOnAnotherThread()
 {
     TestSandbox stage;
-    stage.play(QStringLiteral("dump: mark there|wait go|json Clip 1"));
+    stage.play("dump: mark there|wait go|json Clip 1"_s);
     std::unique_ptr<WebMediaInfoExtractor> extractor;
     QThread *const here = QThread::currentThread();
     bool isStarted = false;
     const std::unique_ptr<QThread> thread(QThread::create([&] {
         extractor = stage.newExtractor();
         extractor->getMediaInfoBySignal(Setup::url());
-        isStarted = QTest::qWaitFor([&] { return stage.isMarked(QStringLiteral("there")); }, TestSandbox::Patience);
+        isStarted = QTest::qWaitFor([&] { return stage.isMarked("there"_s); }, TestSandbox::Patience);
         extractor->moveToThread(here);
     }));
     thread->start();
     QVERIFY(thread->wait(2UL * TestSandbox::Patience));
     QVERIFY(isStarted);
     const SignalLog log(extractor.get());
-    stage.mark(QStringLiteral("go"));
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), QStringLiteral("finished(Clip|1|)"), TestSandbox::Patience);
+    stage.mark("go"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(log.text(), "finished(Clip|1|)"_s, TestSandbox::Patience);
 }
 
 NOX_TEST_MAIN(ExtractTest)
