@@ -3,11 +3,11 @@
 #include <nox/parse/JsonHelper.h>
 #include <nox/parse/YdOutputParser.h>
 #include <nox/parse/YdStatusLines.h>
+#include <nox/util/Utilities.h>
 #include <tests/util/Rows.h>
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -46,11 +46,7 @@ QString profileTexts(const WebMediaInfo &page)
 {
     QStringList result;
     for (const MediaProfile &profile : page.getMediaProfileList()) {
-        const bool video = profile.getMediaType() == MEDIA_TYPE_VIDEO;
-        const bool audio = profile.getMediaType() == MEDIA_TYPE_AUDIO;
-        const QString kind = (video       ? "video"_s
-                                  : audio ? "audio"_s
-                                          : "unknown"_s)
+        const QString kind = QStringList{"video"_s, "audio"_s, "2"_s, "unknown"_s}.at(profile.getMediaType())
             + (profile.isDash() ? "d"_s : ""_s) + (profile.is3D() ? "3"_s : ""_s);
         result.append(profile.getFormat() + " "_s + MediaInfo::resolutionStringX(profile.getVResolution()) + " "_s
                       + kind + " "_s + profile.getOriResStr() + " "_s + QString::number(profile.getABitRate()));
@@ -64,38 +60,6 @@ QString names(const WebMediaInfo &page)
     for (const MediaProfile &profile : page.getMediaProfileList())
         result += profile.getName() + ","_s;
     return result;
-}
-
-QRegularExpression pattern(const QString &text)
-{
-    return QRegularExpression(
-        text, QRegularExpression::DotMatchesEverythingOption | QRegularExpression::UseUnicodePropertiesOption);
-}
-
-/** A text out of status lines, a few of their pieces changed. */
-QString randomStatusText(QRandomGenerator &random)
-{
-    const auto split = [](const QString &text) { return text.split(QLatin1Char('|')); };
-    static const QStringList pieces =
-        split("[download]|[download] | |45|.|3|%|of|12.34|MiB|at|1.23|/|s|/s|\n|\r|t|-|a|٣|"
-              "\u00a0|é|~|😀|ETA|ETA | Destination: | has already been downloaded| has already been downloaded "_s);
-    static const QList<QStringList> lines = {
-        split("[download]| |45|.|3|%| |of| |12.34|MiB| |at| |1.23|MiB|/|s| |ETA| |45"_s),
-        split("[download]| Destination: |a|t|.|a|.|45"_s), split("[download]| |a|.|t| has already been downloaded"_s)};
-    QString text;
-    for (int count = 1 + random.bounded(3); count > 0; --count) {
-        QStringList line = lines.at(random.bounded(3));
-        for (int changes = random.bounded(4); changes > 0; --changes) {
-            const int place = random.bounded(int(line.size()));
-            const int change = random.bounded(3); // remove, insert or replace
-            if (change > 0)
-                line.insert(place, pieces.at(random.bounded(int(pieces.size()))));
-            if (change != 1)
-                line.removeAt(place + (change > 0 ? 1 : 0));
-        }
-        text += line.join(QString()) + (random.bounded(3) > 0 ? "\n"_s : ""_s);
-    }
-    return text;
 }
 
 } // namespace
@@ -178,27 +142,21 @@ private Q_SLOTS:
 
     void scriptFiles_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("empty") << QByteArray() << QString();
-        QTest::newRow("three bytes") << QByteArray("abc") << QString();
-        QTest::newRow("only the mark") << QByteArray("\xEF\xBB\xBF") << QString();
-        QTest::newRow("mark and one byte") << QByteArray("\xEF\xBB\xBFx") << "x"_s;
-        QTest::newRow("no mark") << QByteArray("aé\r\nb") << "aé\r\nb"_s;
-        QTest::newRow("zero byte") << QByteArray("\xEF\xBB\xBFx\0y", 6) << "x"_s;
-        QTest::newRow("zero byte without mark") << QByteArray("abcd\0y", 6) << "abcd"_s;
+        // A file of fewer than four bytes, or with nothing behind the byte-order mark "^", holds no text.
+        rows({"bytes", "text"},
+             {" -> (null)"_s, "abc -> (null)"_s, "^ -> (null)"_s, "^x -> x"_s, "aé\r\nb -> aé\r\nb"_s, "^x\0y -> x"_s,
+              "abcd\0y -> abcd"_s});
     }
 
     void scriptFiles()
     {
-        QFETCH(QByteArray, bytes);
+        QFETCH(QString, bytes);
         QFETCH(QString, text);
         QFile file(path("script"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes.toUtf8().replace('^', "\xEF\xBB\xBF")) >= 0);
         file.close();
         const QString actual = JsonHelper::readUtf8Script(path("script"_s));
-        QCOMPARE(actual, text);
-        QCOMPARE(actual.isNull(), text.isNull());
+        QCOMPARE(actual.isNull() ? "(null)"_s : actual, text);
     }
 
     void writtenScripts()
@@ -281,23 +239,35 @@ private Q_SLOTS:
 
     void unreadablePages_data()
     {
+        const QString documents =
+            "|ERROR: [generic] no such page|%s%n|{'title':'x'|{'title':'x|{'title':'a&#34;b'}|{'title':'a\\u0022b'}|"
+            "{'title':'a\\\\u0041'}|{'title':nope,'duration':1}|{'a':%s}|{'a':1,}|{'a' 1}|{'a':1e400}|[1 2]|"
+            "{'a':'\\ud83d' 1}|\uFEFF{'a':1|{'é':\n'x\n}"_s;
         rows({"document"},
-             {""_s, "ERROR: [generic] no such page"_s, "%s%n"_s, "{'title':'x'"_s, "{'title':'x"_s,
-              "{'title':'a&#34;b'}"_s, R"({'title':'a\u0022b'})"_s, R"({'title':'a\\u0041'})"_s,
-              "{'title':nope,'duration':1}"_s, "["_s.repeated(100000), "["_s.repeated(100000) + "]"_s.repeated(100000),
-              "{'title':'x','formats':"_s + "{'a':"_s.repeated(100000)});
+             documents.split(QLatin1Char('|'))
+                 + QStringList{"["_s.repeated(100000), "["_s.repeated(100000) + "]"_s.repeated(100000),
+                               "{'title':'x','formats':"_s + "{'a':"_s.repeated(100000)});
     }
 
     void unreadablePages()
     {
         QFETCH(QString, document);
+        document = json(document);
         WebMediaInfo info = earlierPage();
-        const QString log = parseInto(info, json(document));
+        const QString log = parseInto(info, document);
         static const QRegularExpression record("^\n.{21} \\[ERROR\\]  parseWebMediaInfo  YdOutputParser\\.cpp"
                                                "\\(line\\d+\\) :\nJSON reader\\.parse error: \\S"_s);
         QVERIFY2(record.match(log).hasMatch(), qPrintable(log.left(300)));
         QCOMPARE(int(log.count("YdOutputParser.cpp"_s)), 1);
         QCOMPARE(pageText(info) + names(info), "T|F|9|Uold,"_s);
+        if (document.size() > 1000) // which the reader gives up
+            return;
+        Json::Reader reader;
+        Json::Value root;
+        const QString read = Utilities::convertHttpSpecificChar2(Utilities::convertHttpSpecificChar(document));
+        QVERIFY(!reader.parse(read.toUtf8().toStdString(), root, false));
+        const QString message = QString::fromStdString(reader.getFormattedErrorMessages());
+        QVERIFY2(log.endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s), qPrintable(log));
     }
 
     // The reader that decides what a page says is asked for few pages. The other one must change nothing.
@@ -377,29 +347,6 @@ private Q_SLOTS:
             QCOMPARE(names(page), names(expected));
             QCOMPARE(log.isEmpty(), expectedLog.isEmpty());
         }
-    }
-
-    void readerMessageIsLogged_data()
-    {
-        rows({"document"},
-             {"{'a':%s}"_s, "{'a':'b"_s, "{'a':1,}"_s, "{'a' 1}"_s, "{'a':1e400}"_s, "[1 2]"_s, R"({'a':'\ud83d'})"_s,
-              "\uFEFF{}"_s, "\uFEFF{'a':1"_s, "{'é':\n'x\n}"_s});
-    }
-
-    void readerMessageIsLogged()
-    {
-        QFETCH(QString, document);
-        document = json(document);
-        Json::Reader reader;
-        Json::Value root;
-        // An escape of half a character has become a question mark by then.
-        const QByteArray read = QString(document).replace(R"(\ud83d)"_s, "?"_s).toUtf8();
-        const bool isRead = reader.parse(read.toStdString(), root, false);
-        const QString message = QString::fromStdString(reader.getFormattedErrorMessages());
-        WebMediaInfo info;
-        const QString log = parseInto(info, document);
-        QCOMPARE(log.isEmpty(), isRead);
-        QVERIFY2(isRead || log.endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s), qPrintable(log));
     }
 
     void debugMessages()
@@ -570,38 +517,33 @@ private Q_SLOTS:
         QCOMPARE(QStringLiteral("%1 %2 %3").arg(total).arg(finish).arg(speed), counts);
     }
 
-    void matchersAgreeWithPatterns()
+    void fileNames_data()
     {
-        const auto progressLine = pattern("\\[download\\]\\s*(\\d+(\\.\\d+)?)%\\s*of\\s*((\\d+(\\.\\d+)?)\\w*)\\s*at"
-                                          "\\s*([^\\s\n\r]*/s)\\s*ETA"_s);
-        const auto destination = pattern("\\[download\\] Destination: (([^\r\n]+)\\.([^\r\n]*))"_s);
-        const auto downloaded = pattern(R"(\[download\] (.*) has already been downloaded\s)"_s);
-        QRandomGenerator random(42);
-        int found[3] = {};
-        constexpr int rounds = 20000;
-        for (int round = 0; round < rounds; ++round) {
-            const QString text = randomStatusText(random);
-            const QByteArray shown = text.toUtf8().replace('\n', "\\n").replace('\r', "\\r");
-            QRegularExpressionMatch match = progressLine.match(text);
-            const auto line = YdStatusLines::findProgress(text);
-            QVERIFY2(line.has_value() == match.hasMatch(), shown.constData());
-            QVERIFY2(!line || line->percentage.toString() == match.captured(1), shown.constData());
-            QVERIFY2(!line || line->size.toString() == match.captured(3), shown.constData());
-            QVERIFY2(!line || line->speed.toString() == match.captured(6), shown.constData());
-            match = destination.match(text);
-            const auto name = YdStatusLines::findDestination(text);
-            QVERIFY2(name.has_value() == match.hasMatch(), shown.constData());
-            QVERIFY2(!name || name->toString() == match.captured(1), shown.constData());
-            match = downloaded.match(text);
-            const auto there = YdStatusLines::findAlreadyDownloaded(text);
-            QVERIFY2(there.has_value() == match.hasMatch(), shown.constData());
-            QVERIFY2(!there || there->toString() == match.captured(1), shown.constData());
-            found[0] += line ? 1 : 0;
-            found[1] += name ? 1 : 0;
-            found[2] += there ? 1 : 0;
-        }
-        for (const int count : found)
-            QVERIFY2(count > rounds / 20 && count < rounds * 9 / 10, QByteArray::number(count).constData());
+        // What a "Destination" line names, and what is said to be there already.
+        rows({"text", "destination", "downloaded"},
+             {"[download] Destination: a.mp4\n -> a.mp4 -> none"_s, "[download] Destination: a.b.\n -> a.b. -> none"_s,
+              "[download] Destination: .a -> none -> none"_s,
+              "[download] Destination: a\n[download] Destination: b.c\r. -> b.c -> none"_s,
+              "[download] Destination: [download] Destination: a.b -> [download] Destination: a.b -> none"_s,
+              "[download] Destination:a.b [Download] Destination: a.b -> none -> none"_s,
+              "[download] a has already been downloaded\n -> none -> a"_s,
+              "[download] a\n[download] b has already been downloaded\u2028 -> none -> a\n[download] b"_s,
+              "[download] a has already been downloaded has already been downloaded . -> none -> "
+              "a has already been downloaded"_s,
+              "[download]  has already been downloaded  -> none -> "_s,
+              "[download] a has already been downloaded -> none -> none"_s,
+              "[download] a has already been downloaded_\n -> none -> none"_s,
+              "a has already been downloaded\n[download] b -> none -> none"_s});
+    }
+
+    void fileNames()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, destination);
+        QFETCH(QString, downloaded);
+        const auto shown = [](std::optional<QStringView> found) { return found ? found->toString() : "none"_s; };
+        QCOMPARE(shown(YdStatusLines::findDestination(text)), destination);
+        QCOMPARE(shown(YdStatusLines::findAlreadyDownloaded(text)), downloaded);
     }
 
     void matchersFinishOnLongTexts()
