@@ -3,6 +3,7 @@
 #include "tests/support/SignalLog.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/TestSandbox.h"
+#include "tests/util/Rows.h"
 
 #include <nox/front/WebMediaDownloaderFactory.h>
 #include <nox/model/MediaList.h>
@@ -46,18 +47,17 @@ private:
 void EndToEndTest::initTestCase_data()
 {
     QTest::addColumn<QString>("tool");
-    QTest::newRow("with its front") << QStringLiteral("yt.zip");
-    QTest::newRow("plain") << QStringLiteral("plain-yt.zip");
+    QTest::newRow("with its front") << "yt.zip"_s;
+    QTest::newRow("plain") << "plain-yt.zip"_s;
 }
 
 void EndToEndTest::initTestCase()
 {
     QVERIFY(m_page.serve());
-    Logger::init(m_root.filePath(QStringLiteral("library.log")).toStdString(), LOG_DEBUG, LOG_OUT_FILE);
-    QVERIFY(QDir(m_root.path()).mkdir(QStringLiteral("my videos")));
+    Logger::init(m_root.filePath("library.log"_s).toStdString(), LOG_DEBUG, LOG_OUT_FILE);
+    QVERIFY(QDir(m_root.path()).mkdir("my videos"_s));
     QCOMPARE(QProcess::execute(QStringLiteral(NOX_SCRIPTS "/make-tool-archive.py"),
-                               {QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("plain-yt.zip")),
-                                QStringLiteral("--plain")}),
+                               {QDir(QCoreApplication::applicationDirPath()).filePath("plain-yt.zip"_s), "--plain"_s}),
              0);
     m_childCount = Processes::children().size();
 }
@@ -67,27 +67,24 @@ void EndToEndTest::init()
     QFETCH_GLOBAL(QString, tool);
     m_tool = QDir(QCoreApplication::applicationDirPath()).filePath(tool);
     for (const QString &file : filesLeft()) // of the run with the other tool
-        QVERIFY(QFile::remove(m_root.filePath(QStringLiteral("my videos/") + file)));
+        QVERIFY(QFile::remove(m_root.filePath("my videos/"_s + file)));
 }
 
 std::unique_ptr<WebMediaInfoExtractor> EndToEndTest::newExtractor() const
 {
     auto *const factory = WebMediaDownloaderFactory::instance();
-    return std::unique_ptr<WebMediaInfoExtractor>(
-        factory->createExtractor(m_tool, m_root.filePath(QStringLiteral("byte code"))));
+    return std::unique_ptr<WebMediaInfoExtractor>(factory->createExtractor(m_tool, m_root.filePath("byte code"_s)));
 }
 
 std::unique_ptr<WebMediaDownloader> EndToEndTest::newDownloader() const
 {
     auto *const factory = WebMediaDownloaderFactory::instance();
-    return std::unique_ptr<WebMediaDownloader>(
-        factory->createDownloader(m_tool, m_root.filePath(QStringLiteral("byte code"))));
+    return std::unique_ptr<WebMediaDownloader>(factory->createDownloader(m_tool, m_root.filePath("byte code"_s)));
 }
 
 QStringList EndToEndTest::filesLeft() const
 {
-    return QDir(m_root.filePath(QStringLiteral("my videos")))
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    return QDir(m_root.filePath("my videos"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
 void EndToEndTest::extraction()
@@ -99,26 +96,25 @@ void EndToEndTest::extraction()
     QTRY_VERIFY_WITH_TIMEOUT(info.isValid(), Patience);
 
     QCOMPARE(info.getUrl(), m_page.url());
-    QVERIFY2(info.getTitle().startsWith(QString::fromUtf8("Open the café/bar? A clip")), qPrintable(info.getTitle()));
-    QVERIFY2(info.getFileName().startsWith(QString::fromUtf8("Open the café bar  A clip")),
-             qPrintable(info.getFileName()));
-    QCOMPARE(info.getThumbnailUrl(), m_page.url() + QStringLiteral("mqdefault.jpg"));
-    QVERIFY2(info.errorDetail().isEmpty() || info.errorDetail().startsWith(QLatin1String("WARNING")),
+    QVERIFY2(info.getTitle().startsWith("Open the café/bar? A clip"_s), qPrintable(info.getTitle()));
+    QVERIFY2(info.getFileName().startsWith("Open the café bar  A clip"_s), qPrintable(info.getFileName()));
+    QCOMPARE(info.getThumbnailUrl(), m_page.url() + "mqdefault.jpg"_s);
+    QVERIFY2(info.errorDetail().isEmpty() || info.errorDetail().startsWith("WARNING"_s),
              qPrintable(info.errorDetail()));
 
     info.sortProfileDesc();
     const QList<MediaProfile> profiles = info.getMediaProfileList();
     QCOMPARE(profiles.size(), 2);
     m_video = profiles.first();
-    QCOMPARE(m_video.getName(), QStringLiteral("137"));
+    QCOMPARE(m_video.getName(), "137"_s);
     QCOMPARE(m_video.getMediaType(), MEDIA_TYPE_VIDEO);
-    QCOMPARE(m_video.getFormat(), QStringLiteral("MP4"));
+    QCOMPARE(m_video.getFormat(), "MP4"_s);
     QCOMPARE(m_video.getVResolution(), QSize(640, 360));
-    QCOMPARE(m_video.resolutionStringEx(), QStringLiteral("640X360"));
+    QCOMPARE(m_video.resolutionStringEx(), "640X360"_s);
     QVERIFY(m_video.isDash() && !m_video.is3D());
-    const MediaProfile audio = MediaListGetStreamByYdCode(profiles, QStringLiteral("140"));
+    const MediaProfile audio = MediaListGetStreamByYdCode(profiles, "140"_s);
     QCOMPARE(audio.getMediaType(), MEDIA_TYPE_AUDIO);
-    QCOMPARE(audio.getFormat(), QStringLiteral("M4A"));
+    QCOMPARE(audio.getFormat(), "M4A"_s);
     QVERIFY(audio.isDash());
 }
 
@@ -126,49 +122,46 @@ void EndToEndTest::missingPage()
 {
     const auto extractor = newExtractor();
     const SignalLog log(extractor.get());
-    extractor->getMediaInfoBySignal(m_page.url() + QStringLiteral("missing"));
-    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(QStringLiteral(") error(-1) error(-1)")), Patience);
-    QVERIFY2(log.text().contains(QStringLiteral("ERROR")), qPrintable(log.text()));
-    QVERIFY2(log.text().contains(QStringLiteral("404")), qPrintable(log.text()));
+    extractor->getMediaInfoBySignal(m_page.url() + "missing"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(") error(-1) error(-1)"_s), Patience);
+    QVERIFY2(log.text().contains("ERROR"_s), qPrintable(log.text()));
+    QVERIFY2(log.text().contains("404"_s), qPrintable(log.text()));
 }
 
 void EndToEndTest::download()
 {
     QVERIFY(m_video.isValid()); // as the extraction found it
     MediaProfile video = m_video;
-    video.setPreferredDashAudioYdCode(QStringLiteral("140"));
-    const QString file = m_root.filePath(QString::fromUtf8("my videos/café 1.mp4"));
+    video.setPreferredDashAudioYdCode("140"_s);
+    const QString file = m_root.filePath("my videos/café 1.mp4"_s);
     const auto downloader = newDownloader();
     const SignalLog log(downloader.get());
     downloader->download(m_page.url(), video, file);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        log.text().endsWith(QStringLiteral("finished")) || log.text().contains(QStringLiteral("error")), Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith("finished"_s) || log.text().contains("error"_s), Patience);
     const QStringList notifications = log.text().split(QLatin1Char(' '));
-    QCOMPARE(notifications.first(), QStringLiteral("started"));
-    QCOMPARE(notifications.last(), QStringLiteral("finished"));
-    QCOMPARE(notifications.count(QStringLiteral("started")), 2);
-    QVERIFY2(notifications.indexOf(QStringLiteral("started"), 1) > 3, qPrintable(log.text())); // with progress between
-    QVERIFY2(notifications.at(notifications.size() - 2).endsWith(QLatin1String(",0)")), qPrintable(log.text()));
+    QCOMPARE(notifications.first(), "started"_s);
+    QCOMPARE(notifications.last(), "finished"_s);
+    QCOMPARE(notifications.count("started"_s), 2);
+    QVERIFY2(notifications.indexOf("started"_s, 1) > 3, qPrintable(log.text())); // with progress between
+    QVERIFY2(notifications.at(notifications.size() - 2).endsWith(",0)"_s), qPrintable(log.text()));
 
-    QCOMPARE(filesLeft(), QStringList(QString::fromUtf8("café 1.mp4")));
+    QCOMPARE(filesLeft(), QStringList("café 1.mp4"_s));
     QProcess probe;
-    probe.start(QStringLiteral("ffprobe"),
-                {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
-                 QStringLiteral("stream=codec_type,codec_name"), QStringLiteral("-of"), QStringLiteral("csv=p=0"),
-                 file});
+    probe.start("ffprobe"_s,
+                {"-v"_s, "error"_s, "-show_entries"_s, "stream=codec_type,codec_name"_s, "-of"_s, "csv=p=0"_s, file});
     QVERIFY(probe.waitForFinished(Patience));
-    QCOMPARE(QString::fromUtf8(probe.readAllStandardOutput()), QStringLiteral("h264,video\naac,audio\n"));
+    QCOMPARE(QString::fromUtf8(probe.readAllStandardOutput()), "h264,video\naac,audio\n"_s);
 }
 
 void EndToEndTest::cancelledDownload()
 {
     const auto downloader = newDownloader();
     const SignalLog log(downloader.get());
-    downloader->download(m_page.url(), m_video, m_root.filePath(QStringLiteral("my videos/b.mp4")));
-    QTRY_VERIFY_WITH_TIMEOUT(log.text().contains(QStringLiteral("progress")), Patience);
+    downloader->download(m_page.url(), m_video, m_root.filePath("my videos/b.mp4"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().contains("progress"_s), Patience);
     QVERIFY2(!filesLeft().isEmpty(), "the tool writes beside the destination");
     downloader->cancel();
-    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(QStringLiteral(" error(-1)")), TestSandbox::GraceAfterKill);
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(" error(-1)"_s), TestSandbox::GraceAfterKill);
     QTRY_COMPARE_WITH_TIMEOUT(Processes::children().size(), m_childCount, TestSandbox::GraceAfterKill);
     QCOMPARE(filesLeft(), QStringList());
 }

@@ -3,6 +3,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/support/TestSandbox.h"
 #include "tests/support/TextTable.h"
+#include "tests/util/Rows.h"
 
 #include <nox/front/ToolEnvironment.h>
 #include <nox/front/WebMediaDownloaderFactory.h>
@@ -62,7 +63,7 @@ bool FrontTest::isMethod(const QMetaObject *meta, int index, const QString &text
     QStringList names;
     for (const QByteArray &name : method.parameterNames())
         names.append(QString::fromLatin1(name));
-    const bool isKind = words.first() == QLatin1String("signal")
+    const bool isKind = words.first() == "signal"_s
         ? method.methodType() == QMetaMethod::Signal
         : method.methodType() == QMetaMethod::Slot && method.access() == QMetaMethod::Protected;
     return isKind && method.returnType() == QMetaType::Void && names == words.mid(2)
@@ -102,7 +103,7 @@ void FrontTest::metaObjects()
     QFETCH(QString, parent);
     QFETCH(QString, methods);
     const QString name = QString::fromLatin1(QTest::currentDataTag());
-    const bool isDownloader = kind.startsWith(QLatin1String("downloader"));
+    const bool isDownloader = kind.startsWith("downloader"_s);
     const QStringList expected = methods.split(QLatin1Char('\n'));
 
     const TestSandbox stage;
@@ -111,8 +112,7 @@ void FrontTest::metaObjects()
         worker = stage.newDownloader();
     else
         worker = stage.newExtractor();
-    const QMetaObject *meta =
-        kind.endsWith(QLatin1String("interface")) ? worker->metaObject()->superClass() : worker->metaObject();
+    const QMetaObject *meta = kind.endsWith("interface"_s) ? worker->metaObject()->superClass() : worker->metaObject();
     QCOMPARE(QString::fromLatin1(meta->className()), name);
     QCOMPARE(QString::fromLatin1(meta->superClass()->className()), parent);
 
@@ -134,13 +134,8 @@ void FrontTest::factory()
     const TestSandbox stage;
     auto *const factory = WebMediaDownloaderFactory::instance();
     QCOMPARE(WebMediaDownloaderFactory::instance(), factory);
-    const auto first = stage.newDownloader();
-    const auto second = stage.newDownloader();
-    const auto extractor = stage.newExtractor();
-    QVERIFY(first != second);
-    QVERIFY(!first->parent() && !extractor->parent());
-    QCOMPARE(GetPythonExecPath(),
-             QCoreApplication::applicationDirPath() + QStringLiteral("/python3.10/bin/python3.10"));
+    QVERIFY(!stage.newDownloader()->parent() && !stage.newExtractor()->parent());
+    QCOMPARE(GetPythonExecPath(), QCoreApplication::applicationDirPath() + "/python3.10/bin/python3.10"_s);
 }
 
 void FrontTest::errorTail_data()
@@ -151,14 +146,14 @@ void FrontTest::errorTail_data()
     const QString shown = QString::fromUtf8(euro);
     QTest::newRow("nothing") << QByteArrayList() << QString();
     QTest::newRow("a character in two outputs")
-        << QByteArrayList{"a\xe2", "\x82\xac", "b"} << QStringLiteral("a") + shown + QLatin1Char('b');
-    QTest::newRow("zero byte") << QByteArrayList{QByteArray("a\0b", 3)} << QString(QStringLiteral("a\0b"));
+        << QByteArrayList{"a\xe2", "\x82\xac", "b"} << "a"_s + shown + QLatin1Char('b');
+    QTest::newRow("zero byte") << QByteArrayList{QByteArray("a\0b", 3)} << QString("a\0b"_s);
     QTest::newRow("exactly the limit") << QByteArrayList{QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
     QTest::newRow("one more") << QByteArrayList{"y", QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
     QTest::newRow("one big output") << QByteArrayList{QByteArray(1000000, 'x') + "y"}
                                     << QString(4095, QLatin1Char('x')) + QLatin1Char('y');
     QTest::newRow("many small ones") << QByteArrayList(QVector<QByteArray>(20000, "xy").toList())
-                                     << QStringLiteral("xy").repeated(2048);
+                                     << "xy"_s.repeated(2048);
     QTest::newRow("cut between characters") << QByteArrayList{euro.repeated(5000)} << shown.repeated(1365);
 }
 
@@ -202,10 +197,10 @@ void FrontTest::commandLines_data()
 QStringList FrontTest::expectedHead(const QString &tool, const QString &cache, const QStringList &option,
                                     bool isSwitched)
 {
-    QStringList result{QStringLiteral("-X"), QStringLiteral("pycache_prefix=") + cache, tool};
+    QStringList result{"-X"_s, "pycache_prefix="_s + cache, tool};
     result += option;
     if (isSwitched)
-        result += QStringLiteral("--no-check-certificate");
+        result += "--no-check-certificate"_s;
     return result;
 }
 
@@ -218,36 +213,36 @@ void FrontTest::commandLines()
     QFETCH(QString, sentUrl);
     QFETCH(QString, switches);
     const bool extractorSwitch = !switches.isEmpty();
-    const bool downloaderSwitch = switches == QLatin1String("both");
+    const bool downloaderSwitch = switches == "both"_s;
     if (url.isEmpty())
-        url = sentUrl = QStringLiteral("http://h/p");
+        url = sentUrl = "http://h/p"_s;
 
     TestSandbox stage;
-    stage.play(QStringLiteral("dump: exit 1\n137: exit 1"));
+    stage.play("dump: exit 1\n137: exit 1"_s);
     auto *const factory = WebMediaDownloaderFactory::instance();
     const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(tool, cache));
     const SignalLog extraction(extractor.get());
     extractor->getMediaInfoBySignal(url);
-    QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), QStringLiteral("error(-1)"), TestSandbox::Patience);
-    QCOMPARE(stage.arguments(QStringLiteral("dump")),
-             expectedHead(tool, cache, {QStringLiteral("--dump-json")}, extractorSwitch) + QStringList(sentUrl));
+    QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), "error(-1)"_s, TestSandbox::Patience);
+    QCOMPARE(stage.arguments("dump"_s),
+             expectedHead(tool, cache, {"--dump-json"_s}, extractorSwitch) + QStringList(sentUrl));
     extractor->getMediaInfo(url);
-    QCOMPARE(stage.runs().value(1).arguments, stage.arguments(QStringLiteral("dump")));
+    QCOMPARE(stage.runs().value(1).arguments, stage.arguments("dump"_s));
 
     const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(tool, cache));
     const SignalLog download(downloader.get());
     MediaProfile profile;
-    profile.setName(QStringLiteral("137"));
-    downloader->download(url, profile, folder + QStringLiteral("/clip.mp4"));
-    QTRY_COMPARE_WITH_TIMEOUT(download.text(), QStringLiteral("started error(-4)"), TestSandbox::Patience);
-    QStringList arguments = stage.arguments(QStringLiteral("137"));
+    profile.setName("137"_s);
+    downloader->download(url, profile, folder + "/clip.mp4"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(download.text(), "started error(-4)"_s, TestSandbox::Patience);
+    QStringList arguments = stage.arguments("137"_s);
     QVERIFY(arguments.size() > 2);
     const QString output = arguments.takeAt(arguments.size() - 2);
-    QStringList expected = expectedHead(tool, cache, {QStringLiteral("-f"), QStringLiteral("137")}, downloaderSwitch);
-    expected << QStringLiteral("-o") << sentUrl;
+    QStringList expected = expectedHead(tool, cache, {"-f"_s, "137"_s}, downloaderSwitch);
+    expected << "-o"_s << sentUrl;
     QCOMPARE(arguments, expected);
-    QVERIFY2(output.startsWith(folder + QStringLiteral("/{")), qPrintable(output));
-    QCOMPARE(output.mid(folder.size() + 1 + 38), QStringLiteral("YDTMP_.%(ext)s"));
+    QVERIFY2(output.startsWith(folder + "/{"_s), qPrintable(output));
+    QCOMPARE(output.mid(folder.size() + 1 + 38), "YDTMP_.%(ext)s"_s);
     const QUuid id(output.mid(folder.size() + 1, 38));
     QVERIFY2(!id.isNull() && id.version() == QUuid::Random, qPrintable(output));
 }
@@ -257,60 +252,56 @@ void FrontTest::realInterpreter()
 {
     TestSandbox stage;
     stage.provide(TestSandbox::Interpreter, TestSandbox::Real);
-    const QString cache = stage.path(QStringLiteral("byte code"));
+    const QString cache = stage.path("byte code"_s);
     auto *const factory = WebMediaDownloaderFactory::instance();
     std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(stage.tool(), cache));
-    QCOMPARE(SignalLog::recordText(extractor->getMediaInfo(QStringLiteral("http://h/p"))),
-             QStringLiteral("finished(Clip|137,140|)"));
-    QCOMPARE(stage.arguments(QStringLiteral("prefix")), QStringList(cache));
-    QCOMPARE(stage.arguments(QStringLiteral("dump")),
-             expectedHead(stage.tool(), cache, {QStringLiteral("--dump-json")}, true)
-                 + QStringList(QStringLiteral("http://h/p")));
+    QCOMPARE(SignalLog::recordText(extractor->getMediaInfo("http://h/p"_s)), "finished(Clip|137,140|)"_s);
+    QCOMPARE(stage.arguments("prefix"_s), QStringList(cache));
+    QCOMPARE(stage.arguments("dump"_s),
+             expectedHead(stage.tool(), cache, {"--dump-json"_s}, true) + QStringList("http://h/p"_s));
 
     // A tool that is not there is the interpreter's failure, not a failure to start.
     QVERIFY(QFile::remove(stage.tool()));
     const auto downloader = stage.newDownloader();
     const SignalLog download(downloader.get());
     MediaProfile profile;
-    profile.setName(QStringLiteral("137"));
-    downloader->download(QStringLiteral("http://h/p"), profile, QStringLiteral("clip.mp4"));
-    QTRY_COMPARE_WITH_TIMEOUT(download.text(), QStringLiteral("started error(-4)"), TestSandbox::Patience);
+    profile.setName("137"_s);
+    downloader->download("http://h/p"_s, profile, "clip.mp4"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(download.text(), "started error(-4)"_s, TestSandbox::Patience);
     extractor = stage.newExtractor();
     const SignalLog extraction(extractor.get());
-    extractor->getMediaInfoBySignal(QStringLiteral("http://h/p"));
-    QTRY_VERIFY_WITH_TIMEOUT(extraction.text().endsWith(QStringLiteral(" error(-1) error(-1)")), TestSandbox::Patience);
-    QVERIFY(extraction.text().startsWith(QStringLiteral("finished(||")));
+    extractor->getMediaInfoBySignal("http://h/p"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(extraction.text().endsWith(" error(-1) error(-1)"_s), TestSandbox::Patience);
+    QVERIFY(extraction.text().startsWith("finished(||"_s));
     QVERIFY(extraction.text().contains(stage.tool()));
 }
 
 void FrontTest::applicationFolder_data()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<bool>("isSwitched");
-    QTest::newRow("plain") << QStringLiteral("app") << false;
-    QTest::newRow("blanks, quotes and markers") << QStringLiteral("my \"app\" %1%2 \"") << false;
-    QTest::newRow("mark of the certificate switch") << QStringLiteral("yt.zip app") << true;
+    const TextTable row{"folder", "switches"};
+    row("plain", "app");
+    row("blanks, quotes and markers", R"(my "app" %1%2 ")");
+    row("mark of the certificate switch", "yt.zip app", "extractor");
 }
 
 /** The programs are found beside the host's executable, and the extractor looks at the whole command. */
 void FrontTest::applicationFolder()
 {
     QFETCH(QString, folder);
-    QFETCH(bool, isSwitched);
+    QFETCH(QString, switches);
     TestSandbox stage;
-    stage.play(QStringLiteral("ffmpeg: merge"));
+    stage.play("ffmpeg: merge"_s);
     HostProgram host(stage.path(folder));
-    host.start(QStringLiteral("extract"), QStringLiteral("/x/tool"), {});
+    host.start("extract"_s, "/x/tool"_s, {});
     QVERIFY(host.waitForEnd());
-    QCOMPARE(stage.arguments(QStringLiteral("dump")),
-             expectedHead(QStringLiteral("/x/tool"), {}, {QStringLiteral("--dump-json")}, isSwitched)
-                 + QStringList(QStringLiteral("http://127.0.0.1/page")));
-    host.start(QStringLiteral("download"), QStringLiteral("/x/tool"), stage.folder() + QStringLiteral("/clip.mp4"));
+    QCOMPARE(stage.arguments("dump"_s),
+             expectedHead("/x/tool"_s, {}, {"--dump-json"_s}, !switches.isEmpty())
+                 + QStringList("http://127.0.0.1/page"_s));
+    host.start("download"_s, "/x/tool"_s, stage.folder() + "/clip.mp4"_s);
     QVERIFY(host.waitForEnd());
-    QCOMPARE(stage.keys().mid(1),
-             (QStringList{QStringLiteral("137"), QStringLiteral("140"), QStringLiteral("ffmpeg")}));
-    QVERIFY(!stage.arguments(QStringLiteral("137")).contains(QStringLiteral("--no-check-certificate")));
-    QCOMPARE(stage.files(), QStringLiteral("clip.mp4=137+140"));
+    QCOMPARE(stage.keys().mid(1), (QStringList{"137"_s, "140"_s, "ffmpeg"_s}));
+    QVERIFY(!stage.arguments("137"_s).contains("--no-check-certificate"_s));
+    QCOMPARE(stage.files(), "clip.mp4=137+140"_s);
 }
 
 NOX_TEST_MAIN(FrontTest)

@@ -235,16 +235,6 @@ private Q_SLOTS:
         QCOMPARE(loggedTo("a.log"_s), QByteArray(anError));
     }
 
-    void relativeFile()
-    {
-        const QString folder = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(m_dir->path()));
-        Logger::init("x.log", LOG_ERROR, LOG_OUT_FILE);
-        logAt(LOG_ERROR);
-        QVERIFY(QDir::setCurrent(folder));
-        QCOMPARE(loggedTo("x.log"_s), QByteArray(anError));
-    }
-
     void longMessages()
     {
         for (const int size : {127998, 127999, 128000, 200000}) {

