@@ -1,8 +1,8 @@
-#include "tests/support/DownloadTable.h"
 #include "tests/support/HostProgram.h"
 #include "tests/support/Processes.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/WorkerRun.h"
+#include "tests/support/WorkerTable.h"
 #include "tests/util/Rows.h"
 
 #include <nox/log/ModuleLog.h>
@@ -135,8 +135,8 @@ void DownloadTest::fileNames_data()
     row("never named, .part in the working folder", "has=.part", "137: exit 0", "", "started error(-8)", ".part=old",
         unnamed);
     row("relative destination", "dest=clip.mp4", "", "", "started finished", "clip.mp4=137");
-    row("name that the log cannot hold", "dest=/nowhere/\xc3\xa9\xe2\x82\xac/clip.mp4", "137: out x", "",
-        "started error(-8)", "", "ydFinished: Rename failed from  to /nowhere/\xc3\xa9?/clip.mp4!");
+    row("name that the log cannot hold", "dest=/nowhere/é€/clip.mp4", "137: out x", "", "started error(-8)", "",
+        "ydFinished: Rename failed from  to /nowhere/é?/clip.mp4!");
 }
 
 /** A page makes the tool name a file of the user's, as a part of a title for example. */
@@ -312,8 +312,8 @@ void DownloadTest::mergeArguments()
 void DownloadTest::trace()
 {
     DownloadRun run("two"_s,
-                    "137: announce mp4|progress 50 1000|out \xc3\xa9\xe2\x82\xac\\n\n"
-                    "140: announce m4a|err \xc3\xa9\xe2\x82\xac\nffmpeg: out \xc3\xa9|err \xe2\x82\xac|merge"_s);
+                    "137: announce mp4|progress 50 1000|out é€\\n\n"
+                    "140: announce m4a|err é€\nffmpeg: out é|err €|merge"_s);
     const TestSandbox &stage = run.stage;
     debugMessages().clear();
     const QtMessageHandler before = qInstallMessageHandler(keepDebugMessage);
@@ -330,16 +330,16 @@ void DownloadTest::trace()
         "http://127.0.0.1/watch?v=1"_s,
         "[DEBUG] ydReadOutputData: Yd download output: [download] Destination: DIR/{1}YDTMP_.mp4\n"_s,
         "[DEBUG] ydReadOutputData: Yd download output: [download] 50% of 1000B at 10B/s ETA 00:01\n"_s,
-        "[DEBUG] ydReadOutputData: Yd download output: \xc3\xa9?\n"_s,
+        "[DEBUG] ydReadOutputData: Yd download output: é?\n"_s,
         "[INFO] ydFinished: Yd download finished: http://127.0.0.1/watch?v=1"_s,
         "[INFO] downloadNextItem: TOOL -f 140 --no-check-certificate -o \"DIR/{2}YDTMP_.%(ext)s\" "
         "http://127.0.0.1/watch?v=1"_s,
         "[DEBUG] ydReadOutputData: Yd download output: [download] Destination: DIR/{2}YDTMP_.m4a\n"_s,
-        "[ERROR] ydReadError: Yd process read error: \xc3\xa9? "_s,
+        "[ERROR] ydReadError: Yd process read error: é? "_s,
         "[INFO] ydFinished: Yd download finished: http://127.0.0.1/watch?v=1"_s,
         "[INFO] proceedMerge: \"APP/ffmpeg\" -i \"DIR/{1}YDTMP_.mp4\" -i \"DIR/{2}YDTMP_.m4a\" -vcodec copy "
         "-acodec copy \"DIR/{1}YDTMP_.mp4.tmp.mp4\" "_s,
-        "[INFO] ffmpegReadOutputData: FFMPEG read output: \xc3\x83\xc2\xa9"_s,
+        "[INFO] ffmpegReadOutputData: FFMPEG read output: Ã©"_s,
         "[ERROR] ffmpegReadStandardError: FFMPEG read error: \xc3\xa2\xc2\x82\xc2\xac"_s,
         "[INFO] ffmpegFinished: FFMPEG process finished"_s,
     };
@@ -494,10 +494,10 @@ void DownloadTest::errorDetail_data()
 {
     const TextTable row{"setup", "scenario", "notifications", "detail"};
     row("nothing printed", "", "137: exit 1", "started error(-4)", "");
-    row("in several outputs", "", "137: err WARNING: \xc3\xa9\\n|err ERROR: \xe2\x82\xac\\n|exit 1",
-        "started error(-4)", "WARNING: \xc3\xa9\nERROR: \xe2\x82\xac\n");
-    row("of both programs", "two", "140: announce m4a|err one\\n\nffmpeg: err two \xc3\xa9|exit 1",
-        "started started error(-4)", "one\ntwo \xc3\xa9");
+    row("in several outputs", "", "137: err WARNING: é\\n|err ERROR: €\\n|exit 1", "started error(-4)",
+        "WARNING: é\nERROR: €\n");
+    row("of both programs", "two", "140: announce m4a|err one\\n\nffmpeg: err two é|exit 1",
+        "started started error(-4)", "one\ntwo é");
     row("after success", "", "137: announce mp4|err WARNING", "started finished", "WARNING");
     row("before a crash", "", "137: err last words|kill SIGKILL", "started error(-1) error(-5)", "last words");
     row("interpreter missing", "python=missing", "", "started error(-1)", "");

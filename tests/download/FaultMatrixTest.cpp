@@ -1,7 +1,6 @@
-#include "tests/support/DownloadTable.h"
-#include "tests/support/ExtractTable.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/WithoutRootRights.h"
+#include "tests/support/WorkerTable.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -104,12 +103,13 @@ void FaultMatrixTest::extraction_data()
     row("interpreter crashes", "", "dump: kill SIGABRT", "", "finished(||) error(1) error(-1)",
         "ydProcessError: Yd extract process terminated with error: 1");
     row("interpreter exits 1", "", "dump: exit 1", "", "error(-1)");
-    row("interpreter hangs, host cancels", "", "dump: spawn|hang", "cancel", "finished(||) error(1)",
+    row("interpreter hangs, host cancels", "", "dump: spawn|hang", "cancel@dump", "finished(||) error(1)",
         "cancel: Cancel getMediaInfo...|ydProcessError: Yd extract process terminated with error: 1");
-    row("interpreter hangs, host deletes", "", "dump: spawn|hang", "delete");
+    row("interpreter hangs, host deletes", "", "dump: spawn|hang", "delete@dump");
     row("standard output closed early", "", "dump: close 1|exit 0", "", "finished(||)", empty);
     row("standard output closed behind the document", "", "dump: json Clip 1|close 1|exit 0", "", "finished(Clip|1|)");
-    row("both outputs closed, then a hang", "", "dump: close 1|close 2|spawn|hang", "cancel", "finished(||) error(1)",
+    row("both outputs closed, then a hang", "", "dump: close 1|close 2|spawn|hang", "cancel@dump",
+        "finished(||) error(1)",
         "cancel: Cancel getMediaInfo...|ydProcessError: Yd extract process terminated with error: 1");
     row("log cannot be written", "log=/dev/full", "dump: err WARNING|json Clip 1", "", "finished(Clip|1|WARNING)");
     row("log folder missing", "log=/nowhere/x.log", "dump: err WARNING|json Clip 1", "", "finished(Clip|1|WARNING)");

@@ -1,6 +1,6 @@
-#include "tests/support/ExtractTable.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/WorkerRun.h"
+#include "tests/support/WorkerTable.h"
 #include "tests/util/Rows.h"
 
 #include <QRegularExpression>
@@ -48,11 +48,11 @@ void ExtractTest::notifying_data()
     row("two error chunks, then success", "", "dump: err one|err two|json Clip 1", "",
         "finished(||one) error(-1) finished(||two) error(-1) finished(Clip|1|two)",
         "ydReadError: Yd extract read error: one|ydReadError: Yd extract read error: two");
-    row("text beyond Latin-1 in the log", "", "dump: err WARNING \xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80|exit 2", "",
-        "error(-1)", "ydReadError: Yd extract read error: WARNING \xc3\xa9???");
+    row("text beyond Latin-1 in the log", "", "dump: err WARNING é€😀|exit 2", "", "error(-1)",
+        "ydReadError: Yd extract read error: WARNING é???");
     row("document in three chunks", "", R"(dump: out {"title":|out "a&#38;b \u00e|out 9"}\n{"title":"c"})", "",
-        "finished(a&b \xc3\xa9||)");
-    row("cancel behind an error", "", "dump: err bad|spawn|hang", "cancel",
+        "finished(a&b é||)");
+    row("cancel behind an error", "", "dump: err bad|spawn|hang", "cancel@dump",
         "finished(||bad) error(-1) finished(||bad) error(1)",
         "ydReadError: Yd extract read error: bad|cancel: Cancel getMediaInfo...|"
         "ydProcessError: Yd extract process terminated with error: 1");
@@ -107,18 +107,18 @@ void ExtractTest::record()
 
 void ExtractTest::records()
 {
-    ExtractRun run({}, "dump: err WARNING: w|out {\"title\":\"\xc3\xa9\",\"duration\":9}"_s);
-    run.worker->getMediaInfoBySignal("http://h/\xc3\xa9?v=1&a"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(\xc3\xa9||WARNING: w)"_s, TestSandbox::Patience);
+    ExtractRun run({}, "dump: err WARNING: w|out {\"title\":\"é\",\"duration\":9}"_s);
+    run.worker->getMediaInfoBySignal("http://h/é?v=1&a"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(é||WARNING: w)"_s, TestSandbox::Patience);
     // The log's bytes read as Latin-1: texts in UTF-8 show two characters for one.
     const QStringList expected{
-        "[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/\xc3\x83\xc2\xa9?v=1&a "_s,
+        "[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/Ã©?v=1&a "_s,
         "[INFO] YdExtractor.cpp initYdExtractorCommand: \"APP/python3.10/bin/python3.10\" -X "
         "pycache_prefix=\"ROOT/cache\" \"ROOT/yt.zip\" --dump-json --no-check-certificate "
-        "http://h/\xc3\x83\xc2\xa9?v=1"_s,
+        "http://h/Ã©?v=1"_s,
         "[ERROR] YdExtractor.cpp ydReadError: Yd extract read error: WARNING: w"_s,
-        "[DEBUG] YdExtractor.cpp ydReadOutputData: http://h/\xc3\x83\xc2\xa9?v=1&a \r\n"
-        "{\"title\":\"\xc3\x83\xc2\xa9\",\"duration\":9} "_s,
+        "[DEBUG] YdExtractor.cpp ydReadOutputData: http://h/Ã©?v=1&a \r\n"
+        "{\"title\":\"Ã©\",\"duration\":9} "_s,
         "[DEBUG] YdExtractor.cpp ydReadOutputData: duration : 9"_s,
     };
     QCOMPARE(run.stage.records(LOG_DEBUG, true), expected);
@@ -205,10 +205,10 @@ void ExtractTest::errorDetail()
     QCOMPARE(run.worker->errorDetail(), QString());
     QString inNotification;
     connect(run.worker.get(), &WebMediaInfoExtractor::error, this, [&] { inNotification = run.worker->errorDetail(); });
-    run.stage.play("dump: err WARNING: \xc3\xa9\\n|err ERROR: no\\n|exit 1"_s);
+    run.stage.play("dump: err WARNING: é\\n|err ERROR: no\\n|exit 1"_s);
     run.start();
     QTRY_VERIFY_WITH_TIMEOUT(run.log.text().endsWith("error(-1) error(-1)"_s), TestSandbox::Patience);
-    QCOMPARE(inNotification, "WARNING: \xc3\xa9\nERROR: no\n"_s);
+    QCOMPARE(inNotification, "WARNING: é\nERROR: no\n"_s);
 
     run.stage.play("dump: hang"_s);
     run.start();

@@ -445,15 +445,10 @@ private Q_SLOTS:
     void webRecordFields()
     {
         const auto texts = [](const WebMediaInfo &page) {
-            return QStringList{shown(page.getUrl()),
-                               shown(page.getTitle()),
-                               shown(page.getFileName()),
-                               shown(page.getThumbnailUrl()),
-                               shown(page.getThumbnailFile()),
-                               shown(page.errorDetail()),
-                               QString::number(page.getDuration()),
-                               QString::number(page.getMediaType()),
-                               names(page.getMediaProfileList())};
+            QStringList result{shown(page.getUrl()), shown(page.getTitle()), shown(page.getFileName())};
+            result << shown(page.getThumbnailUrl()) << shown(page.getThumbnailFile()) << shown(page.errorDetail());
+            result << QString::number(page.getDuration()) << QString::number(page.getMediaType());
+            return result << names(page.getMediaProfileList());
         };
         QCOMPARE(texts(WebMediaInfo()), words("(null) (null) (null) (null) (null) (null) 0 3 "_s));
         WebMediaInfo page("http://a"_s);

@@ -38,7 +38,7 @@ namespace {
 /** A moment and what is known of it; the texts are those of SignalLog. */
 struct Moment {
     const char *name;
-    const char *setup;       ///< as in DownloadTable; "starved" when no program can be started at all
+    const char *setup;       ///< as in WorkerTable; "starved" when no program can be started at all
     const char *scenario;    ///< what the stand-ins play; they wait for "go", which comes when the host has acted
     const char *sequence;    ///< all notifications when the host does nothing
     int position;            ///< of the notification in which the host acts, counted from 1

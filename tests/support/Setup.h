@@ -6,7 +6,7 @@
 
 class TestSandbox;
 
-/** What the first column of a table says, see DownloadTable and ExtractTable. */
+/** What the first column of a table says, see WorkerTable. */
 class Setup
 {
 public:

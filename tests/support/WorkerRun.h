@@ -11,7 +11,7 @@
 template <typename Worker>
 struct WorkerRun {
     /**
-     * @param words     the setup of a table, see DownloadTable
+     * @param words     the setup of a table, see WorkerTable
      * @param scenario  what the stand-ins play; ROOT in it is the folder around the destination's
      */
     explicit WorkerRun(const QString &words = {}, QString scenario = {})

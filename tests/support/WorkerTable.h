@@ -2,8 +2,13 @@
 
 #include "tests/support/TextTable.h"
 
+namespace Nox {
+class WebMediaDownloader;
+class WebMediaInfoExtractor;
+} // namespace Nox
+
 /**
- * A table of downloads with stand-ins. Columns, all texts:
+ * A table of downloads, or of notifying extractions, with stand-ins. Columns, all texts:
  *   setup          words: two (a DASH video 137 with the audio 140; else only 137), size=BYTES (of the
  *                  profile), dest=FILE (default clip.mp4 in the stage's folder), has=FILE (there before),
  *                  elsewhere=FILE (there before, in ROOT, and never touched), link=NAME (to ROOT),
@@ -12,14 +17,18 @@
  *   action         "", or cancel@, clear@ or delete@ with the key of the stand-in that hangs by then, or
  *                  with "end": when all notifications have come
  *   notifications  all of them, in order
- *   files          left in the folder; behind " -> ", where it differs: when the downloader is gone
+ *   files          of a download: left in the folder; behind " -> ", where it differs: when the downloader is gone
  *   errors         log records from LOG_ERROR up, "|" between them; a last "*" stands for any text
  */
-class DownloadTable
+template <typename Worker>
+class WorkerTable
 {
 public:
-    DownloadTable() = delete;
+    WorkerTable() = delete;
 
     static TextTable begin();
     static void run(); ///< runs the current row
 };
+
+using DownloadTable = WorkerTable<Nox::WebMediaDownloader>;
+using ExtractTable = WorkerTable<Nox::WebMediaInfoExtractor>; ///< without the column "files"
