@@ -13,21 +13,6 @@
 
 using namespace Nox;
 
-namespace {
-
-QStringList &debugMessages()
-{
-    static QStringList messages;
-    return messages;
-}
-
-void keepDebugMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &message)
-{
-    debugMessages().append(message);
-}
-
-} // namespace
-
 /** Downloads and merges, cancel, clear and destruction, with stand-ins for the tool and ffmpeg. */
 class DownloadTest : public QObject
 {
@@ -170,16 +155,16 @@ void DownloadTest::filesElsewhere_data()
     row("failed merge", two, ("140: announce m4a|" + planted + "out x\nffmpeg: exit 1").c_str(), "clear@end",
         "started started error(-4)", "{1}YDTMP_.mp4=137",
         (std::string(refused) + "|ffmpegFinished: FFMPEG terminated abnormally!").c_str());
-    row("relative", thesis, "137: out [download] Destination: ../thesis.odt\\n|announce mp4", "", "started finished",
-        "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: ../thesis.odt");
-    row("on a way through the folder", thesis,
-        "137: out [download] Destination: ROOT/my videos/../thesis.odt\\n|announce mp4", "", "started finished",
-        "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: DIR/../thesis.odt");
-    row("behind a link in the folder", "elsewhere=thesis.odt link=in",
-        "137: out [download] Destination: ROOT/my videos/in/thesis.odt\\n|announce mp4", "", "started finished",
-        "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: DIR/in/thesis.odt");
-    row("another folder", "", "137: out [download] Destination: ROOT/my videos/../notes/.\\n|announce mp4", "",
-        "started finished", "clip.mp4=137", "takeItemFile: Yd file was there before, not taken: DIR/../notes/.");
+    const auto path = [&row](const char *name, const char *setup, const char *named, const char *logged) {
+        row(name, setup, ("137: out [download] Destination: " + std::string(named) + "\\n|announce mp4").c_str(), "",
+            "started finished", "clip.mp4=137",
+            ("takeItemFile: Yd file was there before, not taken: " + std::string(logged)).c_str());
+    };
+    path("relative", thesis, "../thesis.odt", "../thesis.odt");
+    path("on a way through the folder", thesis, "ROOT/my videos/../thesis.odt", "DIR/../thesis.odt");
+    path("behind a link in the folder", "elsewhere=thesis.odt link=in", "ROOT/my videos/in/thesis.odt",
+         "DIR/in/thesis.odt");
+    path("another folder", "", "ROOT/my videos/../notes/.", "DIR/../notes/.");
     row("a part that was there", "elsewhere=thesis.odt.part",
         "137: out [download] Destination: ROOT/thesis.odt\\n|touch ../thesis.odt|hang", "cancel@137",
         "started error(-1)", "", "ydProcessError: Yd process error: 1 ");
@@ -315,8 +300,9 @@ void DownloadTest::trace()
                     "137: announce mp4|progress 50 1000|out é€\\n\n"
                     "140: announce m4a|err é€\nffmpeg: out é|err €|merge"_s);
     const TestSandbox &stage = run.stage;
-    debugMessages().clear();
-    const QtMessageHandler before = qInstallMessageHandler(keepDebugMessage);
+    static QStringList messages;
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &text) { messages += text; });
     run.start();
     const bool isFinished =
         QTest::qWaitFor([&run] { return run.log.text().endsWith("finished"_s); }, TestSandbox::Patience);
@@ -348,7 +334,6 @@ void DownloadTest::trace()
     records.replaceInStrings("] YdDownloader.cpp "_s, "] "_s).replaceInStrings(tool, "TOOL"_s);
     QCOMPARE(records, expected);
 
-    QStringList messages = debugMessages();
     QCOMPARE(messages.size(), 9);
     const QString mergeArguments = stage.plain(messages.takeLast());
     for (const QString &part : {"-i"_s, "DIR/{1}YDTMP_.mp4"_s, "DIR/{2}YDTMP_.m4a"_s, "-acodec"_s})

@@ -27,26 +27,8 @@ struct Holdings {
     qint64 memory = Processes::residentBytes();
 };
 
-} // namespace
-
-/** Many jobs one after the other in one process: nothing is kept but what has to be. */
-class EnduranceTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase();
-    void extractions();
-    void downloads();
-
-private:
-    static void provide(const QString &name, const char *script);
-    template <typename Worker, typename Start>
-    static QString outcome(Worker *worker, Start start);
-};
-
 /** Quick stand-ins; those that play scenarios take too long to start. */
-void EnduranceTest::provide(const QString &name, const char *script)
+void provide(const QString &name, const char *script)
 {
     QFile file(QCoreApplication::applicationDirPath() + name);
     file.remove();
@@ -57,7 +39,7 @@ void EnduranceTest::provide(const QString &name, const char *script)
 
 /** Starts a job, and waits for the first outcome; empty when none comes. */
 template <typename Worker, typename Start>
-QString EnduranceTest::outcome(Worker *worker, Start start)
+QString outcome(Worker *worker, Start start)
 {
     QString result;
     QEventLoop loop;
@@ -74,6 +56,19 @@ QString EnduranceTest::outcome(Worker *worker, Start start)
     loop.exec();
     return result;
 }
+
+} // namespace
+
+/** Many jobs one after the other in one process: nothing is kept but what has to be. */
+class EnduranceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void extractions();
+    void downloads();
+};
 
 void EnduranceTest::initTestCase()
 {

@@ -84,12 +84,10 @@ void ExtractTest::blocking()
     QCOMPARE(run.log.text(), notifications);
     QVERIFY(run.stage.isQuiet());
 
-    QStringList failures;
-    for (const QString &record : run.stage.records(LOG_DEBUG)) {
-        if (record.contains("abnormally"_s) || record.contains("parse error"_s))
-            failures.append(record.section(QLatin1Char('*'), 0, 0));
-    }
-    QCOMPARE(failures.join(QLatin1Char('|')), records);
+    static const QRegularExpression failure("abnormally|parse error"_s);
+    static const QRegularExpression details("\\*[^|]*"_s); // what the reader says
+    const QString failures = run.stage.records(LOG_DEBUG).filter(failure).join(QLatin1Char('|'));
+    QCOMPARE(QString(failures).remove(details), records);
 }
 
 /** A record is a copy, filled from the whole of the output, and carries the address as the host gave it. */

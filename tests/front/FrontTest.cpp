@@ -30,6 +30,31 @@ public:
     }
 };
 
+/** Whether the method stands at @p index under exactly the given signature, behind its kind. */
+bool isMethod(const QMetaObject *meta, int index, const QString &text)
+{
+    const QStringList words = text.split(QLatin1Char(' '));
+    const QMetaMethod method = meta->method(index);
+    QStringList names;
+    for (const QByteArray &name : method.parameterNames())
+        names.append(QString::fromLatin1(name));
+    const bool isKind = words.first() == "signal"_s
+        ? method.methodType() == QMetaMethod::Signal
+        : method.methodType() == QMetaMethod::Slot && method.access() == QMetaMethod::Protected;
+    return isKind && method.returnType() == QMetaType::Void && names == words.mid(2)
+        && meta->indexOfMethod(qPrintable(words.at(1))) == index;
+}
+
+/** The arguments of the tool up to the switch for certificates. */
+QStringList expectedHead(const QString &tool, const QString &cache, const QStringList &option, bool isSwitched)
+{
+    QStringList result{"-X"_s, "pycache_prefix="_s + cache, tool};
+    result += option;
+    if (isSwitched)
+        result += "--no-check-certificate"_s;
+    return result;
+}
+
 } // namespace
 
 /** What hosts see of the workers' classes, and the exact command lines that start the tool. */
@@ -48,27 +73,7 @@ private Q_SLOTS:
     void realInterpreter();
     void applicationFolder_data();
     void applicationFolder();
-
-private:
-    static bool isMethod(const QMetaObject *meta, int index, const QString &text);
-    static QStringList expectedHead(const QString &tool, const QString &cache, const QStringList &option,
-                                    bool isSwitched);
 };
-
-/** Whether the method stands at @p index under exactly the given signature, behind its kind. */
-bool FrontTest::isMethod(const QMetaObject *meta, int index, const QString &text)
-{
-    const QStringList words = text.split(QLatin1Char(' '));
-    const QMetaMethod method = meta->method(index);
-    QStringList names;
-    for (const QByteArray &name : method.parameterNames())
-        names.append(QString::fromLatin1(name));
-    const bool isKind = words.first() == "signal"_s
-        ? method.methodType() == QMetaMethod::Signal
-        : method.methodType() == QMetaMethod::Slot && method.access() == QMetaMethod::Protected;
-    return isKind && method.returnType() == QMetaType::Void && names == words.mid(2)
-        && meta->indexOfMethod(qPrintable(words.at(1))) == index;
-}
 
 void FrontTest::metaObjects_data()
 {
@@ -189,16 +194,6 @@ void FrontTest::commandLines_data()
     row("address cut", "/x/yt.zip", "/c", "/d", "both", "http://h/watch?v=1&list=2&v=3", "http://h/watch?v=1");
     row("address left alone", "/x/yt.zip", "/c", "/d", "both", "http://h/w?a=1&v=%1%20'$x\\",
         "http://h/w?a=1&v=%1%20'$x\\");
-}
-
-QStringList FrontTest::expectedHead(const QString &tool, const QString &cache, const QStringList &option,
-                                    bool isSwitched)
-{
-    QStringList result{"-X"_s, "pycache_prefix="_s + cache, tool};
-    result += option;
-    if (isSwitched)
-        result += "--no-check-certificate"_s;
-    return result;
 }
 
 void FrontTest::commandLines()

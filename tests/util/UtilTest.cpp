@@ -298,8 +298,7 @@ private Q_SLOTS:
         const QString text = "A && long & title of a page, much wider than it may be"_s;
         QCOMPARE(Utilities::elidedText(text, font, Qt::ElideLeft, 100000), text);
         QCOMPARE(Utilities::elidedText(text, font, Qt::ElideNone, 60), text);
-        QCOMPARE(Utilities::elidedText(text, font, Qt::ElideRight, 200),
-                 QFontMetrics(font).elidedText(text, Qt::ElideRight, 200, 0));
+        QVERIFY(QFontMetrics(font).horizontalAdvance(Utilities::elidedText(text, font, Qt::ElideMiddle, 200)) <= 200);
         QVERIFY(Utilities::elidedText(text, font, Qt::ElideRight, 200).endsWith(QChar(0x2026)));
         QVERIFY(Utilities::elidedText(text, font, Qt::ElideLeft, 200).startsWith(QChar(0x2026)));
     }
