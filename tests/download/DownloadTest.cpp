@@ -286,8 +286,7 @@ void DownloadTest::mergeArguments()
     QVERIFY(stage.files().contains("clip.mp4=137+140"_s));
     QCOMPARE(stage.files().count("=old"_s), steps.count(QLatin1Char('|')));
 
-    static const QRegularExpression marker(
-        "^\\w+\\.cpp\\([1-9]\\d*\\) : \\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d 00000000\\n\\n$"_s);
+    static const QRegularExpression marker(R"(^\w+\.cpp\([1-9]\d*\) : \d{4}/\d\d/\d\d \d\d:\d\d:\d\d 00000000\n\n$)"_s);
     const QString moduleLog = QString::fromUtf8(stage.moduleLog());
     QCOMPARE(marker.match(moduleLog).hasMatch(), codecs.isEmpty());
     QCOMPARE(moduleLog.isEmpty(), !codecs.isEmpty());
@@ -329,7 +328,7 @@ void DownloadTest::trace()
         "[ERROR] ffmpegReadStandardError: FFMPEG read error: \xc3\xa2\xc2\x82\xc2\xac"_s,
         "[INFO] ffmpegFinished: FFMPEG process finished"_s,
     };
-    const QString tool = "\"APP/python3.10/bin/python3.10\" -X pycache_prefix=\"ROOT/cache\" \"ROOT/yt.zip\""_s;
+    const QString tool = R"("APP/python3.10/bin/python3.10" -X pycache_prefix="ROOT/cache" "ROOT/yt.zip")"_s;
     QStringList records = stage.records(LOG_DEBUG, true);
     records.replaceInStrings("] YdDownloader.cpp "_s, "] "_s).replaceInStrings(tool, "TOOL"_s);
     QCOMPARE(records, expected);

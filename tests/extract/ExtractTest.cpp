@@ -85,7 +85,7 @@ void ExtractTest::blocking()
     QVERIFY(run.stage.isQuiet());
 
     static const QRegularExpression failure("abnormally|parse error"_s);
-    static const QRegularExpression details("\\*[^|]*"_s); // what the reader says
+    static const QRegularExpression details(R"(\*[^|]*)"_s); // what the reader says
     const QString failures = run.stage.records(LOG_DEBUG).filter(failure).join(QLatin1Char('|'));
     QCOMPARE(QString(failures).remove(details), records);
 }
@@ -105,7 +105,7 @@ void ExtractTest::record()
 
 void ExtractTest::records()
 {
-    ExtractRun run({}, "dump: err WARNING: w|out {\"title\":\"é\",\"duration\":9}"_s);
+    ExtractRun run({}, R"(dump: err WARNING: w|out {"title":"é","duration":9})"_s);
     run.worker->getMediaInfoBySignal("http://h/é?v=1&a"_s);
     QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(é||WARNING: w)"_s, TestSandbox::Patience);
     // The log's bytes read as Latin-1: texts in UTF-8 show two characters for one.
@@ -190,7 +190,7 @@ void ExtractTest::floodOfErrors()
     ExtractRun run({}, "dump: flood 50|json Clip 1"_s);
     run.start();
     QTRY_VERIFY_WITH_TIMEOUT(run.log.text().contains("Clip"_s), 2 * TestSandbox::Patience);
-    static const QRegularExpression pairs("^(finished\\(\\|\\|~+\\) error\\(-1\\) )+finished\\(Clip\\|1\\|~+\\)$"_s);
+    static const QRegularExpression pairs(R"(^(finished\(\|\|~+\) error\(-1\) )+finished\(Clip\|1\|~+\)$)"_s);
     QVERIFY2(pairs.match(run.log.text()).hasMatch(), qPrintable(run.log.text().left(300)));
     QCOMPARE(run.log.text().count(QLatin1Char('~')) / (1 << 20), 50);
     QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), TestSandbox::Patience);
@@ -203,7 +203,7 @@ void ExtractTest::errorDetail()
     QCOMPARE(run.worker->errorDetail(), QString());
     QString inNotification;
     connect(run.worker.get(), &WebMediaInfoExtractor::error, this, [&] { inNotification = run.worker->errorDetail(); });
-    run.stage.play("dump: err WARNING: é\\n|err ERROR: no\\n|exit 1"_s);
+    run.stage.play(R"(dump: err WARNING: é\n|err ERROR: no\n|exit 1)"_s);
     run.start();
     QTRY_VERIFY_WITH_TIMEOUT(run.log.text().endsWith("error(-1) error(-1)"_s), TestSandbox::Patience);
     QCOMPARE(inNotification, "WARNING: é\nERROR: no\n"_s);
@@ -211,7 +211,7 @@ void ExtractTest::errorDetail()
     run.stage.play("dump: hang"_s);
     run.start();
     QCOMPARE(run.worker->errorDetail(), QString());
-    run.stage.play("dump: err WARNING\\n|json A 1"_s);
+    run.stage.play(R"(dump: err WARNING\n|json A 1)"_s);
     run.start();
     QTRY_COMPARE_WITH_TIMEOUT(run.worker->errorDetail(), "WARNING\n"_s, TestSandbox::Patience);
     run.worker->getMediaInfo(Setup::url());

@@ -483,15 +483,9 @@ private Q_SLOTS:
         WebMediaInfo copy = page;
         copy.sortProfileDesc();
         QCOMPARE(names(copy.getMediaProfileList()), "b d a c"_s);
-        copy.addMediaProfile(profile("e:v:-1x-1:MP4:>1080p"_s));
-        copy.addMediaProfile(profile("f:v:2560x1440:MP4"_s));
-        copy.addMediaProfile(profile("g:v3:1280x720:WEBM"_s));
-        copy.addMediaProfile(profile("h:v:1280x720:MP4"_s));
-        copy.sortProfileDesc();
-        QCOMPARE(names(copy.getMediaProfileList()), "f e b d g h a c"_s);
         QList<MediaProfile> taken = copy.getMediaProfileList();
         taken.clear();
-        QCOMPARE(copy.getMediaProfileList().size(), 8);
+        QCOMPARE(names(copy.getMediaProfileList()), "b d a c"_s);
         QCOMPARE(names(page.getMediaProfileList()), "d c a b"_s);
     }
 

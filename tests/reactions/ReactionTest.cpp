@@ -147,8 +147,13 @@ private:
     {
         constexpr int dialogTime = 60; // milliseconds, in which the loop deletes what it finds to delete
         QEventLoop dialog;
-        QTimer::singleShot(0, &dialog, [this] { act(); });
-        QTimer::singleShot(dialogTime, &dialog, &QEventLoop::quit);
+        QTimer begin;
+        QTimer end;
+        begin.setSingleShot(true);
+        connect(&begin, &QTimer::timeout, &dialog, [this] { act(); });
+        connect(&end, &QTimer::timeout, &dialog, &QEventLoop::quit);
+        begin.start(0);
+        end.start(dialogTime);
         dialog.exec();
     }
 
@@ -186,7 +191,7 @@ private:
     /** What must have come in the end. */
     QString expected() const
     {
-        const QString sequence = QString::fromUtf8(m_moment.sequence);
+        QString sequence = QString::fromUtf8(m_moment.sequence);
         const QString before = sequence.section(QLatin1Char(' '), 0, m_moment.position - 1);
         if (m_reaction == "clear"_s || isRefused())
             return sequence;
@@ -205,7 +210,7 @@ private:
         if (m_reaction != "deleteLater"_s && (isDeletion() || m_reaction == "cancel"_s))
             QCOMPARE(stage.files(), isDeletion() ? left.first() : left.last());
         m_run.worker.reset();
-        static const QRegularExpression allowed("^((clip|second|\\{\\d\\}YDTMP_)\\.mp4=[^,]*(, |$))*$"_s);
+        static const QRegularExpression allowed(R"(^((clip|second|\{\d\}YDTMP_)\.mp4=[^,]*(, |$))*$)"_s);
         QVERIFY2(allowed.match(stage.files()).hasMatch(), qPrintable(stage.files()));
         QCOMPARE(stage.files().contains("second.mp4=138+140"_s), isRestart() && !isRefused());
     }
