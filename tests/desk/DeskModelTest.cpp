@@ -4,6 +4,9 @@
 #include "hosts/desk/network/WebRequest.h"
 #include "hosts/desk/view/AddressOffer.h"
 #include "hosts/desk/view/ShownText.h"
+#include "tests/hosts/SampleStreams.h"
+#include "tests/support/TextTable.h"
+#include "tests/util/Rows.h"
 
 #include <QAbstractItemModelTester>
 #include <QDir>
@@ -18,33 +21,12 @@ using namespace NoxDesk;
 
 namespace {
 
-Nox::MediaProfile stream(const char *code, const char *format, QSize size, bool isDash, int audioBits = 0)
-{
-    Nox::MediaProfile result;
-    result.setName(QString::fromLatin1(code));
-    result.setFormat(QString::fromLatin1(format));
-    result.setVResolution(size);
-    result.setDash(isDash);
-    result.setMediaType(audioBits > 0 ? Nox::MEDIA_TYPE_AUDIO : Nox::MEDIA_TYPE_VIDEO);
-    result.setABitRate(audioBits);
-    result.setOriResStr(audioBits > 0 ? QStringLiteral("%1K").arg(audioBits / 1000) : QString());
-    return result;
-}
-
 /** 18 with sound; 137, 136 and its like 298 without; 140 and 251 sound alone. */
 Nox::WebMediaInfo page()
 {
-    Nox::WebMediaInfo info(QStringLiteral("http://x/"));
-    info.setTitle(QStringLiteral("A/B"));
-    info.setFileName(QStringLiteral("A B"));
-    for (const Nox::MediaProfile &entry :
-         {stream("18", "MP4", {640, 360}, false), stream("136", "MP4", {1280, 720}, true),
-          stream("298", "MP4", {1280, 720}, true), stream("137", "MP4", {1920, 1080}, true),
-          stream("248", "WEBM", {1920, 1080}, true), stream("251", "WEBM", {}, true, 160000),
-          stream("140", "M4A", {}, true, 128000)}) {
-        info.addMediaProfile(entry);
-    }
-    return info;
+    return SampleStreams::page("18 MP4 640x360,136 MP4 1280x720 dash,298 MP4 1280x720 dash,137 MP4 1920x1080 dash,"
+                               "248 WEBM 1920x1080 dash,251 WEBM 160K,140 M4A 128K"_s,
+                               "A B"_s);
 }
 
 QString names(const StreamTableModel &model)
@@ -65,8 +47,6 @@ QString rowText(const StreamTableModel &model, int row)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Nox::MediaProfile)
-
 /** Models and choices, without a window and without processes. */
 class DeskModelTest : public QObject
 {
@@ -75,7 +55,6 @@ class DeskModelTest : public QObject
 private Q_SLOTS:
     void init();
     void streamTable();
-    void streamTexts_data();
     void streamTexts();
     void tooltipIsNoMarkup();
     void conversion();
@@ -100,6 +79,7 @@ private Q_SLOTS:
 
 private:
     QString path(const QString &name) const { return m_root->filePath(name); }
+    void choose(const QString &code) { m_plan->setStream(NoxHost::StreamChoice(page()).find(code)); }
 
     std::unique_ptr<QTemporaryDir> m_root;
     std::unique_ptr<DownloadPlan> m_plan;
@@ -110,7 +90,7 @@ void DeskModelTest::init()
     m_root = std::make_unique<QTemporaryDir>();
     m_plan = std::make_unique<DownloadPlan>();
     m_plan->setFolder(m_root->path());
-    m_plan->setPage(QStringLiteral("http://x/"), page(), NoxHost::StreamChoice(page()));
+    m_plan->setPage("http://x/"_s, page(), NoxHost::StreamChoice(page()));
 }
 
 void DeskModelTest::streamTable()
@@ -119,59 +99,42 @@ void DeskModelTest::streamTable()
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(model.startRow(), -1);
     model.setStreams(NoxHost::StreamChoice(page()), 60);
-    QCOMPARE(names(model), QStringLiteral("137 248 136 18 251 140")); // one of 136 and 298
+    QCOMPARE(names(model), "137 248 136 18 251 140"_s); // one of 136 and 298
     QVERIFY(model.hidesAny());
-    QCOMPARE(model.stream(model.startRow()).getName(), QStringLiteral("137"));
-    QCOMPARE(model.stream(model.startRow(QStringLiteral("18"))).getName(), QStringLiteral("18"));
+    QCOMPARE(model.stream(model.startRow()).getName(), "137"_s);
+    QCOMPARE(model.stream(model.startRow("18"_s)).getName(), "18"_s);
 
     model.setShowsAll(true);
     QCOMPARE(model.rowCount(), 7);
     QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
-    model.setSize(QStringLiteral("137"), 2500000);
-    model.setSize(QStringLiteral("nowhere"), 1);
+    model.setSize("137"_s, 2500000);
+    model.setSize("nowhere"_s, 1);
     QCOMPARE(changes.size(), 1);
     QCOMPARE(changes.first().first().toModelIndex().siblingAtColumn(StreamTableModel::Size).data().toString(),
-             QStringLiteral("2.5 MB"));
+             "2.5 MB"_s);
     model.setStreams({}, -1);
     QCOMPARE(model.rowCount(), 0);
     QVERIFY(!model.stream(0).isValid());
 }
 
-void DeskModelTest::streamTexts_data()
-{
-    QTest::addColumn<Nox::MediaProfile>("profile");
-    QTest::addColumn<QString>("texts");
-    Nox::MediaProfile threeD = stream("a", "MP4", {1280, 720}, false);
-    threeD.set3D(true);
-    threeD.setSize(1000);
-    QTest::newRow("with sound") << stream("a", "MP4", {640, 360}, false) << "360p, with sound|360P|MP4|video|";
-    QTest::newRow("DASH") << stream("a", "WEBM", {1000, 500}, true)
-                          << "500p, without sound|1000x500|WEBM|video only (DASH)|";
-    QTest::newRow("audio") << stream("a", "M4A", {}, true, 128000) << "sound only, 128 kbit/s|128K|M4A|audio (DASH)|";
-    QTest::newRow("3D, of known size") << threeD << "720p, with sound|720P|MP4|3D video|1.0 kB";
-    QTest::newRow("nothing known") << stream("a", "FLV", {}, false) << "with sound|unknown|FLV|video|";
-}
-
 void DeskModelTest::streamTexts()
 {
-    QFETCH(Nox::MediaProfile, profile);
-    Nox::WebMediaInfo info;
-    info.addMediaProfile(profile);
     StreamTableModel model;
-    model.setStreams(NoxHost::StreamChoice(info), 60);
-    QTEST(rowText(model, 0), "texts");
+    model.setStreams(NoxHost::StreamChoice(SampleStreams::page("a MP4 1280x720 3d,b WEBM 1000x500 dash,c FLV"_s)), 60);
+    model.setSize("a"_s, 1000);
+    QCOMPARE(rowText(model, 0), "720p, with sound|720P|MP4|3D video|1.0 kB"_s);
+    QCOMPARE(rowText(model, 1), "500p, without sound|1000x500|WEBM|video only (DASH)|"_s);
+    QCOMPARE(rowText(model, 2), "with sound|unknown|FLV|video|"_s);
 }
 
 /** A page has a say in the words of its streams: what looks like markup, which may name files, is shown as it is. */
 void DeskModelTest::tooltipIsNoMarkup()
 {
-    Nox::WebMediaInfo info(QStringLiteral("http://x/"));
-    info.addMediaProfile(stream("a", "<b>x", {640, 360}, false));
     StreamTableModel model;
-    model.setStreams(NoxHost::StreamChoice(info), 60);
+    model.setStreams(NoxHost::StreamChoice(SampleStreams::page("a <b>x 640x360"_s)), 60);
     const QModelIndex cell = model.index(0, StreamTableModel::Container);
-    QCOMPARE(cell.data().toString(), QStringLiteral("<b>x"));
-    QCOMPARE(cell.data(Qt::ToolTipRole).toString(), QStringLiteral("<p>&lt;b&gt;x</p>"));
+    QCOMPARE(cell.data().toString(), "<b>x"_s);
+    QCOMPARE(cell.data(Qt::ToolTipRole).toString(), "<p>&lt;b&gt;x</p>"_s);
 }
 
 /** Streams that must be encoded anew are marked in the table, and the form warns of them. */
@@ -180,14 +143,14 @@ void DeskModelTest::conversion()
     StreamTableModel model;
     model.setStreams(NoxHost::StreamChoice(page()), 600);
     for (int row = 0; row < model.rowCount(); ++row) {
-        const bool isConverted = model.stream(row).getName() == QLatin1String("248");
+        const bool isConverted = model.stream(row).getName() == "248"_s;
         const QModelIndex cell = model.index(row, StreamTableModel::Words);
-        QCOMPARE(cell.data().toString().contains(QLatin1String("must be converted")), isConverted);
-        QCOMPARE(cell.data(Qt::ToolTipRole).toString().contains(QLatin1String("Rough guess")), isConverted);
+        QCOMPARE(cell.data().toString().contains("must be converted"_s), isConverted);
+        QCOMPARE(cell.data(Qt::ToolTipRole).toString().contains("Rough guess"_s), isConverted);
         m_plan->setStream(model.stream(row));
         QCOMPARE(m_plan->warning().isEmpty(), !isConverted);
     }
-    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("248")));
+    choose("248"_s);
     m_plan->setCompanion(QString());
     QCOMPARE(m_plan->warning(), QString());
 }
@@ -219,60 +182,39 @@ void DeskModelTest::preferences()
 
 void DeskModelTest::missingFolder()
 {
-    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("18")));
+    choose("18"_s);
     QCOMPARE(m_plan->missingFolder(), QString());
-    m_plan->setDestination(path(QStringLiteral("new/deep/a.mp4")));
-    QCOMPARE(m_plan->missingFolder(), path(QStringLiteral("new/deep")));
+    m_plan->setDestination(path("new/deep/a.mp4"_s));
+    QCOMPARE(m_plan->missingFolder(), path("new/deep"_s));
     QVERIFY(!m_plan->isComplete());
     m_plan->makeFolder();
     QVERIFY(m_plan->isComplete() && m_plan->missingFolder().isEmpty());
-    QVERIFY(QFile(path(QStringLiteral("file"))).open(QIODevice::WriteOnly));
-    m_plan->setDestination(path(QStringLiteral("file/new/a.mp4"))); // no folder can be made in a file
+    QVERIFY(QFile(path("file"_s)).open(QIODevice::WriteOnly));
+    m_plan->setDestination(path("file/new/a.mp4"_s)); // no folder can be made in a file
     QCOMPARE(m_plan->missingFolder(), QString());
 }
 
 void DeskModelTest::choices_data()
 {
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("sound"); // chosen by the user, where not "default"
-    QTest::addColumn<QString>("companion");
-    QTest::addColumn<QString>("file");
-    QTest::newRow("sound of its own") << "18"
-                                      << "default"
-                                      << ""
-                                      << "A B.mp4";
-    QTest::newRow("MP4 goes with M4A") << "137"
-                                       << "default"
-                                       << "140"
-                                       << "A B.mp4";
-    QTest::newRow("WEBM goes with the best") << "248"
-                                             << "default"
-                                             << "251"
-                                             << "A B.mp4";
-    QTest::newRow("other sound") << "137"
-                                 << "251"
-                                 << "251"
-                                 << "A B.mp4";
-    QTest::newRow("no sound") << "248"
-                              << ""
-                              << ""
-                              << "A B.webm";
-    QTest::newRow("sound alone") << "140"
-                                 << "default"
-                                 << ""
-                                 << "A B.m4a";
+    const TextTable row{"code", "sound", "companion", "file"}; // the sound that the user chooses, where not "default"
+    row("sound of its own", "18", "default", "", "A B.mp4");
+    row("MP4 goes with M4A", "137", "default", "140", "A B.mp4");
+    row("WEBM goes with the best", "248", "default", "251", "A B.mp4");
+    row("other sound", "137", "251", "251", "A B.mp4");
+    row("no sound", "248", "", "", "A B.webm");
+    row("sound alone", "140", "default", "", "A B.m4a");
 }
 
 void DeskModelTest::choices()
 {
     QFETCH(QString, code);
     QFETCH(QString, sound);
-    m_plan->setStream(NoxHost::StreamChoice(page()).find(code));
-    if (sound != QLatin1String("default"))
+    choose(code);
+    if (sound != "default"_s)
         m_plan->setCompanion(sound);
     QTEST(m_plan->companion(), "companion");
     QTEST(QFileInfo(m_plan->destination()).fileName(), "file");
-    QCOMPARE(m_plan->takesCompanion(), code == QLatin1String("137") || code == QLatin1String("248"));
+    QCOMPARE(m_plan->takesCompanion(), code == "137"_s || code == "248"_s);
     QCOMPARE(m_plan->companions().size(), m_plan->takesCompanion() ? 2 : 0);
     // There is no ffmpeg beside this program.
     QCOMPARE(m_plan->soundProblem().isEmpty(), m_plan->companion().isEmpty());
@@ -281,33 +223,15 @@ void DeskModelTest::choices()
 
 void DeskModelTest::destination_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("path"); // in the folder; "" for none
-    QTest::addColumn<QString>("problem");
-    QTest::newRow("relative") << "b.mp4"
-                              << "b.mp4"
-                              << "";
-    QTest::newRow("blanks around it") << " b.mp4 "
-                                      << "b.mp4"
-                                      << "";
-    QTest::newRow("nothing") << "  "
-                             << ""
-                             << "needs a name";
-    QTest::newRow("taken on disk") << "old.mp4"
-                                   << "old.mp4"
-                                   << "exists already";
-    QTest::newRow("taken by another") << "sub/../busy.mp4"
-                                      << "busy.mp4"
-                                      << "Another download";
-    QTest::newRow("bad name") << "what?.mp4"
-                              << "what?.mp4"
-                              << "must not hold";
-    QTest::newRow("no such folder") << "nowhere/b.mp4"
-                                    << "nowhere/b.mp4"
-                                    << "does not exist";
-    QTest::newRow("a folder") << "sub/"
-                              << "sub"
-                              << "is a folder";
+    const TextTable row{"text", "path", "problem"}; // the path in the folder; "" for none
+    row("relative", "b.mp4", "b.mp4");
+    row("blanks around it", " b.mp4 ", "b.mp4");
+    row("nothing", "  ", "", "needs a name");
+    row("taken on disk", "old.mp4", "old.mp4", "exists already");
+    row("taken by another", "sub/../busy.mp4", "busy.mp4", "Another download");
+    row("bad name", "what?.mp4", "what?.mp4", "must not hold");
+    row("no such folder", "nowhere/b.mp4", "nowhere/b.mp4", "does not exist");
+    row("a folder", "sub/", "sub", "is a folder");
 }
 
 void DeskModelTest::destination()
@@ -315,10 +239,10 @@ void DeskModelTest::destination()
     QFETCH(QString, text);
     QFETCH(QString, path);
     QFETCH(QString, problem);
-    QVERIFY(QFile(this->path(QStringLiteral("old.mp4"))).open(QIODevice::WriteOnly));
-    QVERIFY(QDir(m_root->path()).mkdir(QStringLiteral("sub")));
-    m_plan->setTaken({this->path(QStringLiteral("busy.mp4"))});
-    m_plan->setStream(stream("18", "MP4", {640, 360}, false));
+    QVERIFY(QFile(this->path("old.mp4"_s)).open(QIODevice::WriteOnly));
+    QVERIFY(QDir(m_root->path()).mkdir("sub"_s));
+    m_plan->setTaken({this->path("busy.mp4"_s)});
+    choose("18"_s);
     QVERIFY(m_plan->isComplete());
     m_plan->setDestination(text);
     QCOMPARE(m_plan->path(), path.isEmpty() ? path : this->path(path));
@@ -330,56 +254,49 @@ void DeskModelTest::destination()
 /** What the user has written stays; only a suffix that was ours follows the stream. */
 void DeskModelTest::ownDestination()
 {
-    const NoxHost::StreamChoice streams(page());
-    m_plan->setStream(streams.find(QStringLiteral("18")));
-    m_plan->setDestination(path(QStringLiteral("mine.mp4")));
-    m_plan->setStream(streams.find(QStringLiteral("140")));
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("mine.m4a")));
-    m_plan->setTaken({path(QStringLiteral("mine.m4a"))});
+    choose("18"_s);
+    m_plan->setDestination(path("mine.mp4"_s));
+    choose("140"_s);
+    QCOMPARE(m_plan->destination(), path("mine.m4a"_s));
+    m_plan->setTaken({path("mine.m4a"_s)});
     QVERIFY(!m_plan->isComplete());
     m_plan->renumber();
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("mine(1).m4a")));
-    m_plan->setDestination(path(QStringLiteral("mine.sound")));
-    m_plan->setStream(streams.find(QStringLiteral("18")));
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("mine.sound")));
-    m_plan->setPage(QStringLiteral("http://y/"), page(), streams);
-    m_plan->setStream(streams.find(QStringLiteral("18")));
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("A B.mp4")));
+    QCOMPARE(m_plan->destination(), path("mine(1).m4a"_s));
+    m_plan->setDestination(path("mine.sound"_s));
+    choose("18"_s);
+    QCOMPARE(m_plan->destination(), path("mine.sound"_s));
+    m_plan->setPage("http://y/"_s, page(), NoxHost::StreamChoice(page()));
+    choose("18"_s);
+    QCOMPARE(m_plan->destination(), path("A B.mp4"_s));
 }
 
 /** A name that the user gave is numbered only as long as another download makes that file. */
 void DeskModelTest::ownNameComesBack()
 {
-    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("18")));
-    QVERIFY(QDir(m_root->path()).mkdir(QStringLiteral("sub")));
-    m_plan->setDestination(QStringLiteral("sub/mine.mp4"));
-    m_plan->setFolder(path(QStringLiteral("sub")));
-    m_plan->setTaken({path(QStringLiteral("sub/mine.mp4"))});
+    choose("18"_s);
+    QVERIFY(QDir(m_root->path()).mkdir("sub"_s));
+    m_plan->setDestination("sub/mine.mp4"_s);
+    m_plan->setFolder(path("sub"_s));
+    m_plan->setTaken({path("sub/mine.mp4"_s)});
     m_plan->renumber();
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("sub/mine(1).mp4")));
+    QCOMPARE(m_plan->destination(), path("sub/mine(1).mp4"_s));
     m_plan->setTaken({});
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("sub/mine.mp4")));
-    m_plan->chooseFile(path(QStringLiteral("other")));
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("other.mp4")));
-    m_plan->chooseFile(path(QStringLiteral("other.MP4")));
-    QCOMPARE(m_plan->destination(), path(QStringLiteral("other.MP4")));
+    QCOMPARE(m_plan->destination(), path("sub/mine.mp4"_s));
+    m_plan->chooseFile(path("other"_s));
+    QCOMPARE(m_plan->destination(), path("other.mp4"_s));
+    m_plan->chooseFile(path("other.MP4"_s));
+    QCOMPARE(m_plan->destination(), path("other.MP4"_s));
 }
 
 void DeskModelTest::shownTexts_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("cut"); // after three characters
-    QTest::addColumn<QString>("rich");
-    QTest::newRow("short") << "abc"
-                           << "abc"
-                           << "<qt>abc</qt>";
-    QTest::newRow("emoji of two units") << QString::fromUtf8("ab😀d") << QString::fromUtf8("ab😀…")
-                                        << QString::fromUtf8("<qt>ab😀d</qt>");
-    QTest::newRow("accent of its own") << QString::fromUtf8("abe\u0301d") << QString::fromUtf8("abe\u0301…")
-                                       << QString::fromUtf8("<qt>abe\u0301d</qt>");
-    QTest::newRow("markup") << "<b>\n&" << QString::fromUtf8("<b>…") << "<qt>&lt;b&gt;<br>&amp;</qt>";
-    QTest::newRow("without blanks") << QString(50, u'x') << QString::fromUtf8("xxx…")
-                                    << QStringLiteral("<qt>%1\u200b%2</qt>").arg(QString(40, u'x'), QString(10, u'x'));
+    const TextTable row{"text", "cut", "rich"}; // cut after three characters
+    row("short", "abc", "abc", "<qt>abc</qt>");
+    row("emoji of two units", "ab😀d", "ab😀…", "<qt>ab😀d</qt>");
+    row("accent of its own", "abe\u0301d", "abe\u0301…", "<qt>abe\u0301d</qt>");
+    row("markup", "<b>\n&", "<b>…", "<qt>&lt;b&gt;<br>&amp;</qt>");
+    row("without blanks", QByteArray(50, 'x'), "xxx…",
+        "<qt>" + QByteArray(40, 'x') + "\u200b" + QByteArray(10, 'x') + "</qt>");
 }
 
 void DeskModelTest::shownTexts()
@@ -406,63 +323,45 @@ void DeskModelTest::logs()
     QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray(ProgramLog::largestSize + 1, 'x')) > 0);
     log.close();
     QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(file).size() <= ProgramLog::largestSize, 30000);
-    QVERIFY(QFile::exists(file + QStringLiteral(".old")));
+    QVERIFY(QFile::exists(file + ".old"_s));
     QCOMPARE(ProgramLog(QString()).fileName().isEmpty(), false);
 }
 
 void DeskModelTest::sizes_data()
 {
-    QTest::addColumn<QString>("companion");
-    QTest::addColumn<bool>("isSoundKnown");
-    QTest::addColumn<qint64>("size");
-    QTest::newRow("both") << "140" << true << qint64{110};
-    QTest::newRow("sound unknown") << "140" << false << qint64{0};
-    QTest::newRow("alone") << "" << false << qint64{100};
+    const TextTable row{"companion", "sound", "size"};
+    row("both", "140", "10", "110");
+    row("sound unknown", "140", "", "0");
+    row("alone", "", "", "100");
 }
 
 void DeskModelTest::sizes()
 {
-    QFETCH(bool, isSoundKnown);
-    m_plan->setStream(NoxHost::StreamChoice(page()).find(QStringLiteral("137")));
     QFETCH(QString, companion);
+    QFETCH(QString, sound);
+    choose("137"_s);
     m_plan->setCompanion(companion);
-    m_plan->setSize(QStringLiteral("137"), 100);
-    if (isSoundKnown)
-        m_plan->setSize(QStringLiteral("140"), 10);
+    m_plan->setSize("137"_s, 100);
+    if (!sound.isEmpty())
+        m_plan->setSize("140"_s, sound.toLongLong());
     const DownloadRequest request = m_plan->request();
-    QTEST(request.stream.getSize(), "size");
+    QTEST(QString::number(request.stream.getSize()), "size");
     QCOMPARE(request.stream.getPreferredDashAudioYdCode(), companion);
-    QCOMPARE(request.url, QStringLiteral("http://x/"));
-    QCOMPARE(request.destination, path(QStringLiteral("A B.mp4")));
+    QCOMPARE(request.url, "http://x/"_s);
+    QCOMPARE(request.destination, path("A B.mp4"_s));
 }
 
 void DeskModelTest::addresses_data()
 {
-    QTest::addColumn<QString>("url"); // as a link, or
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("address");
-    QTest::newRow("link") << "http://x/a b"
-                          << ""
-                          << "http://x/a%20b";
-    QTest::newRow("text") << ""
-                          << " https://x/y \n"
-                          << "https://x/y";
-    QTest::newRow("mended") << ""
-                            << "www.x/y"
-                            << "https://www.x/y";
-    QTest::newRow("local file") << "file:///etc/passwd"
-                                << ""
-                                << "";
-    QTest::newRow("prose") << ""
-                           << "see https://x/y"
-                           << "";
-    QTest::newRow("two") << ""
-                         << "https://x/y https://x/z"
-                         << "";
-    QTest::newRow("prose that begins so") << "" << QString(QStringLiteral("http://") + QString(5000, u'x')) << "";
-    QTest::newRow("nothing") << ""
-                             << ""
-                             << "";
+    const TextTable row{"url", "text", "address"}; // as a link, or as a text
+    row("link", "http://x/a b", "", "http://x/a%20b");
+    row("text", "", " https://x/y \n", "https://x/y");
+    row("mended", "", "www.x/y", "https://www.x/y");
+    row("local file", "file:///etc/passwd");
+    row("prose", "", "see https://x/y");
+    row("two", "", "https://x/y https://x/z");
+    row("prose that begins so", "", "http://" + QByteArray(5000, 'x'));
+    row("nothing", "");
 }
 
 void DeskModelTest::addresses()
@@ -481,16 +380,16 @@ void DeskModelTest::addresses()
 void DeskModelTest::offer()
 {
     QClipboard &clipboard = *QGuiApplication::clipboard();
-    clipboard.setText(QStringLiteral("no address"));
+    clipboard.setText("no address"_s);
     AddressOffer offer(clipboard);
     QSignalSpy changes(&offer, &AddressOffer::changed);
-    clipboard.setText(QStringLiteral("http://x/1"));
+    clipboard.setText("http://x/1"_s);
     QTRY_COMPARE(changes.size(), 1);
-    QCOMPARE(offer.address(), QStringLiteral("http://x/1"));
-    offer.setKnown(QStringLiteral(" http://x/1"));
+    QCOMPARE(offer.address(), "http://x/1"_s);
+    offer.setKnown(" http://x/1"_s);
     QCOMPARE(offer.address(), QString());
     offer.setKnown(QString());
-    QCOMPARE(offer.address(), QStringLiteral("http://x/1"));
+    QCOMPARE(offer.address(), "http://x/1"_s);
     offer.dismiss();
     QCOMPARE(offer.address(), QString());
     offer.check();
@@ -499,7 +398,7 @@ void DeskModelTest::offer()
 
 void DeskModelTest::possibleRequests()
 {
-    QVERIFY(WebRequest::isPossible(QStringLiteral("https://x/a.jpg")));
+    QVERIFY(WebRequest::isPossible("https://x/a.jpg"_s));
     for (const char *url : {"", "file:///etc/passwd", "a.jpg", "ftp://x/a.jpg", "http:///a.jpg", "data:,a"})
         QVERIFY2(!WebRequest::isPossible(QString::fromLatin1(url)), url);
 }

@@ -1,5 +1,4 @@
-#include "tests/desk/DeskSandbox.h"
-#include "tests/desk/DeskUser.h"
+#include "tests/desk/DeskTest.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -12,13 +11,8 @@
 #include <QTableView>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QtTest>
-
-#include <memory>
 
 using namespace NoxDesk;
-
-#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, DeskSandbox::Patience)
 
 namespace {
 
@@ -45,7 +39,7 @@ public:
         m_server.listen(QHostAddress::LocalHost);
     }
 
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1/p.png").arg(m_server.serverPort()); }
+    QString url() const { return "http://127.0.0.1:%1/p.png"_s.arg(m_server.serverPort()); }
 
 private:
     void answer()
@@ -88,15 +82,13 @@ QPalette darkPalette()
  * Takes pictures of the window, to be looked at: into the folder that NOX_DESK_PICTURES names, or else only to see that
  * every scene can be set up and fills its picture.
  */
-class DeskPicturesTest : public QObject
+class DeskPicturesTest : public DeskTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     static void initTestCase_data();
     void initTestCase();
-    void init();
-    void cleanup();
     void longTitle();
     void queue();
     void preferences();
@@ -110,8 +102,6 @@ private:
 
     PictureServer m_pictures;
     QPalette m_light;
-    std::unique_ptr<DeskSandbox> m_stage;
-    std::unique_ptr<DeskUser> m_user;
 };
 
 void DeskPicturesTest::initTestCase_data()
@@ -123,65 +113,48 @@ void DeskPicturesTest::initTestCase_data()
 
 void DeskPicturesTest::initTestCase()
 {
+    DeskTest::initTestCase();
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-    QCoreApplication::setOrganizationName(QStringLiteral("noxwebmedia"));
-    QCoreApplication::setApplicationName(QStringLiteral("desk-test"));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(QStyleFactory::create("Fusion"_s));
     m_light = QApplication::style()->standardPalette();
-}
-
-void DeskPicturesTest::init()
-{
-    m_stage = std::make_unique<DeskSandbox>();
-    DeskSandbox::installStandIns();
-    QGuiApplication::clipboard()->clear();
-}
-
-void DeskPicturesTest::cleanup()
-{
-    m_user.reset();
-    QTRY_SOON(m_stage->isQuiet());
-    m_stage.reset();
 }
 
 QString DeskPicturesTest::page(const QString &title, const QString &picture)
 {
     const auto video = [](int code, const char *ext, int width, int height, bool hasSound) {
-        return QStringLiteral(R"({"format_id":"%1","ext":"%2","vcodec":"avc1","acodec":"%3","width":%4,"height":%5,)"
-                              R"("filesize":%6},)")
-            .arg(code)
-            .arg(QString::fromLatin1(ext), hasSound ? QStringLiteral("mp4a") : QStringLiteral("none"))
-            .arg(width)
-            .arg(height)
-            .arg(width * height * 90);
+        return R"({"format_id":"%1","ext":"%2","vcodec":"avc1","acodec":"%3","width":%4,"height":%5,)"
+               R"("filesize":%6},)"_s.arg(code)
+                   .arg(QString::fromLatin1(ext), hasSound ? "mp4a"_s : "none"_s)
+                   .arg(width)
+                   .arg(height)
+                   .arg(width * height * 90);
     };
-    return QStringLiteral(R"(dump: out {"title":"%1","duration":754,"thumbnail":"%2","formats":[)").arg(title, picture)
-        + QStringLiteral(R"({"format_id":"251","ext":"webm","vcodec":"none","acodec":"opus","abr":160},)"
-                         R"({"format_id":"140","ext":"m4a","vcodec":"none","acodec":"mp4a","abr":128},)")
+    return R"(dump: out {"title":"%1","duration":754,"thumbnail":"%2","formats":[)"_s.arg(title, picture)
+        + R"({"format_id":"251","ext":"webm","vcodec":"none","acodec":"opus","abr":160},)"
+          R"({"format_id":"140","ext":"m4a","vcodec":"none","acodec":"mp4a","abr":128},)"_s
         + video(18, "mp4", 640, 360, true) + video(136, "mp4", 1280, 720, false) + video(247, "webm", 1280, 720, false)
         + video(137, "mp4", 1920, 1080, false) + video(248, "webm", 1920, 1080, false)
-        + video(313, "webm", 3840, 2160, false).chopped(1) + QStringLiteral("]}\n");
+        + video(313, "webm", 3840, 2160, false).chopped(1) + "]}\n"_s;
 }
 
 /** A window in the colours of the row, "light" or "dark". */
 void DeskPicturesTest::open()
 {
     QFETCH_GLOBAL(QString, colours);
-    QApplication::setPalette(colours == QLatin1String("dark") ? darkPalette() : m_light);
+    QApplication::setPalette(colours == "dark"_s ? darkPalette() : m_light);
     m_user = std::make_unique<DeskUser>();
 }
 
 void DeskPicturesTest::read(int number, const QString &title)
 {
-    const QString figures = QStringLiteral("[download] %1% of 312.40MiB at 4.20MiB/s ETA 00:40\\n");
-    DeskSandbox::play(page(title, m_pictures.url())
-                      + QStringLiteral("18: announce mp4|err ERROR: unable to download video data: HTTP Error 403: "
-                                       "Forbidden|exit 1\n137: announce mp4|out ")
-                      + figures.arg(QStringLiteral("61.5"))
-                      + QStringLiteral("|hang\n136: announce mp4\n247: announce webm\n")
-                      + QStringLiteral("140: announce m4a\n251: announce webm\nffmpeg: write half|err frame=90 "
-                                       "time=00:04:10.00 bitrate=900kbits/s speed=2.5x\\r|hang"));
-    m_user->readPage(QStringLiteral("https://video.example/watch/%1").arg(number));
+    const QString figures = "[download] %1% of 312.40MiB at 4.20MiB/s ETA 00:40\\n"_s;
+    HostSandbox::play(page(title, m_pictures.url())
+                      + "18: announce mp4|err ERROR: unable to download video data: HTTP Error 403: "
+                        "Forbidden|exit 1\n137: announce mp4|out "_s
+                      + figures.arg("61.5"_s) + "|hang\n136: announce mp4\n247: announce webm\n"_s
+                      + "140: announce m4a\n251: announce webm\nffmpeg: write half|err frame=90 "
+                        "time=00:04:10.00 bitrate=900kbits/s speed=2.5x\\r|hang"_s);
+    m_user->readPage("https://video.example/watch/%1"_s.arg(number));
     QTRY_SOON(m_user->sees("streams") && m_user->desk().reader().url().endsWith(QString::number(number)));
     QTRY_SOON(!m_user->desk().thumbnail().picture().isNull());
     StreamTableModel &streams = m_user->desk().streams();
@@ -212,9 +185,9 @@ void DeskPicturesTest::photograph(QWidget &window, const QString &scene)
     const QString folder = qEnvironmentVariable("NOX_DESK_PICTURES");
     if (!folder.isEmpty()) {
         QFETCH_GLOBAL(QString, colours);
-        const QString scale = picture.devicePixelRatio() > 1.5 ? QStringLiteral("-2x") : QString();
+        const QString scale = picture.devicePixelRatio() > 1.5 ? "-2x"_s : QString();
         QVERIFY(QDir().mkpath(folder));
-        QVERIFY(picture.save(QStringLiteral("%1/desk-%2-%3%4.png").arg(folder, scene, colours, scale)));
+        QVERIFY(picture.save("%1/desk-%2-%3%4.png"_s.arg(folder, scene, colours, scale)));
     }
 }
 
@@ -223,10 +196,10 @@ void DeskPicturesTest::longTitle()
     open();
     m_user->window().resize(600, 400);
     read(1,
-         QStringLiteral("The whole afternoon at the harbour, with all the ships, the lighthouse and "
-                        "thewordwithoutanyblanksthatgoesonandonandonandonandonandonandonandonandon 😀"));
+         "The whole afternoon at the harbour, with all the ships, the lighthouse and "
+         "thewordwithoutanyblanksthatgoesonandonandonandonandonandonandonandonandon 😀"_s);
     QCOMPARE(m_user->window().size(), QSize(600, 400));
-    photograph(m_user->window(), QStringLiteral("long-title"));
+    photograph(m_user->window(), "long-title"_s);
 }
 
 void DeskPicturesTest::queue()
@@ -234,36 +207,36 @@ void DeskPicturesTest::queue()
     open();
     m_user->window().resize(960, 1140);
     m_user->window().findChild<QSplitter *>()->setSizes({400, 640}); // all rows are to be seen
-    read(1, QStringLiteral("Harbour lights"));
-    DownloadListModel &downloads = m_user->desk().downloads();
+    read(1, "Harbour lights"_s);
+    DownloadListModel &downloads = m_user->downloads();
     downloads.setLimit(3);
-    choose(QStringLiteral("18"));
+    choose("18"_s);
     QVERIFY(m_user->press("download")); // fails
     QTRY_SOON(m_user->sees("retry", 0));
-    choose(QStringLiteral("140"));
+    choose("140"_s);
     QVERIFY(m_user->press("download")); // is done soon
     QTRY_SOON(m_user->sees("openFile", 0));
-    read(2, QStringLiteral("A day in the mountains"));
-    choose(QStringLiteral("247")); // must be converted
+    read(2, "A day in the mountains"_s);
+    choose("247"_s); // must be converted
     QVERIFY(m_user->press("download"));
-    QTRY_SOON(m_user->text("status", 0).contains(QLatin1String("0:04:10")));
+    QTRY_SOON(m_user->text("status", 0).contains("0:04:10"_s));
     for (int i = 0; i < 3; ++i) {
-        choose(QStringLiteral("137"));
+        choose("137"_s);
         QVERIFY(m_user->press("download"));
     }
-    QTRY_SOON(m_user->text("status", 1).contains(QLatin1String("MB")));
+    QTRY_SOON(m_user->text("status", 1).contains("MB"_s));
     QCOMPARE(downloads.rowCount(), 6);
     QCOMPARE(downloads.runningCount(), 3);
-    photograph(m_user->window(), QStringLiteral("queue"));
+    photograph(m_user->window(), "queue"_s);
 }
 
 void DeskPicturesTest::preferences()
 {
     open();
-    DeskSandbox::play(QStringLiteral("dump: out 2026.08.19\n"));
+    HostSandbox::play("dump: out 2026.08.19\n"_s);
     m_user->openMenu(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("toolVersion"), QStringLiteral("2026.08.19"), DeskSandbox::Patience);
-    photograph(*m_user->find("parallel")->window(), QStringLiteral("preferences"));
+    QTRY_SOON_COMPARE(m_user->text("toolVersion"), "2026.08.19"_s);
+    photograph(*m_user->find("parallel")->window(), "preferences"_s);
 }
 
 QTEST_MAIN(DeskPicturesTest)

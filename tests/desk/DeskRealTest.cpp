@@ -1,6 +1,7 @@
-#include "tests/desk/DeskSandbox.h"
 #include "tests/desk/DeskUser.h"
+#include "tests/hosts/HostSandbox.h"
 #include "tests/support/DemoPage.h"
+#include "tests/util/Rows.h"
 
 #include <QApplication>
 #include <QDir>
@@ -27,14 +28,14 @@ private Q_SLOTS:
     void cancel();
 
 private:
-    std::unique_ptr<DeskSandbox> m_stage;
+    std::unique_ptr<HostSandbox> m_stage;
     std::unique_ptr<DeskUser> m_user;
     std::unique_ptr<DemoPage> m_page;
 };
 
 void DeskRealTest::initTestCase()
 {
-    m_stage = std::make_unique<DeskSandbox>();
+    m_stage = std::make_unique<HostSandbox>();
     m_page = std::make_unique<DemoPage>();
     QVERIFY(m_page->serve());
     m_user = std::make_unique<DeskUser>();
@@ -51,17 +52,17 @@ void DeskRealTest::cleanupTestCase()
 
 void DeskRealTest::download()
 {
-    QVERIFY(m_user->text("title").startsWith(QString::fromUtf8("Open the café/bar?")));
+    QVERIFY(m_user->text("title").startsWith("Open the café/bar?"_s));
     QTRY_VERIFY_WITH_TIMEOUT(!m_user->desk().thumbnail().picture().isNull(), patienceMs);
     QCOMPARE(m_user->desk().thumbnail().picture().size(), QSize(320, 180));
-    QTRY_VERIFY_WITH_TIMEOUT(m_user->streams().contains(QLatin1String("3.1 MB;")), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->streams().contains("3.1 MB;"_s), patienceMs);
 
     QSet<QString> phases;
     QVERIFY(m_user->press("download"));
     const auto isFinished = [this, &phases] {
         const QString status = m_user->text("status", 0);
-        phases += status.section(QStringLiteral(" · "), 0, 0).section(QLatin1Char(','), 0, 0);
-        return status.startsWith(QLatin1String("Finished")) || m_user->sees("failureWords", 0);
+        phases += status.section(" · "_s, 0, 0).section(QLatin1Char(','), 0, 0);
+        return status.startsWith("Finished"_s) || m_user->sees("failureWords", 0);
     };
     QTRY_VERIFY_WITH_TIMEOUT(isFinished(), patienceMs);
     QVERIFY2(!m_user->sees("failureWords", 0), qPrintable(m_user->text("failureWords", 0)));
@@ -70,9 +71,8 @@ void DeskRealTest::download()
     const QStringList files = m_stage->files();
     QCOMPARE(files.size(), 1);
     QProcess probe;
-    probe.start(QStringLiteral("ffprobe"),
-                {QStringLiteral("-loglevel"), QStringLiteral("error"), QStringLiteral("-show_entries"),
-                 QStringLiteral("stream=codec_name"), QStringLiteral("-of"), QStringLiteral("csv=p=0"),
+    probe.start("ffprobe"_s,
+                {"-loglevel"_s, "error"_s, "-show_entries"_s, "stream=codec_name"_s, "-of"_s, "csv=p=0"_s,
                  m_stage->videos() + QLatin1Char('/') + files.first()});
     QVERIFY(probe.waitForFinished());
     QCOMPARE(probe.readAllStandardOutput(), QByteArray("h264\naac\n"));
@@ -82,10 +82,10 @@ void DeskRealTest::cancel()
 {
     const QStringList before = m_stage->files();
     QVERIFY(m_user->press("download"));
-    QTRY_VERIFY_WITH_TIMEOUT(m_user->text("status", 0).contains(QLatin1String(" / ")), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->text("status", 0).contains(" / "_s), patienceMs);
     QVERIFY(m_stage->files() != before);
     QVERIFY(m_user->press("cancel", 0));
-    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 0), QStringLiteral("Cancelled"), patienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 0), "Cancelled"_s, patienceMs);
     QCOMPARE(m_stage->files(), before);
 }
 

@@ -1,6 +1,8 @@
 #include "tests/desk/DeskUser.h"
 
 #include "hosts/desk/view/DownloadRow.h"
+#include "tests/hosts/HostSandbox.h"
+#include "tests/util/Rows.h"
 
 #include <QLabel>
 #include <QLayout>
@@ -21,19 +23,9 @@ DeskUser::DeskUser()
         qWarning("the window is not active");
 }
 
-Desk &DeskUser::desk()
-{
-    return m_desk;
-}
-
-MainWindow &DeskUser::window()
-{
-    return m_window;
-}
-
 QWidget *DeskUser::row(int row)
 {
-    const auto *list = m_window.findChild<QScrollArea *>(QStringLiteral("downloads"))->widget()->layout();
+    const auto *list = m_window.findChild<QScrollArea *>("downloads"_s)->widget()->layout();
     QLayoutItem *item = list->itemAt(row);
     return item == nullptr ? nullptr : qobject_cast<DownloadRow *>(item->widget());
 }
@@ -86,6 +78,20 @@ void DeskUser::readPage(const QString &address)
 {
     type("address", address);
     QTest::keyClick(find("address"), Qt::Key_Return);
+}
+
+bool DeskUser::seesPage()
+{
+    readPage();
+    return QTest::qWaitFor([this] { return sees("streams"); }, HostSandbox::Patience);
+}
+
+bool DeskUser::beginDownload(const QString &quality)
+{
+    if (m_desk.reader().state() != PageReader::State::Ready && !seesPage())
+        return false;
+    choose(quality);
+    return press("download");
 }
 
 void DeskUser::choose(const QString &quality)

@@ -12,8 +12,11 @@ class DeskUser
 public:
     DeskUser();
 
-    NoxDesk::Desk &desk();
-    NoxDesk::MainWindow &window();
+    static QString pageAddress() { return QStringLiteral("http://x/"); }
+
+    NoxDesk::Desk &desk() { return m_desk; }
+    NoxDesk::MainWindow &window() { return m_window; }
+    NoxDesk::DownloadListModel &downloads() { return m_desk.downloads(); }
 
     /** A row of the downloads, or null. */
     QWidget *row(int row);
@@ -28,12 +31,17 @@ public:
     /** Presses a button. @return whether it is there and can be pressed */
     bool press(const char *name, int row = -1);
 
-    void type(const char *name, const QString &text); ///< Replaces what is in the field.
-    void readPage(const QString &address);            ///< Types the address and presses Enter.
-    void choose(const QString &quality);              ///< Picks the stream of that quality in the table.
-    void openMenu(int entry);                         ///< Takes the entry of the window's menu, the first being 0.
-    QString streams();                                ///< The table, "cell,cell;cell,cell".
-    QString chosen();                                 ///< Code of the chosen stream.
+    void type(const char *name, const QString &text);      ///< Replaces what is in the field.
+    void readPage(const QString &address = pageAddress()); ///< Types the address and presses Enter.
+    bool seesPage();                                       ///< Reads the page, and waits until its streams are there.
+    void choose(const QString &quality);                   ///< Picks the stream of that quality in the table.
+
+    /** Downloads the stream of that quality; reads the page before, unless one is there. @return whether it began */
+    bool beginDownload(const QString &quality);
+
+    void openMenu(int entry); ///< Takes the entry of the window's menu, the first being 0.
+    QString streams();        ///< The table, "cell,cell;cell,cell".
+    QString chosen();         ///< Code of the chosen stream.
 
 private:
     NoxDesk::Desk m_desk;

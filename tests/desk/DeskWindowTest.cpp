@@ -1,8 +1,7 @@
-#include "hosts/desk/Translation.h"
-#include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/StreamPanel.h"
-#include "tests/desk/DeskSandbox.h"
-#include "tests/desk/DeskUser.h"
+#include "tests/desk/DeskTest.h"
+#include "tests/hosts/SampleStreams.h"
+#include "tests/support/TextTable.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
@@ -10,23 +9,13 @@
 #include <QDesktopServices>
 #include <QDropEvent>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QPlainTextEdit>
-#include <QScrollArea>
 #include <QScrollBar>
-#include <QTranslator>
-#include <QtTest>
-
-#include <memory>
 
 using namespace NoxDesk;
 
-#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, DeskSandbox::Patience)
-
 namespace {
-
-const QString pageAddress = QStringLiteral("http://x/");
 
 /** Counts how often it is asked. */
 class CountingStreams : public StreamTableModel
@@ -41,22 +30,16 @@ public:
     /** Questions that the view has when a size becomes known in a list of @p count streams. */
     static int questions(int count)
     {
-        Nox::WebMediaInfo page(pageAddress);
-        for (int i = 0; i < count; ++i) {
-            Nox::MediaProfile stream;
-            stream.setName(QString::number(i));
-            stream.setFormat(QStringLiteral("MP4"));
-            stream.setMediaType(Nox::MEDIA_TYPE_VIDEO);
-            stream.setVResolution({320 + 2 * i, 180 + i});
-            page.addMediaProfile(stream);
-        }
+        QString streams;
+        for (int i = 0; i < count; ++i)
+            streams += "%1 MP4 %2x%3,"_s.arg(i).arg(320 + 2 * i).arg(180 + i);
         CountingStreams model;
         StreamPanel panel(model);
         panel.show();
-        model.setStreams(NoxHost::StreamChoice(page), 60);
+        model.setStreams(NoxHost::StreamChoice(SampleStreams::page(streams)), 60);
         QCoreApplication::processEvents();
         model.m_questions = 0;
-        model.setSize(QStringLiteral("0"), 1000);
+        model.setSize("0"_s, 1000);
         QCoreApplication::processEvents();
         return model.rowCount() < count ? 0 : model.m_questions;
     }
@@ -67,16 +50,14 @@ private:
 
 } // namespace
 
-/** The window with stand-in programs. */
-class DeskWindowTest : public QObject
+/** The window with stand-in programs: pages and what becomes of them. */
+class DeskWindowTest : public DeskTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void init();
-    void cleanup();
     void describesPage();
     void manyStreams();
     void refusesAddress();
@@ -95,20 +76,7 @@ private Q_SLOTS:
     void closing();
     void dropAndClipboard();
     void remembers();
-    void keyboard_data();
-    void keyboard();
-    void fitsLargeScaling();
-    void longTexts_data();
-    void longTexts();
-    void textHasNoSay();
-    void titleFollowsTheWidth();
-    void cancelKeepsFocus();
-    void rowsAreReachedInOrder();
-    void typingWhileReading_data();
-    void typingWhileReading();
     void failedPageKeepsTheOther();
-    void oneDownloadForTwoClicks();
-    void downloadKeepsFocus();
     void fileAppears();
     void openingFails();
     void preferredFolder();
@@ -118,107 +86,38 @@ public Q_SLOTS:
     void openedUrl(const QUrl &url) { m_opened += url.toLocalFile(); }
 
 private:
-    void beginDownload(const QString &quality);
-    int rowWithFocus() const;
-    QString cutControls() const;
-
-    std::unique_ptr<DeskSandbox> m_stage;
-    std::unique_ptr<DeskUser> m_user;
     QStringList m_opened;
 };
 
 void DeskWindowTest::initTestCase()
 {
-    QLocale::setDefault(QLocale::c());
-    QCoreApplication::setOrganizationName(QStringLiteral("noxwebmedia"));
-    QCoreApplication::setApplicationName(QStringLiteral("desk-test"));
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "openedUrl");
+    DeskTest::initTestCase();
+    QDesktopServices::setUrlHandler("file"_s, this, "openedUrl");
 }
 
 void DeskWindowTest::cleanupTestCase()
 {
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
-}
-
-void DeskWindowTest::init()
-{
-    m_stage = std::make_unique<DeskSandbox>();
-    DeskSandbox::installStandIns();
-    QGuiApplication::clipboard()->clear();
-    m_opened.clear();
-    m_user = std::make_unique<DeskUser>();
-}
-
-void DeskWindowTest::cleanup()
-{
-    m_user.reset();
-    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>());
-    QTRY_SOON(m_stage->isQuiet());
-    m_stage.reset();
-}
-
-void DeskWindowTest::beginDownload(const QString &quality)
-{
-    if (m_user->desk().reader().state() != PageReader::State::Ready) {
-        m_user->readPage(pageAddress);
-        QTRY_SOON(m_user->sees("streams"));
-    }
-    m_user->choose(quality);
-    QVERIFY(m_user->press("download"));
-}
-
-/** The row of the downloads that holds the focus, or -1. */
-int DeskWindowTest::rowWithFocus() const
-{
-    for (int row = 0; row < m_user->desk().downloads().rowCount(); ++row) {
-        if (m_user->row(row)->isAncestorOf(QApplication::focusWidget()))
-            return row;
-    }
-    return -1;
-}
-
-/** Names of the controls that cannot be seen in their full width when the keyboard comes to them. */
-QString DeskWindowTest::cutControls() const
-{
-    QStringList result;
-    const QList<QWidget *> widgets = m_user->window().findChildren<QWidget *>();
-    for (QWidget *widget : widgets) {
-        if ((widget->focusPolicy() & Qt::TabFocus) == 0 || !widget->isVisible() || !widget->isEnabled())
-            continue;
-        widget->setFocus(Qt::TabFocusReason);
-        for (QWidget *area = widget->parentWidget(); area != nullptr; area = area->parentWidget()) {
-            if (auto *scrolled = qobject_cast<QScrollArea *>(area))
-                scrolled->ensureWidgetVisible(widget);
-        }
-        const QRect place(widget->mapTo(&m_user->window(), QPoint()), widget->size());
-        const QSize seen = widget->visibleRegion().boundingRect().size();
-        const bool isWide = place.left() < 0 || place.right() > m_user->window().width();
-        const bool isScrolled = widget->inherits("QAbstractScrollArea"); // may be higher than what shows it
-        if (isWide || (!isScrolled && seen != widget->size()))
-            result += widget->objectName();
-    }
-    return result.join(QLatin1Char(' '));
+    QDesktopServices::unsetUrlHandler("file"_s);
 }
 
 void DeskWindowTest::describesPage()
 {
-    m_user->readPage(QLatin1Char(' ') + pageAddress + QLatin1Char(' '));
+    m_user->readPage(QLatin1Char(' ') + DeskUser::pageAddress() + QLatin1Char(' '));
     QVERIFY(m_user->sees("busy"));
     QTRY_SOON(m_user->sees("streams"));
-    QCOMPARE(m_user->text("title"), QStringLiteral("Clip"));
-    QCOMPARE(m_user->text("duration"), QStringLiteral("Duration 1:02:05"));
-    QCOMPARE(
-        m_user->streams(),
-        QStringLiteral("1080p, with sound,1080P,MP4,video only (DASH),;720p, with sound,720P,MP4,video only (DASH),;"
-                       "360p, with sound,360P,MP4,video,;sound only, 160 kbit/s,160K,WEBM,audio (DASH),;"
-                       "sound only, 128 kbit/s,128K,M4A,audio (DASH),"));
-    QCOMPARE(m_user->chosen(), QStringLiteral("137"));
-    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/Clip.mp4"));
-    m_user->choose(QStringLiteral("360P"));
+    QCOMPARE(m_user->text("title"), "Clip"_s);
+    QCOMPARE(m_user->text("duration"), "Duration 1:02:05"_s);
+    QCOMPARE(m_user->streams(),
+             "1080p, with sound,1080P,MP4,video only (DASH),;720p, with sound,720P,MP4,video only (DASH),;"
+             "360p, with sound,360P,MP4,video,;sound only, 160 kbit/s,160K,WEBM,audio (DASH),;"
+             "sound only, 128 kbit/s,128K,M4A,audio (DASH),"_s);
+    QCOMPARE(m_user->chosen(), "137"_s);
+    QCOMPARE(m_user->text("destination"), m_stage->video("Clip.mp4"_s));
+    m_user->choose("360P"_s);
     QVERIFY(!m_user->canPress("sound"));
     QVERIFY(m_user->press("showAll"));
     QCOMPARE(m_user->desk().streams().rowCount(), 6);
-    QCOMPARE(m_user->chosen(), QStringLiteral("18"));
+    QCOMPARE(m_user->chosen(), "18"_s);
     // What was chosen is gone from the thinned table: the best is chosen instead.
     m_user->desk().chooseStream(-1);
     QVERIFY(!m_user->canPress("download"));
@@ -234,8 +133,8 @@ void DeskWindowTest::manyStreams()
 
 void DeskWindowTest::refusesAddress()
 {
-    m_user->readPage(QStringLiteral("ftp://x/"));
-    QVERIFY(m_user->text("addressProblem").contains(QLatin1String("must start with http")));
+    m_user->readPage("ftp://x/"_s);
+    QVERIFY(m_user->text("addressProblem").contains("must start with http"_s));
     QCOMPARE(m_stage->runCount(), 0);
     QTest::keyClick(m_user->find("address"), Qt::Key_X);
     QVERIFY(!m_user->sees("addressProblem"));
@@ -243,31 +142,21 @@ void DeskWindowTest::refusesAddress()
 
 void DeskWindowTest::unreadablePage_data()
 {
-    QTest::addColumn<QString>("scenario");
-    QTest::addColumn<QString>("words");
-    QTest::addColumn<QString>("toolWords");
-    QTest::newRow("tool's own words") << "dump: err ERROR: Unsupported URL|exit 1"
-                                      << "could not read"
-                                      << "Unsupported URL";
-    QTest::newRow("crash") << "dump: kill SIGKILL"
-                           << "crashed"
-                           << "";
-    QTest::newRow("no stream") << "dump: json Clip "
-                               << "no stream"
-                               << "";
-    QTest::newRow("no tool") << ""
-                             << "The download tool is missing"
-                             << "";
+    const TextTable row{"scenario", "words", "toolWords"};
+    row("tool's own words", "dump: err ERROR: Unsupported URL|exit 1", "could not read", "Unsupported URL");
+    row("crash", "dump: kill SIGKILL", "crashed");
+    row("no stream", "dump: json Clip ", "no stream");
+    row("no tool", "", "The download tool is missing");
 }
 
 void DeskWindowTest::unreadablePage()
 {
     QFETCH(QString, scenario);
     QFETCH(QString, words);
-    DeskSandbox::play(scenario);
+    HostSandbox::play(scenario);
     if (scenario.isEmpty())
-        QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + QStringLiteral("/yt.zip")));
-    m_user->readPage(pageAddress);
+        QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + "/yt.zip"_s));
+    m_user->readPage();
     QTRY_SOON(m_user->sees("failureWords"));
     QVERIFY2(m_user->text("failureWords").contains(words), qPrintable(m_user->text("failureWords")));
     QFETCH(QString, toolWords);
@@ -281,9 +170,9 @@ void DeskWindowTest::unreadablePage()
 
 void DeskWindowTest::cancelsReading()
 {
-    DeskSandbox::play(QStringLiteral("dump: hang"));
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_stage->hangs(QStringLiteral("dump")));
+    HostSandbox::play("dump: hang"_s);
+    m_user->readPage();
+    QTRY_SOON(m_stage->hangs("dump"_s));
     QVERIFY(m_user->press("cancelReading"));
     QTRY_SOON(m_user->desk().reader().state() == PageReader::State::Empty);
     QTRY_SOON(m_stage->isQuiet());
@@ -292,67 +181,52 @@ void DeskWindowTest::cancelsReading()
 
 void DeskWindowTest::newestPageWins()
 {
-    DeskSandbox::play(QStringLiteral("dump: hang"));
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_stage->hangs(QStringLiteral("dump")));
-    DeskSandbox::play(QStringLiteral("dump: json Second 1"));
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    QCOMPARE(m_user->text("title"), QStringLiteral("Second"));
+    HostSandbox::play("dump: hang"_s);
+    m_user->readPage();
+    QTRY_SOON(m_stage->hangs("dump"_s));
+    HostSandbox::play("dump: json Second 1"_s);
+    QVERIFY(m_user->seesPage());
+    QCOMPARE(m_user->text("title"), "Second"_s);
     QTRY_SOON(m_stage->isQuiet());
 }
 
 void DeskWindowTest::downloadsJoined()
 {
-    DeskSandbox::play(DeskSandbox::pageScenario()
-                      + QStringLiteral("\n137: announce mp4|progress 25.0 1000000|hang\nffmpeg: merge|hang"));
-    const QAbstractItemModelTester tester(&m_user->desk().downloads(),
-                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
-    beginDownload(QStringLiteral("1080P"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 0),
-                              QStringLiteral("Fetching video · 250.0 kB / 1.2 MB · 10 bytes/s · 26:23:20 left"),
-                              DeskSandbox::Patience);
+    HostSandbox::playPage("137: announce mp4|progress 25.0 1000000|hang\nffmpeg: merge|hang"_s);
+    const QAbstractItemModelTester tester(&m_user->downloads(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QVERIFY(m_user->beginDownload("1080P"_s));
+    QTRY_SOON_COMPARE(m_user->text("status", 0), "Fetching video · 250.0 kB / 1.2 MB · 10 bytes/s · 26:23:20 left"_s);
     QCOMPARE(m_user->find("progress", 0)->property("value").toInt(), 20);
     QVERIFY(m_user->press("cancel", 0));
-    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
+    QTRY_SOON_COMPARE(m_user->text("status", 0), "Cancelled"_s);
 
-    DeskSandbox::play(DeskSandbox::pageScenario() + QStringLiteral("\nffmpeg: merge|hang"));
-    beginDownload(QStringLiteral("1080P"));
-    QTRY_SOON(m_user->text("status", 0).startsWith(QLatin1String("Joining video and audio")));
+    HostSandbox::playPage("ffmpeg: merge|hang"_s);
+    QVERIFY(m_user->beginDownload("1080P"_s));
+    QTRY_SOON(m_user->text("status", 0).startsWith("Joining video and audio"_s));
     QVERIFY(m_user->press("cancel", 0));
-    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
+    QTRY_SOON_COMPARE(m_user->text("status", 0), "Cancelled"_s);
     QCOMPARE(m_stage->files(), QStringList());
 
-    DeskSandbox::play(DeskSandbox::pageScenario());
-    beginDownload(QStringLiteral("1080P"));
-    QTRY_SOON(m_user->text("status", 0).startsWith(QLatin1String("Finished, 7 bytes"))); // "137+140"
-    const QString file = m_stage->videos() + QStringLiteral("/Clip.mp4");
-    QCOMPARE(m_stage->files(), QStringList(QStringLiteral("Clip.mp4")));
+    HostSandbox::play(HostSandbox::pageScenario());
+    QVERIFY(m_user->beginDownload("1080P"_s));
+    QTRY_SOON(m_user->text("status", 0).startsWith("Finished, 7 bytes"_s)); // "137+140"
+    const QString file = m_stage->video("Clip.mp4"_s);
+    QCOMPARE(m_stage->files(), QStringList("Clip.mp4"_s));
     QVERIFY(m_user->press("openFile", 0) && m_user->press("showFolder", 0));
     // There is no session bus, and so no file manager that would select the file.
     QTRY_COMPARE(m_opened, QStringList({file, m_stage->videos()}));
     QVERIFY(m_user->press("remove", 1) && m_user->press("removeEnded"));
-    QCOMPARE(m_user->desk().downloads().rowCount(), 0);
+    QCOMPARE(m_user->downloads().rowCount(), 0);
     QVERIFY(QFile::exists(file));
 }
 
 void DeskWindowTest::cancelsDownload_data()
 {
-    QTest::addColumn<QString>("quality");
-    QTest::addColumn<QString>("scenario");
-    QTest::addColumn<QString>("hanging");
-    QTest::newRow("video") << "1080P"
-                           << "137: announce mp4|hang"
-                           << "137";
-    QTest::newRow("audio") << "1080P"
-                           << "140: announce m4a|hang"
-                           << "140";
-    QTest::newRow("joining") << "1080P"
-                             << "ffmpeg: write half|hang"
-                             << "ffmpeg";
-    QTest::newRow("with a child of its own") << "360P"
-                                             << "18: announce mp4|spawn|hang"
-                                             << "18";
+    const TextTable row{"quality", "scenario", "hanging"};
+    row("video", "1080P", "137: announce mp4|hang", "137");
+    row("audio", "1080P", "140: announce m4a|hang", "140");
+    row("joining", "1080P", "ffmpeg: write half|hang", "ffmpeg");
+    row("with a child of its own", "360P", "18: announce mp4|spawn|hang", "18");
 }
 
 void DeskWindowTest::cancelsDownload()
@@ -360,12 +234,12 @@ void DeskWindowTest::cancelsDownload()
     QFETCH(QString, quality);
     QFETCH(QString, scenario);
     QFETCH(QString, hanging);
-    DeskSandbox::play(DeskSandbox::pageScenario() + QLatin1Char('\n') + scenario);
-    beginDownload(quality);
+    HostSandbox::playPage(scenario);
+    QVERIFY(m_user->beginDownload(quality));
     QTRY_SOON(m_stage->hangs(hanging));
     QVERIFY(!m_stage->files().isEmpty() && !m_stage->isQuiet());
     QVERIFY(m_user->press("cancel", 0));
-    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
+    QTRY_SOON_COMPARE(m_user->text("status", 0), "Cancelled"_s);
     QCOMPARE(m_stage->files(), QStringList());
     QTRY_SOON(m_stage->isQuiet());
     QVERIFY(!m_user->sees("cancel", 0) && !m_user->sees("openFile", 0));
@@ -373,18 +247,11 @@ void DeskWindowTest::cancelsDownload()
 
 void DeskWindowTest::failedDownload_data()
 {
-    QTest::addColumn<QString>("scenario");
-    QTest::addColumn<QString>("words");
-    QTest::addColumn<QString>("toolWords");
-    QTest::newRow("disk full") << "137: announce mp4|err ERROR: No space left on device|exit 1"
-                               << "The download tool gave up"
-                               << "No space left on device";
-    QTest::newRow("joining") << "ffmpeg: err broken header|exit 1"
-                             << "Joining video and audio failed"
-                             << "broken header";
-    QTest::newRow("crash") << "140: announce m4a|kill SIGKILL"
-                           << "crashed"
-                           << "";
+    const TextTable row{"scenario", "words", "toolWords"};
+    row("disk full", "137: announce mp4|err ERROR: No space left on device|exit 1", "The download tool gave up",
+        "No space left on device");
+    row("joining", "ffmpeg: err broken header|exit 1", "Joining video and audio failed", "broken header");
+    row("crash", "140: announce m4a|kill SIGKILL", "crashed");
 }
 
 void DeskWindowTest::failedDownload()
@@ -392,8 +259,8 @@ void DeskWindowTest::failedDownload()
     QFETCH(QString, scenario);
     QFETCH(QString, words);
     QFETCH(QString, toolWords);
-    DeskSandbox::play(DeskSandbox::pageScenario() + QLatin1Char('\n') + scenario);
-    beginDownload(QStringLiteral("1080P"));
+    HostSandbox::playPage(scenario);
+    QVERIFY(m_user->beginDownload("1080P"_s));
     QTRY_SOON(m_user->sees("failureWords", 0));
     QVERIFY2(m_user->text("failureWords", 0).contains(words), qPrintable(m_user->text("failureWords", 0)));
     QVERIFY2(m_user->text("toolWords", 0).contains(toolWords), qPrintable(m_user->text("toolWords", 0)));
@@ -405,49 +272,46 @@ void DeskWindowTest::failedDownload()
 
 void DeskWindowTest::twoDownloads()
 {
-    DeskSandbox::play(DeskSandbox::pageScenario()
-                      + QStringLiteral("\n137: announce mp4|progress 50.0 100|wait go\n18: announce mp4|hang"));
-    beginDownload(QStringLiteral("1080P"));
-    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/Clip(1).mp4"));
-    beginDownload(QStringLiteral("360P"));
-    QTRY_SOON(m_stage->hangs(QStringLiteral("18")));
-    QCOMPARE(m_user->desk().downloads().activeCount(), 2);
-    QCOMPARE(m_user->text("fileName", 0), QStringLiteral("Clip(1).mp4"));
+    HostSandbox::playPage("137: announce mp4|progress 50.0 100|wait go\n18: announce mp4|hang"_s);
+    QVERIFY(m_user->beginDownload("1080P"_s));
+    QCOMPARE(m_user->text("destination"), m_stage->video("Clip(1).mp4"_s));
+    QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_stage->hangs("18"_s));
+    QCOMPARE(m_user->downloads().activeCount(), 2);
+    QCOMPARE(m_user->text("fileName", 0), "Clip(1).mp4"_s);
     QVERIFY(m_user->press("cancel", 0));
-    QTRY_SOON(m_user->text("status", 0) == QLatin1String("Cancelled"));
-    QVERIFY(m_user->text("status", 1).startsWith(QLatin1String("Fetching video")));
+    QTRY_SOON_COMPARE(m_user->text("status", 0), "Cancelled"_s);
+    QVERIFY(m_user->text("status", 1).startsWith("Fetching video"_s));
 
-    m_stage->let(QStringLiteral("go"));
-    QTRY_SOON(m_user->text("status", 1).startsWith(QLatin1String("Finished")));
-    QCOMPARE(m_stage->files(), QStringList(QStringLiteral("Clip.mp4")));
+    m_stage->let("go"_s);
+    QTRY_SOON(m_user->text("status", 1).startsWith("Finished"_s));
+    QCOMPARE(m_stage->files(), QStringList("Clip.mp4"_s));
 }
 
 void DeskWindowTest::badDestination()
 {
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    m_user->type("destination", m_stage->videos() + QStringLiteral("/a?.mp4"));
-    QVERIFY(m_user->text("destinationProblem").contains(QLatin1String("must not hold")));
+    QVERIFY(m_user->seesPage());
+    m_user->type("destination", m_stage->video("a?.mp4"_s));
+    QVERIFY(m_user->text("destinationProblem").contains("must not hold"_s));
     QVERIFY(!m_user->canPress("download"));
-    QVERIFY(m_user->find("destination")->toolTip().contains(QLatin1String("a?.mp4")));
+    QVERIFY(m_user->find("destination")->toolTip().contains("a?.mp4"_s));
     QTest::keyClick(m_user->find("destination"), Qt::Key_Return);
-    QCOMPARE(m_user->desk().downloads().rowCount(), 0);
+    QCOMPARE(m_user->downloads().rowCount(), 0);
 
     QVERIFY(m_user->press("browse"));
     auto *dialog = m_user->window().findChild<QFileDialog *>();
     QVERIFY(dialog != nullptr);
-    Q_EMIT dialog->fileSelected(m_stage->videos() + QStringLiteral("/b")); // as it is typed there
+    Q_EMIT dialog->fileSelected(m_stage->video("b"_s)); // as it is typed there
     dialog->reject();
     QVERIFY(!m_user->sees("destinationProblem") && m_user->canPress("download"));
-    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/b.mp4"));
+    QCOMPARE(m_user->text("destination"), m_stage->video("b.mp4"_s));
 }
 
 void DeskWindowTest::missingFfmpeg()
 {
-    DeskSandbox::removeFfmpeg();
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    QVERIFY(m_user->text("soundProblem").contains(QLatin1String("cannot be joined")));
+    HostSandbox::removeFfmpeg();
+    QVERIFY(m_user->seesPage());
+    QVERIFY(m_user->text("soundProblem").contains("cannot be joined"_s));
     QVERIFY(!m_user->canPress("download"));
     auto *sound = qobject_cast<QComboBox *>(m_user->find("sound"));
     sound->setCurrentIndex(sound->count() - 1); // none
@@ -456,13 +320,13 @@ void DeskWindowTest::missingFfmpeg()
 
 void DeskWindowTest::closing()
 {
-    DeskSandbox::play(DeskSandbox::pageScenario() + QStringLiteral("\n18: announce mp4|hang"));
-    beginDownload(QStringLiteral("360P"));
-    QTRY_SOON(m_stage->hangs(QStringLiteral("18")));
+    HostSandbox::playPage("18: announce mp4|hang"_s);
+    QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_stage->hangs("18"_s));
     QVERIFY(!m_user->window().close());
     QTRY_SOON(m_user->canPress("stay"));
     QCOMPARE(m_user->find("stay")->window()->windowTitle(),
-             QStringLiteral("Nox Desk")); // no progress that stands still
+             "Nox Desk"_s); // no progress that stands still
     QVERIFY(m_user->press("stay"));
     QTRY_SOON(!m_user->sees("stay"));
     QVERIFY(m_user->window().isVisible() && !m_stage->isQuiet());
@@ -478,300 +342,90 @@ void DeskWindowTest::closing()
 void DeskWindowTest::dropAndClipboard()
 {
     QMimeData data;
-    data.setUrls({QUrl(pageAddress)});
+    data.setUrls({QUrl(DeskUser::pageAddress())});
     QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&m_user->window(), &enter);
     QVERIFY(enter.isAccepted());
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&m_user->window(), &drop);
     QTRY_SOON(m_user->sees("streams"));
-    QCOMPARE(m_user->text("address"), pageAddress);
+    QCOMPARE(m_user->text("address"), DeskUser::pageAddress());
 
     QVERIFY(!m_user->sees("clipboardOffer"));
-    QGuiApplication::clipboard()->setText(QStringLiteral("http://x/?a&b"));
+    QGuiApplication::clipboard()->setText("http://x/?a&b"_s);
     QTRY_SOON(m_user->sees("clipboardOffer"));
     QVERIFY(m_user->press("clipboardOffer"));
-    QCOMPARE(m_user->text("address"), QStringLiteral("http://x/?a&b"));
+    QCOMPARE(m_user->text("address"), "http://x/?a&b"_s);
     QVERIFY(!m_user->sees("clipboardOffer"));
     QTRY_SOON(m_user->sees("streams"));
 }
 
 void DeskWindowTest::remembers()
 {
-    QVERIFY(QDir(m_stage->path(QString())).mkdir(QStringLiteral("mine")));
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    m_user->type("destination", m_stage->path(QStringLiteral("mine/a.mp4")));
+    QVERIFY(QDir(m_stage->path(QString())).mkdir("mine"_s));
+    QVERIFY(m_user->seesPage());
+    m_user->type("destination", m_stage->path("mine/a.mp4"_s));
     QVERIFY(m_user->press("download"));
-    QTRY_SOON(m_user->text("status", 0).startsWith(QLatin1String("Finished")));
+    QTRY_SOON(m_user->text("status", 0).startsWith("Finished"_s));
     m_user->window().resize(m_user->window().minimumSizeHint() + QSize(17, 13));
     const QSize size = m_user->window().size();
     QVERIFY(m_user->window().close());
 
     m_user = std::make_unique<DeskUser>();
     QCOMPARE(m_user->window().size(), size);
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    QCOMPARE(m_user->text("destination"), m_stage->path(QStringLiteral("mine/Clip.mp4")));
-}
-
-void DeskWindowTest::keyboard_data()
-{
-    QTest::addColumn<QLocale::Language>("language");
-    QTest::newRow("English") << QLocale::English;
-    QTest::newRow("German") << QLocale::German;
-}
-
-/** Every control can be reached by Tab, has a name of its own for screen readers, and a mnemonic of its own. */
-void DeskWindowTest::keyboard()
-{
-    QFETCH(QLocale::Language, language);
-    m_user.reset();
-    installTranslation(QLocale(language));
-    m_user = std::make_unique<DeskUser>();
-    beginDownload(QStringLiteral("1080P"));
-    QTRY_SOON(m_user->sees("openFile", 0));
-    QGuiApplication::clipboard()->setText(QStringLiteral("http://x/other"));
-    QTRY_SOON(m_user->sees("clipboardOffer"));
-    QCOMPARE(m_user->find("read")->property("text").toString(),
-             language == QLocale::German ? QStringLiteral("Seite &lesen") : QStringLiteral("&Read page"));
-
-    QSet<QWidget *> reached;
-    for (int i = 0; i < 60; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        reached += QApplication::focusWidget();
-    }
-    QHash<QChar, QString> mnemonics;
-    const QList<QWidget *> widgets = m_user->window().findChildren<QWidget *>();
-    for (QWidget *widget : widgets) {
-        const QString text = widget->property("text").toString();
-        const auto mark = text.indexOf(QLatin1Char('&'));
-        if (widget->isVisible() && mark >= 0 && qobject_cast<QLineEdit *>(widget) == nullptr) {
-            const QChar key = text.at(mark + 1).toLower();
-            QVERIFY2(!mnemonics.contains(key), qPrintable(text + QLatin1Char('/') + mnemonics.value(key)));
-            mnemonics.insert(key, text);
-        }
-        const bool isControl = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr;
-        if (!isControl || !widget->isVisible() || !widget->isEnabled() || widget->objectName().startsWith(u"qt_"))
-            continue;
-        QVERIFY2(reached.contains(widget), qPrintable(widget->objectName()));
-        QVERIFY2(!widget->accessibleName().isEmpty() || !text.isEmpty(), qPrintable(widget->objectName()));
-    }
-    QVERIFY(mnemonics.size() >= 9);
-}
-
-/** A full-HD screen at 200 % has half its pixels, some of which the desktop takes. */
-void DeskWindowTest::fitsLargeScaling()
-{
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    const QSize least = m_user->window().minimumSizeHint();
-    QVERIFY2(least.width() <= 960 && least.height() <= 480,
-             qPrintable(QStringLiteral("%1x%2").arg(least.width()).arg(least.height())));
-}
-
-void DeskWindowTest::longTexts_data()
-{
-    keyboard_data();
-}
-
-/** No text decides how wide the window is, and in a small one everything can be seen and reached. */
-void DeskWindowTest::longTexts()
-{
-    QFETCH(QLocale::Language, language);
-    m_user.reset();
-    installTranslation(QLocale(language));
-    m_user = std::make_unique<DeskUser>();
-    const QString text(700, u'W');
-    const QString page = DeskSandbox::pageScenario().replace(QLatin1String("Clip"), text);
-    DeskSandbox::play(page + QStringLiteral("\n137: announce mp4|err ERROR: ") + text
-                      + QStringLiteral("|exit 1\n18: announce mp4|hang"));
-    beginDownload(QStringLiteral("1080P"));
-    QTRY_SOON(m_user->sees("failureWords", 0));
-    m_user->choose(QStringLiteral("360P"));
-    m_user->type("destination", m_stage->videos() + QLatin1Char('/') + text.left(200) + QStringLiteral(".mp4"));
-    QVERIFY(m_user->press("download"));
-    m_user->type("destination", m_stage->path(text + QLatin1Char('/') + text)); // for the words that refuse it
-    DeskSandbox::play(QStringLiteral("dump: err ERROR: ") + text + QStringLiteral("|exit 1"));
-    m_user->readPage(pageAddress + text);
-    QTRY_SOON(m_user->sees("dismissFailure"));
-    QGuiApplication::clipboard()->setText(QStringLiteral("http://y/") + text);
-    QTRY_SOON(m_user->sees("clipboardOffer"));
-
-    const QSize size(600, 400);
-    QTest::qWait(0); // for layouts that are still to be made
-    const QSize least = m_user->window().minimumSizeHint();
-    QVERIFY2(least.width() <= size.width() && least.height() <= size.height(),
-             qPrintable(QStringLiteral("%1x%2").arg(least.width()).arg(least.height())));
-    m_user->window().resize(size);
-    QTRY_COMPARE(m_user->window().size(), size);
-    QCOMPARE(cutControls(), QString());
-}
-
-/** A label whose text changes often is not measured anew each time. */
-void DeskWindowTest::textHasNoSay()
-{
-    ElidedLabel label(Qt::ElideMiddle);
-    const QSize empty = label.sizeHint();
-    label.setText(QString(200, QLatin1Char('n')));
-    QCOMPARE(label.sizeHint(), empty);
-    QVERIFY(empty.height() >= label.fontMetrics().height());
-}
-
-void DeskWindowTest::titleFollowsTheWidth()
-{
-    DeskSandbox::play(QStringLiteral("dump: json %1 137").arg(QString(80, QLatin1Char('n'))));
-    m_user->window().resize(1000, 700);
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("title"));
-    auto *title = qobject_cast<QTextEdit *>(m_user->find("title"));
-    const auto isWhole = [title] { return title->document()->size().height() <= title->height(); };
-    QTRY_SOON(isWhole());
-    const int before = title->height();
-    m_user->window().resize(500, 700);
-    QTRY_SOON(title->height() > before && isWhole());
-    m_user->window().resize(1000, 700);
-    QTRY_COMPARE_WITH_TIMEOUT(title->height(), before, DeskSandbox::Patience);
-}
-
-void DeskWindowTest::cancelKeepsFocus()
-{
-    DeskSandbox::play(DeskSandbox::pageScenario() + QStringLiteral("\n18: announce mp4|hang"));
-    beginDownload(QStringLiteral("360P"));
-    beginDownload(QStringLiteral("360P"));
-    QTRY_SOON(m_user->sees("cancel", 0) && m_user->sees("cancel", 1));
-    m_user->find("cancel", 1)->setFocus();
-    QTest::keyClick(m_user->find("cancel", 1), Qt::Key_Space);
-    QCOMPARE(rowWithFocus(), 1);
-    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 1), QStringLiteral("Cancelled"), DeskSandbox::Patience);
-    QCOMPARE(rowWithFocus(), 1);
-    QVERIFY(m_user->sees("cancel", 0));
-}
-
-void DeskWindowTest::rowsAreReachedInOrder()
-{
-    for (int i = 0; i < 3; ++i)
-        beginDownload(QStringLiteral("360P"));
-    QTRY_SOON(m_user->sees("openFile", 0) && m_user->sees("openFile", 1) && m_user->sees("openFile", 2));
-    m_user->find("read")->setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("menu"));
-    m_user->find("downloads")->setFocus();
-    QStringList reached;
-    for (int i = 0; i < 9; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        reached += QStringLiteral("%1%2").arg(rowWithFocus()).arg(QApplication::focusWidget()->objectName());
-    }
-    QCOMPARE(reached.join(QLatin1Char(' ')),
-             QStringLiteral("0openFile 0showFolder 0remove 1openFile 1showFolder 1remove 2openFile 2showFolder "
-                            "2remove"));
-}
-
-void DeskWindowTest::typingWhileReading_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("focused");
-    QTest::newRow("the next address") << "http://y/"
-                                      << "address";
-    QTest::newRow("nothing") << ""
-                             << "streams";
-}
-
-void DeskWindowTest::typingWhileReading()
-{
-    DeskSandbox::play(QStringLiteral("dump: wait go|json Clip 137"));
-    m_user->readPage(pageAddress);
-    QFETCH(QString, typed);
-    QTest::keyClicks(QApplication::focusWidget(), typed);
-    m_stage->let(QStringLiteral("go"));
-    QTRY_SOON(m_user->sees("streams"));
-    QTest::qWait(0);
-    QCOMPARE(m_user->text("address"), typed.isEmpty() ? pageAddress : typed);
-    QTEST(QApplication::focusWidget()->objectName(), "focused");
+    QVERIFY(m_user->seesPage());
+    QCOMPARE(m_user->text("destination"), m_stage->path("mine/Clip.mp4"_s));
 }
 
 void DeskWindowTest::failedPageKeepsTheOther()
 {
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    m_user->choose(QStringLiteral("360P"));
-    DeskSandbox::play(QStringLiteral("dump: wait go|err ERROR: gone|exit 1"));
-    m_user->readPage(QStringLiteral("http://y/"));
+    QVERIFY(m_user->seesPage());
+    m_user->choose("360P"_s);
+    HostSandbox::play("dump: wait go|err ERROR: gone|exit 1"_s);
+    m_user->readPage("http://y/"_s);
     QVERIFY(m_user->sees("busy") && m_user->sees("streams"));
-    m_stage->let(QStringLiteral("go"));
+    m_stage->let("go"_s);
     QTRY_SOON(m_user->sees("failureWords"));
     QVERIFY(!m_user->sees("busy"));
-    QCOMPARE(m_user->text("failedAddress"), QStringLiteral("http://y/"));
-    QCOMPARE(m_user->text("title"), QStringLiteral("Clip"));
-    QCOMPARE(m_user->chosen(), QStringLiteral("18"));
+    QCOMPARE(m_user->text("failedAddress"), "http://y/"_s);
+    QCOMPARE(m_user->text("title"), "Clip"_s);
+    QCOMPARE(m_user->chosen(), "18"_s);
     QVERIFY(m_user->press("dismissFailure"));
     QVERIFY(!m_user->sees("failureWords"));
-    DeskSandbox::play(QString());
+    HostSandbox::play(QString());
     QVERIFY(m_user->press("download"));
     QTRY_SOON(m_user->sees("openFile", 0));
-}
-
-void DeskWindowTest::oneDownloadForTwoClicks()
-{
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    QWidget *button = m_user->find("download");
-    QTest::mouseClick(button, Qt::LeftButton);
-    QTest::mouseDClick(button, Qt::LeftButton);
-    QTest::mouseRelease(button, Qt::LeftButton);
-    QCOMPARE(m_user->desk().downloads().rowCount(), 1);
-    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
-    QApplication::sendEvent(m_user->find("destination"), &held);
-    QCOMPARE(m_user->desk().downloads().rowCount(), 1);
-}
-
-/** The name that was given is taken from then on, but another one is there at once. */
-void DeskWindowTest::downloadKeepsFocus()
-{
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    m_user->type("destination", m_stage->videos() + QStringLiteral("/mine.mp4"));
-    m_user->find("download")->setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("download"));
-    QCOMPARE(m_user->text("destination"), m_stage->videos() + QStringLiteral("/mine(1).mp4"));
-    QTRY_SOON(m_user->sees("openFile", 0));
-    QCOMPARE(m_user->text("fileName", 0), QStringLiteral("mine.mp4"));
 }
 
 /** The file of the plan comes to be by another program's hand. */
 void DeskWindowTest::fileAppears()
 {
-    const auto make = [this](const QString &name) {
-        QFile file(m_stage->videos() + QLatin1Char('/') + name);
-        return file.open(QIODevice::WriteOnly);
-    };
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    m_user->choose(QStringLiteral("360P"));
-    QVERIFY(make(QStringLiteral("Clip.mp4")));
+    const auto make = [this](const QString &name) { return QFile(m_stage->video(name)).open(QIODevice::WriteOnly); };
+    QVERIFY(m_user->seesPage());
+    m_user->choose("360P"_s);
+    QVERIFY(make("Clip.mp4"_s));
     QVERIFY(m_user->press("download"));
-    QTRY_SOON(m_user->text("fileName", 0) == QLatin1String("Clip(1).mp4"));
-    m_user->type("destination", QStringLiteral("mine.mp4"));
-    QVERIFY(make(QStringLiteral("mine.mp4")));
+    QTRY_SOON(m_user->text("fileName", 0) == "Clip(1).mp4"_s);
+    m_user->type("destination", "mine.mp4"_s);
+    QVERIFY(make("mine.mp4"_s));
     QVERIFY(m_user->press("download"));
-    QTRY_SOON(m_user->text("destinationProblem").contains(QLatin1String("exists already")));
-    QCOMPARE(m_user->desk().downloads().rowCount(), 1);
+    QTRY_SOON(m_user->text("destinationProblem").contains("exists already"_s));
+    QCOMPARE(m_user->downloads().rowCount(), 1);
 }
 
 void DeskWindowTest::openingFails()
 {
-    beginDownload(QStringLiteral("360P"));
+    QVERIFY(m_user->beginDownload("360P"_s));
     QTRY_SOON(m_user->sees("openFile", 0));
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file")); // the tests' platform opens nothing
+    QDesktopServices::unsetUrlHandler("file"_s); // the tests' platform opens nothing
     QVERIFY(m_user->press("openFile", 0));
-    QTRY_SOON(m_user->text("warning").contains(QLatin1String("No program")));
+    QTRY_SOON(m_user->text("warning").contains("No program"_s));
     qobject_cast<QDialog *>(m_user->find("warning"))->reject();
     QTRY_SOON(!m_user->sees("warning"));
-    QVERIFY(QFile::remove(m_stage->videos() + QStringLiteral("/Clip.mp4")));
+    QVERIFY(QFile::remove(m_stage->video("Clip.mp4"_s)));
     QVERIFY(m_user->press("openFile", 0));
-    QTRY_SOON(m_user->text("warning").contains(QLatin1String("not there any more")));
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "openedUrl");
+    QTRY_SOON(m_user->text("warning").contains("not there any more"_s));
+    QDesktopServices::setUrlHandler("file"_s, this, "openedUrl");
 }
 
 /** A folder that cannot be used is not passed over in silence; one that is missing is made when it is asked for. */
@@ -780,19 +434,18 @@ void DeskWindowTest::preferredFolder()
     m_user->openMenu(0);
     QTRY_SOON(m_user->sees("preferredFolder"));
     auto *dialog = qobject_cast<QDialog *>(m_user->find("preferredFolder")->window());
-    m_user->type("preferredFolder", QStringLiteral("/dev/null"));
+    m_user->type("preferredFolder", "/dev/null"_s);
     dialog->accept();
     QVERIFY(m_user->sees("preferredFolderProblem") && !m_user->sees("makePreferredFolder"));
-    m_user->type("preferredFolder", QStringLiteral("~/new/deep "));
+    m_user->type("preferredFolder", "~/new/deep "_s);
     dialog->accept();
     QVERIFY(dialog->isVisible());
-    QVERIFY(m_user->text("preferredFolderProblem").contains(m_stage->path(QStringLiteral("new/deep"))));
+    QVERIFY(m_user->text("preferredFolderProblem").contains(m_stage->path("new/deep"_s)));
     QVERIFY(m_user->press("makePreferredFolder"));
     QVERIFY(!dialog->isVisible());
-    QCOMPARE(m_user->desk().settings().folder(), m_stage->path(QStringLiteral("new/deep")));
-    m_user->readPage(pageAddress);
-    QTRY_SOON(m_user->sees("streams"));
-    QCOMPARE(m_user->text("destination"), m_stage->path(QStringLiteral("new/deep/Clip.mp4")));
+    QCOMPARE(m_user->desk().settings().folder(), m_stage->path("new/deep"_s));
+    QVERIFY(m_user->seesPage());
+    QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp4"_s));
 }
 
 void DeskWindowTest::logOpensAtItsEnd()
@@ -800,8 +453,8 @@ void DeskWindowTest::logOpensAtItsEnd()
     QFile log(m_user->desk().logFile());
     QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray("line\n").repeated(1000)) > 0);
     log.close();
-    DeskSandbox::play(QStringLiteral("dump: err ERROR: the last line|exit 1"));
-    m_user->readPage(pageAddress);
+    HostSandbox::play("dump: err ERROR: the last line|exit 1"_s);
+    m_user->readPage();
     QTRY_SOON(m_user->press("showLog"));
     const auto *text = qobject_cast<QPlainTextEdit *>(m_user->find("logText"));
     QTRY_VERIFY(text->verticalScrollBar()->maximum() > 0);

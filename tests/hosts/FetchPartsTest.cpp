@@ -1,5 +1,6 @@
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/ProgressLine.h"
+#include "tests/util/Rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -64,21 +65,20 @@ void FetchPartsTest::commandLines()
     QFETCH(QString, arguments);
     QFETCH(QString, words);
     const QStringList split = arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    const CommandLine line = CommandLine::read(QStringList(QStringLiteral("nox-fetch")) + split);
+    const CommandLine line = CommandLine::read(QStringList("nox-fetch"_s) + split);
     QTEST(line.exitCode.value_or(-1), "exitCode");
     QVERIFY2(line.text.contains(words), qPrintable(line.text));
 }
 
 void FetchPartsTest::allOptions()
 {
-    const QString all = QStringLiteral("nox-fetch -v -f 1 -a 2 -P / -o out --tool t --pycache p --log l HTTPS://a/");
+    const QString all = "nox-fetch -v -f 1 -a 2 -P / -o out --tool t --pycache p --log l HTTPS://a/"_s;
     const CommandLine line = CommandLine::read(all.split(QLatin1Char(' ')));
     QVERIFY(!line.exitCode);
     const Options &options = line.options;
     QCOMPARE(QStringList({options.formatCode, options.audioCode, options.output, options.toolFile,
                           options.pycacheFolder, options.logFile, options.urls.join(QLatin1Char(' '))}),
-             QStringList({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("/out"), QStringLiteral("t"),
-                          QStringLiteral("p"), QStringLiteral("l"), QStringLiteral("https://a/")}));
+             QStringList({"1"_s, "2"_s, "/out"_s, "t"_s, "p"_s, "l"_s, "https://a/"_s}));
     QVERIFY(options.verbose && !options.quiet && !options.noAudio && options.mode == Options::Mode::Download);
 }
 
@@ -86,8 +86,8 @@ void FetchPartsTest::allOptions()
 void FetchPartsTest::documents()
 {
     const auto optionsIn = [](QString text) {
-        text.replace(QLatin1String("\\-"), QLatin1String("-")); // as the manual page writes it
-        static const QRegularExpression option(QStringLiteral("(?<![\\w-])--?[A-Za-z][a-z-]*"));
+        text.replace("\\-"_s, "-"_s); // as the manual page writes it
+        static const QRegularExpression option("(?<![\\w-])--?[A-Za-z][a-z-]*"_s);
         QSet<QString> options;
         for (auto matches = option.globalMatch(text); matches.hasNext();)
             options += matches.next().captured();
@@ -97,13 +97,13 @@ void FetchPartsTest::documents()
         QFile file(QStringLiteral(NOX_FETCH_SOURCES "/") + QLatin1String(name));
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     };
-    const QString help = CommandLine::read({QStringLiteral("nox-fetch"), QStringLiteral("--help")}).text;
-    const QSet<QString> options = optionsIn(help.mid(help.indexOf(QLatin1String("\nOptions:"))));
+    const QString help = CommandLine::read({"nox-fetch"_s, "--help"_s}).text;
+    const QSet<QString> options = optionsIn(help.mid(help.indexOf("\nOptions:"_s)));
     QVERIFY(options.size() > 15);
     QString manual = content("nox-fetch.1");
-    QCOMPARE(optionsIn(manual.mid(manual.indexOf(QLatin1String(".SH OPTIONS")))), options);
+    QCOMPARE(optionsIn(manual.mid(manual.indexOf(".SH OPTIONS"_s))), options);
     QString completion = content("nox-fetch.bash");
-    completion = completion.mid(completion.indexOf(QLatin1String("compgen -W")));
+    completion = completion.mid(completion.indexOf("compgen -W"_s));
     QCOMPARE(optionsIn(completion.section(QLatin1Char('"'), 1, 1)), options);
 }
 
@@ -111,8 +111,8 @@ void FetchPartsTest::documents()
 void FetchPartsTest::completion()
 {
     const QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("my videos")));
-    QVERIFY(QFile(folder.filePath(QStringLiteral("my file"))).open(QIODevice::WriteOnly));
+    QVERIFY(QDir(folder.path()).mkpath("my videos"_s));
+    QVERIFY(QFile(folder.filePath("my file"_s)).open(QIODevice::WriteOnly));
     const auto completed = [&folder](const char *words) {
         QProcess bash;
         bash.setWorkingDirectory(folder.path());
@@ -120,32 +120,32 @@ void FetchPartsTest::completion()
                                               " COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _nox_fetch; "
                                               "IFS='|'; echo -n \"${COMPREPLY[*]}\"")
                                    .arg(QLatin1String(words));
-        bash.start(QStringLiteral("bash"), {QStringLiteral("-c"), script});
-        return bash.waitForFinished() ? QString::fromUtf8(bash.readAllStandardOutput()) : QStringLiteral("no end");
+        bash.start("bash"_s, {"-c"_s, script});
+        return bash.waitForFinished() ? QString::fromUtf8(bash.readAllStandardOutput()) : "no end"_s;
     };
-    QCOMPARE(completed("--fo"), QStringLiteral("--format|--folder"));
-    QCOMPARE(completed("-P m"), QStringLiteral("my videos"));
-    QCOMPARE(completed("-o my\\ f"), QStringLiteral("my file"));
-    QCOMPARE(completed("--folder ="), QStringLiteral("my videos"));
-    QCOMPARE(completed("--tool = my\\ f"), QStringLiteral("my file"));
+    QCOMPARE(completed("--fo"), "--format|--folder"_s);
+    QCOMPARE(completed("-P m"), "my videos"_s);
+    QCOMPARE(completed("-o my\\ f"), "my file"_s);
+    QCOMPARE(completed("--folder ="), "my videos"_s);
+    QCOMPARE(completed("--tool = my\\ f"), "my file"_s);
     QCOMPARE(completed("-f m"), QString());
 }
 
 void FetchPartsTest::statusLines()
 {
-    const QString video = QStringLiteral("video");
+    const QString video = "video"_s;
     const TransferFigures half(2000, 1000, 100);
-    QCOMPARE(statusLine(video, {}, 80, 5), QStringLiteral("video /"));
+    QCOMPARE(statusLine(video, {}, 80, 5), "video /"_s);
     QCOMPARE(statusLine(video, half, 80, 0),
-             QStringLiteral("video      50% [############------------] 1.0 kB / 2.0 kB  100 bytes/s  0:00:10"));
+             "video      50% [############------------] 1.0 kB / 2.0 kB  100 bytes/s  0:00:10"_s);
     for (const int width : {1, 10, 40, 60, 200})
         QVERIFY(statusLine(video, half, width, 0).size() < width);
-    QCOMPARE(statusLine(video, TransferFigures(0, 1000, 100), 80, 0), QStringLiteral("video  1.0 kB  100 bytes/s |"));
-    QCOMPARE(plainLine(video, TransferFigures(0, 1000, 0)), QStringLiteral("video  1.0 kB"));
+    QCOMPARE(statusLine(video, TransferFigures(0, 1000, 100), 80, 0), "video  1.0 kB  100 bytes/s |"_s);
+    QCOMPARE(plainLine(video, TransferFigures(0, 1000, 0)), "video  1.0 kB"_s);
     QCOMPARE(plainLine(video, TransferFigures::ofTime(20000, 10000, 500)),
-             QStringLiteral("video  50%  0:00:10 / 0:00:20  0.5x  0:00:20 left"));
-    QCOMPARE(plainLine(video, half), QStringLiteral("video  50%  1.0 kB / 2.0 kB  100 bytes/s  0:00:10 left"));
-    QCOMPARE(plainLine(video, TransferFigures(2000, 1000, 0)), QStringLiteral("video  50%  1.0 kB / 2.0 kB"));
+             "video  50%  0:00:10 / 0:00:20  0.5x  0:00:20 left"_s);
+    QCOMPARE(plainLine(video, half), "video  50%  1.0 kB / 2.0 kB  100 bytes/s  0:00:10 left"_s);
+    QCOMPARE(plainLine(video, TransferFigures(2000, 1000, 0)), "video  50%  1.0 kB / 2.0 kB"_s);
 }
 
 QTEST_GUILESS_MAIN(FetchPartsTest)

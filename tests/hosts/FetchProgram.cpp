@@ -1,4 +1,5 @@
 #include "tests/hosts/FetchProgram.h"
+#include "tests/util/Rows.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -12,7 +13,7 @@ constexpr int patienceMs = 60000; // only a failing test waits so long
 
 QString programFile()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/nox-fetch");
+    return QCoreApplication::applicationDirPath() + "/nox-fetch"_s;
 }
 
 } // namespace
@@ -44,7 +45,7 @@ void FetchProgram::start(const QString &program, const QStringList &arguments)
     // Neither a tool nor settings of the developer's own.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"})
-        environment.insert(QLatin1String(name), m_process.workingDirectory() + QStringLiteral("/none"));
+        environment.insert(QLatin1String(name), m_process.workingDirectory() + "/none"_s);
     m_process.setProcessEnvironment(environment);
     m_process.start(program, arguments);
     m_process.waitForStarted();
@@ -58,9 +59,7 @@ bool FetchProgram::run(const QStringList &arguments)
 
 bool FetchProgram::runWithClosedChannels(const QStringList &arguments)
 {
-    start(QStringLiteral("/bin/sh"),
-          QStringList{QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$@\" <&- >&- 2>&-"), programFile()}
-              + arguments);
+    start("/bin/sh"_s, QStringList{"-c"_s, "exec \"$0\" \"$@\" <&- >&- 2>&-"_s, programFile()} + arguments);
     return waitForEnd();
 }
 

@@ -2,6 +2,7 @@
 #include "tests/support/DemoPage.h"
 #include "tests/support/Processes.h"
 #include "tests/support/TestMain.h"
+#include "tests/util/Rows.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -40,47 +41,42 @@ private:
 void FetchRealTest::initTestCase()
 {
     QVERIFY(FetchProgram::install());
-    QVERIFY(QDir(m_root.path()).mkdir(QStringLiteral("work")));
+    QVERIFY(QDir(m_root.path()).mkdir("work"_s));
     QVERIFY(m_page.serve());
 }
 
 QStringList FetchRealTest::arguments(const QStringList &more, const QString &path) const
 {
-    return more
-        + QStringList{QStringLiteral("--pycache"), m_root.filePath(QStringLiteral("pycache")), m_page.url() + path};
+    return more + QStringList{"--pycache"_s, m_root.filePath("pycache"_s), m_page.url() + path};
 }
 
 QStringList FetchRealTest::filesLeft() const
 {
-    return QDir(m_root.filePath(QStringLiteral("work")))
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    return QDir(m_root.filePath("work"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
 void FetchRealTest::describe()
 {
-    FetchProgram fetch(m_root.filePath(QStringLiteral("work")));
-    QVERIFY(fetch.run(arguments({QStringLiteral("--json")})));
+    FetchProgram fetch(m_root.filePath("work"_s));
+    QVERIFY(fetch.run(arguments({"--json"_s})));
     QVERIFY2(fetch.exitCode() == 0, qPrintable(fetch.errors()));
     const QJsonObject record = QJsonDocument::fromJson(fetch.output().toUtf8()).object();
-    QVERIFY(record.value(QLatin1String("title")).toString().startsWith(QString::fromUtf8("Open the café/bar?")));
-    QVERIFY(record.value(QLatin1String("thumbnail")).toString().endsWith(QLatin1String("/mqdefault.jpg")));
-    QCOMPARE(record.value(QLatin1String("streams")).toArray().size(), 2);
-    QCOMPARE(record.value(QLatin1String("choice")).toObject(),
-             (QJsonObject{{QStringLiteral("format"), QStringLiteral("137")},
-                          {QStringLiteral("audio"), QStringLiteral("140")}}));
+    QVERIFY(record.value("title"_s).toString().startsWith("Open the café/bar?"_s));
+    QVERIFY(record.value("thumbnail"_s).toString().endsWith("/mqdefault.jpg"_s));
+    QCOMPARE(record.value("streams"_s).toArray().size(), 2);
+    QCOMPARE(record.value("choice"_s).toObject(), (QJsonObject{{"format"_s, "137"_s}, {"audio"_s, "140"_s}}));
 }
 
 void FetchRealTest::download()
 {
-    FetchProgram fetch(m_root.filePath(QStringLiteral("work")));
+    FetchProgram fetch(m_root.filePath("work"_s));
     QVERIFY(fetch.run(arguments({})));
     QVERIFY2(fetch.exitCode() == 0, qPrintable(fetch.errors()));
     const QString file = fetch.output().trimmed();
     QCOMPARE(filesLeft(), QStringList(QFileInfo(file).fileName()));
     QProcess probe;
-    probe.start(QStringLiteral("ffprobe"),
-                {QStringLiteral("-loglevel"), QStringLiteral("error"), QStringLiteral("-show_entries"),
-                 QStringLiteral("stream=codec_name"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), file});
+    probe.start("ffprobe"_s,
+                {"-loglevel"_s, "error"_s, "-show_entries"_s, "stream=codec_name"_s, "-of"_s, "csv=p=0"_s, file});
     QVERIFY(probe.waitForFinished());
     QCOMPARE(probe.readAllStandardOutput(), QByteArray("h264\naac\n"));
     QVERIFY(QFile::remove(file));
@@ -88,16 +84,15 @@ void FetchRealTest::download()
 
 void FetchRealTest::interrupt()
 {
-    FetchProgram fetch(m_root.filePath(QStringLiteral("work")));
-    fetch.start(arguments({QStringLiteral("-f"), QStringLiteral("137")}));
+    FetchProgram fetch(m_root.filePath("work"_s));
+    fetch.start(arguments({"-f"_s, "137"_s}));
     // Its fetching shows in its private folder, and as a child of its own.
     const auto isFetching = [this] {
         const QStringList left = filesLeft();
-        return left.size() == 1
-            && !QDir(m_root.filePath(QStringLiteral("work/")) + left.first()).entryList(QDir::Files).isEmpty();
+        return left.size() == 1 && !QDir(m_root.filePath("work/"_s) + left.first()).entryList(QDir::Files).isEmpty();
     };
     QTRY_VERIFY_WITH_TIMEOUT(isFetching(), patienceMs);
-    QFile children(QStringLiteral("/proc/%1/task/%1/children").arg(fetch.process().processId()));
+    QFile children("/proc/%1/task/%1/children"_s.arg(fetch.process().processId()));
     QVERIFY(children.open(QIODevice::ReadOnly));
     const QByteArrayList tools = children.readAll().simplified().split(' ');
     QCOMPARE(tools.size(), 1);
@@ -111,10 +106,10 @@ void FetchRealTest::interrupt()
 
 void FetchRealTest::unsupportedPage()
 {
-    FetchProgram fetch(m_root.filePath(QStringLiteral("work")));
-    QVERIFY(fetch.run(arguments({}, QStringLiteral("nowhere"))));
+    FetchProgram fetch(m_root.filePath("work"_s));
+    QVERIFY(fetch.run(arguments({}, "nowhere"_s)));
     QCOMPARE(fetch.exitCode(), 1);
-    QVERIFY2(fetch.errors().contains(QLatin1String("404")), qPrintable(fetch.errors()));
+    QVERIFY2(fetch.errors().contains("404"_s), qPrintable(fetch.errors()));
 }
 
 NOX_TEST_MAIN(FetchRealTest)

@@ -10,6 +10,9 @@
 #include "hosts/common/ToolMessage.h"
 #include "hosts/common/TransferFigures.h"
 #include "hosts/common/UrlCheck.h"
+#include "tests/hosts/SampleStreams.h"
+#include "tests/support/TextTable.h"
+#include "tests/util/Rows.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -25,54 +28,19 @@ QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
-/**
- * A stream from words such as "137 MP4 1920x1080 dash", "140 M4A 128K" (audio), "x MP4 >1080p 3d",
- * "x FLV" (of unknown size).
- */
-MediaProfile stream(const QString &words)
-{
-    const QStringList parts = words.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    MediaProfile result;
-    result.setName(parts.value(0));
-    result.setFormat(parts.value(1));
-    result.setMediaType(Nox::MEDIA_TYPE_VIDEO);
-    for (const QString &part : parts.mid(2)) {
-        if (part == QLatin1String("dash")) {
-            result.setDash(true);
-        } else if (part == QLatin1String("3d")) {
-            result.set3D(true);
-        } else if (part.endsWith(QLatin1Char('K'))) {
-            result.setMediaType(Nox::MEDIA_TYPE_AUDIO);
-            result.setDash(true);
-            result.setOriResStr(part);
-            result.setABitRate(part.chopped(1).toInt() * 1000);
-        } else if (part.contains(QLatin1Char('p'))) {
-            result.setOriResStr(part);
-        } else {
-            const QStringList sides = part.split(QLatin1Char('x'));
-            result.setVResolution(QSize(sides.value(0).toInt(), sides.value(1).toInt()));
-        }
-    }
-    return result;
-}
-
-/** A page with streams in the tool's order of preference, best first, commas between them. */
-Nox::WebMediaInfo page(const QString &streams, const QString &fileName = {})
-{
-    Nox::WebMediaInfo result(QStringLiteral("http://x/"));
-    result.setTitle(fileName);
-    result.setFileName(fileName);
-    for (const QString &words : streams.split(QLatin1Char(','), Qt::SkipEmptyParts))
-        result.addMediaProfile(stream(words));
-    return result;
-}
-
 QString codes(const QList<MediaProfile> &streams)
 {
     QStringList result;
     for (const MediaProfile &one : streams)
         result += one.getName();
     return result.join(QLatin1Char(' '));
+}
+
+QString shown(const TransferFigures &figures)
+{
+    const QStringList texts{"%1%"_s.arg(figures.percent()), figures.amountText(QLocale::c()),
+                            figures.speedText(QLocale::c()), figures.timeLeftText()};
+    return texts.join(QLatin1Char('|'));
 }
 
 } // namespace
@@ -107,16 +75,8 @@ private Q_SLOTS:
 
 void HostCommonTest::choice_data()
 {
-    QTest::addColumn<QString>("streams");
-    QTest::addColumn<QString>("all");
-    QTest::addColumn<QString>("thinned");
-    QTest::addColumn<QString>("picked"); // the best and its companion
-
-    const auto row = [](const char *name, const char *streams, const char *all, const char *thinned,
-                        const char *picked) {
-        QTest::newRow(name) << text(streams) << text(all) << text(thinned) << text(picked);
-    };
-    row("none", "", "", "", "");
+    const TextTable row{"streams", "all", "thinned", "picked"}; // the best and its companion are picked
+    row("none", "");
     row("one", "18 MP4 640x360", "18", "18", "18");
     row("one without sound, no audio", "1 MP4 640x360 dash", "1", "1", "1");
     row("audio only, the tool's best", "a M4A 128K,b WEBM 160K", "a b", "a b", "a");
@@ -150,7 +110,7 @@ void HostCommonTest::choice_data()
 void HostCommonTest::choice()
 {
     QFETCH(QString, streams);
-    const StreamChoice choice(page(streams));
+    const StreamChoice choice(SampleStreams::page(streams));
     QTEST(codes(choice.all()), "all");
     QTEST(codes(choice.thinned()), "thinned");
     const MediaProfile best = choice.best();
@@ -164,7 +124,7 @@ void HostCommonTest::conversions_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("warning"); // for an hour; "|" between texts that must be there
     const auto row = [](const char *video, const char *audio, Conversion::Kind kind, const char *warning) {
-        QTest::newRow(qPrintable(text(video) + text(" + ") + text(audio)))
+        QTest::newRow(qPrintable(text(video) + " + "_s + text(audio)))
             << text(video) << text(audio) << int(kind) << text(warning);
     };
     row("v WEBM 1280x720", "a M4A 1K", Conversion::None, "");
@@ -181,17 +141,17 @@ void HostCommonTest::conversions()
     QFETCH(QString, video);
     QFETCH(QString, audio);
     QFETCH(QString, warning);
-    const MediaProfile picture = stream(video);
-    const Conversion::Kind kind = Conversion::needed(picture, stream(audio));
+    const MediaProfile picture = SampleStreams::stream(video);
+    const Conversion::Kind kind = Conversion::needed(picture, SampleStreams::stream(audio));
     QTEST(int(kind), "kind");
-    QCOMPARE(Conversion::mark(kind), kind == Conversion::None ? QString() : text("slow: must be converted"));
+    QCOMPARE(Conversion::mark(kind), kind == Conversion::None ? QString() : "slow: must be converted"_s);
     const QString words = Conversion::warning(kind, picture, 3600);
     QCOMPARE(words.isEmpty(), warning.isEmpty());
     for (const QString &part : warning.split(QLatin1Char('|')))
         QVERIFY2(words.contains(part), qPrintable(words));
     const qint64 one = Conversion::roughSeconds(kind, picture, 3600, 1);
     const qint64 many = Conversion::roughSeconds(kind, picture, 3600, 64);
-    QCOMPARE(many < one, warning.contains(text("takes long|")) || warning == text(" h."));
+    QCOMPARE(many < one, warning.contains("takes long|"_s) || warning == " h."_s);
     QCOMPARE(Conversion::roughSeconds(kind, picture, 0, 1), qint64(-1));
     QVERIFY(Conversion::roughSeconds(kind, picture, std::numeric_limits<qint64>::max(), 1) < 2000000000);
 }
@@ -199,45 +159,43 @@ void HostCommonTest::conversions()
 void HostCommonTest::streamTexts()
 {
     const auto described = [](const char *words) {
-        const MediaProfile one = stream(text(words));
+        const MediaProfile one = SampleStreams::stream(text(words));
         return QStringList{StreamText::kind(one), StreamText::label(one), StreamText::marks(one)}.join(
             QLatin1Char('|'));
     };
-    QCOMPARE(described("1 MP4 1280x720"), text("video|720P|"));
-    QCOMPARE(described("1 MP4 1280x720 dash 3d"), text("3D video only|720P|DASH 3D"));
-    QCOMPARE(described("1 MP4"), text("video||"));
-    QCOMPARE(described("1 M4A 128K"), text("audio|128K|DASH"));
-    QCOMPARE(described("1 M4A 0K"), text("audio||DASH"));
-    QCOMPARE(described("1 MP4 1920x1080 1080p60"), text("video|1080P60|"));
-    QCOMPARE(described("1 MP4 640x480"), text("video|640x480|"));
-    MediaProfile written = stream(text("1 MP4 1280x720 dash"));
-    written.setOriResStr(text("1280x720 extra"));
-    QCOMPARE(StreamText::label(written), text("1280x720 EXTRA"));
+    QCOMPARE(described("1 MP4 1280x720"), "video|720P|"_s);
+    QCOMPARE(described("1 MP4 1280x720 dash 3d"), "3D video only|720P|DASH 3D"_s);
+    QCOMPARE(described("1 MP4"), "video||"_s);
+    QCOMPARE(described("1 M4A 128K"), "audio|128K|DASH"_s);
+    QCOMPARE(described("1 M4A 0K"), "audio||DASH"_s);
+    QCOMPARE(described("1 MP4 1920x1080 1080p60"), "video|1080P60|"_s);
+    QCOMPARE(described("1 MP4 640x480"), "video|640x480|"_s);
+    MediaProfile written = SampleStreams::stream("1 MP4 1280x720 dash"_s);
+    written.setOriResStr("1280x720 extra"_s);
+    QCOMPARE(StreamText::label(written), "1280x720 EXTRA"_s);
 
-    const QList<MediaProfile> streams{stream(text("a M4A 128K")), stream(text("b M4A 128K")),
-                                      stream(text("c M4A 64K")),  stream(text("d FLV")),
-                                      stream(text("e FLV")),      stream(text("f MP4 640x360"))};
-    QCOMPARE(StreamText::labels(streams).join(QLatin1Char('|')), text("128K (a)|128K (b)|64K|d|e|360P"));
+    const auto streams =
+        SampleStreams::page("a M4A 128K,b M4A 128K,c M4A 64K,d FLV,e FLV,f MP4 640x360"_s).getMediaProfileList();
+    QCOMPARE(StreamText::labels(streams).join(QLatin1Char('|')), "128K (a)|128K (b)|64K|d|e|360P"_s);
     QStringList words;
     for (const MediaProfile &one : streams)
         words += StreamText::plainWords(one);
     words += StreamText::plainWords(written);
     QCOMPARE(words.mid(1).join(QLatin1Char('|')),
-             text("sound only, 128 kbit/s|sound only, 64 kbit/s|with sound|with sound|360p, with sound|"
-                  "720p, without sound"));
-    const QString joinedSigns = text("\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x94\xac"); // one sign made of two
-    QCOMPARE(TextSanitizer::line(text(" a\x1b[31m\tb\n") + QChar(0x202e) + joinedSigns + QChar(0xd800)),
-             text("a [31m b ") + joinedSigns);
+             "sound only, 128 kbit/s|sound only, 64 kbit/s|with sound|with sound|360p, with sound|"
+             "720p, without sound"_s);
+    const QString joinedSigns = "\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x94\xac"_s; // one sign made of two
+    QCOMPARE(TextSanitizer::line(" a\x1b[31m\tb\n"_s + QChar(0x202e) + joinedSigns + QChar(0xd800)),
+             "a [31m b "_s + joinedSigns);
 }
 
 void HostCommonTest::urls_data()
 {
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<QString>("words"); // part of the reason; empty for a good address
-    const auto row = [](const char *url, const char *words) { QTest::newRow(url) << text(url) << text(words); };
-    row("http://a", "");
-    row("https://a.b:80/c?d=e&f=%20#g", "");
-    row("https://a/\xc3\xa9", "");
+    const TextTable table{"url", "words"}; // part of the reason; empty for a good address
+    const auto row = [&table](const char *url, const char *words = "") { table(url, url, words); };
+    row("http://a");
+    row("https://a.b:80/c?d=e&f=%20#g");
+    row("https://a/\xc3\xa9");
     row("", "no address");
     row("ftp://a", "http://");
     row("--exec=x http://a", "http://");
@@ -254,9 +212,9 @@ void HostCommonTest::urls_data()
 void HostCommonTest::mendedUrls()
 {
     const auto mended = [](const char *typed) { return UrlCheck::mended(text(typed)); };
-    QCOMPARE(mended(" HTTP://A/B'c'\n"), text("http://A/B%27c%27"));
-    QCOMPARE(mended("Https://a/?u=HTTP://b"), text("https://a/?u=HTTP://b"));
-    QCOMPARE(mended("www.a.b/c"), text("https://www.a.b/c"));
+    QCOMPARE(mended(" HTTP://A/B'c'\n"), "http://A/B%27c%27"_s);
+    QCOMPARE(mended("Https://a/?u=HTTP://b"), "https://a/?u=HTTP://b"_s);
+    QCOMPARE(mended("www.a.b/c"), "https://www.a.b/c"_s);
     for (const char *unclear : {"", "a.b", "ftp://www.a", "http:/a", "http://a b", "http://a/\"", "--www.a"})
         QCOMPARE(mended(unclear), text(unclear));
 }
@@ -272,27 +230,22 @@ void HostCommonTest::urls()
 
 void HostCommonTest::proposedNames_data()
 {
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("stream");
-    QTest::addColumn<QString>("name");
-    const auto row = [](const char *name, const QString &title, const char *words, const QString &expected) {
-        QTest::newRow(name) << title << text(words) << expected;
-    };
-    const QString longName(400, QLatin1Char('n'));
-    const QString wideName = text("\xf0\x9f\x98\x80").repeated(100);
-    row("plain", text("A clip"), "1 MP4 9x9", text("A clip.mp4"));
-    row("other container", text("A clip"), "1 WEBM 9x9 dash", text("A clip.webm"));
-    row("container that is no suffix", text("A clip"), "1 ../X 9x9", text("A clip.x"));
-    row("container of signs", text("A clip"), "1 :/ 9x9", text("A clip.media"));
-    row("forbidden", text("a/b:c"), "1 MP4 9x9", text("a b c.mp4"));
-    row("control characters", text("a\x1b\nb"), "1 MP4 9x9", text("a b.mp4"));
-    row("dots at the end", text("Wait..."), "1 MP4 9x9", text("Wait.mp4"));
-    row("hidden, like an option", text("..-rf . x"), "1 MP4 9x9", text("rf . x.mp4"));
-    row("nothing left", text(" .. "), "1 MP4 9x9", text("video.mp4"));
-    row("no title", QString(), "1 M4A 9K", text("audio.m4a"));
-    row("taken", text("Taken"), "1 MP4 9x9", text("Taken(2).mp4"));
-    row("too long", longName, "1 MP4 9x9", longName.left(227) + text(".mp4"));
-    row("too many bytes", wideName, "1 MP4 9x9", text("\xf0\x9f\x98\x80").repeated(58) + text(".mp4"));
+    const TextTable row{"title", "stream", "name"};
+    const QByteArray longName(400, 'n');
+    const QByteArray sign = "\xf0\x9f\x98\x80";
+    row("plain", "A clip", "1 MP4 9x9", "A clip.mp4");
+    row("other container", "A clip", "1 WEBM 9x9 dash", "A clip.webm");
+    row("container that is no suffix", "A clip", "1 ../X 9x9", "A clip.x");
+    row("container of signs", "A clip", "1 :/ 9x9", "A clip.media");
+    row("forbidden", "a/b:c", "1 MP4 9x9", "a b c.mp4");
+    row("control characters", "a\x1b\nb", "1 MP4 9x9", "a b.mp4");
+    row("dots at the end", "Wait...", "1 MP4 9x9", "Wait.mp4");
+    row("hidden, like an option", "..-rf . x", "1 MP4 9x9", "rf . x.mp4");
+    row("nothing left", " .. ", "1 MP4 9x9", "video.mp4");
+    row("no title", "", "1 M4A 9K", "audio.m4a");
+    row("taken", "Taken", "1 MP4 9x9", "Taken(2).mp4");
+    row("too long", longName, "1 MP4 9x9", longName.left(227) + ".mp4");
+    row("too many bytes", sign.repeated(100), "1 MP4 9x9", sign.repeated(58) + ".mp4");
 }
 
 void HostCommonTest::proposedNames()
@@ -300,56 +253,54 @@ void HostCommonTest::proposedNames()
     QFETCH(QString, title);
     QFETCH(QString, stream);
     QTemporaryDir folder;
-    QVERIFY(QFile(folder.filePath(text("Taken.mp4"))).open(QIODevice::WriteOnly));
-    const QString path = Destination::proposed(page({}, title), ::stream(stream), folder.path(),
-                                               {folder.filePath(text("Taken(1).mp4"))});
+    QVERIFY(QFile(folder.filePath("Taken.mp4"_s)).open(QIODevice::WriteOnly));
+    const QString path = Destination::proposed(SampleStreams::page({}, title), SampleStreams::stream(stream),
+                                               folder.path(), {folder.filePath("Taken(1).mp4"_s)});
     QTEST(QFileInfo(path).fileName(), "name");
     QCOMPARE(Destination::problem(path), QString());
 
-    MediaProfile joined = ::stream(QStringLiteral("1 WEBM 9x9 dash"));
-    joined.setPreferredDashAudioYdCode(QStringLiteral("2"));
-    QCOMPARE(Destination::suffix(joined), text("mp4"));
+    QCOMPARE(Destination::suffix(SampleStreams::stream("1 WEBM 9x9 dash +2"_s)), "mp4"_s);
 }
 
 void HostCommonTest::nameProblems()
 {
     QTemporaryDir folder;
     const auto problem = [&](const QString &name) { return Destination::problem(folder.filePath(name)); };
-    QVERIFY(QFile(folder.filePath(text("taken"))).open(QIODevice::WriteOnly));
-    QVERIFY(QFile::link(text("nowhere"), folder.filePath(text("dangling"))));
-    QCOMPARE(Destination::free(folder.filePath(text("taken"))), folder.filePath(text("taken(1)")));
+    QVERIFY(QFile(folder.filePath("taken"_s)).open(QIODevice::WriteOnly));
+    QVERIFY(QFile::link("nowhere"_s, folder.filePath("dangling"_s)));
+    QCOMPARE(Destination::free(folder.filePath("taken"_s)), folder.filePath("taken(1)"_s));
 
-    QCOMPARE(problem(text("good (1).mp4")), QString());
+    QCOMPARE(problem("good (1).mp4"_s), QString());
     for (const char *name : {"50% off", "a%(id)s", "100%%", "5 $ a", "$HOME", "a${B}", "line\nline"})
         QVERIFY(QDir(folder.path()).mkdir(text(name)));
-    QCOMPARE(problem(text("50% off/a%(id)s.mp4")), QString());
-    QCOMPARE(problem(text("5 $ a/a")), QString());
+    QCOMPARE(problem("50% off/a%(id)s.mp4"_s), QString());
+    QCOMPARE(problem("5 $ a/a"_s), QString());
     QCOMPARE(problem(QString(247, QLatin1Char('x'))), QString());
     const struct {
         QString name;
         const char *words;
     } rows[] = {
-        {text("sub/"), "needs a name"},
+        {"sub/"_s, "needs a name"},
         {QString(248, QLatin1Char('x')), "247"},
-        {text("\xe6\x97\xa5").repeated(86), "255 bytes"},
-        {text("a."), "dot"},
-        {text("a?"), "must not hold"},
-        {text("taken"), "exists already"},
-        {text("dangling"), "exists already"},
-        {text("none/a"), "does not exist"},
-        {text("taken/a"), "not a folder"},
-        {text("a%(id)s/a"), "cannot be used"},
-        {text("100%%/a"), "cannot be used"},
-        {text("$HOME/a"), "a $"},
-        {text("a${B}/a"), "a $"},
-        {text("line\nline/a"), "line line\" cannot be used: its name holds a line break"},
+        {"\xe6\x97\xa5"_s.repeated(86), "255 bytes"},
+        {"a."_s, "dot"},
+        {"a?"_s, "must not hold"},
+        {"taken"_s, "exists already"},
+        {"dangling"_s, "exists already"},
+        {"none/a"_s, "does not exist"},
+        {"taken/a"_s, "not a folder"},
+        {"a%(id)s/a"_s, "cannot be used"},
+        {"100%%/a"_s, "cannot be used"},
+        {"$HOME/a"_s, "a $"},
+        {"a${B}/a"_s, "a $"},
+        {"line\nline/a"_s, "line line\" cannot be used: its name holds a line break"},
     };
     for (const auto &row : rows) {
         const QString words = problem(row.name);
-        QVERIFY2(words.contains(text(row.words)), qPrintable(row.name + text(": ") + words));
+        QVERIFY2(words.contains(text(row.words)), qPrintable(row.name + ": "_s + words));
     }
-    QVERIFY(Destination::problem(folder.path()).contains(text("is a folder")));
-    QVERIFY(Destination::problem(QString()).contains(text("needs a name")));
+    QVERIFY(Destination::problem(folder.path()).contains("is a folder"_s));
+    QVERIFY(Destination::problem(QString()).contains("needs a name"_s));
 }
 
 void HostCommonTest::figures_data()
@@ -378,10 +329,7 @@ void HostCommonTest::figures()
     QFETCH(qint64, total);
     QFETCH(qint64, done);
     QFETCH(qint64, speed);
-    const TransferFigures figures(total, done, speed);
-    const QStringList texts{QStringLiteral("%1%").arg(figures.percent()), figures.amountText(QLocale::c()),
-                            figures.speedText(QLocale::c()), figures.timeLeftText()};
-    QTEST(texts.join(QLatin1Char('|')), "expected");
+    QTEST(shown(TransferFigures(total, done, speed)), "expected");
 }
 
 void HostCommonTest::partialFolder()
@@ -390,20 +338,20 @@ void HostCommonTest::partialFolder()
     const auto put = [](const QString &path) { return QFile(path).open(QIODevice::WriteOnly); };
     {
         DownloadFolder folder;
-        QVERIFY(!folder.create(parent.filePath(text("none"))) && !folder.errorText().isEmpty());
+        QVERIFY(!folder.create(parent.filePath("none"_s)) && !folder.errorText().isEmpty());
         QVERIFY(folder.create(parent.path()));
-        QVERIFY(put(folder.filePath(text("{1}YDTMP_.mp4"))) && put(folder.filePath(text("{2}YDTMP_.m4a.part"))));
+        QVERIFY(put(folder.filePath("{1}YDTMP_.mp4"_s)) && put(folder.filePath("{2}YDTMP_.m4a.part"_s)));
         QCOMPARE(folder.completeStreams(), 1);
         QVERIFY(!folder.isJoining());
-        QVERIFY(put(folder.filePath(text("{2}YDTMP_.m4a"))) && put(folder.filePath(text("{1}YDTMP_.mp4.tmp.mp4"))));
+        QVERIFY(put(folder.filePath("{2}YDTMP_.m4a"_s)) && put(folder.filePath("{1}YDTMP_.mp4.tmp.mp4"_s)));
         QCOMPARE(folder.completeStreams(), 2);
         QVERIFY(folder.isJoining());
-        QCOMPARE(folder.release(text("missing"), parent.filePath(text("x"))), QString());
-        QCOMPARE(folder.release(text("{2}YDTMP_.m4a"), parent.filePath(text("x.m4a"))), parent.filePath(text("x.m4a")));
-        QVERIFY(QDir().mkpath(folder.filePath(text("sub/sub"))) && put(folder.filePath(text("sub/.hidden"))));
+        QCOMPARE(folder.release("missing"_s, parent.filePath("x"_s)), QString());
+        QCOMPARE(folder.release("{2}YDTMP_.m4a"_s, parent.filePath("x.m4a"_s)), parent.filePath("x.m4a"_s));
+        QVERIFY(QDir().mkpath(folder.filePath("sub/sub"_s)) && put(folder.filePath("sub/.hidden"_s)));
     }
     QCOMPARE(QDir(parent.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList(text("x.m4a")));
+             QStringList("x.m4a"_s));
 }
 
 void HostCommonTest::toolMessages_data()
@@ -414,8 +362,8 @@ void HostCommonTest::toolMessages_data()
     const auto row = [](const char *name, const QString &output, const QString &excerpt, bool isBroken = false) {
         QTest::newRow(name) << output << excerpt << isBroken;
     };
-    const QString numbers = text("1\n2\n3\n4\n5\n6\n7\n8\n9");
-    const QString smiley = text("\xf0\x9f\x98\x80");
+    const QString numbers = "1\n2\n3\n4\n5\n6\n7\n8\n9"_s;
+    const QString smiley = "\xf0\x9f\x98\x80"_s;
     const char banner[] =
         "ffmpeg version 5.1.6-0+deb12u1 Copyright (c) 2000-2024 the FFmpeg developers\n"
         "  built with gcc 12\n  configuration: --enable-gpl\n  libavutil      57. 28.100\n"
@@ -425,44 +373,44 @@ void HostCommonTest::toolMessages_data()
         "frame=  240 fps=8.8 q=29.0 size=    256kB time=00:00:07.90 bitrate= 268.3kbits/s speed=0.2x    \r"
         "size=     256kB time=00:00:07.90 bitrate=N/A speed=N/A    \r";
     row("nothing", {}, {});
-    row("error and warning", text("WARNING: x\n\n ERROR: y\r\nz"), text("ERROR: y\nz"));
-    row("warning alone", text("WARNING: x\n"), text("WARNING: x"));
-    row("warning of two lines", text("WARNING: x\n         y\nz\nERROR: e\n"), text("ERROR: e"));
-    row("deprecation", text("Deprecated Feature: old Python\nERROR: e\n"), text("ERROR: e"));
-    row("error of two lines, then a warning", text("ERROR: e\n  more\nWARNING: w\n  x"), text("ERROR: e\nmore"));
-    row("carriage returns", text("ERROR: a\rb\r\nc"), text("ERROR: a\nb\nc"));
-    row("pieces of a line", text("ERROR: caf\xc3\xa9 \x1b[31mred"), text("ERROR: caf\xc3\xa9 [31mred"));
+    row("error and warning", "WARNING: x\n\n ERROR: y\r\nz"_s, "ERROR: y\nz"_s);
+    row("warning alone", "WARNING: x\n"_s, "WARNING: x"_s);
+    row("warning of two lines", "WARNING: x\n         y\nz\nERROR: e\n"_s, "ERROR: e"_s);
+    row("deprecation", "Deprecated Feature: old Python\nERROR: e\n"_s, "ERROR: e"_s);
+    row("error of two lines, then a warning", "ERROR: e\n  more\nWARNING: w\n  x"_s, "ERROR: e\nmore"_s);
+    row("carriage returns", "ERROR: a\rb\r\nc"_s, "ERROR: a\nb\nc"_s);
+    row("pieces of a line", "ERROR: caf\xc3\xa9 \x1b[31mred"_s, "ERROR: caf\xc3\xa9 [31mred"_s);
     row("last lines", numbers, numbers.mid(2));
     row("last characters", QString(700, QLatin1Char('x')), QChar(0x2026) + QString(599, QLatin1Char('x')));
     row("characters stay whole", smiley.repeated(301), QChar(0x2026) + smiley.repeated(299));
     row("progress alone", text(progress), {});
-    row("progress without its beginning", text(" bitrate= 20.1kbits/s speed=1.2x\r0:01 bitrate=2kb/s\r"), {});
-    row("ffmpeg's end", text(banner) + text(progress) + text("/x.m4a: Invalid data found\n"),
-        text("/x.m4a: Invalid data found"));
-    row("ffmpeg after a warning", text("WARNING: w\n") + text(banner) + text("No space left on device\n"),
-        text("No space left on device"));
-    row("encoder", text("[libx264 @ 0x55d0] frame I:3 Avg QP:1\n[aac @ 0x55] Qavg: 1\n[mov @ 0x5] no atom\n"),
-        text("[mov @ 0x5] no atom"));
+    row("progress without its beginning", " bitrate= 20.1kbits/s speed=1.2x\r0:01 bitrate=2kb/s\r"_s, {});
+    row("ffmpeg's end", text(banner) + text(progress) + "/x.m4a: Invalid data found\n"_s,
+        "/x.m4a: Invalid data found"_s);
+    row("ffmpeg after a warning", "WARNING: w\n"_s + text(banner) + "No space left on device\n"_s,
+        "No space left on device"_s);
+    row("encoder", "[libx264 @ 0x55d0] frame I:3 Avg QP:1\n[aac @ 0x55] Qavg: 1\n[mov @ 0x5] no atom\n"_s,
+        "[mov @ 0x5] no atom"_s);
     row("hints of today",
-        text("ERROR: Unsupported URL: http://x/; please report this issue on https://y/ , filling out "
-             "the appropriate issue template. Confirm you are on the latest version using  z -U"),
-        text("ERROR: Unsupported URL: http://x/"));
+        "ERROR: Unsupported URL: http://x/; please report this issue on https://y/ , filling out "
+        "the appropriate issue template. Confirm you are on the latest version using  z -U"_s,
+        "ERROR: Unsupported URL: http://x/"_s);
     row("hints of old",
-        text("ERROR: no title; please report this issue on https://y/bug . Make sure you are using the "
-             "latest version; see  https://y/update  on how to update. Be sure to call z with the "
-             "--verbose flag and include its complete output."),
-        text("ERROR: no title"));
-    row("hint to a list", text("ERROR: Not available. Use --list-formats for a list of available formats"),
-        text("ERROR: Not available."));
-    row("traceback", text("Traceback (most recent call last):\n  File \"x\", line 1\n    a()\nValueError: bad\n"),
-        text("ValueError: bad"));
-    row("damaged", text("Traceback (most recent call last):\n  File \"x\"\nzlib.error: Error -3 while decompressing\n"),
-        text("zlib.error: Error -3 while decompressing"), true);
-    row("no code", text("  File \"yt.zip\", line 1\n    PK\nSyntaxError: Non-UTF-8 code\n"),
-        text("File \"yt.zip\", line 1\nPK\nSyntaxError: Non-UTF-8 code"), true);
-    row("empty archive", text("/p/python3.10: can't find '__main__' module in '/p/yt.zip'\n"),
-        text("/p/python3.10: can't find '__main__' module in '/p/yt.zip'"), true);
-    row("error of a page's script", text("ERROR: script: SyntaxError: x\n"), text("ERROR: script: SyntaxError: x"));
+        "ERROR: no title; please report this issue on https://y/bug . Make sure you are using the "
+        "latest version; see  https://y/update  on how to update. Be sure to call z with the "
+        "--verbose flag and include its complete output."_s,
+        "ERROR: no title"_s);
+    row("hint to a list", "ERROR: Not available. Use --list-formats for a list of available formats"_s,
+        "ERROR: Not available."_s);
+    row("traceback", "Traceback (most recent call last):\n  File \"x\", line 1\n    a()\nValueError: bad\n"_s,
+        "ValueError: bad"_s);
+    row("damaged", "Traceback (most recent call last):\n  File \"x\"\nzlib.error: Error -3 while decompressing\n"_s,
+        "zlib.error: Error -3 while decompressing"_s, true);
+    row("no code", "  File \"yt.zip\", line 1\n    PK\nSyntaxError: Non-UTF-8 code\n"_s,
+        "File \"yt.zip\", line 1\nPK\nSyntaxError: Non-UTF-8 code"_s, true);
+    row("empty archive", "/p/python3.10: can't find '__main__' module in '/p/yt.zip'\n"_s,
+        "/p/python3.10: can't find '__main__' module in '/p/yt.zip'"_s, true);
+    row("error of a page's script", "ERROR: script: SyntaxError: x\n"_s, "ERROR: script: SyntaxError: x"_s);
 }
 
 void HostCommonTest::toolMessages()
@@ -482,17 +430,17 @@ void HostCommonTest::joinProgress_data()
     const auto row = [](const char *expected, const QStringList &outputs, int seconds = 0) {
         QTest::newRow(expected) << outputs << text(expected) << seconds;
     };
-    const QString durations = text("  Duration: 00:01:00.00, start\n  Duration: 00:01:40.50, start\n");
+    const QString durations = "  Duration: 00:01:00.00, start\n  Duration: 00:01:40.50, start\n"_s;
     row("unknown", {durations});
-    row("0%|0:00:00 / 0:01:40||", {durations + text("size= 0kB time=00:00:00.00 bitrate= 0 speed=   0x\r")});
-    row("50%|0:00:50 / 0:01:40|2.5x|0:00:21", {durations, text("time=00:00:50.25 bitrate=1 speed=2.5x\r")});
+    row("0%|0:00:00 / 0:01:40||", {durations + "size= 0kB time=00:00:00.00 bitrate= 0 speed=   0x\r"_s});
+    row("50%|0:00:50 / 0:01:40|2.5x|0:00:21", {durations, "time=00:00:50.25 bitrate=1 speed=2.5x\r"_s});
     row("99%|0:01:40 / 0:01:40|9.0x|0:00:01",
-        {durations, text("time=00:01:40.00 bitrate=1 speed=9x\rtime=00:01:40.40 bitrate=1 speed=N/A")});
-    row("0%|0:00:07|1.0x|", {text("time=00:00:07.00 bitrate=N/A speed=   1x\r")});
-    row("0%|0:00:01||", {text("time=00:00:01.00 bitrate=N/A speed=0.0094x\r")});
-    row("50%|0:00:20 / 0:00:40|2.0x|0:00:10", {text("  Duration: N/A, start\ntime=00:00:20.00 speed=2x\r")}, 40);
-    row("51%|0:00:51 / 0:01:40||", {durations, text("time=00:00:51.80 speed=N/A\r")}, 40);
-    row("0%|9999:00:00||", {text("time=9999:00:00 time=99999:00:00 time=N/A")});
+        {durations, "time=00:01:40.00 bitrate=1 speed=9x\rtime=00:01:40.40 bitrate=1 speed=N/A"_s});
+    row("0%|0:00:07|1.0x|", {"time=00:00:07.00 bitrate=N/A speed=   1x\r"_s});
+    row("0%|0:00:01||", {"time=00:00:01.00 bitrate=N/A speed=0.0094x\r"_s});
+    row("50%|0:00:20 / 0:00:40|2.0x|0:00:10", {"  Duration: N/A, start\ntime=00:00:20.00 speed=2x\r"_s}, 40);
+    row("51%|0:00:51 / 0:01:40||", {durations, "time=00:00:51.80 speed=N/A\r"_s}, 40);
+    row("0%|9999:00:00||", {"time=9999:00:00 time=99999:00:00 time=N/A"_s});
 }
 
 void HostCommonTest::joinProgress()
@@ -502,10 +450,7 @@ void HostCommonTest::joinProgress()
     JoinProgress progress(seconds);
     for (const QString &output : std::as_const(outputs))
         progress.read(output);
-    const TransferFigures figures = progress.figures();
-    const QStringList texts{QStringLiteral("%1%").arg(figures.percent()), figures.amountText(QLocale::c()),
-                            figures.speedText(QLocale::c()), figures.timeLeftText()};
-    QTEST(progress.isKnown() ? texts.join(QLatin1Char('|')) : text("unknown"), "expected");
+    QTEST(progress.isKnown() ? shown(progress.figures()) : "unknown"_s, "expected");
 }
 
 void HostCommonTest::growth()
@@ -513,7 +458,7 @@ void HostCommonTest::growth()
     GrowthMeter meter;
     QVERIFY(meter.figures().isEmpty());
     meter.add(1000, 0);
-    QCOMPARE(meter.figures().amountText(QLocale::c()), text("1.0 kB"));
+    QCOMPARE(meter.figures().amountText(QLocale::c()), "1.0 kB"_s);
     QCOMPARE(meter.figures().speed(), 0);
     meter.add(3000, 1000);
     QCOMPARE(meter.figures().speed(), 2000);
@@ -539,7 +484,7 @@ void HostCommonTest::failureTexts()
     for (const int code : {-1, 0, 1, 2, 3, 4, 5})
         texts += FailureText::extraction(code);
     QCOMPARE(texts.size(), 7);
-    QVERIFY(FailureText::download(-99, FailureText::During::Fetching).contains(text("-99")));
+    QVERIFY(FailureText::download(-99, FailureText::During::Fetching).contains("-99"_s));
 }
 
 QTEST_GUILESS_MAIN(HostCommonTest)

@@ -1,4 +1,5 @@
 #include "hosts/common/ToolSetup.h"
+#include "tests/util/Rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -64,10 +65,10 @@ void ToolSetupTest::ownTool()
     QFETCH(int, fileMode);
     QFETCH(int, folderMode);
     QFETCH(bool, isForeign);
-    const QString beside = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("yt.zip"));
+    const QString beside = QDir(QCoreApplication::applicationDirPath()).filePath("yt.zip"_s);
     QCOMPARE(ToolSetup().toolFile(), beside);
 
-    const QString own = m_data->filePath(QStringLiteral("noxwebmedia/yt.zip"));
+    const QString own = m_data->filePath("noxwebmedia/yt.zip"_s);
     QCOMPARE(ToolSetup::ownToolFile(), own);
     put(own, QFile::Permissions(fileMode));
     QVERIFY(QFile::setPermissions(QFileInfo(own).path(), QFile::Permissions(folderMode)));
@@ -86,7 +87,7 @@ void ToolSetupTest::ownTool()
 void ToolSetupTest::namedTool()
 {
     put(ToolSetup::ownToolFile(), QFile::ReadOwner | QFile::WriteOwner);
-    QCOMPARE(ToolSetup(QStringLiteral("/x/tool.zip")).toolFile(), QStringLiteral("/x/tool.zip"));
+    QCOMPARE(ToolSetup("/x/tool.zip"_s).toolFile(), "/x/tool.zip"_s);
 }
 
 void ToolSetupTest::environment()

@@ -8,20 +8,22 @@
  * A home of its own for one test: settings, caches and videos in a temporary folder, and stand-in
  * programs in the folder of the test program. Ends what its stand-ins left running.
  */
-class DeskSandbox
+class HostSandbox
 {
 public:
-    DeskSandbox();
-    ~DeskSandbox();
+    HostSandbox();
+    ~HostSandbox();
 
     QString path(const QString &name) const;
-    QString videos() const; ///< where files are proposed
+    QString videos() const;                   ///< where files are proposed
+    QString video(const QString &name) const; ///< a file there
 
     /** What the stand-ins play from now on. */
     static void play(const QString &scenario);
 
     /** A page description for play(): a video with sound, DASH videos, audio; titled "Clip". */
     static QString pageScenario();
+    static void playPage(const QString &more); ///< that page, and then what is given
 
     static void installStandIns();
     static void removeFfmpeg();

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "tests/desk/DeskUser.h"
+#include "tests/hosts/HostSandbox.h"
+#include "tests/util/Rows.h"
+
+#include <QtTest>
+
+#include <memory>
+
+#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, HostSandbox::Patience)
+#define QTRY_SOON_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, HostSandbox::Patience)
+
+/** What the tests of the window share: each test function has a sandbox with stand-ins, and a user at a new window. */
+class DeskTest : public QObject
+{
+    Q_OBJECT
+
+protected Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+protected:
+    std::unique_ptr<HostSandbox> m_stage;
+    std::unique_ptr<DeskUser> m_user;
+};
