@@ -97,7 +97,7 @@ private:
     static QString page(const QString &title, const QString &picture);
     void open();
     void read(int number, const QString &title);
-    void choose(const QString &code);
+    void download(const QString &code);
     void photograph(QWidget &window, const QString &scene);
 
     PictureServer m_pictures;
@@ -166,8 +166,8 @@ void DeskPicturesTest::read(int number, const QString &title)
     }
 }
 
-/** Chooses the stream with that code in the table. */
-void DeskPicturesTest::choose(const QString &code)
+/** Downloads the stream with that code. */
+void DeskPicturesTest::download(const QString &code)
 {
     auto *table = qobject_cast<QTableView *>(m_user->find("streams"));
     for (int row = 0; row < m_user->desk().streams().rowCount(); ++row) {
@@ -175,6 +175,7 @@ void DeskPicturesTest::choose(const QString &code)
             table->setCurrentIndex(table->model()->index(row, 0));
     }
     QCOMPARE(m_user->chosen(), code);
+    QVERIFY(m_user->press("download"));
 }
 
 void DeskPicturesTest::photograph(QWidget &window, const QString &scene)
@@ -210,20 +211,15 @@ void DeskPicturesTest::queue()
     read(1, "Harbour lights"_s);
     DownloadListModel &downloads = m_user->downloads();
     downloads.setLimit(3);
-    choose("18"_s);
-    QVERIFY(m_user->press("download")); // fails
+    download("18"_s); // fails
     QTRY_SOON(m_user->sees("retry", 0));
-    choose("140"_s);
-    QVERIFY(m_user->press("download")); // is done soon
+    download("140"_s); // is done soon
     QTRY_SOON(m_user->sees("openFile", 0));
     read(2, "A day in the mountains"_s);
-    choose("247"_s); // must be converted
-    QVERIFY(m_user->press("download"));
+    download("247"_s); // must be converted
     QTRY_SOON(m_user->text("status", 0).contains("0:04:10"_s));
-    for (int i = 0; i < 3; ++i) {
-        choose("137"_s);
-        QVERIFY(m_user->press("download"));
-    }
+    for (int i = 0; i < 3; ++i)
+        download("137"_s);
     QTRY_SOON(m_user->text("status", 1).contains("MB"_s));
     QCOMPARE(downloads.rowCount(), 6);
     QCOMPARE(downloads.runningCount(), 3);

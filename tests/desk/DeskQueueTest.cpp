@@ -122,16 +122,13 @@ void DeskQueueTest::modelCancelsAll()
 /** Reads the page with that number, whose only stream has a code after it, and downloads the stream. */
 void DeskQueueTest::download(int number)
 {
-    const QString page = "dump: out {\"title\":\"Clip %1\",\"duration\":60,\"formats\":[{\"format_id\":\"c%1\","
-                         "\"ext\":\"mp4\",\"vcodec\":\"avc1\",\"acodec\":\"mp4a\",\"width\":640,"
-                         "\"height\":360}]}\n"_s.arg(number);
-    HostSandbox::play(page
+    HostSandbox::play("dump: json Clip-%1 c%1\n"_s.arg(number)
                       + "c1: announce mp4|progress 50.0 100|wait one\n"
                         "c2: announce mp4|err ERROR: no room|exit 1\n"
                         "c3: announce mp4|hang\nc4: announce mp4|hang\n"
                         "c5: announce mp4|wait five\nc6: announce mp4|hang"_s);
     m_user->readPage("http://x/%1"_s.arg(number));
-    QTRY_SOON(m_user->text("title") == "Clip %1"_s.arg(number));
+    QTRY_SOON(m_user->text("title") == "Clip-%1"_s.arg(number));
     QVERIFY(m_user->press("download"));
     QTRY_SOON(m_user->sees("status", 0) || m_user->sees("failureWords", 0));
 }
@@ -175,16 +172,15 @@ void DeskQueueTest::sixAddresses()
     QVERIFY(m_user->press("retry", 3) && m_user->press("retry", 2));
     QTRY_SOON_COMPARE(states(), "FFRWFR"_s);
     QCOMPARE(most, 2);
-    QCOMPARE(noticed.at(0).at(1).toString().section(QLatin1Char(':'), 0, 0),
-             "Clip 2.mp4"_s); // has failed
-    QVERIFY(noticed.contains({"Download finished"_s, "Clip 5.mp4"_s}));
+    QCOMPARE(noticed.at(0).at(1).toString().section(QLatin1Char(':'), 0, 0), "Clip-2.mp4"_s); // has failed
+    QVERIFY(noticed.contains({"Download finished"_s, "Clip-5.mp4"_s}));
     QVERIFY(m_user->text("notice").startsWith("Download finished: Clip"_s));
 
     QVERIFY(!m_user->window().close());
     QTRY_SOON(m_user->canPress("closeAnyway"));
     QVERIFY(m_user->press("closeAnyway"));
     QTRY_SOON(!m_user->window().isVisible());
-    QCOMPARE(m_stage->files(), QStringList({"Clip 1.mp4"_s, "Clip 2.mp4"_s, "Clip 5.mp4"_s}));
+    QCOMPARE(m_stage->files(), QStringList({"Clip-1.mp4"_s, "Clip-2.mp4"_s, "Clip-5.mp4"_s}));
     QTRY_SOON(m_stage->isQuiet());
 }
 

@@ -41,11 +41,6 @@ QWidget *DeskUser::find(const char *name, int row)
     return shown == found.cend() ? nullptr : *shown;
 }
 
-bool DeskUser::sees(const char *name, int row)
-{
-    return find(name, row) != nullptr;
-}
-
 QString DeskUser::text(const char *name, int row)
 {
     const QWidget *widget = find(name, row);
@@ -122,9 +117,4 @@ QString DeskUser::streams()
         rows += cells.join(QLatin1Char(','));
     }
     return rows.join(QLatin1Char(';'));
-}
-
-QString DeskUser::chosen()
-{
-    return m_desk.plan().stream().getName();
 }

@@ -24,7 +24,7 @@ public:
     /** The widget of that name that is shown, in a row of the downloads or outside of them; or null. */
     QWidget *find(const char *name, int row = -1);
 
-    bool sees(const char *name, int row = -1);
+    bool sees(const char *name, int row = -1) { return find(name, row) != nullptr; }
     QString text(const char *name, int row = -1); ///< of a label or field; empty when it is not shown
     bool canPress(const char *name, int row = -1);
 
@@ -41,7 +41,7 @@ public:
 
     void openMenu(int entry); ///< Takes the entry of the window's menu, the first being 0.
     QString streams();        ///< The table, "cell,cell;cell,cell".
-    QString chosen();         ///< Code of the chosen stream.
+    QString chosen() { return m_desk.plan().stream().getName(); } ///< Code of the chosen stream.
 
 private:
     NoxDesk::Desk m_desk;

@@ -192,20 +192,13 @@ void DeskWindowTest::newestPageWins()
 
 void DeskWindowTest::downloadsJoined()
 {
-    HostSandbox::playPage("137: announce mp4|progress 25.0 1000000|hang\nffmpeg: merge|hang"_s);
+    HostSandbox::playPage("137: announce mp4|progress 25.0 1000000|hang"_s);
     const QAbstractItemModelTester tester(&m_user->downloads(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(m_user->beginDownload("1080P"_s));
     QTRY_SOON_COMPARE(m_user->text("status", 0), "Fetching video · 250.0 kB / 1.2 MB · 10 bytes/s · 26:23:20 left"_s);
     QCOMPARE(m_user->find("progress", 0)->property("value").toInt(), 20);
     QVERIFY(m_user->press("cancel", 0));
     QTRY_SOON_COMPARE(m_user->text("status", 0), "Cancelled"_s);
-
-    HostSandbox::playPage("ffmpeg: merge|hang"_s);
-    QVERIFY(m_user->beginDownload("1080P"_s));
-    QTRY_SOON(m_user->text("status", 0).startsWith("Joining video and audio"_s));
-    QVERIFY(m_user->press("cancel", 0));
-    QTRY_SOON_COMPARE(m_user->text("status", 0), "Cancelled"_s);
-    QCOMPARE(m_stage->files(), QStringList());
 
     HostSandbox::play(HostSandbox::pageScenario());
     QVERIFY(m_user->beginDownload("1080P"_s));
@@ -222,11 +215,11 @@ void DeskWindowTest::downloadsJoined()
 
 void DeskWindowTest::cancelsDownload_data()
 {
-    const TextTable row{"quality", "scenario", "hanging"};
-    row("video", "1080P", "137: announce mp4|hang", "137");
-    row("audio", "1080P", "140: announce m4a|hang", "140");
-    row("joining", "1080P", "ffmpeg: write half|hang", "ffmpeg");
-    row("with a child of its own", "360P", "18: announce mp4|spawn|hang", "18");
+    const TextTable row{"quality", "scenario", "hanging", "status"};
+    row("video", "1080P", "137: announce mp4|hang", "137", "Fetching video");
+    row("audio", "1080P", "140: announce m4a|hang", "140", "Fetching audio");
+    row("joining", "1080P", "ffmpeg: write half|hang", "ffmpeg", "Joining video and audio");
+    row("with a child of its own", "360P", "18: announce mp4|spawn|hang", "18", "Fetching video");
 }
 
 void DeskWindowTest::cancelsDownload()
@@ -234,10 +227,12 @@ void DeskWindowTest::cancelsDownload()
     QFETCH(QString, quality);
     QFETCH(QString, scenario);
     QFETCH(QString, hanging);
+    QFETCH(QString, status);
     HostSandbox::playPage(scenario);
     QVERIFY(m_user->beginDownload(quality));
     QTRY_SOON(m_stage->hangs(hanging));
     QVERIFY(!m_stage->files().isEmpty() && !m_stage->isQuiet());
+    QTRY_SOON(m_user->text("status", 0).startsWith(status));
     QVERIFY(m_user->press("cancel", 0));
     QTRY_SOON_COMPARE(m_user->text("status", 0), "Cancelled"_s);
     QCOMPARE(m_stage->files(), QStringList());
@@ -325,8 +320,7 @@ void DeskWindowTest::closing()
     QTRY_SOON(m_stage->hangs("18"_s));
     QVERIFY(!m_user->window().close());
     QTRY_SOON(m_user->canPress("stay"));
-    QCOMPARE(m_user->find("stay")->window()->windowTitle(),
-             "Nox Desk"_s); // no progress that stands still
+    QCOMPARE(m_user->find("stay")->window()->windowTitle(), "Nox Desk"_s); // no progress that stands still
     QVERIFY(m_user->press("stay"));
     QTRY_SOON(!m_user->sees("stay"));
     QVERIFY(m_user->window().isVisible() && !m_stage->isQuiet());

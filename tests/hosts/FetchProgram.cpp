@@ -11,12 +11,12 @@ namespace {
 
 constexpr int patienceMs = 60000; // only a failing test waits so long
 
-QString programFile()
+} // namespace
+
+QString FetchProgram::programFile()
 {
     return QCoreApplication::applicationDirPath() + "/nox-fetch"_s;
 }
-
-} // namespace
 
 bool FetchProgram::install()
 {
@@ -33,11 +33,6 @@ FetchProgram::~FetchProgram()
 {
     m_process.kill();
     m_process.waitForFinished();
-}
-
-void FetchProgram::start(const QStringList &arguments)
-{
-    start(programFile(), arguments);
 }
 
 void FetchProgram::start(const QString &program, const QStringList &arguments)
@@ -79,19 +74,4 @@ void FetchProgram::interrupt(int signalNumber)
 int FetchProgram::exitCode() const
 {
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
-}
-
-QString FetchProgram::output() const
-{
-    return m_output;
-}
-
-QString FetchProgram::errors() const
-{
-    return m_errors;
-}
-
-QProcess &FetchProgram::process()
-{
-    return m_process;
 }

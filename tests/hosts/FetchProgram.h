@@ -15,18 +15,19 @@ public:
     explicit FetchProgram(const QString &workingFolder);
     ~FetchProgram();
 
-    void start(const QStringList &arguments);
+    void start(const QStringList &arguments) { start(programFile(), arguments); }
     bool run(const QStringList &arguments);                   ///< start, and wait until it has ended
     bool runWithClosedChannels(const QStringList &arguments); ///< run, without standard input, output and error
     bool waitForEnd();
     void interrupt(int signalNumber);
 
     int exitCode() const; ///< -1 after a crash
-    QString output() const;
-    QString errors() const;
-    QProcess &process();
+    QString output() const { return m_output; }
+    QString errors() const { return m_errors; }
+    QProcess &process() { return m_process; }
 
 private:
+    static QString programFile();
     void start(const QString &program, const QStringList &arguments);
 
     QProcess m_process;

@@ -218,24 +218,19 @@ void FetchTest::missingPrograms()
 
 void FetchTest::interrupts_data()
 {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<int>("signalNumber");
-
-    const auto row = [](const char *name, const char *key, const char *script, int signalNumber) {
-        QTest::newRow(name) << QString::fromLatin1(key) << QString::fromLatin1(script) << signalNumber;
-    };
-    row("extracting", "dump", R"(err ERROR: so far\n|spawn|hang)", SIGINT);
-    row("video", "137", "announce mp4|file mp4.part|touch .hidden|progress 10.0 100|spawn|hang", SIGINT);
-    row("audio", "140", "announce m4a|touch x.part-Frag1|spawn|hang", SIGTERM);
-    row("joining", "ffmpeg", "write half|spawn|hang", SIGHUP);
+    const TextTable row{"key", "script", "signal"};
+    row("extracting", "dump", R"(err ERROR: so far\n|spawn|hang)", QByteArray::number(SIGINT));
+    row("video", "137", "announce mp4|file mp4.part|touch .hidden|progress 10.0 100|spawn|hang",
+        QByteArray::number(SIGINT));
+    row("audio", "140", "announce m4a|touch x.part-Frag1|spawn|hang", QByteArray::number(SIGTERM));
+    row("joining", "ffmpeg", "write half|spawn|hang", QByteArray::number(SIGHUP));
 }
 
 void FetchTest::interrupts()
 {
     QFETCH(QString, key);
     QFETCH(QString, script);
-    QFETCH(int, signalNumber);
+    QFETCH(QString, signal);
 
     TestSandbox stage;
     stage.play(QLatin1String(page) + "\n%1: %2"_s.arg(key, script));
@@ -243,7 +238,7 @@ void FetchTest::interrupts()
     fetch.start({url()});
     QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(key), TestSandbox::Patience);
     QCOMPARE(leftInFolder(stage).size(), key == "dump"_s ? 0 : 1); // all stands in one place
-    fetch.interrupt(signalNumber);
+    fetch.interrupt(signal.toInt());
     QVERIFY(fetch.waitForEnd());
     QCOMPARE(fetch.exitCode(), 130);
     QCOMPARE(fetch.output(), QString());

@@ -33,26 +33,6 @@ HostSandbox::~HostSandbox()
     qputenv("TMPDIR", m_temporaryFolder); // the one of this sandbox goes
 }
 
-QString HostSandbox::path(const QString &name) const
-{
-    return m_root.filePath(name);
-}
-
-QString HostSandbox::videos() const
-{
-    return path("Videos"_s);
-}
-
-QString HostSandbox::video(const QString &name) const
-{
-    return path("Videos/"_s + name);
-}
-
-void HostSandbox::play(const QString &scenario)
-{
-    qputenv("NOX_SCENARIO", scenario.toUtf8());
-}
-
 QString HostSandbox::pageScenario()
 {
     return R"(dump: out {"title":"Clip","duration":3725,"formats":[)"
@@ -62,11 +42,6 @@ QString HostSandbox::pageScenario()
            R"({"format_id":"136","ext":"mp4","vcodec":"avc1","acodec":"none","width":1280,"height":720},)"
            R"({"format_id":"298","ext":"mp4","vcodec":"avc1","acodec":"none","width":1280,"height":720},)"
            R"({"format_id":"137","ext":"mp4","vcodec":"avc1","acodec":"none","width":1920,"height":1080}]})"_s;
-}
-
-void HostSandbox::playPage(const QString &more)
-{
-    play(pageScenario() + QLatin1Char('\n') + more);
 }
 
 void HostSandbox::installStandIns()

@@ -14,16 +14,18 @@ public:
     HostSandbox();
     ~HostSandbox();
 
-    QString path(const QString &name) const;
-    QString videos() const;                   ///< where files are proposed
-    QString video(const QString &name) const; ///< a file there
+    QString path(const QString &name) const { return m_root.filePath(name); }
+    QString videos() const { return path(QStringLiteral("Videos")); } ///< where files are proposed
+    QString video(const QString &name) const { return videos() + QLatin1Char('/') + name; } ///< a file there
 
     /** What the stand-ins play from now on. */
-    static void play(const QString &scenario);
+    static void play(const QString &scenario) { qputenv("NOX_SCENARIO", scenario.toUtf8()); }
 
     /** A page description for play(): a video with sound, DASH videos, audio; titled "Clip". */
     static QString pageScenario();
-    static void playPage(const QString &more); ///< that page, and then what is given
+
+    /** Plays that page, and then what is given. */
+    static void playPage(const QString &more) { play(pageScenario() + QLatin1Char('\n') + more); }
 
     static void installStandIns();
     static void removeFfmpeg();

@@ -20,7 +20,6 @@ private Q_SLOTS:
     void init();
     void ownTool_data();
     void ownTool();
-    void namedTool();
     void environment();
 
 private:
@@ -82,11 +81,6 @@ void ToolSetupTest::ownTool()
     }
     QTEST(ToolSetup().toolFile() == own, "isUsed");
     QTEST(ToolSetup().toolFile() != beside, "isUsed");
-}
-
-void ToolSetupTest::namedTool()
-{
-    put(ToolSetup::ownToolFile(), QFile::ReadOwner | QFile::WriteOwner);
     QCOMPARE(ToolSetup("/x/tool.zip"_s).toolFile(), "/x/tool.zip"_s);
 }
 

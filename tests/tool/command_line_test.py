@@ -45,7 +45,3 @@ class CommandLineTest(unittest.TestCase):
         for words in rows:
             with self.subTest(words=words):
                 self.assertIsNone(command_line.parse(words))
-
-
-if __name__ == "__main__":
-    unittest.main()

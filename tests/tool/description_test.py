@@ -100,12 +100,6 @@ class DescriptionTest(unittest.TestCase):
 class JsonTextTest(unittest.TestCase):
     """The form only; what the library makes of it is the text test's."""
 
-    def test_documents(self) -> None:
-        document = {"title": "a\nb", "duration": 3, "abr": 1.5, "formats": [{"url": "x"}, {}], "none": None}
-        text = json_text.dumps(document)
-        self.assertEqual(text.count("\n"), 0)
-        self.assertEqual(json.loads(text.replace(r"\\u0075", r"\u")), document)
-
     def test_nothing_but_ascii_without_references(self) -> None:
         text = json_text.dumps({"title": "&#34; \u00e9 \U0001f600 \ud800 \x7f"})
         self.assertTrue(text.isascii())
@@ -114,7 +108,3 @@ class JsonTextTest(unittest.TestCase):
     def test_numbers_that_json_does_not_have_are_refused(self) -> None:
         with self.assertRaises(ValueError):
             json_text.dumps({"abr": float("nan")})
-
-
-if __name__ == "__main__":
-    unittest.main()

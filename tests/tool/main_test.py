@@ -55,7 +55,3 @@ class MainTest(unittest.TestCase):
         run = self.run_front("--dump-json", URL)
         self.assertEqual((run.returncode, run.stdout), (2, ""))
         self.assertRegex(run.stderr, r"\AERROR: .*tool.conf: the option --exec is not allowed here\n\Z")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -88,7 +88,3 @@ class ReportTest(unittest.TestCase):
         text = self.report(log, False)
         self.assertLessEqual(len(text.encode()), 4096)
         self.assertTrue(text.startswith("WARNING: 0 ") and text.endswith("...\n"))
-
-
-if __name__ == "__main__":
-    unittest.main()

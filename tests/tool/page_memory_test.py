@@ -157,7 +157,3 @@ class PageMemoryTest(unittest.TestCase):
             done.set()
             writer.join()
         self.assertTrue(all(seen))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -61,7 +61,3 @@ class ReporterTest(unittest.TestCase):
         said: List[str] = []
         progress.Reporter(said.append)({"status": "error", "total_bytes": 1000})
         self.assertEqual(said, [])
-
-
-if __name__ == "__main__":
-    unittest.main()

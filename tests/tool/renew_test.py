@@ -22,7 +22,3 @@ class RenewTest(unittest.TestCase):
             self.assertEqual(run.stdout, f"yt-dlp 2099.01.01 in {folder}/yt.zip\n")
             for path in (folder, folder / "yt.zip"):
                 self.assertEqual(path.stat().st_mode & (stat.S_IWGRP | stat.S_IWOTH), 0, path)
-
-
-if __name__ == "__main__":
-    unittest.main()
