@@ -18,7 +18,7 @@ class DeskFocusTest : public DeskTest
 private Q_SLOTS:
     void keyboard_data();
     void keyboard();
-    void longTexts_data();
+    void longTexts_data() { keyboard_data(); }
     void longTexts();
     void textHasNoSay();
     void titleFollowsTheWidth();
@@ -110,11 +110,6 @@ void DeskFocusTest::keyboard()
         QVERIFY2(!widget->accessibleName().isEmpty() || !text.isEmpty(), qPrintable(widget->objectName()));
     }
     QVERIFY(mnemonics.size() >= 9);
-}
-
-void DeskFocusTest::longTexts_data()
-{
-    keyboard_data();
 }
 
 /** No text decides how wide the window is, and in a small one everything can be seen and reached. */

@@ -25,7 +25,6 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
     void download();
-    void cancel();
 
 private:
     std::unique_ptr<HostSandbox> m_stage;
@@ -76,17 +75,6 @@ void DeskRealTest::download()
                  m_stage->videos() + QLatin1Char('/') + files.first()});
     QVERIFY(probe.waitForFinished());
     QCOMPARE(probe.readAllStandardOutput(), QByteArray("h264\naac\n"));
-}
-
-void DeskRealTest::cancel()
-{
-    const QStringList before = m_stage->files();
-    QVERIFY(m_user->press("download"));
-    QTRY_VERIFY_WITH_TIMEOUT(m_user->text("status", 0).contains(" / "_s), patienceMs);
-    QVERIFY(m_stage->files() != before);
-    QVERIFY(m_user->press("cancel", 0));
-    QTRY_COMPARE_WITH_TIMEOUT(m_user->text("status", 0), "Cancelled"_s, patienceMs);
-    QCOMPARE(m_stage->files(), before);
 }
 
 QTEST_MAIN(DeskRealTest)

@@ -57,7 +57,7 @@ class DeskWindowTest : public DeskTest
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanupTestCase();
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler("file"_s); }
     void describesPage();
     void manyStreams();
     void refusesAddress();
@@ -93,11 +93,6 @@ void DeskWindowTest::initTestCase()
 {
     DeskTest::initTestCase();
     QDesktopServices::setUrlHandler("file"_s, this, "openedUrl");
-}
-
-void DeskWindowTest::cleanupTestCase()
-{
-    QDesktopServices::unsetUrlHandler("file"_s);
 }
 
 void DeskWindowTest::describesPage()
@@ -304,7 +299,7 @@ void DeskWindowTest::badDestination()
 
 void DeskWindowTest::missingFfmpeg()
 {
-    HostSandbox::removeFfmpeg();
+    QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + "/ffmpeg"_s));
     QVERIFY(m_user->seesPage());
     QVERIFY(m_user->text("soundProblem").contains("cannot be joined"_s));
     QVERIFY(!m_user->canPress("download"));

@@ -42,8 +42,6 @@ void FetchPartsTest::commandLines_data()
     row("--tool-version", -1, "");
     row("http://a/ HTTP://b/ www.c", -1, "");
     row("http://a/ ftp://b/", 2, "\"ftp://b/\"");
-    row("file:///etc/passwd", 2, "http://");
-    row("http://a/\"x", 2, "quotes");
     row("--nonsense http://a/", 2, "nonsense");
     row("-f", 2, "value");
     row("-f= http://a/", 2, "--format needs");

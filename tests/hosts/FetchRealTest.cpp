@@ -20,7 +20,10 @@ private Q_SLOTS:
     void download();
 
 private:
-    bool run(const QStringList &options);
+    bool run(const QStringList &options)
+    {
+        return m_fetch.run(options + QStringList{"--pycache"_s, m_cache.path(), m_page.url()});
+    }
 
     QTemporaryDir m_work;
     QTemporaryDir m_cache;
@@ -32,11 +35,6 @@ void FetchRealTest::initTestCase()
 {
     QVERIFY(FetchProgram::install());
     QVERIFY(m_page.serve());
-}
-
-bool FetchRealTest::run(const QStringList &options)
-{
-    return m_fetch.run(options + QStringList{"--pycache"_s, m_cache.path(), m_page.url()});
 }
 
 void FetchRealTest::describe()

@@ -105,7 +105,6 @@ void addFailures(const TextTable &row)
     row("video fails", R"(137: file mp4.part|touch x.ytdl|err ERROR: HTTP 403\n|exit 1)", "", "3", "",
         "tool gave up|code -4|ERROR: HTTP 403", "dump 137");
     row("video crashes", "137: announce mp4|kill SIGSEGV", "", "3", "", "crashed|code -5", "dump 137");
-    row("audio fails", "140: announce m4a|exit 2", "", "3", "", "tool gave up|code -4", "dump 137 140");
     row("joining fails", R"(ffmpeg: err Invalid data\n|exit 1)", "", "3", "", "Joining|ffmpeg reported|-4|Invalid data",
         "dump 137 140 ffmpeg");
     row("joining crashes", "ffmpeg: kill SIGSEGV", "", "3", "", "Joining|ffmpeg crashed|code -5",

@@ -52,11 +52,6 @@ void HostSandbox::installStandIns()
         QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), programs.filePath(QString::fromLatin1(name)));
 }
 
-void HostSandbox::removeFfmpeg()
-{
-    QFile::remove(QCoreApplication::applicationDirPath() + "/ffmpeg"_s);
-}
-
 void HostSandbox::let(const QString &mark) const
 {
     QFile(path("notes/mark."_s + mark)).open(QIODevice::WriteOnly);

@@ -28,7 +28,6 @@ public:
     static void playPage(const QString &more) { play(pageScenario() + QLatin1Char('\n') + more); }
 
     static void installStandIns();
-    static void removeFfmpeg();
 
     void let(const QString &mark) const;  ///< lets stand-ins go on that wait for the mark
     bool hangs(const QString &key) const; ///< whether the stand-in with that key has come to its hang

@@ -7,7 +7,6 @@
 
 #include <QLoggingCategory>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QRandomGenerator>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -108,11 +107,9 @@ void DescribedTextTest::texts()
         input += '\n';
     }
     QProcess writer;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PYTHONPATH"), QStringLiteral(NOX_TOOL_FRONT));
-    environment.insert(QStringLiteral("PYTHONDONTWRITEBYTECODE"), QStringLiteral("1"));
-    writer.setProcessEnvironment(environment);
-    writer.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral(NOX_TEXTS_PROGRAM)});
+    writer.start("/usr/bin/env"_s,
+                 {QStringLiteral("PYTHONPATH=" NOX_TOOL_FRONT), "PYTHONDONTWRITEBYTECODE=1"_s, "/usr/bin/python3"_s,
+                  QStringLiteral(NOX_TEXTS_PROGRAM)});
     QVERIFY(writer.waitForStarted());
     writer.write(input);
     writer.closeWriteChannel();
