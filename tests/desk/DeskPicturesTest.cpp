@@ -147,7 +147,7 @@ void DeskPicturesTest::open()
 
 void DeskPicturesTest::read(int number, const QString &title)
 {
-    const QString figures = "[download] %1% of 312.40MiB at 4.20MiB/s ETA 00:40\\n"_s;
+    const QString figures = R"([download] %1% of 312.40MiB at 4.20MiB/s ETA 00:40\n)"_s;
     HostSandbox::play(page(title, m_pictures.url())
                       + "18: announce mp4|err ERROR: unable to download video data: HTTP Error 403: "
                         "Forbidden|exit 1\n137: announce mp4|out "_s

@@ -84,8 +84,8 @@ void FetchPartsTest::allOptions()
 void FetchPartsTest::documents()
 {
     const auto optionsIn = [](QString text) {
-        text.replace("\\-"_s, "-"_s); // as the manual page writes it
-        static const QRegularExpression option("(?<![\\w-])--?[A-Za-z][a-z-]*"_s);
+        text.replace(R"(\-)"_s, "-"_s); // as the manual page writes it
+        static const QRegularExpression option(R"((?<![\w-])--?[A-Za-z][a-z-]*)"_s);
         QSet<QString> options;
         for (auto matches = option.globalMatch(text); matches.hasNext();)
             options += matches.next().captured();

@@ -54,7 +54,7 @@ bool FetchProgram::run(const QStringList &arguments)
 
 bool FetchProgram::runWithClosedChannels(const QStringList &arguments)
 {
-    start("/bin/sh"_s, QStringList{"-c"_s, "exec \"$0\" \"$@\" <&- >&- 2>&-"_s, programFile()} + arguments);
+    start("/bin/sh"_s, QStringList{"-c"_s, R"(exec "$0" "$@" <&- >&- 2>&-)"_s, programFile()} + arguments);
     return waitForEnd();
 }
 
