@@ -59,6 +59,7 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase() { QDesktopServices::unsetUrlHandler("file"_s); }
     void describesPage();
+    void unusedSettings();
     void manyStreams();
     void refusesAddress();
     void unreadablePage_data();
@@ -116,6 +117,15 @@ void DeskWindowTest::describesPage()
     // What was chosen is gone from the thinned table: the best is chosen instead.
     m_user->desk().chooseStream(-1);
     QVERIFY(!m_user->canPress("download"));
+}
+
+void DeskWindowTest::unusedSettings()
+{
+    const QString words = "/c/noxwebmedia/tool.conf is not used: others may write to it"_s;
+    HostSandbox::play("dump: err WARNING: "_s + words + "\\n|json Clip 18"_s);
+    m_user->readPage(DeskUser::pageAddress());
+    QTRY_SOON(m_user->sees("streams"));
+    QCOMPARE(m_user->text("notice"), "Settings not used: "_s + words);
 }
 
 /** Sizes come one by one: what each of them costs must not grow with the list. */

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void init();
     void extraction();
     void download();
+    void missingPage();
     void cancelledDownload();
 
 private:
@@ -115,6 +116,16 @@ void EndToEndTest::extraction()
     QCOMPARE(audio.getMediaType(), MEDIA_TYPE_AUDIO);
     QCOMPARE(audio.getFormat(), "M4A"_s);
     QVERIFY(audio.isDash());
+}
+
+void EndToEndTest::missingPage()
+{
+    const auto extractor = newExtractor();
+    const SignalLog log(extractor.get());
+    extractor->getMediaInfoBySignal(m_page.url() + "missing"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(") error(-1) error(-1)"_s), Patience);
+    QVERIFY2(log.text().contains("ERROR"_s), qPrintable(log.text()));
+    QVERIFY2(log.text().contains("404"_s), qPrintable(log.text()));
 }
 
 void EndToEndTest::download()
