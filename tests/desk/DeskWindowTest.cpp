@@ -122,7 +122,7 @@ void DeskWindowTest::describesPage()
 void DeskWindowTest::unusedSettings()
 {
     const QString words = "/c/noxwebmedia/tool.conf is not used: others may write to it"_s;
-    HostSandbox::play("dump: err WARNING: "_s + words + "\\n|json Clip 18"_s);
+    HostSandbox::play("dump: err WARNING: "_s + words + R"(\n|json Clip 18)"_s);
     m_user->readPage(DeskUser::pageAddress());
     QTRY_SOON(m_user->sees("streams"));
     QCOMPARE(m_user->text("notice"), "Settings not used: "_s + words);
