@@ -249,7 +249,7 @@ private Q_SLOTS:
     {
         const QString documents =
             "|ERROR: [generic] no such page|%s%n|{'title':'x'|{'title':'x|{'title':'a&#34;b'}|{'title':'a\\u0022b'}|"
-            "{'title':'a\\\\u0041'}|{'title':nope,'duration':1}|{'a':%s}|{'a':1,}|{'a' 1}|{'a':1e400}|[1 2]|"
+            "{'title':'a\\\\u0041'}|{'title':nope,'duration':1}|{'a':%s}|{'a':1,}|{'a' 1}|[1 2]|"
             "{'a':'\\ud83d' 1}|\uFEFF{'a':1|{'é':\n'x\n}"_s;
         rows({"document"},
              documents.split(QLatin1Char('|'))

@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cstdio>
 
 using namespace Nox;
 
@@ -87,13 +88,19 @@ void TestSandbox::provide(Program program, Condition condition, const QString &a
     const QString file =
         appFolder + (program == Ffmpeg ? QStringLiteral("/ffmpeg") : QStringLiteral("/python3.10/bin/python3.10"));
     QDir().mkpath(QFileInfo(file).path());
-    QFile::remove(file);
-    if (condition == StandIn)
-        QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), file);
-    else if (condition == Real)
-        QFile::link(program == Ffmpeg ? QStringLiteral("/usr/bin/ffmpeg") : QStringLiteral("/usr/bin/python3"), file);
+    const QString next = file + QStringLiteral(".next");
+    if (condition == Missing)
+        QFile::remove(file);
     else if (condition == NotExecutable)
-        QFile(file).open(QIODevice::WriteOnly);
+        QFile(next).open(QIODevice::WriteOnly);
+    else if (condition == StandIn)
+        QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), next);
+    else
+        QFile::link(program == Ffmpeg ? QStringLiteral("/usr/bin/ffmpeg") : QStringLiteral("/usr/bin/python3"), next);
+    // In one step: a process that has just been started may not have found its program yet.
+    if (condition != Missing
+        && std::rename(QFile::encodeName(next).constData(), QFile::encodeName(file).constData()) != 0)
+        qFatal("cannot provide %s", qPrintable(file));
 }
 
 void TestSandbox::provide(Program program, Condition condition)
