@@ -114,7 +114,7 @@ void FetchPartsTest::completion()
     const auto completed = [&folder](const char *words) {
         QProcess bash;
         bash.setWorkingDirectory(folder.path());
-        const QString script = QStringLiteral(". " NOX_FETCH_SOURCES "/nox-fetch.bash; COMP_WORDS=(nox-fetch %1)"
+        const QString script = QStringLiteral(". '" NOX_FETCH_SOURCES "/nox-fetch.bash'; COMP_WORDS=(nox-fetch %1)"
                                               " COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _nox_fetch; "
                                               "IFS='|'; echo -n \"${COMPREPLY[*]}\"")
                                    .arg(QLatin1String(words));
