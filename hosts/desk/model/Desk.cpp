@@ -74,8 +74,8 @@ void Desk::onPageChanged()
     m_settings.addRecentAddress(m_reader.url());
     m_thumbnail.load(m_reader.page().getThumbnailUrl());
     m_sizes.ask(m_reader.streams().all());
-    if (const QString words = m_reader.unusedSettings();
-        !words.isEmpty()) // who has set a proxy must not take it for used
+    // Who has set a proxy must not take it for used.
+    if (const QString words = m_reader.unusedSettings(); !words.isEmpty())
         Q_EMIT noticed(tr("Settings not used"), words);
 }
 
