@@ -69,14 +69,6 @@ make_bare_root() {
     mv "$cache/bare.new" "$cache/bare"
 }
 
-# The files of the checkout, as they are now; what git ignores is not among them.
-copy_checkout() {
-    mkdir "$1"
-    git -C "$root" ls-files --cached --others --exclude-standard -z |
-        tar -C "$root" --create --null --files-from=- --ignore-failed-read --warning=no-failed-read --file=- |
-        tar -C "$1" --extract --no-same-owner --file=-
-}
-
 # mount_cache NAME PATH: shows a folder of the cache in the root.
 mount_cache() {
     mkdir -p "$cache/$1" "$target$2"
