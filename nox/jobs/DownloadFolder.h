@@ -1,9 +1,10 @@
 #pragma once
 
-#include <nox/jobs/FileLock.h>
-
 #include <QFileInfo>
+#include <QLockFile>
 #include <QString>
+
+#include <memory>
 
 namespace Nox {
 
@@ -12,6 +13,10 @@ namespace Nox {
  * behind stands in it and goes with it; the finished file is moved out. Being on one file system,
  * that is a rename. The destructor removes the folder; the folder of a program that was killed goes when
  * the next one is made beside it.
+ *
+ * A folder is in use while the process whose number and machine stand in its lock runs a program of the same name. On a
+ * folder that several machines share, only the machine that has made it removes it. Where the number belongs to another
+ * run of the same program by now, the folder stays.
  */
 class DownloadFolder
 {
@@ -27,6 +32,9 @@ public:
      * @return whether it was made; errorText() tells why not
      */
     bool create(const QString &parent);
+
+    /** Whether the disk of @p folder has no room left. */
+    static bool isFull(const QString &folder);
 
     QString errorText() const { return m_errorText; } ///< Why create() failed, in the system's words.
     QString filePath(const QString &name) const;      ///< Path of a file in the folder.
@@ -45,7 +53,7 @@ public:
 
     /**
      * Moves the file @p name to @p destination, or to a numbered name when that is taken by now; an
-     * existing file is never replaced.
+     * existing file is never replaced, and a symbolic link never followed.
      * @return the path it has got, or an empty string when it could not be moved
      */
     QString release(const QString &name, const QString &destination);
@@ -59,7 +67,7 @@ private:
     static void removeStale(const QString &parent);
 
     QString m_path;
-    FileLock m_lock; // while the folder is in use
+    std::unique_ptr<QLockFile> m_lock; // while the folder is in use
     QString m_errorText;
 };
 

@@ -7,6 +7,7 @@
 #include <nox/jobs/FailureText.h>
 #include <nox/jobs/JobPrivate.h>
 #include <nox/jobs/JoinProgress.h>
+#include <nox/jobs/PageJob.h>
 #include <nox/jobs/ServerWait.h>
 #include <nox/jobs/StreamChoice.h>
 #include <nox/jobs/UrlCheck.h>
@@ -21,8 +22,8 @@ namespace {
 
 constexpr int doubtMs = 1000; // after a process error, for what else the process has to report
 constexpr int watchMs = 250;
-constexpr int growthMs = 1500;  // so long the tool is given to tell figures of its own
-constexpr int staleMs = 5000; // then a speed is no longer true
+constexpr int growthMs = 1500; // so long the tool is given to tell figures of its own
+constexpr int staleMs = 5000;  // then a speed is no longer true
 
 } // namespace
 
@@ -38,6 +39,8 @@ public:
     const MediaProfile stream;
     const QString destination; // absolute
     qint64 duration = 0;
+    Job::Error pageError = Job::NoError; // of the page that named stream and destination
+    QString pageErrorString;
     Phase phase = Waiting;
     TransferFigures figures;
     ServerWait serverWait;
@@ -48,10 +51,11 @@ protected:
     void stop() override { m_downloader->cancel(); }
     void onSilence() override { end(Job::OtherError); }
     bool clear() override;
+    bool hasToolFailed() const override { return !m_failedWhileJoining; }
     void explain() override;
 
 private:
-    bool refuse(Job::Error error, const QString &message);
+    bool refuse(Job::Error outcome, const QString &message);
     bool isJoined() const { return stream.isDash() && !stream.getPreferredDashAudioYdCode().isEmpty(); }
     void disconnect();
     void onStarted();
@@ -94,11 +98,11 @@ DownloadJob::Private::Private(const ToolSetup &setup, const QString &address, co
     QObject::connect(&m_stale, &QTimer::timeout, &m_stale, [this] { show(figures.withoutSpeed()); });
 }
 
-/** Ends with @p error if there is a @p message. */
-bool DownloadJob::Private::refuse(Job::Error error, const QString &message)
+/** Ends with @p outcome if there is a @p message. */
+bool DownloadJob::Private::refuse(Job::Error outcome, const QString &message)
 {
     if (!message.isEmpty())
-        end(error, message);
+        end(outcome, message);
     return !message.isEmpty();
 }
 
@@ -106,7 +110,7 @@ void DownloadJob::Private::begin()
 {
     const bool isUsable = StreamChoice::isUsableCode(stream.getName())
         && (!isJoined() || StreamChoice::isUsableCode(stream.getPreferredDashAudioYdCode()));
-    if (refuse(Job::AddressError, UrlCheck::errorString(url))
+    if (refuse(pageError, pageErrorString) || refuse(Job::AddressError, UrlCheck::errorString(url))
         || refuse(Job::NothingToDownload, isUsable ? QString() : FailureText::noFormatCode())
         || refuse(Job::ToolMissing, tools.errorString())
         || refuse(Job::ToolMissing, isJoined() ? ToolSetup::joiningErrorString() : QString())
@@ -152,7 +156,7 @@ void DownloadJob::Private::onProgress(qint64 total, qint64 processed, qint64 spe
 {
     if (!isWorking())
         return;
-    forgetNews(); // whatever was wrong, it goes on
+    forgetNews();                                     // whatever was wrong, it goes on
     if (m_startedStreams > 1 && processed >= total) { // the streams' own figures stop one byte short
         setPhase(Joining);
     } else if (phase != Joining) {
@@ -285,6 +289,18 @@ DownloadJob::DownloadJob(const QString &url, const MediaProfile &stream, const Q
                          const ToolSetup &tools, QObject *parent)
     : Job(std::make_unique<Private>(tools, url, stream, destination), parent)
 {
+    connect(this, &Job::stateChanged, this, &DownloadJob::waitingTextChanged); // a job that stops does not wait
+}
+
+DownloadJob::DownloadJob(const PageJob &page, const QString &folder, QObject *parent)
+    : DownloadJob(page.url(), page.streams().withAudio(page.streams().best()),
+                  Destination::proposed(page.page(), page.streams().withAudio(page.streams().best()), folder),
+                  page.tools(), parent)
+{
+    setDuration(page.page().getDuration());
+    d()->pageError = page.error();
+    d()->pageErrorString = page.errorString();
+    d()->toolOutput = page.errorDetails();
 }
 
 DownloadJob::~DownloadJob() = default;

@@ -7,6 +7,8 @@
 
 namespace Nox {
 
+class PageJob;
+
 /**
  * Downloads one stream of a page, joined with its audio where one is chosen, into one file.
  *
@@ -38,6 +40,14 @@ public:
      */
     DownloadJob(const QString &url, const MediaProfile &stream, const QString &destination,
                 const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
+
+    /**
+     * Downloads what suits best: the stream that StreamChoice::best() names, with the audio that goes with it, into a
+     * new file in @p folder that is named after the page. After a page that could not be read it ends with the error of
+     * the page.
+     * @param page a job that has ended; it may go afterwards
+     */
+    DownloadJob(const PageJob &page, const QString &folder, QObject *parent = nullptr);
     ~DownloadJob() override;
 
     /** Tells how long the page plays, in @p seconds, for the figures while joining. To be set before start(). */
@@ -46,9 +56,9 @@ public:
     Phase phase() const;
 
     /**
-     * How far the phase is: bytes of all streams while they are fetched, as the tool tells them, or else the size of the
-     * growing file; while they are joined, the playing time that ffmpeg has done, or the size of the joined file. The
-     * speed is gone when there has been no news for a while.
+     * How far the phase is: bytes of all streams while they are fetched, as the tool tells them, or else the size of
+     * the growing file; while they are joined, the playing time that ffmpeg has done, or the size of the joined file.
+     * The speed is gone when there has been no news for a while.
      */
     TransferFigures figures() const;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <nox/jobs/Job.h>
 #include <nox/model/WebMediaInfo.h>
 
 #include <QCoreApplication>
@@ -7,7 +8,7 @@
 
 namespace Nox {
 
-/** Failures in words: the cause, and what the user can do. */
+/** Failures for a person: the cause, and what to do next. */
 class FailureText
 {
     Q_DECLARE_TR_FUNCTIONS(Nox::FailureText)
@@ -15,29 +16,23 @@ class FailureText
 public:
     FailureText() = delete;
 
-    /** What was going on when a download failed; the library's codes alone do not tell. */
-    enum class During { Fetching, Joining };
+    /** What stands for @p error by itself; empty for those whose text depends on more. */
+    static QString cause(Job::Error error);
 
-    /** @p code as WebMediaDownloader::error() gives it, a value of Nox::DownloadError. */
-    static QString download(int code, During during);
+    /** @p code as WebMediaDownloader::error() gives it, a value of DownloadError. */
+    static QString download(int code, bool isJoining);
 
     /** @p code as WebMediaInfoExtractor::error() gives it. */
     static QString extraction(int code);
 
-    /** The tool's archive is damaged or incomplete. */
-    static QString brokenTool();
-
-    /** The tool does not take the user's settings. */
-    static QString refusedSettings();
+    /** The stream's format code cannot stand on a command line. */
+    static QString noFormatCode();
 
     /** The tool does not tell its version. */
     static QString noVersion();
 
-    /** The tool was content with the page, but what it tells of it, @p page, holds nothing to download. */
+    /** The tool has read the page, but what it tells of it, @p page, holds nothing to download. */
     static QString noStream(const WebMediaInfo &page);
-
-    /** The page was read, and nothing of it can be downloaded. */
-    static QString nothingToDownload();
 
     /** The download's private folder could not be made in @p folder. */
     static QString noPrivateFolder(const QString &folder, const QString &cause);

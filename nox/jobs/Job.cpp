@@ -16,6 +16,11 @@ Job::Job(std::unique_ptr<JobPrivate> d, QObject *parent)
 
 Job::~Job() = default;
 
+ToolSetup Job::tools() const
+{
+    return d_ptr->tools;
+}
+
 Job::State Job::state() const
 {
     return d_ptr->state;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nox/jobs/JobsExport.h>
+#include <nox/jobs/ToolSetup.h>
 
 #include <QObject>
 #include <QString>
@@ -17,8 +18,9 @@ class JobPrivate;
  * of the job are gone by then.
  *
  * What a job needs is given to its constructor; start() begins, once for each job. The owner deletes the job: it does
- * not delete itself, so that its results can be read for as long as they are needed. Deleting it is allowed at any time,
- * also inside its own signals and with a plain delete; it stops the work, removes its files, and no signal follows.
+ * not delete itself, so that its results can be read for as long as they are needed. Deleting it is allowed at any
+ * time, also inside its own signals and with a plain delete; it stops the work, removes its files, and no signal
+ * follows.
  *
  * A job belongs to one thread, whose event loop must run. It is made after the application object.
  */
@@ -66,6 +68,7 @@ public:
 
     ~Job() override;
 
+    ToolSetup tools() const; ///< Where the job's programs are.
     State state() const;
     bool isRunning() const; ///< Whether it has been started and has not ended.
     Error error() const;    ///< The outcome; NoError before the end, too.

@@ -103,7 +103,7 @@ void JobPrivate::findCause()
         errorString = FailureText::cause(Job::Cancelled);
     if (error != Job::OtherError || !errorString.isEmpty())
         return;
-    error = ToolMessage::error(toolOutput);
+    error = hasToolFailed() ? ToolMessage::error(toolOutput) : Job::OtherError;
     if (error == Job::OtherError)
         explain();
     else

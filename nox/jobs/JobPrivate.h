@@ -9,8 +9,8 @@ namespace Nox {
 
 /**
  * What every job does the same way: its states, its one outcome, and the report from the event loop when nothing is
- * left. A job's own class begins, stops and clears up. Every function that emits a signal is called last: the job may be
- * gone behind it.
+ * left. A job's own class begins, stops and clears up. Every function that emits a signal is called last: the job may
+ * be gone behind it.
  */
 class JobPrivate
 {
@@ -42,6 +42,9 @@ protected:
 
     /** Ends processes and removes files; called from the event loop until it returns true: nothing is left. */
     virtual bool clear() = 0;
+
+    /** Whether it is the tool that has failed, and not ffmpeg: then toolOutput may name the cause. */
+    virtual bool hasToolFailed() const { return true; }
 
     /** Finds error and text of a failure that ended without them; toolOutput names no cause. */
     virtual void explain() = 0;

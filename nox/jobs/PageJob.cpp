@@ -63,8 +63,7 @@ void PageJob::Private::begin()
         end(Job::ToolMissing, message);
         return;
     }
-    m_extractor.reset(
-        WebMediaDownloaderFactory::instance()->createExtractor(tools.toolFile(), tools.pycacheFolder()));
+    m_extractor.reset(WebMediaDownloaderFactory::instance()->createExtractor(tools.toolFile(), tools.pycacheFolder()));
     QObject::connect(m_extractor.get(), &WebMediaInfoExtractor::finished, q,
                      [this](const WebMediaInfo &record) { onFinished(record); });
     QObject::connect(m_extractor.get(), &WebMediaInfoExtractor::error, q, [this](qint32 code) { onError(code); });

@@ -22,10 +22,10 @@ public:
     explicit PageJob(const QString &url, const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
     ~PageJob() override;
 
-    QString url() const;         ///< Address of the page.
-    WebMediaInfo page() const;   ///< What the page holds; without a stream before the end and after an error.
+    QString url() const;          ///< Address of the page.
+    WebMediaInfo page() const;    ///< What the page holds; without a stream before the end and after an error.
     StreamChoice streams() const; ///< The streams of page(), at least one after a success.
-    QString title() const;       ///< The title of page(), fit for display on one line; may be empty.
+    QString title() const;        ///< The title of page(), fit for display on one line; may be empty.
 
     /**
      * What the tool warned of, also after a success, such as that it does not use the user's settings: sentences fit

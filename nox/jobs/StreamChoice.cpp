@@ -157,6 +157,12 @@ MediaProfile StreamChoice::audioFor(const MediaProfile &video) const
     return video.getFormat() == QLatin1String("MP4") ? m_audioForMp4 : m_audio.value(0);
 }
 
+MediaProfile StreamChoice::withAudio(MediaProfile stream) const
+{
+    stream.setPreferredDashAudioYdCode(audioFor(stream).getName());
+    return stream;
+}
+
 Conversion::Kind StreamChoice::conversion(const MediaProfile &stream) const
 {
     const QString code = stream.getPreferredDashAudioYdCode();

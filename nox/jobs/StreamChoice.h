@@ -60,6 +60,9 @@ public:
      */
     MediaProfile audioFor(const MediaProfile &video) const;
 
+    /** @p stream, with audioFor() named in it as the audio to join. */
+    MediaProfile withAudio(MediaProfile stream) const;
+
     /** What must be converted when @p stream is saved: with the audio named in it, or else with audioFor(). */
     Conversion::Kind conversion(const MediaProfile &stream) const;
 

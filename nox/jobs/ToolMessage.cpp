@@ -2,6 +2,7 @@
 
 #include <nox/jobs/TextSanitizer.h>
 
+#include <QMap>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -15,6 +16,28 @@ constexpr int maximumCharacters = 600;
 bool matches(const QString &text, const QRegularExpression &pattern)
 {
     return pattern.match(text).hasMatch();
+}
+
+/** The tags of the tool's front. A test compares them with the front's own list. */
+const QMap<QString, Job::Error> &errors()
+{
+    static const QMap<QString, Job::Error> table{
+        {QStringLiteral("network"), Job::NoNetwork},
+        {QStringLiteral("not-found"), Job::NotFound},
+        {QStringLiteral("login"), Job::LoginNeeded},
+        {QStringLiteral("country"), Job::NotAvailableInCountry},
+        {QStringLiteral("protected"), Job::Protected},
+        {QStringLiteral("not-begun"), Job::NotBegun},
+        {QStringLiteral("nothing"), Job::NothingToDownload},
+        {QStringLiteral("no-space"), Job::NoSpace},
+        {QStringLiteral("destination"), Job::DestinationError},
+        {QStringLiteral("settings"), Job::SettingsRefused},
+        {QStringLiteral("runtime"), Job::RuntimeMissing},
+        {QStringLiteral("tool"), Job::ToolBroken},
+        {QStringLiteral("conversion"), Job::ConversionFailed},
+        {QStringLiteral("other"), Job::OtherError},
+    };
+    return table;
 }
 
 /** The lines of @p text; a carriage return ends one, as a line feed does. */
@@ -62,6 +85,13 @@ QString withoutHints(const QString &line)
     return result;
 }
 
+/** @p line without the tag of the tool's front, which is for programs. */
+QString withoutTag(QString line)
+{
+    static const QRegularExpression tag(QStringLiteral("^ERROR: \\[nox:[a-z-]+\\] "));
+    return line.replace(tag, QStringLiteral("ERROR: "));
+}
+
 /** Sorts the lines of an error output into complaints, warnings, and what nobody needs. */
 class Sorter
 {
@@ -72,21 +102,22 @@ public:
         m_kind = kindOf(printable, line.at(0).isSpace());
         if (printable.isEmpty() || isChatter(printable) || m_kind == Kind::Traceback || m_kind == Kind::Banner)
             return;
-        if (const QString words = withoutHints(printable); !words.isEmpty())
-            (m_kind == Kind::Warning ? m_warnings : m_complaints) += words;
+        if (const QString text = withoutHints(withoutTag(printable)); !text.isEmpty())
+            (m_kind == Kind::Warning ? m_warnings : m_complaints) += text;
     }
 
+    QStringList warnings() const { return m_warnings; }
     QStringList result() const { return m_complaints.isEmpty() ? m_warnings : m_complaints; }
 
 private:
     enum class Kind { Complaint, Warning, Traceback, Banner };
 
-    /** A line that begins nothing of its own goes on with what stands before it. */
+    /** A line without a prefix continues the message before it. */
     Kind kindOf(const QString &line, bool isIndented) const
     {
         static const QRegularExpression warning(QStringLiteral("^(WARNING|Deprecated)"));
         static const QRegularExpression complaint(
-            QStringLiteral("^(ERROR|CRITICAL|Usage:|\\[|[\\w.]*(Error|Exception)\\b)"));
+            QStringLiteral("^(ERROR|NOTE: |CRITICAL|Usage:|\\[|[\\w.]*(Error|Exception)\\b)"));
         if (matches(line, warning))
             return Kind::Warning;
         if (line.startsWith(QLatin1String("Traceback")))
@@ -102,16 +133,21 @@ private:
     QStringList m_warnings;
 };
 
-} // namespace
-
-QString ToolMessage::excerpt(const QString &errorOutput)
+Sorter sorted(const QString &errorOutput)
 {
     Sorter sorter;
     const QStringList lines = linesOf(errorOutput);
     for (const QString &line : lines)
         sorter.add(line);
-    const QStringList words = sorter.result();
-    QString text = words.mid(qMax(0, static_cast<int>(words.size()) - maximumLines)).join(QLatin1Char('\n'));
+    return sorter;
+}
+
+} // namespace
+
+QString ToolMessage::excerpt(const QString &errorOutput)
+{
+    const QStringList lines = sorted(errorOutput).result();
+    QString text = lines.mid(qMax(0, static_cast<int>(lines.size()) - maximumLines)).join(QLatin1Char('\n'));
     if (text.size() <= maximumCharacters)
         return text;
     text = text.right(maximumCharacters - 1);
@@ -120,37 +156,48 @@ QString ToolMessage::excerpt(const QString &errorOutput)
     return QChar(0x2026) + text; // an ellipsis
 }
 
-bool ToolMessage::tellsBrokenArchive(const QString &errorOutput)
+Job::Error ToolMessage::errorOfTag(const QString &tag)
 {
-    static const QRegularExpression broken(
+    return errors().value(tag, Job::OtherError);
+}
+
+QStringList ToolMessage::tags()
+{
+    return errors().keys();
+}
+
+Job::Error ToolMessage::error(const QString &errorOutput)
+{
+    // The front's first error carries the tag. What follows may be the text of a page.
+    static const QRegularExpression firstError(QStringLiteral("^ERROR: (?:\\[nox:([a-z-]+)\\] )?"),
+                                               QRegularExpression::MultilineOption);
+    if (const QRegularExpressionMatch match = firstError.match(errorOutput); match.hasMatch())
+        return errorOfTag(match.captured(1));
+    static const QRegularExpression brokenArchive(
         QStringLiteral("^(zlib\\.error: |zipimport\\.ZipImportError: |(zipfile\\.)?BadZipFile: |SyntaxError: )"
                        "|can't find '__main__' module"),
         QRegularExpression::MultilineOption);
-    return matches(errorOutput, broken);
+    return matches(errorOutput, brokenArchive) ? Job::ToolBroken : Job::OtherError;
 }
 
-bool ToolMessage::tellsNoStream(const QString &errorOutput)
+QStringList ToolMessage::warnings(const QString &errorOutput)
 {
-    static const QRegularExpression noStream(
-        QStringLiteral("^ERROR: .*(\\bDRM\\b|\\b(will begin|Premieres) in\\b|No video formats found"
-                       "|No stream of this page|There is no video on this page)"),
-        QRegularExpression::MultilineOption);
-    return matches(errorOutput, noStream);
-}
-
-bool ToolMessage::tellsRefusedSettings(const QString &errorOutput)
-{
-    static const QRegularExpression refused(
-        QStringLiteral("^ERROR: (/.*/noxwebmedia/tool\\.conf\\b|The tool does not take a setting in tool\\.conf: )"),
-        QRegularExpression::MultilineOption);
-    return matches(errorOutput, refused);
-}
-
-QString ToolMessage::unusedSettings(const QString &errorOutput)
-{
-    static const QRegularExpression unused(QStringLiteral("^WARNING: (/.*/noxwebmedia/tool\\.conf is .*not used.*)$"),
-                                           QRegularExpression::MultilineOption);
-    return TextSanitizer::line(unused.match(errorOutput).captured(1));
+    const QLatin1String prefix("WARNING: ");
+    const QLatin1String notice("WARNING: [nox:"); // of what goes on meanwhile
+    QStringList warnings;
+    bool isWarning = false; // and no other remark, such as that a feature is deprecated
+    const QStringList lines = sorted(errorOutput).warnings();
+    for (const QString &line : lines) {
+        const bool isFirst = line.startsWith(prefix) && !line.startsWith(notice);
+        const bool isContinued = isWarning && !line.startsWith(QLatin1String("Deprecated")) && !line.startsWith(notice);
+        if (isFirst)
+            warnings += line.mid(prefix.size());
+        else if (isContinued)
+            warnings.last() += QLatin1Char(' ') + line;
+        isWarning = isFirst || isContinued;
+    }
+    warnings.removeDuplicates();
+    return warnings;
 }
 
 } // namespace Nox

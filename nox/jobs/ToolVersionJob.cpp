@@ -45,9 +45,9 @@ void ToolVersionJob::Private::begin()
     m_process = std::make_unique<QProcess>();
     QObject::connect(m_process.get(), qOverload<int, QProcess::ExitStatus>(&QProcess::finished), q,
                      [this](int exitCode, QProcess::ExitStatus status) { onFinished(exitCode, status); });
-    QObject::connect(m_process.get(), &QProcess::errorOccurred, q, [this](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart)
-            end(isStopping() ? Job::Cancelled : Job::ToolMissing, FailureText::extraction(error));
+    QObject::connect(m_process.get(), &QProcess::errorOccurred, q, [this](QProcess::ProcessError cause) {
+        if (cause == QProcess::FailedToStart)
+            end(isStopping() ? Job::Cancelled : Job::ToolMissing, FailureText::extraction(cause));
     });
     expectNews(answerMs);
     m_process->start(GetPythonExecPath(),

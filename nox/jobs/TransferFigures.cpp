@@ -4,7 +4,7 @@ namespace Nox {
 
 TransferFigures::TransferFigures(qint64 total, qint64 processed, qint64 speed)
     : m_total(qMax<qint64>(0, total))
-    , m_processed(qMax<qint64>(0, done))
+    , m_processed(qMax<qint64>(0, processed))
     , m_speed(qMax<qint64>(0, speed))
 {
     if (m_total > 0)
@@ -13,7 +13,7 @@ TransferFigures::TransferFigures(qint64 total, qint64 processed, qint64 speed)
 
 TransferFigures TransferFigures::ofTime(qint64 total, qint64 processed, qint64 speed)
 {
-    TransferFigures figures(total, done, speed);
+    TransferFigures figures(total, processed, speed);
     figures.m_unit = Unit::Time;
     return figures;
 }

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QMetaType>
+#include <QObject>
 #include <QString>
 
 namespace Nox {
@@ -15,6 +17,12 @@ namespace Nox {
 class NOX_JOBS_EXPORT TransferFigures
 {
     Q_DECLARE_TR_FUNCTIONS(Nox::TransferFigures)
+    Q_GADGET
+    Q_PROPERTY(qint64 total READ total)
+    Q_PROPERTY(qint64 processed READ processed)
+    Q_PROPERTY(qint64 speed READ speed)
+    Q_PROPERTY(int percent READ percent)
+    Q_PROPERTY(qint64 secondsLeft READ secondsLeft)
 
 public:
     /** What is counted: bytes, or milliseconds of playing time. */
@@ -32,9 +40,9 @@ public:
     /** The same without a speed, and so without the time left: for figures that are no longer fresh. */
     TransferFigures withoutSpeed() const;
 
-    qint64 total() const { return m_total; } ///< The whole, or 0 when unknown.
-    qint64 processed() const { return m_processed; }   ///< What is done of it; at most total() where that is known.
-    qint64 speed() const { return m_speed; } ///< What is done in a second, or 0 when unknown.
+    qint64 total() const { return m_total; }         ///< The whole, or 0 when unknown.
+    qint64 processed() const { return m_processed; } ///< What is done of it; at most total() where that is known.
+    qint64 speed() const { return m_speed; }         ///< What is done in a second, or 0 when unknown.
 
     /** Whether there is nothing to show. */
     bool isEmpty() const;
@@ -64,3 +72,5 @@ private:
 };
 
 } // namespace Nox
+
+Q_DECLARE_METATYPE(Nox::TransferFigures)
