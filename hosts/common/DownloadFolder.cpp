@@ -2,6 +2,8 @@
 
 #include "hosts/common/Destination.h"
 
+#include <nox/util/FileRename.h>
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -98,13 +100,16 @@ qint64 DownloadFolder::joinedBytes() const
 QString DownloadFolder::release(const QString &name, const QString &destination)
 {
     QString path = destination;
+    QStringList taken;            // a link that leads nowhere does not look taken
     constexpr int attempts = 100; // in case others take the names as they are found
     for (int i = 0; i < attempts; ++i) {
-        if (QFile::rename(filePath(name), path))
+        if (Nox::FileRename::withoutReplacing(filePath(name), path))
             return path;
-        if (!QFile::exists(path))
+        const QFileInfo existing(path);
+        if (!existing.exists() && !existing.isSymLink())
             break;
-        path = Destination::free(destination);
+        taken += existing.absoluteFilePath();
+        path = Destination::free(destination, taken);
     }
     return {};
 }

@@ -45,7 +45,7 @@ public:
 
     /**
      * Moves the file @p name to @p destination, or to a numbered name when that is taken by now; an
-     * existing file is never replaced.
+     * existing file is never replaced, and a symbolic link never followed.
      * @return the path it has got, or an empty string when it could not be moved
      */
     QString release(const QString &name, const QString &destination);
