@@ -7,6 +7,9 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <cerrno>
+
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace NoxHost {
@@ -24,6 +27,16 @@ bool isOwnAndSafe(const QString &path)
     const QFileInfo file(path);
     constexpr QFile::Permissions ofOthers = QFile::WriteGroup | QFile::WriteOther;
     return file.exists() && file.ownerId() == ::geteuid() && (file.permissions() & ofOthers) == 0;
+}
+
+/** Not by QDir::mkpath(), which would let the umask decide who may write. */
+bool makePrivateFolder(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (::mkdir(name.constData(), S_IRWXU) == 0 || errno == EEXIST)
+        return true;
+    return errno == ENOENT && makePrivateFolder(QFileInfo(path).absolutePath())
+        && ::mkdir(name.constData(), S_IRWXU) == 0;
 }
 
 QString defaultToolFile()
@@ -53,6 +66,13 @@ ToolSetup::ToolSetup(const QString &toolFile, const QString &pycacheFolder)
     m_pycacheFolder =
         QFileInfo(pycacheFolder.isEmpty() ? cache + QStringLiteral("/noxwebmedia/pycache") : pycacheFolder)
             .absoluteFilePath();
+}
+
+QString ToolSetup::pycacheFolder() const
+{
+    const bool isUsable =
+        makePrivateFolder(m_pycacheFolder) && QFileInfo(m_pycacheFolder).isDir() && isOwnAndSafe(m_pycacheFolder);
+    return isUsable ? m_pycacheFolder : QString();
 }
 
 QString ToolSetup::problem() const

@@ -26,8 +26,14 @@ public:
      */
     explicit ToolSetup(const QString &toolFile = {}, const QString &pycacheFolder = {});
 
-    QString toolFile() const { return m_toolFile; }           ///< Absolute path of the tool's file.
-    QString pycacheFolder() const { return m_pycacheFolder; } ///< Absolute path of the bytecode cache.
+    QString toolFile() const { return m_toolFile; } ///< Absolute path of the tool's file.
+
+    /**
+     * Absolute path of the bytecode cache. Makes the folder, and those above it, with access for the user alone where
+     * they are missing. Empty, for no cache, where that fails or where the folder is not the user's or others may write
+     * into it: the interpreter runs what it finds there.
+     */
+    QString pycacheFolder() const;
 
     /** What is missing for extraction and download, in words; empty when nothing is. */
     QString problem() const;
