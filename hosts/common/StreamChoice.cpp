@@ -179,11 +179,6 @@ bool StreamChoice::needsCompanion(const MediaProfile &stream)
     return isVideo(stream) && stream.isDash();
 }
 
-bool StreamChoice::holdsSound(const MediaProfile &stream)
-{
-    return stream.isValid() && !needsCompanion(stream);
-}
-
 bool StreamChoice::isUsableCode(const QString &code)
 {
     return !code.isEmpty() && !code.startsWith(QLatin1Char('-'))

@@ -67,9 +67,6 @@ public:
     /** Whether a stream is a picture without sound that an audio stream can be joined to. */
     static bool needsCompanion(const Nox::MediaProfile &stream);
 
-    /** Whether a stream holds sound, alone or with a picture. */
-    static bool holdsSound(const Nox::MediaProfile &stream);
-
     /** Whether @p code is one argument of a command line that is no option. */
     static bool isUsableCode(const QString &code);
 
