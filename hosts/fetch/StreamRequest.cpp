@@ -18,13 +18,11 @@ StreamRequest refused(const QString &message)
     return request;
 }
 
-template <typename Predicate>
-QString codesOf(const QList<MediaProfile> &streams, Predicate suits)
+QString codesOf(const QList<MediaProfile> &streams)
 {
     QStringList codes;
     for (const MediaProfile &stream : streams)
-        if (suits(stream))
-            codes += Nox::TextSanitizer::line(stream.getName());
+        codes += Nox::TextSanitizer::line(stream.getName());
     return codes.isEmpty() ? QStringLiteral("none") : codes.join(QStringLiteral(", "));
 }
 
@@ -49,9 +47,14 @@ StreamRequest StreamRequest::choose(const Options &options, const Nox::StreamCho
 {
     using Nox::StreamChoice;
     const MediaProfile audio = options.audioCode.isEmpty() ? MediaProfile() : streams.find(options.audioCode);
-    if (!options.audioCode.isEmpty() && !StreamChoice::holdsSound(audio)) {
-        return refused(QStringLiteral("The page has no stream with sound and the code \"%1\"; it has: %2")
-                           .arg(options.audioCode, codesOf(streams.all(), StreamChoice::holdsSound)));
+    if (!options.audioCode.isEmpty() && audio.getMediaType() != Nox::MEDIA_TYPE_AUDIO) {
+        // ffmpeg takes the larger of two pictures.
+        const QString reason = audio.isValid()
+            ? QStringLiteral(
+                "Stream \"%1\" holds a picture, which could take the place of the video's: --audio is for a "
+                "stream of sound alone; the page has: %2")
+            : QStringLiteral("The page has no stream of sound with the code \"%1\"; it has: %2");
+        return refused(reason.arg(Nox::TextSanitizer::line(options.audioCode), codesOf(streams.audio())));
     }
     StreamRequest request;
     if (!options.formatCode.isEmpty())
@@ -62,7 +65,7 @@ StreamRequest StreamRequest::choose(const Options &options, const Nox::StreamCho
         return refused(QStringLiteral("The page has no video without sound: --audio does not apply to it."));
     if (!request.stream.isValid()) {
         return refused(QStringLiteral("The page has no stream with the code \"%1\"; it has: %2")
-                           .arg(options.formatCode, codesOf(streams.all(), [](const MediaProfile &) { return true; })));
+                           .arg(options.formatCode, codesOf(streams.all())));
     }
     if (audio.isValid() && !StreamChoice::needsAudio(request.stream)) {
         return refused(QStringLiteral("Stream \"%1\" is no video without sound: --audio does not apply to it.")

@@ -184,11 +184,6 @@ bool StreamChoice::needsAudio(const MediaProfile &stream)
     return isVideo(stream) && stream.isDash();
 }
 
-bool StreamChoice::holdsSound(const MediaProfile &stream)
-{
-    return stream.isValid() && !needsAudio(stream);
-}
-
 bool StreamChoice::isUsableCode(const QString &code)
 {
     return !code.isEmpty() && !code.startsWith(QLatin1Char('-'))

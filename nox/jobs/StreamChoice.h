@@ -72,9 +72,6 @@ public:
     /** Whether a stream is a picture without sound that an audio stream can be joined to. */
     static bool needsAudio(const MediaProfile &stream);
 
-    /** Whether a stream holds sound, alone or with a picture. */
-    static bool holdsSound(const MediaProfile &stream);
-
     /** Whether @p code is one argument of a command line that is no option. */
     static bool isUsableCode(const QString &code);
 
