@@ -4,7 +4,7 @@
 #include "hosts/desk/network/WebRequest.h"
 #include "hosts/desk/view/AddressOffer.h"
 #include "hosts/desk/view/ShownText.h"
-#include "tests/hosts/SampleStreams.h"
+#include "tests/jobs/SampleStreams.h"
 #include "tests/support/TextTable.h"
 #include "tests/util/Rows.h"
 

@@ -1,5 +1,5 @@
 #include "tests/desk/DeskTest.h"
-#include "tests/hosts/SampleStreams.h"
+#include "tests/jobs/SampleStreams.h"
 #include "tests/support/TextTable.h"
 
 #include <QAbstractItemModelTester>

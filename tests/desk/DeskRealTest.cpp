@@ -1,5 +1,5 @@
 #include "tests/desk/DeskUser.h"
-#include "tests/hosts/HostSandbox.h"
+#include "tests/jobs/HostSandbox.h"
 #include "tests/support/DemoPage.h"
 #include "tests/util/Rows.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/desk/DeskUser.h"
-#include "tests/hosts/HostSandbox.h"
+#include "tests/jobs/HostSandbox.h"
 #include "tests/util/Rows.h"
 
 #include <QtTest>

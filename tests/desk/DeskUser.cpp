@@ -1,7 +1,7 @@
 #include "tests/desk/DeskUser.h"
 
 #include "hosts/desk/view/DownloadRow.h"
-#include "tests/hosts/HostSandbox.h"
+#include "tests/jobs/HostSandbox.h"
 #include "tests/util/Rows.h"
 
 #include <QLabel>

@@ -1,6 +1,6 @@
 #include "hosts/desk/view/StreamPanel.h"
 #include "tests/desk/DeskTest.h"
-#include "tests/hosts/SampleStreams.h"
+#include "tests/jobs/SampleStreams.h"
 #include "tests/support/TextTable.h"
 
 #include <QAbstractItemModelTester>

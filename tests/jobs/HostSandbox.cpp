@@ -1,4 +1,4 @@
-#include "tests/hosts/HostSandbox.h"
+#include "tests/jobs/HostSandbox.h"
 
 #include "tests/support/Processes.h"
 #include "tests/util/Rows.h"

@@ -1,5 +1,6 @@
-#include "hosts/common/ToolSetup.h"
 #include "tests/util/Rows.h"
+
+#include <nox/jobs/ToolSetup.h>
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace NoxHost;
+using namespace Nox;
 
 /** Which tool the hosts take, and in which surroundings it runs. */
 class ToolSetupTest : public QObject

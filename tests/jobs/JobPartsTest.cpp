@@ -1,25 +1,25 @@
-#include "hosts/common/Conversion.h"
-#include "hosts/common/Destination.h"
-#include "hosts/common/DownloadFolder.h"
-#include "hosts/common/FailureText.h"
-#include "hosts/common/GrowthMeter.h"
-#include "hosts/common/JoinProgress.h"
-#include "hosts/common/StreamChoice.h"
-#include "hosts/common/StreamText.h"
-#include "hosts/common/TextSanitizer.h"
-#include "hosts/common/ToolMessage.h"
-#include "hosts/common/TransferFigures.h"
-#include "hosts/common/UrlCheck.h"
-#include "tests/hosts/SampleStreams.h"
+#include "tests/jobs/SampleStreams.h"
 #include "tests/support/TextTable.h"
 #include "tests/util/Rows.h"
+
+#include <nox/jobs/Conversion.h>
+#include <nox/jobs/Destination.h>
+#include <nox/jobs/DownloadFolder.h>
+#include <nox/jobs/FailureText.h>
+#include <nox/jobs/JoinProgress.h>
+#include <nox/jobs/ServerWait.h>
+#include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/StreamText.h>
+#include <nox/jobs/TextSanitizer.h>
+#include <nox/jobs/ToolMessage.h>
+#include <nox/jobs/TransferFigures.h>
+#include <nox/jobs/UrlCheck.h>
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
 
-using namespace NoxHost;
-using Nox::MediaProfile;
+using namespace Nox;
 
 namespace {
 
@@ -45,8 +45,8 @@ QString shown(const TransferFigures &figures)
 
 } // namespace
 
-/** What the hosts share, without any process. */
-class HostCommonTest : public QObject
+/** The parts of the jobs, without any process. */
+class JobPartsTest : public QObject
 {
     Q_OBJECT
 
@@ -67,13 +67,15 @@ private Q_SLOTS:
     void partialFolder();
     void toolMessages_data();
     void toolMessages();
+    void warnings();
     void joinProgress_data();
     void joinProgress();
-    void growth();
+    void serverWait();
+    void tags();
     void failureTexts();
 };
 
-void HostCommonTest::choice_data()
+void JobPartsTest::choice_data()
 {
     const TextTable row{"streams", "all", "thinned", "picked"}; // the best and its companion are picked
     row("none", "");
@@ -107,17 +109,17 @@ void HostCommonTest::choice_data()
     row("no format", "v,ok MP4 7x7", "ok", "ok", "ok");
 }
 
-void HostCommonTest::choice()
+void JobPartsTest::choice()
 {
     QFETCH(QString, streams);
     const StreamChoice choice(SampleStreams::page(streams));
     QTEST(codes(choice.all()), "all");
     QTEST(codes(choice.thinned()), "thinned");
     const MediaProfile best = choice.best();
-    QTEST(codes({best, choice.companionFor(best)}).trimmed(), "picked");
+    QTEST(codes({best, choice.audioFor(best)}).trimmed(), "picked");
 }
 
-void HostCommonTest::conversions_data()
+void JobPartsTest::conversions_data()
 {
     QTest::addColumn<QString>("video");
     QTest::addColumn<QString>("audio");
@@ -136,7 +138,7 @@ void HostCommonTest::conversions_data()
     row("v WEBM 20000x20000 dash", "a M4A 1K", Conversion::Picture, " h.");
 }
 
-void HostCommonTest::conversions()
+void JobPartsTest::conversions()
 {
     QFETCH(QString, video);
     QFETCH(QString, audio);
@@ -156,7 +158,7 @@ void HostCommonTest::conversions()
     QVERIFY(Conversion::roughSeconds(kind, picture, std::numeric_limits<qint64>::max(), 1) < 2000000000);
 }
 
-void HostCommonTest::streamTexts()
+void JobPartsTest::streamTexts()
 {
     const auto described = [](const char *words) {
         const MediaProfile one = SampleStreams::stream(text(words));
@@ -189,7 +191,7 @@ void HostCommonTest::streamTexts()
              "a [31m b "_s + joinedSigns);
 }
 
-void HostCommonTest::urls_data()
+void JobPartsTest::urls_data()
 {
     const TextTable table{"url", "words"}; // part of the reason; empty for a good address
     const auto row = [&table](const char *url, const char *words = "") { table(url, url, words); };
@@ -209,9 +211,9 @@ void HostCommonTest::urls_data()
     row("www.a", "http://");
 }
 
-void HostCommonTest::mendedUrls()
+void JobPartsTest::mendedUrls()
 {
-    const auto mended = [](const char *typed) { return UrlCheck::mended(text(typed)); };
+    const auto mended = [](const char *typed) { return UrlCheck::corrected(text(typed)); };
     QCOMPARE(mended(" HTTP://A/B'c'\n"), "http://A/B%27c%27"_s);
     QCOMPARE(mended("Https://a/?u=HTTP://b"), "https://a/?u=HTTP://b"_s);
     QCOMPARE(mended("www.a.b/c"), "https://www.a.b/c"_s);
@@ -219,16 +221,16 @@ void HostCommonTest::mendedUrls()
         QCOMPARE(mended(unclear), text(unclear));
 }
 
-void HostCommonTest::urls()
+void JobPartsTest::urls()
 {
     QFETCH(QString, url);
     QFETCH(QString, words);
-    const QString problem = UrlCheck::problem(url);
+    const QString problem = UrlCheck::errorString(url);
     QCOMPARE(problem.isEmpty(), words.isEmpty());
     QVERIFY2(problem.contains(words), qPrintable(problem));
 }
 
-void HostCommonTest::proposedNames_data()
+void JobPartsTest::proposedNames_data()
 {
     const TextTable row{"title", "stream", "name"};
     const QByteArray longName(400, 'n');
@@ -248,7 +250,7 @@ void HostCommonTest::proposedNames_data()
     row("too many bytes", sign.repeated(100), "1 MP4 9x9", sign.repeated(58) + ".mp4");
 }
 
-void HostCommonTest::proposedNames()
+void JobPartsTest::proposedNames()
 {
     QFETCH(QString, title);
     QFETCH(QString, stream);
@@ -257,15 +259,15 @@ void HostCommonTest::proposedNames()
     const QString path = Destination::proposed(SampleStreams::page({}, title), SampleStreams::stream(stream),
                                                folder.path(), {folder.filePath("Taken(1).mp4"_s)});
     QTEST(QFileInfo(path).fileName(), "name");
-    QCOMPARE(Destination::problem(path), QString());
+    QCOMPARE(Destination::errorString(path), QString());
 
     QCOMPARE(Destination::suffix(SampleStreams::stream("1 WEBM 9x9 dash +2"_s)), "mp4"_s);
 }
 
-void HostCommonTest::nameProblems()
+void JobPartsTest::nameProblems()
 {
     QTemporaryDir folder;
-    const auto problem = [&](const QString &name) { return Destination::problem(folder.filePath(name)); };
+    const auto problem = [&](const QString &name) { return Destination::errorString(folder.filePath(name)); };
     QVERIFY(QFile(folder.filePath("taken"_s)).open(QIODevice::WriteOnly));
     QVERIFY(QFile::link("nowhere"_s, folder.filePath("dangling"_s)));
     QCOMPARE(Destination::free(folder.filePath("taken"_s)), folder.filePath("taken(1)"_s));
@@ -299,11 +301,11 @@ void HostCommonTest::nameProblems()
         const QString words = problem(row.name);
         QVERIFY2(words.contains(text(row.words)), qPrintable(row.name + ": "_s + words));
     }
-    QVERIFY(Destination::problem(folder.path()).contains("is a folder"_s));
-    QVERIFY(Destination::problem(QString()).contains("needs a name"_s));
+    QVERIFY(Destination::errorString(folder.path()).contains("is a folder"_s));
+    QVERIFY(Destination::errorString(QString()).contains("needs a name"_s));
 }
 
-void HostCommonTest::figures_data()
+void JobPartsTest::figures_data()
 {
     QTest::addColumn<qint64>("total");
     QTest::addColumn<qint64>("done");
@@ -324,7 +326,7 @@ void HostCommonTest::figures_data()
     row(huge, huge - 1, huge, "99%|9.2 EB / 9.2 EB|9.2 EB/s|0:00:01");
 }
 
-void HostCommonTest::figures()
+void JobPartsTest::figures()
 {
     QFETCH(qint64, total);
     QFETCH(qint64, done);
@@ -332,7 +334,7 @@ void HostCommonTest::figures()
     QTEST(shown(TransferFigures(total, done, speed)), "expected");
 }
 
-void HostCommonTest::partialFolder()
+void JobPartsTest::partialFolder()
 {
     QTemporaryDir parent;
     const auto put = [](const QString &path) { return QFile(path).open(QIODevice::WriteOnly); };
@@ -356,14 +358,13 @@ void HostCommonTest::partialFolder()
              (QStringList{"x.m4a"_s, "y(1).mp4"_s, "y.mp4"_s}));
 }
 
-void HostCommonTest::toolMessages_data()
+void JobPartsTest::toolMessages_data()
 {
     QTest::addColumn<QString>("output");
     QTest::addColumn<QString>("excerpt");
-    QTest::addColumn<bool>("isBroken");
-    const auto row = [](const char *name, const QString &output, const QString &excerpt, bool isBroken = false) {
-        QTest::newRow(name) << output << excerpt << isBroken;
-    };
+    QTest::addColumn<Job::Error>("error");
+    const auto row = [](const char *name, const QString &output, const QString &excerpt,
+                        Job::Error error = Job::OtherError) { QTest::newRow(name) << output << excerpt << error; };
     const QString numbers = "1\n2\n3\n4\n5\n6\n7\n8\n9"_s;
     const QString smiley = "\xf0\x9f\x98\x80"_s;
     const char banner[] =
@@ -407,24 +408,35 @@ void HostCommonTest::toolMessages_data()
     row("traceback", "Traceback (most recent call last):\n  File \"x\", line 1\n    a()\nValueError: bad\n"_s,
         "ValueError: bad"_s);
     row("damaged", "Traceback (most recent call last):\n  File \"x\"\nzlib.error: Error -3 while decompressing\n"_s,
-        "zlib.error: Error -3 while decompressing"_s, true);
+        "zlib.error: Error -3 while decompressing"_s, Job::ToolBroken);
     row("no code", "  File \"yt.zip\", line 1\n    PK\nSyntaxError: Non-UTF-8 code\n"_s,
-        "File \"yt.zip\", line 1\nPK\nSyntaxError: Non-UTF-8 code"_s, true);
+        "File \"yt.zip\", line 1\nPK\nSyntaxError: Non-UTF-8 code"_s, Job::ToolBroken);
     row("empty archive", "/p/python3.10: can't find '__main__' module in '/p/yt.zip'\n"_s,
-        "/p/python3.10: can't find '__main__' module in '/p/yt.zip'"_s, true);
+        "/p/python3.10: can't find '__main__' module in '/p/yt.zip'"_s, Job::ToolBroken);
+    row("tag", "WARNING: w\nERROR: [nox:login] Log in\n  here\nERROR: e\nNOTE: old\nWARNING: v\n"_s,
+        "ERROR: Log in\nhere\nERROR: e\nNOTE: old"_s, Job::LoginNeeded);
+    row("unknown tag", "ERROR: [nox:odd] e\n"_s, "ERROR: e"_s);
+    row("tag in a text", "ERROR: [x] title\nERROR: [nox:login] e\n"_s, "ERROR: [x] title\nERROR: e"_s);
+    row("tag within a line", "ERROR: [x] [nox:login] e\n"_s, "ERROR: [x] [nox:login] e"_s);
+    row("tag without its word", "[nox:login] e\n"_s, "[nox:login] e"_s);
     row("error of a page's script", "ERROR: script: SyntaxError: x\n"_s, "ERROR: script: SyntaxError: x"_s);
 }
 
-void HostCommonTest::toolMessages()
+void JobPartsTest::toolMessages()
 {
     QFETCH(QString, output);
     QTEST(ToolMessage::excerpt(output), "excerpt");
-    QTEST(ToolMessage::tellsBrokenArchive(output), "isBroken");
-    QVERIFY(!ToolMessage::tellsRefusedSettings(output));
-    QCOMPARE(ToolMessage::unusedSettings(output), QString());
+    QTEST(ToolMessage::error(output), "error");
 }
 
-void HostCommonTest::joinProgress_data()
+void JobPartsTest::warnings()
+{
+    const QString output = "WARNING: a\n  b\n\nWARNING: c\n"
+                           "Deprecated Feature: d\n  e\nWARNING: [nox:waiting] f\nERROR: g\nWARNING: c\nh\n"_s;
+    QCOMPARE(ToolMessage::warnings(output), (QStringList{"a b"_s, "c"_s, "c h"_s}));
+}
+
+void JobPartsTest::joinProgress_data()
 {
     QTest::addColumn<QStringList>("outputs");
     QTest::addColumn<QString>("expected");
@@ -445,7 +457,7 @@ void HostCommonTest::joinProgress_data()
     row("0%|9999:00:00||", {"time=9999:00:00 time=99999:00:00 time=N/A"_s});
 }
 
-void HostCommonTest::joinProgress()
+void JobPartsTest::joinProgress()
 {
     QFETCH(QStringList, outputs);
     QFETCH(int, seconds);
@@ -455,39 +467,55 @@ void HostCommonTest::joinProgress()
     QTEST(progress.isKnown() ? shown(progress.figures()) : "unknown"_s, "expected");
 }
 
-void HostCommonTest::growth()
+// A notice stands until bytes come; the same one may come again.
+void JobPartsTest::serverWait()
 {
-    GrowthMeter meter;
-    QVERIFY(meter.figures().isEmpty());
-    meter.add(1000, 0);
-    QCOMPARE(meter.figures().amountText(QLocale::c()), "1.0 kB"_s);
-    QCOMPARE(meter.figures().speed(), 0);
-    meter.add(3000, 1000);
-    QCOMPARE(meter.figures().speed(), 2000);
-    QCOMPARE(meter.figures().secondsLeft(), -1);
-    meter.add(3000, 5500);
-    meter.add(3000, 10500);
-    QCOMPARE(meter.figures().speed(), 0); // the standstill counts, not what was before
-    meter.add(0, 11000);                  // the tool has begun anew
-    QCOMPARE(meter.figures().speed(), 0);
+    const QString notice = "WARNING: [nox:waiting] The server does not answer. Trying again in 4 s (3 of 6)\n"_s;
+    ServerWait wait;
+    QVERIFY(!wait.read("WARNING: [nox:waiting] half a li"_s, 10));
+    QVERIFY(wait.read(notice, 10) && wait.text().contains("4 s (3 of 6)"_s));
+    QVERIFY(!wait.read(notice, 10));
+    QVERIFY(wait.read(notice, 11) && wait.text().isEmpty());
+    QVERIFY(wait.read(notice + "x\n"_s + notice, 11) && !wait.text().isEmpty());
+    QVERIFY(!wait.read({}, 11)); // the end of the output is what is kept
 }
 
-// Every code that the library reports says something of its own.
-void HostCommonTest::failureTexts()
+// The list in the tool's front and the table here are the same.
+void JobPartsTest::tags()
+{
+    QFile file(QStringLiteral(NOX_TOOL_TAGS));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    static const QRegularExpression constant("^[A-Z_]+ = \"([a-z-]+)\"$"_s, QRegularExpression::MultilineOption);
+    QStringList tags;
+    for (auto matches = constant.globalMatch(text(file.readAll().constData())); matches.hasNext();)
+        tags += matches.next().captured(1);
+    tags.sort();
+    QCOMPARE(ToolMessage::tags(), tags);
+    QSet<int> errors;
+    for (const QString &tag : std::as_const(tags)) {
+        const Job::Error error = ToolMessage::errorOfTag(tag);
+        errors += error;
+        QCOMPARE(FailureText::cause(error).isEmpty(), tag == "other"_s);
+    }
+    QCOMPARE(errors.size(), tags.size());
+    QCOMPARE(ToolMessage::errorOfTag("odd"_s), Job::OtherError);
+}
+
+// Every code that the library reports has a text of its own.
+void JobPartsTest::failureTexts()
 {
     QSet<QString> texts;
     for (const int code : {-1, -4, -5, -7, -8, -99})
-        texts += FailureText::download(code, FailureText::During::Fetching);
+        texts += FailureText::download(code, false);
     for (const int code : {-4, -5})
-        texts += FailureText::download(code, FailureText::During::Joining);
-    texts += FailureText::brokenTool();
-    QCOMPARE(texts.size(), 9);
+        texts += FailureText::download(code, true);
+    QCOMPARE(texts.size(), 8);
     texts.clear();
     for (const int code : {-1, 0, 1, 2, 3, 4, 5})
         texts += FailureText::extraction(code);
     QCOMPARE(texts.size(), 7);
-    QVERIFY(FailureText::download(-99, FailureText::During::Fetching).contains("-99"_s));
+    QVERIFY(FailureText::download(-99, false).contains("-99"_s));
 }
 
-QTEST_GUILESS_MAIN(HostCommonTest)
-#include "HostCommonTest.moc"
+QTEST_GUILESS_MAIN(JobPartsTest)
+#include "JobPartsTest.moc"

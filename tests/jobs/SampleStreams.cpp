@@ -1,4 +1,4 @@
-#include "tests/hosts/SampleStreams.h"
+#include "tests/jobs/SampleStreams.h"
 
 #include <QStringList>
 
