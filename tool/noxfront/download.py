@@ -70,7 +70,7 @@ class _Job:
 
     def fetch_remembered(self, page: Info) -> None:
         # Loading all that the tool knows about pages takes most of its start.
-        with yt_dlp.YoutubeDL(self._settings(), auto_init=False) as plain_tool:
+        with tool.Tool(self._settings(), auto_init=False) as plain_tool:
             self._fetch(plain_tool, page)
 
     def fetch_anew(self, memory: PageMemory) -> None:
