@@ -68,7 +68,8 @@ class MainTest(unittest.TestCase):
         self.settings.write_text("--exec true")
         run = self.run_front("--dump-json", URL)
         self.assertEqual((run.returncode, run.stdout), (2, ""))
-        self.assertRegex(run.stderr, r"\AERROR: .*tool.conf: line 1: the option --exec is not allowed here: .*\n\Z")
+        message = r"\AERROR: \[nox:settings\] /.*tool.conf: line 1: the option --exec is not allowed here: .*\n\Z"
+        self.assertRegex(run.stderr, message)
 
     def test_nothing_asks_a_terminal(self) -> None:
         (self.folder / "yt_dlp.py").write_text(ASKING_TOOL)

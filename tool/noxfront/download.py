@@ -10,7 +10,7 @@ from typing import Any, Iterator, Optional
 
 import yt_dlp
 
-from . import messages, tool
+from . import error_tags, messages, tool
 from .command_line import Download
 from .page_memory import PageMemory
 from .progress import Reporter
@@ -77,6 +77,8 @@ class _Job:
         with tool.PageReader(self._settings(), auto_init="no_verbose_header") as reader:
             page = reader.first_video(self._command.url)
             if page is None:
+                if not self._log.errors:
+                    self._log.fail(error_tags.NOTHING, "There is no video on this page")
                 raise Failure(None)
             memory.remember(self._command.url, page)  # for the other stream
             self._log.report(has_failed=False)

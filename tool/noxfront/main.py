@@ -8,7 +8,7 @@ import pathlib
 import sys
 from typing import NoReturn, Sequence
 
-from . import command_line, configuration, lean_start, messages, terminal
+from . import command_line, configuration, error_tags, lean_start, messages, terminal
 from .command_line import Command, Describe
 from .page_memory import PageMemory
 
@@ -16,6 +16,10 @@ from .page_memory import PageMemory
 # user of the machine can read: the new program reads them itself.
 _ANEW = "NOX_READ_PAGE_ANEW"
 _WITHOUT_FRONT = "NOX_WITHOUT_FRONT"
+
+
+class ToolBroken(Exception):
+    """The tool's package cannot be used; the text is for the user."""
 
 
 def main(words: Sequence[str]) -> int:
@@ -34,6 +38,9 @@ def main(words: Sequence[str]) -> int:
         return _run(command, settings)
     except configuration.ConfigurationError as error:
         return _refuse(error)
+    except ToolBroken as error:
+        messages.report_failure(error_tags.TOOL, str(error))
+        return 1
     except (BrokenPipeError, KeyboardInterrupt):
         return 1
     except Exception as error:  # the tool alone may well manage, and gives its own reasons if not
@@ -44,7 +51,7 @@ def main(words: Sequence[str]) -> int:
 
 
 def _refuse(error: configuration.ConfigurationError) -> int:
-    messages.write(messages.STANDARD_ERROR, f"ERROR: {error}\n")
+    messages.report_failure(error_tags.SETTINGS, str(error))
     return 2
 
 
@@ -57,12 +64,14 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
     memory = PageMemory(sys.pycache_prefix, [_tool_state(), *settings.options, *command.tool_options])
     # The tool's package is loaded as late as possible. What of it fails with an unknown version is a fault of ours.
     if isinstance(command, Describe):
+        _load_tool()
         from . import describe
 
         return describe.run(command, settings.options, memory, messages.Collector(settings.warnings))
     page = None if _ANEW in os.environ else memory.recall(command.url)
     if page is not None:
         lean_start.prepare(page, command.code, settings.options)
+    _load_tool()
     from . import download
 
     log = messages.DownloadLog(command.template, settings.warnings)
@@ -74,6 +83,17 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
     memory.forget(command.url)
     os.environ[_ANEW] = "1"  # where the record cannot be removed
     restart()
+
+
+def _load_tool() -> None:
+    """
+    :raises ToolBroken: where the package cannot be loaded at all
+    """
+    try:
+        import yt_dlp  # noqa: F401
+    except Exception as error:
+        raise ToolBroken(f"The download tool cannot be loaded, it is damaged or made for another version of Python: "
+                         f"{type(error).__name__}: {error}") from error
 
 
 def _tool_state() -> str:
