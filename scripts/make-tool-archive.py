@@ -85,21 +85,22 @@ def read_tar(path, files):
                 files.add_package(member.name, archive.extractfile(member).read())
 
 
-def read_package(path, files):
-    count = len(files)
+def read_package(path):
+    files = Files()
     if path.is_dir():
         read_folder(path, files)
     elif zipfile.is_zipfile(path):
         read_zip(path, files)
     elif tarfile.is_tarfile(path):
         read_tar(path, files)
-    if len(files) == count:
+    if not files:
         sys.exit(f"make-tool-archive.py: no package in {path}")
+    return files
 
 
 def read_packages(paths, files):
     for path in paths:
-        read_package(path, files)
+        files.update(read_package(path))
     if not paths:
         return
     if PACKAGE + "/__init__.py" not in files:
