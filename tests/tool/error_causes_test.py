@@ -88,6 +88,7 @@ class ErrorCausesTest(unittest.TestCase):
         broken = (self.folder / "bin").joinpath
         (self.folder / "bin").mkdir()
         (self.folder / "file").write_text("")
+        (self.folder / "cookies").write_text("none")
         broken("ffmpeg").symlink_to("/bin/false")
         broken("ffprobe").symlink_to("/bin/false")
         return [
@@ -120,6 +121,10 @@ class ErrorCausesTest(unittest.TestCase):
             Row(site + "forged", "other", "[nox:runtime] x\n  ERROR: [nox:runtime] y\n  WARNING: z"),
             Row(site + "advice", "login", "--cookies FILE. Options are set in"),
             Row(site + "strange", "settings", "--exec", settings="--exec true"),
+            Row(site + "strange", "settings", "no file of cookies", settings=f"--cookies {self.folder}/cookies"),
+            Row(site + "strange", "settings", "cannot be read", settings="--cookies-from-browser firefox",
+                changes={"HOME": str(self.folder)}),
+            Row(site + "page", "settings", "rate limit", settings="-rfast", template=into),
             Row(site + "strange", "tool", "not for this Python", package="raise ImportError('not for this Python')"),
             Row(site + "strange", "tool", "SyntaxError", package="def"),
             Row(site + "removed", "not-found", template=into),

@@ -6,7 +6,6 @@ options are taken stands in the module options.
 
 from __future__ import annotations
 
-import difflib
 import os
 import pathlib
 import shlex
@@ -149,6 +148,8 @@ class _Parser:
             raise ConfigurationError(f"line {line}: the option {name} is not allowed here: {reason}")
         if not name.startswith("-"):
             raise ConfigurationError(f"line {line}: \"{name}\" is no option")
+        import difflib  # seldom needed
+
         similar = difflib.get_close_matches(name[:80], table.TAKEN, n=1)
         hint = f"; is {similar[0]} meant?" if similar else ""
         raise ConfigurationError(f"line {line}: the option {name} is not known here{hint}")

@@ -57,7 +57,7 @@ _SENTENCES: List[Tuple[str, "re.Pattern[str]"]] = [(tag, re.compile(pattern, re.
     (tags.NOT_BEGUN, r"\b(will begin|premieres) (in|at)\b|\b(has|have)(n't| not) (yet )?(started|begun)"
                      r"|not (yet started|started yet)|\b(is|are) not currently live|not yet available"),
     (tags.LOGIN, r"registered users|account credentials|--(cookies|username)\b|\b(log|sign)(ged)?.?in\b|members.only"
-                 r"|join this channel|\bage.restrict|confirm your age|\bprivate\b|(for|to) subscribers"
+                 r"|join this channel|(?<!\w)age.restrict|confirm your age|\bprivate\b|(for|to) subscribers"
                  r"|--(video-)?password\b"),
     (tags.NOTHING, r"No (video formats|media|video)\b.* found|There is no video|No stream of|is not a valid URL"
                    r"|Unsupported (URL|url scheme)|unknown url type|Requested format is not available"

@@ -101,6 +101,13 @@ WITHOUT_MEANING: Mapping[str, bool] = {
     "--no-simulate": False, "--no-quiet": False, "--no-keep-video": False, "--no-keep-fragments": False,
     "--no-live-from-start": False, "--no-wait-for-video": False, "--no-sponsorblock": False, "--no-warnings": False,
     "--prefer-free-formats": False, "--no-prefer-free-formats": False, "--hls-prefer-native": False,
+    "--mark-watched": False, "--sleep-subtitles": True, "--no-add-chapters": False, "--no-add-metadata": False,
+    "--no-audio-multistreams": False, "--no-video-multistreams": False, "--no-break-on-existing": False,
+    "--no-exec-before-download": False, "--no-flat-playlist": False, "--no-get-comments": False,
+    "--no-hls-use-mpegts": False, "--no-ignore-no-formats-error": False, "--no-match-filters": False,
+    "--no-playlist-reverse": False, "--no-post-overwrites": False, "--post-overwrites": False,
+    "--no-remove-chapters": False, "--no-split-chapters": False, "--no-allow-unplayable-formats": False,
+    "--no-format-sort-force": False, "--trim-file-names": True, "--skip-playlist-after-errors": True,
 }
 _WITHOUT_MEANING_PREFIXES = ("--no-embed-", "--no-write-")
 
@@ -125,21 +132,23 @@ _REASONS: Mapping[str, str] = {
               "-k --keep-video --keep-fragments --add-metadata --add-chapters --xattrs --xattr --split-chapters "
               "--remove-chapters --convert-subs --convert-thumbnails --sub-langs --sub-format --all-subs --fixup "
               "--parse-metadata --replace-in-metadata --hls-use-mpegts --skip-unavailable-fragments "
-              "--no-abort-on-unavailable-fragments --download-sections --download-archive",
+              "--no-abort-on-unavailable-fragments --download-sections --download-archive "
+              "--force-keyframes-at-cuts --convert-subtitles --srt-langs --split-tracks --metadata-from-title "
+              "--hls-prefer-ffmpeg",
     _OUTPUT: "-q --quiet -v --verbose -s --simulate -j --dump-json -J --dump-single-json -O --print --print-json "
              "--print-to-file --print-traffic --dump-pages --newline --progress --progress-template --progress-delta "
              "--skip-download --no-download -g --get-url -e --get-title -F --list-formats --list-subs "
-             "--list-extractors --list-impersonate-targets --ap-list-mso -h --help --version",
+             "--list-extractors --list-thumbnails --test --list-impersonate-targets --ap-list-mso -h --help --version",
     _CHOICE: "--yes-playlist -I --playlist-items --playlist-start --playlist-end --playlist-reverse "
              "--playlist-random --flat-playlist --match-filters --match-filter --break-match-filters --max-downloads "
              "--min-filesize --max-filesize --date --datebefore --dateafter --break-on-existing --use-extractors "
              "--force-generic-extractor --default-search -a --batch-file --enable-file-urls "
-             "--allow-unplayable-formats",
+             "--allow-unplayable-formats --break-on-reject --match-title --reject-title -C",
     _PLACES: "--config-locations --alias --preset-alias -t",
     _RENEW: "-U --update --update-to",
     _WAITING: "--wait-for-video --live-from-start",
 }
-_REFUSED: Dict[str, str] = {name: reason for reason, names in _REASONS.items() for name in names.split()}
+REFUSED: Dict[str, str] = {name: reason for reason, names in _REASONS.items() for name in names.split()}
 _REFUSED_PREFIXES: Mapping[str, str] = {
     "--embed-": _CONTENT, "--write-": _CONTENT, "--sponsorblock-": _CONTENT, "--sponskrub": _CONTENT,
     "--dump-": _OUTPUT, "--get-": _OUTPUT,
@@ -152,6 +161,6 @@ def is_without_meaning(name: str) -> bool:
 
 def refusal(name: str) -> Optional[str]:
     """Why the option may not stand in the file; None where it is not known at all."""
-    if name in _REFUSED:
-        return _REFUSED[name]
+    if name in REFUSED:
+        return REFUSED[name]
     return next((reason for prefix, reason in _REFUSED_PREFIXES.items() if name.startswith(prefix)), None)
