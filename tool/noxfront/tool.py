@@ -10,7 +10,7 @@ from typing import Any, Callable, Dict, List, Optional
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
 
-from . import streams
+from . import segments, streams
 from .configuration import ConfigurationError
 from .streams import Info
 
@@ -23,6 +23,7 @@ _COMMON_OPTIONS = (
     "--lazy-playlist",
     "--abort-on-unavailable-fragments",
     "--no-progress",  # the front has its own
+    f"--concurrent-fragments={segments.AT_ONCE}",
 )
 
 Selector = Callable[[Dict[str, Any]], List[Info]]
