@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import contextlib
 import errno
-import functools
 import glob
 import os
 import time
@@ -117,6 +116,7 @@ class _Job:
         return tool.settings(
             self._options,
             logger=self._log,
+            ignoreerrors=False,  # each is raised, so that its cause is known
             progress_hooks=[Reporter(self._log.say)],
             # A stream may get another name at last, for example when the tool has joined two.
             post_hooks=[self._log.announce],
@@ -125,10 +125,8 @@ class _Job:
     def _prepare(self, plain_tool: Any) -> retries.RetryPolicy:
         """Makes the tool fetch as we want it: waiting for servers, and several segments at once."""
         policy = retries.RetryPolicy(plain_tool.params, self._options, self._log.warning)
-        retries.install(policy)
-        segments.install(plain_tool.params)
-        plain_tool.add_progress_hook(policy.progress)
-        plain_tool.dl = functools.partial(policy.call, plain_tool.dl)
+        retries.install(policy, plain_tool)
+        segments.install(plain_tool.params, policy.call)
         return policy
 
     def _fetch(self, plain_tool: Any, page: Info) -> None:

@@ -44,6 +44,7 @@ def restart(words: Sequence[str]) -> NoReturn:
 def _run(command: Command, settings: configuration.Configuration) -> int:
     memory = PageMemory(sys.pycache_prefix, [_tool_state(), *settings.options, *command.tool_options])
     warnings = [settings.warning] if settings.warning else []
+    lean_start.prepare()
     # The tool's package is loaded as late as possible. What of it fails with an unknown version is a fault of ours.
     if isinstance(command, Describe):
         from . import describe
@@ -51,7 +52,7 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
         return describe.run(command, settings.options, memory, messages.Collector(warnings))
     page = None if _ANEW in os.environ else memory.recall(command.url)
     if page is not None:
-        lean_start.prepare(page, command.code, settings.options)
+        lean_start.prepare_stream(page, command.code)
     from . import download
 
     log = messages.DownloadLog(command.template, warnings)

@@ -6,6 +6,7 @@ long is waited and when a download ends is decided by a RetryPolicy, which all t
 
 from __future__ import annotations
 
+import functools
 import http.client
 import re
 import socket
@@ -15,12 +16,14 @@ import urllib.error
 from typing import Any, Callable, Dict, Iterator, Optional, Sequence
 
 from yt_dlp.downloader.common import FileDownloader
+from yt_dlp.downloader.http import HttpFD
 
 WAITS = (1, 2, 4, 8, 16, 9)  # seconds between attempts in one outage; 40 in all
 SEGMENT_RETRIES = 2  # of a segment that the server says it does not have
 NEW_READING_HELPS = frozenset({403, 404, 410})
 _BUSY = frozenset({408, 425, 429})  # refusals that are for a time only
 _ATTEMPTS_OF_THE_TOOL = 10_000  # more than the policy ever takes, but not without end
+_NO_DATA = "Did not get any data blocks"
 _NETWORK_ERRORS = (ConnectionError, TimeoutError, socket.gaierror, urllib.error.URLError, http.client.HTTPException)
 _EXPIRY = re.compile(r"(?i)(?<![a-z])(?:expires?|exp)(?:=|/|~|%3D)(\d{10})(?!\d)")
 
@@ -85,10 +88,9 @@ class RetryPolicy:
         self._tell = tell
         self._clock = clock
         self._condition = threading.Condition()
-        self._attempt = 0
+        self._thread = threading.local()  # how often in this outage; what another thread gets is no help to this one
         self._until = 0.0
         self._most = 0
-        self._has_progressed = False
         self._has_ended = False
         self.can_read_anew = False  # whether the download goes on from a new reading of its page when it fails
         self.last_status: Optional[int] = None  # by which the download was ended
@@ -99,18 +101,19 @@ class RetryPolicy:
         done = status.get("downloaded_bytes") or 0
         if done > self._most:
             self._most = done
-            self._has_progressed = True
+            self._thread.attempt = 0
         if status.get("status") == "finished":
             self._most = 0
 
     def wait(self) -> bool:
         """Waits before the next attempt; False when there is to be none. Threads that fail during one wait share it."""
         with self._condition:
-            if self._has_progressed:
-                self._has_progressed = False
-                self._attempt = 0
-            if self._clock() >= self._until and not self._has_ended:
-                self._begin_wait()
+            attempt = getattr(self._thread, "attempt", 0)
+            self._thread.attempt = attempt + 1
+            if attempt >= self._retries:
+                self.end()
+            elif self._clock() >= self._until and not self._has_ended:
+                self._begin_wait(attempt)
             while not self._has_ended:
                 left = self._until - self._clock()
                 if left <= 0:
@@ -148,18 +151,13 @@ class RetryPolicy:
             self._has_ended = True
             self._condition.notify_all()
 
-    def _begin_wait(self) -> None:
-        if self._attempt >= self._retries:
-            self._has_ended = True
-            self._condition.notify_all()
-            return
-        seconds = self._seconds("http", self._attempt)
-        self._attempt += 1
+    def _begin_wait(self, attempt: int) -> None:
+        seconds = self._seconds("http", attempt)
         self._until = self._clock() + seconds
         if seconds > 0:
             of_all = f" of {self._retries:.0f}" if self._retries < _ATTEMPTS_OF_THE_TOOL else ""
             self._tell("[nox:waiting] The server does not answer. "
-                       f"Trying again in {seconds:.3g} s ({self._attempt}{of_all})")
+                       f"Trying again in {seconds:.3g} s ({attempt + 1}{of_all})")
 
     def _seconds(self, kind: str, attempt: int) -> float:
         function = self._sleep_functions.get(kind)
@@ -172,12 +170,29 @@ class RetryPolicy:
             return not self._condition.wait_for(lambda: self._has_ended, seconds)
 
 
-def install(policy: RetryPolicy) -> None:
+def install(policy: RetryPolicy, tool: Any) -> None:
     """From now on the tool's downloaders ask the policy."""
+    thread = threading.local()
+    urlopen = tool.urlopen
+
+    def open_and_note(*arguments: Any, **more: Any) -> Any:
+        response = urlopen(*arguments, **more)
+        thread.length = response.headers.get("Content-Length")
+        return response
 
     def report_retry(
         downloader: Any, err: BaseException, count: int, retries: float, frag_index: Any = None, fatal: bool = True
     ) -> None:
         policy.on_error(downloader, err, count, frag_index is not None)
 
+    def report_error(downloader: Any, message: str, *arguments: Any, **more: Any) -> None:
+        # The tool gives up where a connection ends before the first byte of what was promised.
+        if message == _NO_DATA and getattr(thread, "length", None) not in (None, "0"):
+            raise ConnectionAbortedError(message)
+        tool.report_error(message, *arguments, **more)
+
+    tool.urlopen = open_and_note
+    tool.dl = functools.partial(policy.call, tool.dl)
+    tool.add_progress_hook(policy.progress)
     FileDownloader.report_retry = report_retry
+    HttpFD.report_error = report_error

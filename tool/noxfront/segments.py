@@ -27,6 +27,9 @@ _NO_FILE = "-"  # the tool writes to what it is given under this name, and leave
 _SEGMENT_PARAMS = {"continuedl": False, "updatetime": False, "sleep_interval": 0, "max_sleep_interval": 0}
 
 
+Call = Callable[..., Any]  # calls a function with the arguments that follow, once more after each outage
+
+
 class SegmentMeter:
     """Adds up what the threads of a download have fetched. To be called by the tool for each block of a segment."""
 
@@ -78,14 +81,15 @@ class SegmentMeter:
 class SegmentDownloader(HttpQuietDownloader):  # type: ignore[misc]
     """Fetches segments into memory. Several threads use one object at once."""
 
-    def __init__(self, tool: Any, params: Dict[str, Any]) -> None:
+    def __init__(self, tool: Any, params: Dict[str, Any], call: Call) -> None:
         super().__init__(tool, {**params, **_SEGMENT_PARAMS})
+        self._call = call
         self._thread = threading.local()
 
     def fetch(self, info: Dict[str, Any]) -> Optional[io.BytesIO]:
         self._thread.buffer = buffer = io.BytesIO()
         try:
-            is_there, _ = self.download(_NO_FILE, info)
+            is_there, _ = self._call(self.download, _NO_FILE, info)
         finally:
             del self._thread.buffer
         return buffer if is_there else None
@@ -128,8 +132,9 @@ class SegmentPool(concurrent.futures.ThreadPoolExecutor):
 class _Segments:
     """What takes the place of the tool's own functions, by their names there."""
 
-    def __init__(self, at_once: int) -> None:
+    def __init__(self, at_once: int, call: Call) -> None:
         self._at_once = at_once
+        self._call = call
         self._prepare = FragmentFD._prepare_frag_download
         self._fetch_all = FragmentFD.download_and_append_fragments
 
@@ -137,7 +142,7 @@ class _Segments:
         with contextlib.suppress(OSError):
             os.unlink(downloader.temp_name(ctx["filename"]))  # of an attempt before this one; nothing is added to it
         self._prepare(downloader, ctx)
-        ctx["dl"] = SegmentDownloader(downloader.ydl, ctx["dl"].params)
+        ctx["dl"] = SegmentDownloader(downloader.ydl, ctx["dl"].params, self._call)
         downloader.nox_meter = SegmentMeter(ctx.get("total_frags") or 0)
         ctx["dl"].add_progress_hook(downloader.nox_meter)
 
@@ -183,10 +188,10 @@ def _hook_progress(downloader: Any, status: Dict[str, Any], info_dict: Dict[str,
     FileDownloader._hook_progress(downloader, status, info_dict)
 
 
-def install(params: Dict[str, Any]) -> None:
+def install(params: Dict[str, Any], call: Call) -> None:
     """From now on the tool fetches segments as this module does."""
     params["_no_ytdl_file"] = True  # to go on another time, which under these names never comes
-    segments = _Segments(params.get("concurrent_fragment_downloads") or 1)
+    segments = _Segments(params.get("concurrent_fragment_downloads") or 1, call)
     FragmentFD._prepare_frag_download = lambda downloader, ctx: segments.prepare(downloader, ctx)
     FragmentFD.download_and_append_fragments = lambda downloader, *arguments, **more: segments.fetch_all(
         downloader, *arguments, **more)
