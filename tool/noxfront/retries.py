@@ -88,7 +88,8 @@ class RetryPolicy:
         self._tell = tell
         self._clock = clock
         self._condition = threading.Condition()
-        self._thread = threading.local()  # how often in this outage; what another thread gets is no help to this one
+        self._thread = threading.local()  # its own attempts: what another thread gets is no help to this one
+        self._attempt = 0  # of all threads, since any of them got something
         self._until = 0.0
         self._most = 0
         self._has_ended = False
@@ -101,19 +102,21 @@ class RetryPolicy:
         done = status.get("downloaded_bytes") or 0
         if done > self._most:
             self._most = done
-            self._thread.attempt = 0
+            self._thread.attempt = self._attempt = 0
         if status.get("status") == "finished":
             self._most = 0
 
     def wait(self) -> bool:
         """Waits before the next attempt; False when there is to be none. Threads that fail during one wait share it."""
         with self._condition:
-            attempt = getattr(self._thread, "attempt", 0)
-            self._thread.attempt = attempt + 1
-            if attempt >= self._retries:
-                self.end()
-            elif self._clock() >= self._until and not self._has_ended:
-                self._begin_wait(attempt)
+            if self._clock() >= self._until and not self._has_ended:
+                attempt = max(getattr(self._thread, "attempt", 0), self._attempt)
+                if attempt >= self._retries:
+                    self.end()
+                else:
+                    self._begin_wait(attempt)
+                    self._attempt = attempt + 1
+            self._thread.attempt = max(getattr(self._thread, "attempt", 0) + 1, self._attempt)
             while not self._has_ended:
                 left = self._until - self._clock()
                 if left <= 0:
