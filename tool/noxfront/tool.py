@@ -5,12 +5,13 @@ from __future__ import annotations
 import contextlib
 import io
 import optparse
+import sys
 from typing import Any, Callable, Dict, List, Optional
 
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
 
-from . import segments, streams
+from . import addresses, segments, streams
 from .configuration import ConfigurationError
 from .streams import Info
 
@@ -61,7 +62,8 @@ class PageReader(yt_dlp.YoutubeDL):  # type: ignore[misc]
         self.params.update(ignoreerrors=True, skip_playlist_after_errors=MAXIMUM_FAILURES)
         self.format_selector = _any_stream
         try:
-            self.extract_info(url, download=False)
+            with addresses.shortcut(sys.pycache_prefix):
+                self.extract_info(url, download=False)
         except FirstVideo as found:
             return found.page
         finally:
