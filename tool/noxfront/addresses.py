@@ -25,7 +25,7 @@ FOLDER = "nox-addresses"
 FILE = "needed.json"
 SIZE_LIMIT = 4 << 20
 _SHORTEST = 4
-_COMMON_TEXTS = frozenset({"http", "https", "://", "http://", "https://", "www.", ".com", ".com/", "/video", "video", "videos"})
+_COMMON_TEXTS = frozenset("http https http:// https:// www. .com .com/ /video video videos".split())
 
 Texts = List[str]
 

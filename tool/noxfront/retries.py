@@ -1,7 +1,7 @@
-"""What becomes of a download whose server fails: how often it is tried again, after how long, and when that is of no use.
+"""What becomes of a download whose server fails: how often it is tried again, after how long, and when it ends.
 
-The tool tries again at once, which a network that is away for some seconds outlasts. Here the tool's loops only ask; how
-long is waited and when a download ends is decided by a RetryPolicy, which all threads of a download share.
+The tool tries again at once, so that a network that is away for some seconds ends the download. Here the tool's loops
+only ask. A RetryPolicy, which all threads of a download share, decides how long to wait and when to give up.
 """
 
 from __future__ import annotations

@@ -1,7 +1,8 @@
 """Segments of a stream, several at once and in memory.
 
-The tool keeps each segment in a file until its turn comes, all of them if it must. A program that is killed leaves these
-files behind, and nobody knows their names. Here they stay in memory, and no more are under way than are fetched at once.
+The tool keeps each segment in a file until its turn comes, all of them if it must. A program that is killed leaves
+these files behind, and nobody knows their names. Here the segments stay in memory, and no more of them are under way
+than are fetched at once.
 """
 
 from __future__ import annotations
