@@ -11,7 +11,7 @@ from typing import Any, Optional
 
 import yt_dlp
 
-from . import messages, retries, segments, streams, tool
+from . import messages, playlists, retries, segments, streams, tool
 from .command_line import Download
 from .page_memory import PageMemory
 from .progress import Reporter
@@ -83,7 +83,7 @@ class _Job:
         params = self._settings()
         # Loading all that the tool knows about pages takes most of its start.
         with yt_dlp.YoutubeDL(params, auto_init=False) as plain_tool:
-            policy = self._prepare(plain_tool)
+            policy = self._prepare(plain_tool, page)
             policy.can_read_anew = True
             try:
                 self._fetch(plain_tool, page)
@@ -100,7 +100,7 @@ class _Job:
             memory.remember(self._command.url, page)  # for the other stream
             self._log.report(has_failed=False)
             reader._download_retcode = 0  # of entries that could not be described
-            self._prepare(reader)
+            self._prepare(reader, page)
             self._fetch(reader, page)
 
     def remove_leftovers(self) -> None:
@@ -122,11 +122,12 @@ class _Job:
             post_hooks=[self._log.announce],
         )
 
-    def _prepare(self, plain_tool: Any) -> retries.RetryPolicy:
+    def _prepare(self, plain_tool: Any, page: Info) -> retries.RetryPolicy:
         """Makes the tool fetch as we want it: waiting for servers, and several segments at once."""
         policy = retries.RetryPolicy(plain_tool.params, self._options, self._log.warning)
         retries.install(policy, plain_tool)
         segments.install(plain_tool.params, policy.call)
+        playlists.install(plain_tool, page)
         return policy
 
     def _fetch(self, plain_tool: Any, page: Info) -> None:

@@ -11,7 +11,7 @@ from typing import Any, Callable, Dict, List, Optional
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
 
-from . import addresses, segments, streams
+from . import addresses, playlists, segments, streams
 from .configuration import ConfigurationError
 from .streams import Info
 
@@ -62,7 +62,7 @@ class PageReader(yt_dlp.YoutubeDL):  # type: ignore[misc]
         self.params.update(ignoreerrors=True, skip_playlist_after_errors=MAXIMUM_FAILURES)
         self.format_selector = _any_stream
         try:
-            with addresses.shortcut(sys.pycache_prefix):
+            with addresses.shortcut(sys.pycache_prefix), playlists.kept():
                 self.extract_info(url, download=False)
         except FirstVideo as found:
             return found.page
