@@ -76,8 +76,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             site.most_under_way = max(site.most_under_way, site.under_way)
         try:
             time.sleep(site.delay.get(number, 0))
-            if number == 0:
-                site.asked_before_first = len(site.asked)
+            if number == 0 and not site.asked_before_first:
+                site.asked_before_first = len(set(site.asked))
             self.answer(number)
         finally:
             with site.lock:
@@ -85,17 +85,18 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def answer(self, number: int) -> None:
         data = self.server.content(number)
-        begin = re.fullmatch(r"bytes=(\d+)-", self.headers.get("Range") or "")
+        begin = re.fullmatch(r"bytes=(\d+)-(\d*)", self.headers.get("Range") or "")
         first = int(begin.group(1)) if begin else 0
+        end = int(begin.group(2)) + 1 if begin and begin.group(2) else len(data)
         self.send_response(self.server.status.get(number, 206 if begin else 200))
-        self.send_header("Content-Length", str(len(data) - first))
+        self.send_header("Content-Length", str(end - first))
         if begin:
-            self.send_header("Content-Range", f"bytes {first}-{len(data) - 1}/{len(data)}")
+            self.send_header("Content-Range", f"bytes {first}-{end - 1}/{len(data)}")
         self.end_headers()
-        for place in range(first, len(data), 1 << 16):
+        for place in range(first, end, 1 << 16):
             if self.server.is_stopped.is_set():
                 return
-            self.wfile.write(data[place:place + (1 << 16)])
+            self.wfile.write(data[place:min(place + (1 << 16), end)])
             time.sleep(self.server.pause)
 
     def log_message(self, *_: object) -> None:
@@ -146,7 +147,7 @@ class DownloadTest(unittest.TestCase):
 
     def test_segments_at_once(self) -> None:
         rows: List[Tuple[Tuple[str, ...], int]] = [((), 4), (("--concurrent-fragments=1",), 1),
-                                                   (("--concurrent-fragments=6",), 6)]
+                                                   (("--concurrent-fragments=6", "--http-chunk-size=400K"), 6)]
         for options, at_once in rows:
             with self.subTest(options=options), self.site(1 << 20) as site:
                 site.delay = dict.fromkeys(range(24), 0.05)
