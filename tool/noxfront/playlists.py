@@ -49,7 +49,9 @@ def install(tool: Any, page: Info) -> None:
     urlopen = tool.urlopen
 
     def answer(request: Any, *arguments: Any, **more: Any) -> Any:
-        address = request if isinstance(request, str) else getattr(request, "full_url", getattr(request, "url", None))
+        address: Any = request
+        if not isinstance(request, str):
+            address = getattr(request, "full_url", getattr(request, "url", None))
         # Once: who asks again has a reason to.
         text = texts.pop(address, None)
         return urlopen(request, *arguments, **more) if text is None else _Answer(address, text)
