@@ -62,6 +62,7 @@ def restart() -> NoReturn:
 
 def _run(command: Command, settings: configuration.Configuration) -> int:
     memory = PageMemory(sys.pycache_prefix, [_tool_state(), *settings.options, *command.tool_options])
+    lean_start.prepare()
     # The tool's package is loaded as late as possible. What of it fails with an unknown version is a fault of ours.
     if isinstance(command, Describe):
         _load_tool()
@@ -70,7 +71,7 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
         return describe.run(command, settings.options, memory, messages.Collector(settings.warnings))
     page = None if _ANEW in os.environ else memory.recall(command.url)
     if page is not None:
-        lean_start.prepare(page, command.code, settings.options)
+        lean_start.prepare_stream(page, command.code)
     _load_tool()
     from . import download
 

@@ -12,7 +12,7 @@ from typing import Any, Callable, Dict, Iterator, List, Optional
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
 
-from . import configuration, streams
+from . import addresses, configuration, playlists, segments, streams
 from .configuration import ConfigurationError
 from .streams import Info
 
@@ -25,6 +25,7 @@ _COMMON_OPTIONS = (
     "--lazy-playlist",
     "--abort-on-unavailable-fragments",
     "--no-progress",  # the front has its own
+    f"--concurrent-fragments={segments.AT_ONCE}",
 )
 
 Selector = Callable[[Dict[str, Any]], List[Info]]
@@ -132,7 +133,8 @@ class PageReader(Tool):
         self.params.update(ignoreerrors=True, skip_playlist_after_errors=MAXIMUM_FAILURES)
         self.format_selector = _any_stream
         try:
-            self.extract_info(url, download=False)
+            with addresses.shortcut(sys.pycache_prefix), playlists.kept():
+                self.extract_info(url, download=False)
         except FirstVideo as found:
             return found.page
         finally:
