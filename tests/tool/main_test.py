@@ -64,6 +64,11 @@ class MainTest(unittest.TestCase):
             self.assertEqual((run.returncode, run.stdout), (7, f"{words_of_tool}\nFalse\n"))
             self.assertRegex(run.stderr, r"\AWARNING: .*\n\Z")
 
+    def test_a_package_that_is_no_python(self) -> None:
+        (self.folder / "yt_dlp.py").write_text("raise ImportError('x\\nERROR: [nox:login] y')")
+        run = self.run_front("--dump-json", URL)
+        self.assertRegex(run.stderr, r"\AERROR: \[nox:tool\] .*x\n  ERROR: \[nox:login\] y\n\Z")
+
     def test_settings_that_are_refused(self) -> None:
         self.settings.write_text("--exec true")
         run = self.run_front("--dump-json", URL)

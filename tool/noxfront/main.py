@@ -45,7 +45,7 @@ def main(words: Sequence[str]) -> int:
         return 1
     except Exception as error:  # the tool alone may well manage, and gives its own reasons if not
         reason = f"{type(error).__name__}: {error}"
-        messages.write(messages.STANDARD_ERROR, f"WARNING: The tool works without its front, which failed: {reason}\n")
+        messages.report_warning(f"The tool works without its front, which failed: {reason}")
         os.environ[_WITHOUT_FRONT] = "1"
         restart()
 

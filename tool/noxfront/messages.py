@@ -153,7 +153,7 @@ class DownloadLog(Collector):
         text = self._useful(message)
         if text and text not in self._warned:
             self._warned.add(text)
-            write(STANDARD_ERROR, _shortened(_line(_WARNING, text), _PIECE))
+            report_warning(text)
 
     def notice(self, message: str) -> None:
         """A message of the front's own, which may begin with a tag; it goes out at once, as often as it is given."""
@@ -165,6 +165,11 @@ def report_failure(tag: str, text: str) -> None:
     log = Collector()
     log.fail(tag, text)
     log.report(has_failed=True)
+
+
+def report_warning(text: str) -> None:
+    """A warning that goes out at once."""
+    write(STANDARD_ERROR, _shortened(_line(_WARNING, text), _PIECE))
 
 
 def _line(start: str, text: str) -> str:
