@@ -48,6 +48,11 @@ class DownloadLogTest(unittest.TestCase):
 
 
 class ReportTest(unittest.TestCase):
+    def setUp(self) -> None:
+        no_version = mock.patch.dict("sys.modules", {"yt_dlp.version": None})  # other tests may have loaded the tool
+        no_version.start()
+        self.addCleanup(no_version.stop)
+
     def report(self, log: messages.Collector, has_failed: bool) -> str:
         """What goes to standard error, which must be no more than one piece."""
         reader, writer = os.pipe()
