@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # Measures what the library costs, and prints each ratio beside its bar.
 #
-#   scripts/bench.sh [--qt 6|5] [--runs | --no-runs] [-- BENCHMARK-OPTION...]
+#   scripts/bench.sh [--qt 6|5] [--runs | --no-runs | --pages] [--package P]... [-- BENCHMARK-OPTION...]
 #
 #   --qt N       with this version of Qt; 6 unless given
 #   --runs       only the whole runs of the external programs
 #   --no-runs    only what needs no external program
+#   --pages      only the pages of which nox-fetch must be as fast as the plain tool, or faster
+#   --package P  these pages with that version of the tool as well: a folder that holds the yt_dlp package, a wheel, or an
+#                archive of its sources; can be given several times
 #
 # The two sides of a ratio are measured in turn, in one program, in changing order; the median of the ratios of all pairs
 # counts. Next to it stands the interval that holds the true median with 95 % probability. A bar counts as exceeded, and
@@ -23,11 +26,15 @@ set -euo pipefail
 
 qt=6
 programs=(nox_bench nox_bench_runs)
+pages=yes
+packages=(--tool installed)
 while [[ $# -gt 0 ]]; do
     case $1 in
         --qt) qt=${2-}; shift 2 ;;
         --runs) programs=(nox_bench_runs); shift ;;
-        --no-runs) programs=(nox_bench); shift ;;
+        --no-runs) programs=(nox_bench); pages=; shift ;;
+        --pages) programs=(); shift ;;
+        --package) packages+=(--tool "${2-}"); shift 2 ;;
         --) shift; break ;;
         -h | --help) print_help; exit 0 ;;
         *) echo "bench.sh: unknown option '$1'; see --help" >&2; exit 2 ;;
@@ -75,4 +82,8 @@ for program in "${programs[@]}"; do
     stage_empty "$build/empty"
     NOX_BENCH_EMPTY=1 measure nox_bench_runs-added "$build/empty" nox_bench_runs "$@"
 done
+if [[ -n $pages ]]; then
+    say "pages beside one run of the plain tool"
+    /usr/bin/python3 "$root/tests/tool/run_bench.py" --fetch "$build/bin/nox-fetch" "${packages[@]}" || failed=1
+fi
 exit $failed

@@ -1,10 +1,11 @@
 #!/usr/bin/python3
 """Packs the tool's front and the tool's package into one archive that the interpreter can run.
 
-    make-tool-archive.py FILE [--package FOLDER|WHEEL|SOURCE-ARCHIVE] [--front-only | --plain]
+    make-tool-archive.py FILE [--package FOLDER|WHEEL|SOURCE-ARCHIVE]... [--front-only | --plain]
 
 --package P     the yt_dlp package: its folder or the one it lies in, a wheel, or a source archive (.tar.*, .zip);
-                unless given, the package that is installed
+                unless given, the package that is installed. Given several times, it adds packages in Python alone that
+                the tool uses where they are to be had, such as yt_dlp_ejs
 --front-only    no package: the archive uses the one that is installed where it runs
 --plain         no front: the tool as it is, for comparison
 
@@ -25,6 +26,9 @@ import tarfile
 import zipfile
 
 PACKAGE = "yt_dlp"
+# What is taken from a folder or from an archive of sources, which hold other things as well.
+KNOWN_PACKAGES = (PACKAGE, "yt_dlp_ejs")
+EXTRACTOR_TABLE = PACKAGE + "/extractor/lazy_extractors.py"
 PLAIN_MAIN = b"""\
 import sys
 
@@ -51,21 +55,27 @@ class Files(dict):
             self[name] = data
 
     def add_package(self, name, data):
-        """A member of a wheel or a source archive, whose folders above the package vary."""
+        """A member of a source archive, whose folders above the package vary."""
         folders = name.split("/")
-        if PACKAGE in folders[:2]:
-            self.add("/".join(folders[folders.index(PACKAGE):]), data)
+        for package in KNOWN_PACKAGES:
+            if package in folders[:2]:
+                self.add("/".join(folders[folders.index(package):]), data)
 
 
 def read_folder(path, files):
-    files.add_folder(path if path.name == PACKAGE else path / PACKAGE, PACKAGE + "/")
+    for package in KNOWN_PACKAGES:
+        files.add_folder(path if path.name == package else path / package, package + "/")
 
 
 def read_zip(path, files):
     with zipfile.ZipFile(path) as archive:
-        for name in archive.namelist():
-            if not name.endswith("/"):
+        names = [name for name in archive.namelist() if not name.endswith("/")]
+        is_wheel = any(name.endswith(".dist-info/WHEEL") for name in names)
+        for name in names:
+            if not is_wheel:
                 files.add_package(name, archive.read(name))
+            elif not name.partition("/")[0].endswith((".dist-info", ".data")):
+                files.add(name, archive.read(name))
 
 
 def read_tar(path, files):
@@ -75,15 +85,29 @@ def read_tar(path, files):
                 files.add_package(member.name, archive.extractfile(member).read())
 
 
-def read_package(path, files):
+def read_package(path):
+    files = Files()
     if path.is_dir():
         read_folder(path, files)
     elif zipfile.is_zipfile(path):
         read_zip(path, files)
     elif tarfile.is_tarfile(path):
         read_tar(path, files)
+    if not files:
+        sys.exit(f"make-tool-archive.py: no package in {path}")
+    return files
+
+
+def read_packages(paths, files):
+    for path in paths:
+        files.update(read_package(path))
+    if not paths:
+        return
     if PACKAGE + "/__init__.py" not in files:
-        sys.exit(f"make-tool-archive.py: no {PACKAGE} package in {path}")
+        sys.exit(f"make-tool-archive.py: no {PACKAGE} package in {', '.join(map(str, paths))}")
+    if EXTRACTOR_TABLE not in files:
+        print(f"make-tool-archive.py: the package has no {EXTRACTOR_TABLE}, so that each page takes about half a "
+              "second longer to read; the wheel of a release has it", file=sys.stderr)
 
 
 def installed_package():
@@ -110,9 +134,9 @@ def installed_version():
     return ""
 
 
-def origin_text(package, options):
-    """What the archive depends on: the package, the interpreter's bytecode, the front and this file."""
-    source = "none" if package is None else not options.package and installed_version() or digest(package)
+def origin_text(packages, options):
+    """What the archive depends on: the packages, the interpreter's bytecode, the front and this file."""
+    source = not options.front_only and not options.package and installed_version() or digest(*packages)
     front = "none" if options.plain else digest(*FRONT.rglob("*.py"))
     recipe = digest(pathlib.Path(__file__))
     return f"package {source}, front {front}, {sys.implementation.cache_tag}, recipe {recipe}".encode()
@@ -150,15 +174,16 @@ def write_archive(archive, files, origin):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("file", metavar="FILE", type=pathlib.Path)
-    parser.add_argument("--package", type=pathlib.Path)
+    parser.add_argument("--package", type=pathlib.Path, action="append", default=[])
     parts = parser.add_mutually_exclusive_group()
     parts.add_argument("--front-only", action="store_true")
     parts.add_argument("--plain", action="store_true")
     options = parser.parse_args()
-    package = None if options.front_only else options.package or installed_package()
-    if package is not None and not package.exists():
-        sys.exit(f"make-tool-archive.py: there is no {package}")
-    origin = origin_text(package, options)
+    packages = [] if options.front_only else options.package or [installed_package()]
+    for package in packages:
+        if not package.exists():
+            sys.exit(f"make-tool-archive.py: there is no {package}")
+    origin = origin_text(packages, options)
     if is_current(options.file, origin):
         return
     files = Files()
@@ -166,8 +191,7 @@ def main():
         files.add("__main__.py", PLAIN_MAIN)
     else:
         files.add_folder(FRONT, "", "*.py")
-    if package is not None:
-        read_package(package, files)
+    read_packages(packages, files)
     # Written beside its place and moved there whole: another run may be staging the same folder.
     unfinished = options.file.with_name(f"{options.file.name}.{os.getpid()}")
     try:

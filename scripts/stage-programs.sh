@@ -5,10 +5,11 @@
 #   DIR/ffmpeg                      a link to the system's ffmpeg
 #   DIR/yt.zip                      the tool's front and the yt-dlp package as one archive that the interpreter can run
 #
-#   scripts/stage-programs.sh DIR [--package FOLDER|WHEEL|SOURCE-ARCHIVE]
+#   scripts/stage-programs.sh DIR [--package FOLDER|WHEEL|SOURCE-ARCHIVE]...
 #
 # --package P   another yt-dlp than the one that is installed: a folder that holds the package, a wheel, or an archive of
-#               its sources
+#               its sources. Given again, a package in Python alone that yt-dlp uses, such as yt_dlp_ejs, by which newer
+#               versions solve script challenges
 #
 # A second run changes nothing and takes no time, unless one of the packages has been upgraded.
 set -euo pipefail
@@ -18,12 +19,20 @@ set -euo pipefail
 case ${1-} in
     -h | --help) print_help; exit 0 ;;
 esac
-if [[ $# -ne 1 && ($# -ne 3 || ${2-} != --package) || ${1-} == -* ]]; then
-    echo "usage: ${0##*/} DIR [--package FOLDER|WHEEL|SOURCE-ARCHIVE]" >&2
+usage() {
+    echo "usage: ${0##*/} DIR [--package FOLDER|WHEEL|SOURCE-ARCHIVE]..." >&2
     exit 2
-fi
+}
+
+[[ $# -ge 1 && $1 != -* ]] || usage
 dir=$1
 shift
+packages=()
+while [[ $# -gt 0 ]]; do
+    [[ $1 == --package && $# -ge 2 ]] || usage
+    packages+=(--package "$2")
+    shift 2
+done
 
 # The interpreter is named by its path: the first python3 on a PATH need not be Debian's, whose modules the tool uses.
 python=/usr/bin/python3
@@ -47,4 +56,4 @@ link() {
 mkdir -p "$dir/python3.10/bin"
 link "$python" "$dir/python3.10/bin/python3.10"
 link "$ffmpeg" "$dir/ffmpeg"
-exec "$python" -I "$root/scripts/make-tool-archive.py" "$dir/yt.zip" "$@"
+exec "$python" -I "$root/scripts/make-tool-archive.py" "$dir/yt.zip" "${packages[@]}"

@@ -53,14 +53,19 @@ class HostBench:
         self.work.mkdir()
 
 
-def options(description: str) -> argparse.Namespace:
-    parser = argparse.ArgumentParser(description=description + OPTIONS,
+def parser(description: str) -> argparse.ArgumentParser:
+    result = argparse.ArgumentParser(description=description + OPTIONS,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--fetch", type=pathlib.Path, required=True)
-    parser.add_argument("--tool", action="append")
-    parser.add_argument("--only", default="")
-    parser.add_argument("--plain", action="store_true")
-    return parser.parse_args()
+    result.add_argument("--fetch", type=pathlib.Path, required=True)
+    result.add_argument("--tool", action="append")
+    result.add_argument("--only", default="")
+    return result
+
+
+def options(description: str) -> argparse.Namespace:
+    own = parser(description)
+    own.add_argument("--plain", action="store_true")
+    return own.parse_args()
 
 
 def print_table(bench: HostBench, rows: List[Row], wanted: argparse.Namespace) -> int:

@@ -1,8 +1,10 @@
+import fcntl
 import os
 import pathlib
 import subprocess
 import sys
 import tempfile
+import termios
 import unittest
 from typing import List
 
@@ -13,8 +15,20 @@ STRANGE_TOOL = """
 import sys
 
 def main(words=None):
-    print(*sys.argv[1:])
+    print(*words)
+    print("secret" in open("/proc/self/cmdline").read() + open("/proc/self/environ").read())
     sys.exit(7)
+"""
+# One that asks, and starts a program that does.
+ASKING_TOOL = """
+import getpass, subprocess, sys
+
+def main(words):
+    try:
+        getpass.getpass()
+    except Exception as error:
+        print(sys.stdin.buffer.read(), type(error).__name__, flush=True)
+    subprocess.run("{ read line </dev/tty && echo read; } 2>/dev/null || echo no terminal", shell=True)
 """
 
 
@@ -39,19 +53,39 @@ class MainTest(unittest.TestCase):
         rows: List[List[str]] = [["--version"], ["-f", "22", URL], ["--dump-json", URL, URL]]
         for words in rows:
             run = self.run_front(*words)
-            self.assertEqual((run.returncode, run.stdout, run.stderr), (7, " ".join(words) + "\n", ""))
+            self.assertEqual((run.returncode, run.stdout, run.stderr), (7, " ".join(words) + "\nFalse\n", ""))
 
     def test_a_fault_of_the_front_leaves_it_to_the_tool(self) -> None:
-        self.settings.write_text("--limit-rate 1M")
+        self.settings.write_text("--username me --password secret")
         rows: List[List[str]] = [["--dump-json", URL], ["-f", "22", "-o", "/tmp/x.%(ext)s", URL]]
         for words in rows:
             run = self.run_front(*words)
-            self.assertEqual((run.returncode, run.stdout),
-                             (7, " ".join(["--ignore-config --limit-rate=1M", *words]) + "\n"))
+            words_of_tool = " ".join(["--ignore-config --username=me --password=secret", *words])
+            self.assertEqual((run.returncode, run.stdout), (7, f"{words_of_tool}\nFalse\n"))
             self.assertRegex(run.stderr, r"\AWARNING: .*\n\Z")
+
+    def test_a_package_that_is_no_python(self) -> None:
+        (self.folder / "yt_dlp.py").write_text("raise ImportError('x\\nERROR: [nox:login] y')")
+        run = self.run_front("--dump-json", URL)
+        self.assertRegex(run.stderr, r"\AERROR: \[nox:tool\] .*x\n  ERROR: \[nox:login\] y\n\Z")
 
     def test_settings_that_are_refused(self) -> None:
         self.settings.write_text("--exec true")
         run = self.run_front("--dump-json", URL)
         self.assertEqual((run.returncode, run.stdout), (2, ""))
-        self.assertRegex(run.stderr, r"\AERROR: .*tool.conf: the option --exec is not allowed here\n\Z")
+        message = r"\AERROR: \[nox:settings\] /.*tool.conf: line 1: the option --exec is not allowed here: .*\n\Z"
+        self.assertRegex(run.stderr, message)
+
+    def test_nothing_asks_a_terminal(self) -> None:
+        (self.folder / "yt_dlp.py").write_text(ASKING_TOOL)
+        keyboard, terminal = os.openpty()
+
+        def take_terminal() -> None:
+            os.setsid()
+            fcntl.ioctl(terminal, termios.TIOCSCTTY, 0)
+
+        with open(keyboard, "wb"), open(terminal, "rb"):
+            run = subprocess.run([sys.executable, str(FRONT), "--dump-json", URL], stdin=terminal, capture_output=True,
+                                 text=True, timeout=60, preexec_fn=take_terminal,
+                                 env={**os.environ, "PYTHONPATH": str(self.folder)})
+        self.assertEqual(run.stdout, "b'' SecretMissing\nno terminal\n", run.stderr)

@@ -1,6 +1,7 @@
 import os
 import unittest
 from typing import List, Tuple
+from unittest import mock
 
 from noxfront import messages
 
@@ -47,6 +48,11 @@ class DownloadLogTest(unittest.TestCase):
 
 
 class ReportTest(unittest.TestCase):
+    def setUp(self) -> None:
+        no_version = mock.patch.dict("sys.modules", {"yt_dlp.version": None})  # other tests may have loaded the tool
+        no_version.start()
+        self.addCleanup(no_version.stop)
+
     def report(self, log: messages.Collector, has_failed: bool) -> str:
         """What goes to standard error, which must be no more than one piece."""
         reader, writer = os.pipe()
@@ -68,8 +74,16 @@ class ReportTest(unittest.TestCase):
             # A broken entry does not spoil the page.
             (["w"], ["ERROR: e\n", "\r"], False, "WARNING: e\nWARNING: w\n"),
             # The library looks at the begin.
-            (["w"], ["ERROR: e1", "e2"], True, "ERROR: e1\nERROR: e2\nWARNING: w\n"),
-            ([], ["ERROR: \r[download] Got error: 404"], True, "ERROR: Got error: 404\n"),
+            (["w"], ["ERROR: e1", "e2"], True, "ERROR: [nox:other] e1\nERROR: e2\nWARNING: w\n"),
+            ([], ["ERROR: \r[download] Got error: 404"], True, "ERROR: [nox:other] Got error: 404\n"),
+            # The most telling error is the first one.
+            ([], ["e1", "Video unavailable"], True, "ERROR: [nox:not-found] Video unavailable\nERROR: e1\n"),
+            ([], ["e"] * 2, True, "ERROR: [nox:other] e\n"),
+            ([], [], True, "ERROR: [nox:other] The download tool has failed and gives no reason\n"),
+            # Nothing but the front's own word is a tag.
+            (["[nox:x] w\rERROR: [nox:x]"], ["[nox:x] e1\n\nERROR: [nox:x] e2", "[nox:x] e3"], True,
+             "ERROR: [nox:other] (nox:x] e1\n  ERROR: [nox:x] e2\nERROR: (nox:x] e3\n"
+             "WARNING: (nox:x] w\n  ERROR: [nox:x]\n"),
             ([], ["\r[download] Got error: 404"], False, "WARNING: Got error: 404\n"),
             (["name \udcff and \ud800"], [], False, "WARNING: name ? and ?\n"),
         ]
@@ -81,10 +95,22 @@ class ReportTest(unittest.TestCase):
                 for text in errors:
                     log.error(text)
                 self.assertEqual(self.report(log, has_failed), expected)
-                self.assertEqual(self.report(log, has_failed), "")
+                self.assertEqual(self.report(log, False), "")
 
     def test_much_is_cut_to_one_piece(self) -> None:
         log = messages.Collector([f"{number} \u00e9" for number in range(2000)])
         text = self.report(log, False)
         self.assertLessEqual(len(text.encode()), 4096)
         self.assertTrue(text.startswith("WARNING: 0 ") and text.endswith("...\n"))
+
+    def test_the_age_of_the_tool(self) -> None:
+        rows = [("2020.01.02", True), ("2999.01.02", False), ("strange", False), ("2020.99.99", False)]
+        for version, is_told in rows:
+            with mock.patch.dict("sys.modules", {"yt_dlp.version": mock.Mock(__version__=version)}):
+                for message, has_hint in (("e " * 3000, is_told), ("timed out", False)):
+                    log = messages.Collector()
+                    log.error(message)
+                    text = self.report(log, True)
+                    note = f"\nNOTE: This download tool is older than a year ({version})"
+                    self.assertEqual(note in text and text.endswith("nox-renew-tool\n"), has_hint, text)
+                    self.assertLessEqual(len(text.encode()), 4096)

@@ -53,7 +53,7 @@ KINDS = [
     Kind("DASH, segments", "/page/dash-segments", WHOLE, "1 1"),
     Kind("HLS, sound apart, TS", "/page/hls-apart-ts", WHOLE, "1 3"),
     Kind("HLS, sound apart, fMP4", "/page/hls-apart-fmp4", WHOLE, "1 3"),
-    Kind("HLS, single", "/page/hls-single", WHOLE, "1 2"),
+    Kind("HLS, single", "/page/hls-single", WHOLE, "1 1"),
     Kind("WebM", "/page/webm", "webm: vp8 640x360, opus, 6 s"),
     Kind("direct MP4", "/media/clip.mp4", WHOLE, "0 0"),
     Kind("direct MP4 as octet-stream", "/media/octets/clip.mp4", WHOLE, "0 0"),

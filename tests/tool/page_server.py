@@ -21,6 +21,7 @@ TITLES: List[str] = [
 ]
 
 MANIFESTS = (".m3u8", ".mpd")
+SEGMENTS = (".m4s", ".ts")
 
 
 def video(source: str, kind: str = "video/mp4") -> str:
@@ -36,6 +37,8 @@ BODIES: Dict[str, str] = {
     "hls-apart-fmp4": video("hls-fmp4/master.m3u8", HLS),
     "hls-single": video("hls/clip.m3u8", HLS),
     "hls-missing-segment": video("hls/broken.m3u8", HLS),
+    "dash-many": video("many/dash/manifest.mpd", DASH),
+    "hls-many": video("many/hls/clip.m3u8", HLS),
     "webm": video("clip.webm", "video/webm"),
     "two-videos": video("clip.mp4") + video("other.mp4"),
     "broken-embed": video("nowhere/master.m3u8", HLS) + video("clip.mp4"),
@@ -89,6 +92,8 @@ class Handler(http.server.SimpleHTTPRequestHandler):
             self.send(404, "text/plain", b"", with_body)
             return
         kind = "application/octet-stream" if "/octets/" in path else self.guess_type(str(file))
+        if path.endswith(SEGMENTS):
+            time.sleep(self.server.segment_delay)
         self.send(200, kind, file.read_bytes(), with_body)
 
     def send(self, status: int, kind: str, data: bytes, with_body: bool) -> None:
@@ -106,13 +111,15 @@ class Handler(http.server.SimpleHTTPRequestHandler):
 class PageServer(http.server.ThreadingHTTPServer):
     daemon_threads = True
 
-    def __init__(self, media: pathlib.Path, delay: float = 0) -> None:
+    def __init__(self, media: pathlib.Path, delay: float = 0, segment_delay: float = 0) -> None:
         """
         :param delay: seconds until a page is answered
+        :param segment_delay: seconds until a segment is answered
         """
         super().__init__(("127.0.0.1", 0), Handler)
         self.media = media
         self.delay = delay
+        self.segment_delay = segment_delay
         self.address = f"http://127.0.0.1:{self.server_address[1]}"
         self._lock = threading.Lock()
         self._counts: Counter[str] = collections.Counter()

@@ -61,3 +61,15 @@ class ReporterTest(unittest.TestCase):
         said: List[str] = []
         progress.Reporter(said.append)({"status": "error", "total_bytes": 1000})
         self.assertEqual(said, [])
+
+    def test_nothing_said_falls(self) -> None:
+        said: List[str] = []
+        now = iter(range(100))
+        report = progress.Reporter(said.append, lambda: float(next(now)))
+        for done, estimate in ((10, 100), (8, 100), (20, 400), (60, 400), (50, 1000), (300, 310), (305, 600)):
+            report(status(downloaded_bytes=done, total_bytes_estimate=estimate))
+        report({"status": "finished", "total_bytes": 610})
+        shares = [float(match.group(1)) for match in map(PATTERN.search, said) if match]
+        self.assertEqual(len(shares), 8)
+        self.assertEqual(shares, sorted(shares))
+        self.assertEqual((shares[0], shares[-1]), (10, 100))

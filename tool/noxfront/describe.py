@@ -5,7 +5,7 @@ from __future__ import annotations
 import contextlib
 import io
 
-from . import description, json_text, messages, tool
+from . import description, error_tags, json_text, messages, tool
 from .command_line import Describe
 from .page_memory import PageMemory
 
@@ -18,10 +18,11 @@ def run(command: Describe, options: list[str], memory: PageMemory, log: messages
         with tool.PageReader(params, auto_init="no_verbose_header") as reader:
             page = reader.first_video(command.url)
         text = json_text.dumps(description.of_page(page)) + "\n" if page else ""
-    log.warnings += stray.getvalue().splitlines()
+    for line in stray.getvalue().splitlines():
+        log.warning(line)
     if page is None:
         if not log.errors:
-            log.error("There is no video on this page")
+            log.fail(error_tags.NOTHING, "There is no video on this page")
         log.report(has_failed=True)
         return 1
     log.report(has_failed=False)

@@ -6,11 +6,12 @@ import contextlib
 import errno
 import glob
 import os
-from typing import Any, Iterator, Optional
+import time
+from typing import Any, Optional
 
 import yt_dlp
 
-from . import messages, tool
+from . import error_tags, messages, playlists, retries, segments, streams, tool
 from .command_line import Download
 from .page_memory import PageMemory
 from .progress import Reporter
@@ -26,13 +27,19 @@ _LOCAL_FAILURES = {
 class Failure(Exception):
     """A stream could not be fetched; the log has been told why."""
 
-    def __init__(self, cause: Optional[BaseException]) -> None:
+    def __init__(self, cause: Optional[BaseException], is_stale: bool = False) -> None:
+        """
+        :param is_stale: whether the server does not give the stream under this address, so that a new one may help
+        """
         super().__init__()
-        self.is_local = any(
+        causes = list(retries.causes(cause))
+        is_local = any(
             isinstance(error, OSError) and error.errno in _LOCAL_FAILURES
             or isinstance(error, yt_dlp.utils.PostProcessingError)
-            for error in _causes(cause)
+            for error in causes
         )
+        is_refused = any(retries.status_of(error) in retries.NEW_READING_HELPS for error in causes)
+        self.is_stale = (is_stale or is_refused) and not is_local
 
 
 def run(command: Download, options: list[str], memory: PageMemory, log: messages.DownloadLog) -> int:
@@ -55,8 +62,8 @@ def run_remembered(command: Download, options: list[str], page: Info, log: messa
         return 0
     except Failure as failure:
         job.remove_leftovers()
-        log.report(has_failed=failure.is_local)
-        if failure.is_local:
+        log.report(has_failed=not failure.is_stale)
+        if not failure.is_stale:
             return 1
         log.warning("The page was read a while ago and its stream is no longer to be had; it is read anew")
         return None
@@ -69,18 +76,33 @@ class _Job:
         self._log = log
 
     def fetch_remembered(self, page: Info) -> None:
+        wanted = [stream for stream in streams.of_page(page) if stream.get("format_id") == self._command.code]
+        addresses = [stream.get("url") or "" for stream in wanted]
+        if any(retries.has_expired(address, time.time()) for address in addresses):
+            raise Failure(None, is_stale=True)
+        params = self._settings()
         # Loading all that the tool knows about pages takes most of its start.
-        with yt_dlp.YoutubeDL(self._settings(), auto_init=False) as plain_tool:
-            self._fetch(plain_tool, page)
+        with tool.Tool(params, auto_init=False) as plain_tool:
+            policy = self._prepare(plain_tool, page)
+            policy.can_read_anew = True
+            try:
+                self._fetch(plain_tool, page)
+            except Failure as failure:
+                failure.is_stale = failure.is_stale or policy.last_status in retries.NEW_READING_HELPS or any(
+                    retries.has_expired(address, time.time()) for address in addresses)
+                raise
 
     def fetch_anew(self, memory: PageMemory) -> None:
         with tool.PageReader(self._settings(), auto_init="no_verbose_header") as reader:
             page = reader.first_video(self._command.url)
             if page is None:
+                if not self._log.errors:
+                    self._log.fail(error_tags.NOTHING, "There is no video on this page")
                 raise Failure(None)
             memory.remember(self._command.url, page)  # for the other stream
             self._log.report(has_failed=False)
             reader._download_retcode = 0  # of entries that could not be described
+            self._prepare(reader, page)
             self._fetch(reader, page)
 
     def remove_leftovers(self) -> None:
@@ -96,10 +118,19 @@ class _Job:
         return tool.settings(
             self._options,
             logger=self._log,
+            ignoreerrors=False,  # each is raised, so that its cause is known
             progress_hooks=[Reporter(self._log.say)],
             # A stream may get another name at last, for example when the tool has joined two.
             post_hooks=[self._log.announce],
         )
+
+    def _prepare(self, plain_tool: Any, page: Info) -> retries.RetryPolicy:
+        """Makes the tool fetch as we want it: waiting for servers, and several segments at once."""
+        policy = retries.RetryPolicy(plain_tool.params, self._options, self._log.notice)
+        retries.install(policy, plain_tool)
+        segments.install(plain_tool.params, policy.call)
+        playlists.install(plain_tool, page)
+        return policy
 
     def _fetch(self, plain_tool: Any, page: Info) -> None:
         plain_tool.format_selector = tool.selector(plain_tool, self._command.code)
@@ -112,17 +143,3 @@ class _Job:
             raise Failure(error) from error
         if plain_tool._download_retcode != 0:
             raise Failure(None)
-
-
-def _causes(error: Optional[BaseException]) -> Iterator[BaseException]:
-    """The error and all those that led to it. The tool keeps some aside, in "exc_info"."""
-    waiting = [error]
-    seen = set()
-    while waiting:
-        current = waiting.pop()
-        if current is None or id(current) in seen:
-            continue
-        seen.add(id(current))
-        yield current
-        kept_aside = getattr(current, "exc_info", None) or (None, None)
-        waiting += [current.__cause__, current.__context__, kept_aside[1]]

@@ -1,23 +1,81 @@
-"""Keeps the tool from loading packages that a plain stream does not need: loading is most of a remembered download."""
+"""Keeps the tool from loading packages before they are needed, or at all: loading is most of a short run."""
 
 from __future__ import annotations
 
+import importlib
+import importlib.abc
+import importlib.machinery
+import importlib.util
 import sys
-from typing import Sequence
+import types
+from typing import Any, Optional, Sequence
 
 from . import streams
 from .streams import Info
 
-# To decrypt, to write tags into files, and to speak to live sites. The tool does without them where they are missing.
-_PACKAGES = ("Cryptodome", "Crypto", "mutagen", "websockets")
-_PLAIN_PROTOCOLS = ("http", "https", "http_dash_segments")
+# To write tags into files, which no command of the library asks for. The tool does without where it is missing.
+_NEVER_NEEDED = ("mutagen",)
+# The tool loads them in any case and uses them for few pages. Its ciphers take 0.1 to 0.3 s.
+_LATE = "asyncio"
+_CIPHERS = "Cryptodome"
+_CIPHER_PACKAGES = ("Cipher", "Hash", "PublicKey")
+# For pages and streams that are live.
+_LIVE_PACKAGES = ("websockets",)
+_PLAIN_PROTOCOLS = ("http", "https", "http_dash_segments", "m3u8_native")
 
 
-def prepare(page: Info, code: str, options: Sequence[str]) -> None:
+def prepare() -> None:
     """To be called before the tool's package is loaded. What is left out stays out for as long as the process runs."""
+    _leave_out(_NEVER_NEEDED)
+    if _LATE not in sys.modules:
+        sys.meta_path.insert(0, _LateFinder())
+    if _CIPHERS not in sys.modules and importlib.util.find_spec(_CIPHERS) is not None:
+        for name in _CIPHER_PACKAGES:
+            full_name = f"{_CIPHERS}.{name}"
+            sys.modules[full_name] = _LateModule(full_name)
+
+
+def prepare_stream(page: Info, code: str) -> None:
+    """The same where only a stream of a page that has been read is fetched."""
     wanted = [stream for stream in streams.of_page(page) if stream.get("format_id") == code]
-    needs_secrets = any(option.startswith("--cookies-from-browser") for option in options)
-    if wanted and not needs_secrets and all(stream.get("protocol") in _PLAIN_PROTOCOLS for stream in wanted):
-        for name in _PACKAGES:
-            # The interpreter takes such an entry for a package that is not there.
-            sys.modules.setdefault(name, None)  # type: ignore[arg-type]
+    if wanted and all(stream.get("protocol") in _PLAIN_PROTOCOLS for stream in wanted):
+        _leave_out(_LIVE_PACKAGES)
+
+
+def _leave_out(names: Sequence[str]) -> None:
+    for name in names:
+        # The interpreter takes such an entry for a package that is not there.
+        sys.modules.setdefault(name, None)  # type: ignore[arg-type]
+
+
+class _LateFinder(importlib.abc.MetaPathFinder):
+    """Finds a package whose code runs when something of it is used for the first time."""
+
+    def find_spec(self, fullname: str, path: Any, target: Any = None) -> Optional[importlib.machinery.ModuleSpec]:
+        if fullname != _LATE:
+            return None
+        spec = importlib.machinery.PathFinder.find_spec(fullname, path)
+        if spec is not None and spec.loader is not None:
+            spec.loader = importlib.util.LazyLoader(spec.loader)
+        return spec
+
+
+class _LateModule(types.ModuleType):
+    """Stands for a package of ciphers or for one of its modules until something of that module is used.
+
+    Not done by the interpreter's own lazy loader: to import a module from a package is to use the package, and this
+    one loads all of its parts.
+    """
+
+    def __getattr__(self, name: str) -> Any:
+        if name.startswith("__"):
+            raise AttributeError(name)
+        if self.__name__.count(".") == 1:
+            part = _LateModule(f"{self.__name__}.{name}")
+            setattr(self, name, part)
+            return part
+        for package in _CIPHER_PACKAGES:
+            full_name = f"{_CIPHERS}.{package}"
+            if isinstance(sys.modules.get(full_name), _LateModule):
+                del sys.modules[full_name]
+        return getattr(importlib.import_module(self.__name__), name)

@@ -8,53 +8,74 @@ import pathlib
 import sys
 from typing import NoReturn, Sequence
 
-from . import command_line, configuration, lean_start, messages
+from . import command_line, configuration, error_tags, lean_start, messages, terminal
 from .command_line import Command, Describe
 from .page_memory import PageMemory
 
-_ANEW = "NOX_READ_PAGE_ANEW"  # in the environment of a program that has begun anew
+# In the environment of a program that has begun anew. Settings never travel so, nor by the command line, which every
+# user of the machine can read: the new program reads them itself.
+_ANEW = "NOX_READ_PAGE_ANEW"
+_WITHOUT_FRONT = "NOX_WITHOUT_FRONT"
+
+
+class ToolBroken(Exception):
+    """The tool's package cannot be used; the text is for the user."""
 
 
 def main(words: Sequence[str]) -> int:
     command = command_line.parse(words)
     if command is None:
         return _plain_tool(words)
-    settings = configuration.Configuration([])
+    terminal.leave()
     try:
         settings = configuration.load(configuration.path(os.environ))
-        _put_own_programs_first()
+    except configuration.ConfigurationError as error:
+        return _refuse(error)
+    _put_own_programs_first()
+    if os.environ.pop(_WITHOUT_FRONT, None):
+        return _plain_tool(["--ignore-config", *settings.options, *words])
+    try:
         return _run(command, settings)
-    except configuration.ConfigurationError as problem:
-        messages.write(messages.STANDARD_ERROR, f"ERROR: {problem}\n")
-        return 2
+    except configuration.ConfigurationError as error:
+        return _refuse(error)
+    except ToolBroken as error:
+        messages.report_failure(error_tags.TOOL, str(error))
+        return 1
     except (BrokenPipeError, KeyboardInterrupt):
         return 1
-    except Exception as fault:  # the tool alone may well manage, and gives its own reasons if not
-        reason = f"{type(fault).__name__}: {fault}"
-        messages.write(messages.STANDARD_ERROR, f"WARNING: The tool works without its front, which failed: {reason}\n")
-        restart(["--ignore-config", *settings.options, *words])
+    except Exception as error:  # the tool alone may well manage, and gives its own reasons if not
+        reason = f"{type(error).__name__}: {error}"
+        messages.report_warning(f"The tool works without its front, which failed: {reason}")
+        os.environ[_WITHOUT_FRONT] = "1"
+        restart()
 
 
-def restart(words: Sequence[str]) -> NoReturn:
-    """Begins anew with other words, and with nothing of what has been loaded or left out."""
-    own_words = len(sys.argv) - 1
-    os.execv(sys.executable, [*sys.orig_argv[:len(sys.orig_argv) - own_words], *words])
+def _refuse(error: configuration.ConfigurationError) -> int:
+    messages.report_failure(error_tags.SETTINGS, str(error))
+    return 2
+
+
+def restart() -> NoReturn:
+    """Begins anew with the same words, and with nothing of what has been loaded or left out."""
+    os.execv(sys.executable, sys.orig_argv)
 
 
 def _run(command: Command, settings: configuration.Configuration) -> int:
     memory = PageMemory(sys.pycache_prefix, [_tool_state(), *settings.options, *command.tool_options])
-    warnings = [settings.warning] if settings.warning else []
+    lean_start.prepare()
     # The tool's package is loaded as late as possible. What of it fails with an unknown version is a fault of ours.
     if isinstance(command, Describe):
+        _load_tool()
         from . import describe
 
-        return describe.run(command, settings.options, memory, messages.Collector(warnings))
+        return describe.run(command, settings.options, memory, messages.Collector(settings.warnings))
     page = None if _ANEW in os.environ else memory.recall(command.url)
     if page is not None:
-        lean_start.prepare(page, command.code, settings.options)
+        lean_start.prepare_stream(page, command.code)
+    _load_tool()
     from . import download
 
-    log = messages.DownloadLog(command.template, warnings)
+    log = messages.DownloadLog(command.template, settings.warnings)
     if page is None:
         return download.run(command, settings.options, memory, log)
     outcome = download.run_remembered(command, settings.options, page, log)
@@ -62,7 +83,18 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
         return outcome
     memory.forget(command.url)
     os.environ[_ANEW] = "1"  # where the record cannot be removed
-    restart(sys.argv[1:])
+    restart()
+
+
+def _load_tool() -> None:
+    """
+    :raises ToolBroken: where the package cannot be loaded at all
+    """
+    try:
+        import yt_dlp  # noqa: F401
+    except Exception as error:
+        raise ToolBroken(f"The download tool cannot be loaded, it is damaged or made for another version of Python: "
+                         f"{type(error).__name__}: {error}") from error
 
 
 def _tool_state() -> str:

@@ -3,8 +3,12 @@
 from __future__ import annotations
 
 import os
+import re
 import select
-from typing import Callable, Iterable, Optional
+import sys
+from typing import Callable, Iterable, List, NamedTuple, Optional, Set
+
+from . import advice, error_tags as tags, failures, tool_age
 
 STANDARD_OUTPUT, STANDARD_ERROR = 1, 2
 _TAG = "[download]"
@@ -12,7 +16,11 @@ _OTHER_TAG = "(download)"
 _DESTINATION = f"{_TAG} Destination: "
 # A pipe takes so much in one piece, so that the reader gets it in one piece.
 _PIECE = select.PIPE_BUF
-_WARNING, _ERROR = "WARNING: ", "ERROR: "
+_WARNING, _ERROR, _NOTE = "WARNING: ", "ERROR: ", "NOTE: "
+_TAG_START = "[nox:"
+_LINE_END = re.compile(r"\s*[\r\n]\s*")
+# Failures that a newer tool may well not have.
+_OF_OLD_TOOLS = frozenset({tags.OTHER, tags.NOTHING, tags.LOGIN, tags.RUNTIME, tags.TOOL})
 
 
 def write(channel: int, text: str) -> None:
@@ -29,6 +37,11 @@ def _encoded(text: str) -> bytes:
         return text.encode("utf-8", "replace")
 
 
+class Complaint(NamedTuple):
+    tag: str
+    text: str
+
+
 class Collector:
     """The tool's logger while it reads a page: keeps what it complains about until the outcome is known.
 
@@ -37,8 +50,9 @@ class Collector:
     """
 
     def __init__(self, warnings: Iterable[str] = ()) -> None:
-        self.errors: list[str] = []
+        self.errors: List[Complaint] = []
         self.warnings = list(warnings)
+        self._lacks_runtime = False
 
     def debug(self, message: str) -> None:
         """Narration, which nobody reads."""
@@ -46,24 +60,54 @@ class Collector:
     info = debug
 
     def warning(self, message: str) -> None:
-        self.warnings.append(message)
+        """A warning of the tool's."""
+        text = self._useful(message)
+        if text:
+            self.warnings.append(text)
 
     def error(self, message: str) -> None:
+        """An error of the tool's; its cause is the exception that is being handled."""
         # Some begin with a carriage return and the narration's tag, behind the word of their own.
-        text = message.strip().removeprefix(_ERROR.strip()).lstrip().removeprefix(_TAG).lstrip()
-        if text:
-            self.errors.append(text)
+        text = str(message).strip().removeprefix(_ERROR.strip()).lstrip().removeprefix(_TAG).lstrip()
+        if text and not advice.is_noise(text):
+            self.fail(failures.tag_of(sys.exc_info()[1], text), advice.adapted(text) or text)
+
+    def fail(self, tag: str, text: str) -> None:
+        """An error whose cause is known."""
+        self.errors.append(Complaint(tag, text))
 
     def report(self, has_failed: bool) -> None:
         """Writes it out: as warnings where there was a success all the same."""
+        errors = self._ordered_errors()
+        lines = [_line(_WARNING, text) for text in self.warnings]
+        end = ""
         if has_failed:
-            lines = [_ERROR + text for text in self.errors] + [_WARNING + text for text in self.warnings]
+            tag = errors[0].tag if errors else tags.OTHER
+            if not errors:
+                errors = [Complaint(tag, "The download tool has failed and gives no reason")]
+            lines = [_line(_ERROR, text) for _, text in errors] + lines
+            lines[0] = _line(f"{_ERROR}[nox:{tag}] ", errors[0].text)
+            note = tool_age.note() if tag in _OF_OLD_TOOLS else None
+            end = f"{_NOTE}{note}\n" if note else ""
         else:
-            lines = [_WARNING + text for text in self.errors + self.warnings]
+            lines = [_line(_WARNING, text) for _, text in errors] + lines
         self.errors, self.warnings = [], []
-        text = "".join(f"{line}\n" for line in dict.fromkeys(lines))
+        text = "".join(dict.fromkeys(lines))
         if text:
-            write(STANDARD_ERROR, _shortened(text, _PIECE))
+            write(STANDARD_ERROR, _shortened(text, _PIECE - len(end)) + end)
+
+    def _useful(self, message: str) -> str:
+        text = str(message).strip()
+        self._lacks_runtime |= advice.tells_missing_runtime(text)
+        return "" if advice.is_noise(text) else advice.adapted(text)
+
+    def _ordered_errors(self) -> List[Complaint]:
+        """The most telling one first."""
+        errors = list(dict.fromkeys(self.errors))
+        if self._lacks_runtime and errors and all(error.tag in (tags.OTHER, tags.NOTHING) for error in errors):
+            self.warnings = [text for text in self.warnings if advice.missing_runtime() not in text]
+            return [Complaint(tags.RUNTIME, advice.missing_runtime()), *errors]
+        return sorted(errors, key=lambda error: error.tag == tags.OTHER)
 
 
 class DownloadLog(Collector):
@@ -78,6 +122,7 @@ class DownloadLog(Collector):
     ) -> None:
         super().__init__(warnings)
         self.files: list[str] = []  # those that the tool has begun to write
+        self._warned: Set[str] = set()
         self._told = ""  # the name that the library has been told last
         self.say = say or (lambda text: write(STANDARD_OUTPUT, text + "\n"))
         self._start = os.path.basename(template.partition("%(")[0].replace("%%", "%"))
@@ -105,7 +150,34 @@ class DownloadLog(Collector):
     info = debug
 
     def warning(self, message: str) -> None:
+        text = self._useful(message)
+        if text and text not in self._warned:
+            self._warned.add(text)
+            report_warning(text)
+
+    def notice(self, message: str) -> None:
+        """A message of the front's own, which may begin with a tag; it goes out at once, as often as it is given."""
         write(STANDARD_ERROR, f"{_WARNING}{message}\n")
+
+
+def report_failure(tag: str, text: str) -> None:
+    """The one error of a run that the tool has not begun."""
+    log = Collector()
+    log.fail(tag, text)
+    log.report(has_failed=True)
+
+
+def report_warning(text: str) -> None:
+    """A warning that goes out at once."""
+    write(STANDARD_ERROR, _shortened(_line(_WARNING, text), _PIECE))
+
+
+def _line(start: str, text: str) -> str:
+    """The start and the text; further lines of the text are indented, so that none can pass for one of the front's."""
+    text = _LINE_END.sub("\n  ", text.strip())
+    if text.startswith(_TAG_START):
+        text = "(" + text[1:]
+    return f"{start}{text}\n"
 
 
 def _shortened(text: str, limit: int) -> str:

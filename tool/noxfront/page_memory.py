@@ -1,8 +1,7 @@
 """Pages that have been read, for the downloads that follow a description.
 
-The records lie in a private folder below the interpreter's bytecode cache, one file to a page. They hold what the tool
-needs to fetch the streams, which may include cookies: nobody but the user reads or writes them. All files are reached
-through the open folder, so that a folder that is exchanged meanwhile is of no use.
+The records lie in a private folder, one file to a page. They hold what the tool needs to fetch the streams, which may
+include cookies.
 """
 
 from __future__ import annotations
@@ -11,11 +10,11 @@ import contextlib
 import hashlib
 import json
 import os
-import stat
 import time
-from typing import Callable, Iterator, Optional, Sequence
+from typing import Callable, Optional, Sequence
 
-from . import streams
+from . import private_folder, streams
+from .private_folder import PrivateFolder
 from .streams import Info
 
 FOLDER = "nox-pages"
@@ -32,14 +31,14 @@ class PageMemory:
         :param cache: the interpreter's bytecode cache; without one nothing is remembered
         :param scope: what else than the address decides what the tool makes of a page: its version and its options
         """
-        self._folder = os.path.join(cache, FOLDER) if cache else None
+        self._folder = PrivateFolder(cache, FOLDER)
         self._scope = list(scope)
         self._clock = clock
 
     def recall(self, url: str) -> Optional[Info]:
         """The page's record, if it was read a short time ago."""
         try:
-            with self._opened(create=False) as folder:
+            with self._folder.opened(create=False) as folder:
                 kept = self._read(folder, self._name(url))
         except (OSError, ValueError, RecursionError):
             return None
@@ -55,7 +54,7 @@ class PageMemory:
             return
         try:
             data = json.dumps({"url": url, "page": page}).encode()
-            with self._opened(create=True) as folder:
+            with self._folder.opened(create=True) as folder:
                 self._write(folder, self._name(url), data)
                 self._prune(folder)
         except (OSError, ValueError, TypeError, RecursionError):
@@ -63,49 +62,22 @@ class PageMemory:
 
     def forget(self, url: str) -> None:
         """Removes the record."""
-        with contextlib.suppress(OSError), self._opened(create=False) as folder:
+        with contextlib.suppress(OSError), self._folder.opened(create=False) as folder:
             os.unlink(self._name(url), dir_fd=folder)
 
     def _name(self, url: str) -> str:
         return hashlib.sha256(json.dumps([url, *self._scope]).encode()).hexdigest() + ".json"
 
-    @contextlib.contextmanager
-    def _opened(self, create: bool) -> Iterator[int]:
-        if self._folder is None:
-            raise FileNotFoundError
-        if create:
-            os.makedirs(os.path.dirname(self._folder), mode=0o700, exist_ok=True)
-            with contextlib.suppress(FileExistsError):
-                os.mkdir(self._folder, mode=0o700)
-        folder = os.open(self._folder, os.O_RDONLY | os.O_DIRECTORY | os.O_NOFOLLOW | os.O_CLOEXEC)
-        try:
-            _demand_private(os.fstat(folder))
-            yield folder
-        finally:
-            os.close(folder)
-
     def _read(self, folder: int, name: str) -> object:
-        file = os.open(name, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC, dir_fd=folder)
-        with open(file, "rb") as source:
-            status = os.fstat(file)
-            _demand_private(status)
-            if not stat.S_ISREG(status.st_mode) or not self._is_young(status) or status.st_size > SIZE_LIMIT:
-                raise FileNotFoundError
-            return json.loads(source.read())
+        status, data = private_folder.read(folder, name, SIZE_LIMIT)
+        if not self._is_young(status):
+            raise FileNotFoundError
+        return json.loads(data)
 
     def _write(self, folder: int, name: str, data: bytes) -> None:
         if len(data) > SIZE_LIMIT:
             raise ValueError
-        unfinished = f"{name}.{os.getpid()}"
-        flags = os.O_WRONLY | os.O_CREAT | os.O_TRUNC | os.O_NOFOLLOW | os.O_CLOEXEC
-        file = os.open(unfinished, flags, mode=0o600, dir_fd=folder)
-        try:
-            with open(file, "wb") as sink:
-                sink.write(data)
-            os.rename(unfinished, name, src_dir_fd=folder, dst_dir_fd=folder)
-        except BaseException:
-            os.unlink(unfinished, dir_fd=folder)
-            raise
+        private_folder.write(folder, name, data)
 
     def _prune(self, folder: int) -> None:
         files = []
@@ -121,8 +93,3 @@ class PageMemory:
     def _is_young(self, status: os.stat_result) -> bool:
         # A record from the future means that the clock has been set: its age is not known.
         return -1 <= self._clock() - status.st_mtime <= MAXIMUM_AGE
-
-
-def _demand_private(status: os.stat_result) -> None:
-    if status.st_uid != os.geteuid() or stat.S_IMODE(status.st_mode) & 0o077:
-        raise PermissionError

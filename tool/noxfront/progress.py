@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import threading
 import time
 from typing import Any, Callable, Dict, Optional
 
@@ -32,20 +33,38 @@ def _clock(seconds: Any) -> str:
 
 
 class Reporter:
-    """To be called by the tool for each block; says no more than a few lines in a second, and always the last."""
+    """To be called by the tool for each block, from any thread; says no more than a few lines in a second, and always
+    the last. What it says never falls: neither the bytes nor their share of an estimated total."""
 
     def __init__(self, say: Callable[[str], None], clock: Callable[[], float] = time.monotonic) -> None:
         self._say = say
         self._clock = clock
+        self._lock = threading.Lock()
         self._next = 0.0
+        self._done = 0.0
+        self._share = 0.0
 
     def __call__(self, status: Dict[str, Any]) -> None:
-        if status.get("status") not in ("downloading", "finished"):
+        kind = status.get("status")
+        if kind not in ("downloading", "finished"):
             return
-        now = self._clock()
-        if status["status"] == "downloading" and now < self._next:
-            return
-        text = line(status)
-        if text is not None:
-            self._next = now + 1 / LINES_PER_SECOND
-            self._say(text)
+        with self._lock:
+            now = self._clock()
+            if kind == "downloading" and now < self._next:
+                return
+            text = line(self._risen(status) if kind == "downloading" else status)
+            if kind == "finished":
+                self._done = self._share = 0  # another file may follow, to be joined with this one
+            if text is not None:
+                self._next = now + 1 / LINES_PER_SECOND
+                self._say(text)
+
+    def _risen(self, status: Dict[str, Any]) -> Dict[str, Any]:
+        self._done = max(self._done, status.get("downloaded_bytes") or 0)
+        total = status.get("total_bytes") or status.get("total_bytes_estimate") or 0
+        if not total:
+            return {**status, "downloaded_bytes": self._done}
+        if not status.get("total_bytes") and self._share > 0:
+            total = min(total, self._done / self._share)
+        self._share = min(max(self._share, self._done / total), 1)
+        return {**status, "downloaded_bytes": self._done, "total_bytes": None, "total_bytes_estimate": total}

@@ -5,12 +5,14 @@ from __future__ import annotations
 import contextlib
 import io
 import optparse
-from typing import Any, Callable, Dict, List, Optional
+import os
+import sys
+from typing import Any, Callable, Dict, Iterator, List, Optional
 
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
 
-from . import streams
+from . import addresses, configuration, playlists, segments, streams
 from .configuration import ConfigurationError
 from .streams import Info
 
@@ -23,6 +25,7 @@ _COMMON_OPTIONS = (
     "--lazy-playlist",
     "--abort-on-unavailable-fragments",
     "--no-progress",  # the front has its own
+    f"--concurrent-fragments={segments.AT_ONCE}",
 )
 
 Selector = Callable[[Dict[str, Any]], List[Info]]
@@ -37,11 +40,81 @@ def settings(options: list[str], **more: Any) -> Dict[str, Any]:
     try:
         with contextlib.redirect_stderr(complaint):
             params: Dict[str, Any] = yt_dlp.parse_options([*_COMMON_OPTIONS, *options])[3]
-    except (SystemExit, optparse.OptParseError) as problem:
-        text = f"{complaint.getvalue()}\n{problem}".strip()
-        raise ConfigurationError(f"The tool does not take a setting in tool.conf: {text.splitlines()[-1]}") from problem
+    except (SystemExit, optparse.OptParseError) as error:
+        unknown = _unknown_options(options)
+        if unknown:
+            reason = (f"the download tool {yt_dlp.version.__version__} does not know the option {unknown[0]}; "
+                      "a newer one may, which nox-renew-tool fetches")
+        else:
+            lines = f"{complaint.getvalue()}\n{error}".strip().splitlines()
+            reason = f"the download tool does not take a setting: {lines[-1].rpartition('error: ')[2]}"
+        raise _configuration_error(reason) from error
     params.update(more)
     return params
+
+
+def _configuration_error(reason: str) -> ConfigurationError:
+    return ConfigurationError(f"{configuration.path(os.environ)}: {reason}")
+
+
+def _unknown_options(options: list[str]) -> list[str]:
+    parser = yt_dlp.options.create_parser()
+    names = [option.partition("=")[0] for option in options if option.startswith("--")]
+    return [name for name in names if not parser.has_option(name)]
+
+
+class Tool(yt_dlp.YoutubeDL):  # type: ignore[misc]
+    """The tool, which tells of settings that cannot be used as such, and not as a fault of the page's."""
+
+    def __init__(self, params: Dict[str, Any], **more: Any) -> None:
+        """
+        :raises ConfigurationError: where a setting cannot be used
+        """
+        impersonate = params.get("impersonate")
+        try:
+            with _cookie_errors():
+                super().__init__(params, **more)
+                if params.get("cookiefile") or params.get("cookiesfrombrowser"):
+                    self.cookiejar  # newer tools load it when it is used
+        except yt_dlp.utils.YoutubeDLError as error:
+            if impersonate is None:
+                raise
+            raise _configuration_error(
+                f"the option --impersonate={impersonate} cannot be followed: the Python package curl_cffi is missing, "
+                "or does not know this client") from error
+
+    def save_cookies(self) -> None:
+        # A file of cookies that may only be read is good enough.
+        with contextlib.suppress(OSError):
+            super().save_cookies()
+
+    def __exit__(self, *error: Any) -> None:
+        with contextlib.suppress(OSError):  # of cookies, where an older tool saves them here
+            super().__exit__(*error)
+
+
+@contextlib.contextmanager
+def _cookie_errors() -> Iterator[None]:
+    """Makes the tool say of cookies that cannot be loaded that the settings are wrong."""
+    module = sys.modules["yt_dlp.YoutubeDL"]
+    load = module.load_cookies
+
+    def load_cookies(file: Any, browser: Any, *more: Any) -> Any:
+        try:
+            return load(file, browser, *more)
+        except Exception as error:
+            cause = error.__context__ if type(error).__name__ == "CookieLoadError" and error.__context__ else error
+            if browser:
+                reason = f"the cookies of the browser that --cookies-from-browser names cannot be read: {cause}"
+            else:
+                reason = f"the file that --cookies names is no file of cookies in Netscape's format: {cause}"
+            raise _configuration_error(reason) from error
+
+    module.load_cookies = load_cookies  # type: ignore[attr-defined]
+    try:
+        yield
+    finally:
+        module.load_cookies = load  # type: ignore[attr-defined]
 
 
 class FirstVideo(DownloadCancelled):  # type: ignore[misc]
@@ -52,7 +125,7 @@ class FirstVideo(DownloadCancelled):  # type: ignore[misc]
         self.page = page
 
 
-class PageReader(yt_dlp.YoutubeDL):  # type: ignore[misc]
+class PageReader(Tool):
     """Reads a page up to the first video that can be described."""
 
     def first_video(self, url: str) -> Optional[Info]:
@@ -60,7 +133,8 @@ class PageReader(yt_dlp.YoutubeDL):  # type: ignore[misc]
         self.params.update(ignoreerrors=True, skip_playlist_after_errors=MAXIMUM_FAILURES)
         self.format_selector = _any_stream
         try:
-            self.extract_info(url, download=False)
+            with addresses.shortcut(sys.pycache_prefix), playlists.kept():
+                self.extract_info(url, download=False)
         except FirstVideo as found:
             return found.page
         finally:

@@ -1,0 +1,63 @@
+import pathlib
+import re
+import tempfile
+import unittest
+from typing import Any, Dict, List, Tuple
+from unittest import mock
+
+from noxfront import addresses
+from yt_dlp.extractor import gen_extractor_classes
+
+
+class NeededTest(unittest.TestCase):
+    def test_texts(self) -> None:
+        rows: List[Tuple[str, List[str]]] = [
+            (r"https?://(?:www\.)?example\.com/(?P<id>\d+)", ["example.com/"]),
+            (r"https?://(?:www\.)?(?:first|second)\.(?:com|net)/v/", ["first", "second"]),
+            (r"https?://(?:first|x)\.net/", [".net/"]),
+            ("(?x)https?:// # here\n (?: (?P<a> Some-Site ) [.] de ){1,2} /", ["some-site"]),
+            (r"https?://(?:some-site)?(?:(?!other-site)[a-z]+)*/", []),
+            (r"(?i)TAG:(?P<id>\w+)", ["tag:"]),
+            (r"stra\u00dfe\.example", ["e.example"]),
+            (r"https?://www\.[a-z]+\.com/video/", [".com/video/"]),
+            (r"(", []),
+        ]
+        for pattern, expected in rows:
+            with self.subTest(pattern=pattern):
+                self.assertEqual(addresses.needed(pattern), expected)
+
+    def test_no_address_is_lost_that_the_tool_knows(self) -> None:
+        """All those by which the tool tests its own extractors."""
+        table = addresses.AddressTable(None)
+        count = excluded = 0
+        known: List[Tuple[str, str]] = []
+        for extractor in gen_extractor_classes():
+            patterns = extractor._VALID_URL
+            for pattern in [patterns] if isinstance(patterns, str) else patterns or []:
+                tests: List[Dict[str, Any]] = getattr(getattr(extractor, "real_class", extractor), "_TESTS", None) or []
+                known += [(pattern, test["url"]) for test in tests if re.match(pattern, test.get("url") or "")]
+                count += 1
+                excluded += table.excludes(pattern, "http://127.0.0.1/page")
+        self.assertEqual([row for row in known if table.excludes(*row)], [])
+        self.assertGreater(len(known), 1000)
+        self.assertGreater(excluded, count * 0.9)
+
+
+class TableTest(unittest.TestCase):
+    def test_it_is_kept_for_the_user_alone(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            file = pathlib.Path(folder, addresses.FOLDER, addresses.FILE)
+            for spoil in (None, lambda: file.write_bytes(b"{"), lambda: file.write_text('{"a": 1}'),
+                          lambda: file.chmod(0o644)):
+                if spoil:
+                    spoil()
+                table = addresses.AddressTable(folder)
+                self.assertTrue(table.excludes([r"https?://example\.com/"], "http://127.0.0.1/"))
+                self.assertFalse(table.excludes(r"https?://example\.com/", "HTTP://EXAMPLE.COM/"))
+                self.assertFalse(table.excludes([r"https?://example\.com/", "."], "http://127.0.0.1/"))
+                self.assertFalse(table.excludes(r"https?://example\.com/", "http://127.0.0.1/\u017f"))
+                table.save()
+                self.assertEqual(file.stat().st_mode & 0o777, 0o600)
+                with mock.patch.object(addresses, "needed", side_effect=AssertionError):
+                    again = addresses.AddressTable(folder)
+                    self.assertTrue(again.excludes([r"https?://example\.com/"], "http://127.0.0.1/"))

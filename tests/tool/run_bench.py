@@ -1,0 +1,124 @@
+#!/usr/bin/python3
+"""What whole runs of nox-fetch cost beside one run of the plain tool for the same job, on pages as they are.
+
+    run_bench.py --fetch NOX-FETCH [--tool PACKAGE]... [--only WORD] [--pairs N]
+
+Both sides run in turn, in changing order; the median of the ratios of all pairs counts. The exit code is 1 when a
+median is above its bar.
+
+"""
+
+import os
+import pathlib
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from typing import Callable, List, NamedTuple
+
+import host_bench
+import page_media
+import page_server
+from host_bench import HostBench
+
+SEGMENTS = 80
+SEGMENT_DELAY = 0.06
+PLAIN_TOOL = "plain-yt.zip"
+
+
+class Page(NamedTuple):
+    name: str
+    address: str
+    delay: float
+    bar: float
+
+
+PAGES = [
+    Page("page of a second", "/page/dash-whole", 1, 1.2),
+    Page(f"DASH, {SEGMENTS} segments of 60 ms", "/page/dash-many", 0, 0.7),
+    Page(f"HLS, {SEGMENTS} segments of 60 ms", "/page/hls-many", 0, 0.7),
+]
+
+
+class Bench(HostBench):
+    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: page_server.PageServer) -> None:
+        super().__init__(folder, fetch)
+        self.server = server
+        self.requests = ""
+        # Both sides keep bytecode, as they do for users, also where the one who builds keeps none.
+        os.environ.pop("PYTHONDONTWRITEBYTECODE", None)
+
+    def stage_both(self, package: str) -> str:
+        version = self.stage(package, False)
+        options = [] if package == "installed" else ["--package", package]
+        script = host_bench.SCRIPTS / "make-tool-archive.py"
+        subprocess.run([script, self.host / PLAIN_TOOL, "--plain", *options], check=True)
+        return version
+
+    def run_host(self, page: Page) -> None:
+        self.server.take_counts()
+        run = self.fetch(self.server.address + page.address, {}, "--quiet", "-o", "clip.mp4")
+        if run.returncode != 0:
+            sys.exit(f"{page.name}: nox-fetch failed: {run.stderr}")
+        self.requests = "{} + {}".format(*self.server.take_counts())
+
+    def run_tool(self, page: Page) -> None:
+        words = [str(self.host / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
+                 str(self.host / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
+                 "--merge-output-format", "mp4", "-o", "clip.%(ext)s", self.server.address + page.address]
+        subprocess.run(words, check=True, cwd=self.work, timeout=host_bench.PATIENCE)
+
+    def seconds(self, work: Callable[[Page], None], page: Page) -> float:
+        self.empty_work()
+        begin = time.monotonic()
+        work(page)
+        elapsed = time.monotonic() - begin
+        left = [file.name for file in self.work.iterdir()]
+        if left != ["clip.mp4"]:
+            sys.exit(f"{page.name}: {left} instead of clip.mp4")
+        return elapsed
+
+
+def measure(bench: Bench, page: Page, version: str, pairs: int) -> bool:
+    """Whether the bar holds."""
+    bench.server.delay = page.delay
+    host: List[float] = []
+    tool: List[float] = []
+    for pair in range(-1, pairs):  # the first pair fills the caches
+        order = [(host, bench.run_host), (tool, bench.run_tool)]
+        for times, work in reversed(order) if pair % 2 else order:
+            times.append(bench.seconds(work, page))
+    ratio = statistics.median(own / plain for own, plain in zip(host[1:], tool[1:]))
+    is_good = ratio <= page.bar
+    print(f"| {page.name} | {version} | {statistics.median(host[1:]):.2f} s | {statistics.median(tool[1:]):.2f} s | "
+          f"{ratio:.2f} | {page.bar} | {bench.requests} | {'' if is_good else 'above the bar'} |", flush=True)
+    return is_good
+
+
+def main() -> int:
+    parser = host_bench.parser(__doc__ or "")
+    parser.add_argument("--pairs", type=int, default=5)
+    options = parser.parse_args()
+    with tempfile.TemporaryDirectory() as scratch:
+        folder = pathlib.Path(scratch)
+        media = folder / "media"
+        media.mkdir()
+        page_media.make(media)
+        page_media.many_segments(media / "many", SEGMENTS)
+        print("| Page | Tool | nox-fetch | plain tool | ratio | bar | requests for page + manifest | |")
+        print("|---|---|---|---|---|---|---|---|")
+        is_good = True
+        with page_server.PageServer(media, segment_delay=SEGMENT_DELAY) as server:
+            bench = Bench(folder, options.fetch, server)
+            for package in options.tool or ["installed"]:
+                version = bench.stage_both(package)
+                for page in PAGES:
+                    if options.only in page.name:
+                        is_good = measure(bench, page, version, options.pairs) and is_good
+            server.shutdown()
+    return 0 if is_good else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
