@@ -166,7 +166,8 @@ QString TestSandbox::files() const
     for (const QFileInfo &info : infos) {
         QFile file(info.filePath());
         file.open(QIODevice::ReadOnly);
-        result.append(plain(info.fileName() + QLatin1Char('=') + QString::fromUtf8(file.readAll())));
+        const QString content = info.isSymLink() ? QStringLiteral("link") : QString::fromUtf8(file.readAll());
+        result.append(plain(info.fileName() + QLatin1Char('=') + content));
     }
     result.sort();
     return result.join(QStringLiteral(", "));
