@@ -8,6 +8,7 @@
 #include <nox/process/ChildProcess.h>
 #include <nox/process/ProcessOutput.h>
 #include <nox/process/ToolCommand.h>
+#include <nox/util/FileRename.h>
 #include <nox/util/Utilities.h>
 
 #include <QDebug>
@@ -179,16 +180,9 @@ void YdDownloader::initYdDownloaderCommand()
 
 void YdDownloader::downloadNextItem()
 {
-    const QString ydCode = m_profile.getPreferredDashAudioYdCode();
     ++m_itemIndex;
-    if (ydCode.isEmpty()) {
-        NOX_LOG_ERROR("yd download format is empty. url %s", LogCall::utf8(m_url).constData());
-        m_isRunning = false;
-        fail(DownloadError::ProcessFailed);
-        return;
-    }
-
-    const QString command = itemCommand(ydCode);
+    // There is a second item only where this code is not empty.
+    const QString command = itemCommand(m_profile.getPreferredDashAudioYdCode());
     NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
     const RunGuard run(this);
     m_ydProcess->launch(command);
@@ -301,7 +295,7 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
     }
 
     m_isRunning = false;
-    if (isDone && m_ownFiles.contain(m_item1File) && QFile::rename(m_item1File, m_destFile)) {
+    if (isDone && m_ownFiles.contain(m_item1File) && FileRename::withoutReplacing(m_item1File, m_destFile)) {
         m_hasLeftovers = false;
         Q_EMIT finished();
         return;
@@ -393,7 +387,7 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
         NOX_MODULE_MARKER();
     if (!removeFile(m_item2File))
         NOX_MODULE_MARKER();
-    if (!QFile::rename(m_mergedFile, m_destFile)) {
+    if (!FileRename::withoutReplacing(m_mergedFile, m_destFile)) {
         const QByteArray from = LogCall::latin1(m_mergedFile);
         const QByteArray to = LogCall::latin1(m_destFile);
         fail(DownloadError::RenameFailed);

@@ -4,6 +4,10 @@
 
 #include <string>
 
+#if defined(LOG_DEBUG) || defined(LOG_INFO)
+#  error "<syslog.h> breaks the names of the log levels: include Logger.h first, or #undef LOG_DEBUG and LOG_INFO"
+#endif
+
 #if defined(__GNUC__)
 #  define NOX_PRINTF_LIKE(formatIndex, firstArgument) __attribute__((format(printf, formatIndex, firstArgument)))
 #else

@@ -186,6 +186,11 @@ void DownloadTest::failures_data()
     row("crash in item 2", "two", "140: announce m4a|kill SIGABRT", "", "started started error(-1) error(-5)",
         "{1}YDTMP_.mp4=137",
         "ydProcessError: Yd process error: 1 |ydFinished: Yd process crashed: http://127.0.0.1/watch?v=1 ");
+    row("destination is a link that leads nowhere", "", "137: announce mp4|link clip.mp4", "", "started error(-8)",
+        "clip.mp4=link, {1}YDTMP_.mp4=137", "ydFinished: Rename failed from DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
+    row("merge's destination is a link that leads nowhere", "two", "140: announce m4a|link clip.mp4", "",
+        "started started error(-8)", "clip.mp4=link, {1}YDTMP_.mp4.tmp.mp4=137+140 -> clip.mp4=link",
+        "ffmpegFinished: Rename failed from DIR/{1}YDTMP_.mp4.tmp.mp4 to DIR/clip.mp4!");
     row("audio not for a plain stream", "companion", "", "", "started finished", "clip.mp4=137");
     row("DASH without an audio code", "dash", "", "", "started finished", "clip.mp4=137");
     row("audio with an audio companion", "two audio", "", "", "started started progress(0,0,0) finished",

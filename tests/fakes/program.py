@@ -115,6 +115,9 @@ class Player:
     def touch(self, name):
         write(os.path.join(self.folder, name), "new")
 
+    def link(self, name):
+        os.symlink("nowhere", os.path.join(self.folder, name))
+
     def remove(self, pattern):
         for name in os.listdir(self.folder):
             if name.endswith(pattern):
