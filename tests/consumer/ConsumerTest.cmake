@@ -77,7 +77,7 @@ endfunction()
 
 if(WAY STREQUAL shared)
     run(sh -c "umask 077 && exec '${CMAKE_COMMAND}' --install '${BUILD}' --prefix '${prefix}'")
-    execute_process(COMMAND find ${prefix} -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND find ${prefix} -mindepth 1 -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
     if(closed)
         message(FATAL_ERROR "Others cannot read these folders:\n${closed}")
     endif()
