@@ -60,7 +60,7 @@ function(use_package name prelude)
     string(REPLACE "find_package(NoxWebMedia REQUIRED)" "${prelude}\nlink_libraries(JsonCpp::JsonCpp)" text "${text}")
     file(WRITE ${example}/CMakeLists.txt "${text}")
     file(COPY ${SOURCE}/examples/titles/titles.cpp DESTINATION ${example})
-    build(${example} ${SCRATCH}/${name} -D CMAKE_PREFIX_PATH=${prefix} -D NoxWebMedia_ROOT=${libraries} -D NoxWebMediaQt${QT}_ROOT=${libraries}
+    build(${example} ${SCRATCH}/${name} -D NoxWebMedia_ROOT=${libraries}/cmake -D NoxWebMediaQt${QT}_ROOT=${libraries}/cmake
         ${ARGN})
     try_out(${SCRATCH}/${name})
 endfunction()
