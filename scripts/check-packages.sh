@@ -83,9 +83,10 @@ for program in python3 ffmpeg; do
 done
 
 say "hardening"
-# All calls in the hosts that could be fortified take sizes that the compiler does not know.
-hardening-check "$libdir"/libNoxWebMedia*.so.1
-hardening-check --nofortify "$prefix"/libexec/nox-*/nox-*
+# Debian 12 links start-up code without control-flow protection. The calls in the hosts that could be fortified have sizes
+# that the compiler does not know.
+hardening-check --nocfprotection "$libdir"/libNoxWebMedia*.so.1
+hardening-check --nofortify --nocfprotection "$prefix"/libexec/nox-*/nox-*
 
 say "an example"
 serve_clip 0
