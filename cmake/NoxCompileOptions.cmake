@@ -77,14 +77,15 @@ target_compile_definitions(nox_options INTERFACE
     QT_WARN_DEPRECATED_UP_TO=${qt_interface}
 )
 
-# What Debian builds its packages with, in every optimised build. A build of type "None" has its options from outside.
-if(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$" AND NOT NOX_SANITIZE)
+# What Debian builds its packages with, in every build that is not for debugging. Fortified functions need optimisation,
+# which a build of type "None" has from outside, together with their switch.
+if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT NOX_SANITIZE)
     include(CheckCXXCompilerFlag)
     include(CheckLinkerFlag)
     include(CheckPIESupported)
     check_pie_supported(LANGUAGES CXX)
     set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-    if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
+    if(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$" AND NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
         add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
     endif()
     foreach(flag IN ITEMS stack-protector-strong stack-clash-protection cf-protection)

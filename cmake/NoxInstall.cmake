@@ -1,9 +1,5 @@
 # Installation of the hosts and of the documents. nox_add_library() installs the libraries.
 
-# Folders get these permissions whatever the umask is. Variables of this tree alone.
-set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-
 # nox_install_host(TARGET COMPONENT): a host program with a folder of its own, in which it finds the programs that the
 # library drives, and a link among the commands.
 function(nox_install_host target component)

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and tries them: installs all of them into an empty root, builds an example against
-# it for Qt 6 and for Qt 5, with CMake and with pkg-config, runs each on a page of this machine, and downloads with the
-# nox-fetch of the package.
+# Makes the Debian packages, checks them with lintian and hardening-check, and tries them: installs all of them into an
+# empty root, builds an example against it for Qt 6 and for Qt 5, with CMake and with pkg-config, runs each on a page of
+# this machine, and downloads with the nox-fetch of the package.
 #
 #   scripts/check-packages.sh [DIR]     tries the packages in DIR instead of making them
 set -euo pipefail
@@ -37,6 +37,20 @@ expect() {
     done
 }
 
+mapfile -t files < <(find "$packages" -name '*.deb' ! -name '*-dbgsym_*' | sort)
+
+say "versions"
+number=$(sed -n '/^project(/,/)/s/^ *VERSION //p' "$root/CMakeLists.txt")
+for file in "${files[@]}"; do
+    [[ $(dpkg-deb -f "$file" Version) == "$number" ]] || fail "$file is not version $number; see debian/changelog"
+done
+
+say "lintian"
+# Errors that stay while there is no licence and no mail address, and nothing was uploaded.
+allowed='bogus-mail-host|mail-address-loops-or-bounces|initial-upload-closes-no-bugs|unreleased-changes'
+lintian --allow-root --tag-display-limit 0 "$packages"/*.deb | tee "$scratch/lintian.log" || true
+! grep -E '^[EW]:' "$scratch/lintian.log" | grep -vE " ($allowed)" || fail "lintian has found errors"
+
 say "dependencies"
 expect libnoxwebmedia1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libsimdjson[0-9]+' 'libqt6core6(t64)?' libqt6gui6
 expect libnoxwebmedia-qt5-1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libsimdjson[0-9]+' 'libqt5core5(a|t64)' 'libqt5gui5(t64)?'
@@ -44,7 +58,7 @@ expect libnoxwebmedia-dev libnoxwebmedia1 qt6-base-dev libjsoncpp-dev
 expect libnoxwebmedia-qt5-dev libnoxwebmedia-qt5-1 qtbase5-dev libjsoncpp-dev
 expect nox-fetch libnoxwebmedia1 'libqt6core6(t64)?' python3 yt-dlp
 expect nox-desk libnoxwebmedia1 libqt6widgets6 libqt6network6 python3 yt-dlp
-apt-get -qq --simulate --no-install-recommends -o Debug::NoLocking=1 install "$packages"/*.deb >"$scratch/apt.log" ||
+apt-get -qq --simulate --no-install-recommends -o Debug::NoLocking=1 install "${files[@]}" >"$scratch/apt.log" ||
     fail "apt cannot install them"
 grep -c '^Inst' "$scratch/apt.log" | xargs printf 'apt would install %s packages, ours among them\n'
 
@@ -56,13 +70,23 @@ mkdir -p "$target/var/lib/dpkg/"{info,updates} "$scratch/instead"
 : >"$target/var/lib/dpkg/status"
 ln -s /bin/true "$scratch/instead/ldconfig"
 PATH=$scratch/instead:$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$target" --force-depends,script-chrootless \
-    --log="$scratch/dpkg.log" --install "$packages"/*.deb >"$scratch/install.log" 2>&1 ||
+    --log="$scratch/dpkg.log" --install "${files[@]}" >"$scratch/install.log" 2>&1 ||
     { cat "$scratch/install.log" >&2; fail "dpkg failed"; }
 installed=$(dpkg-query --root="$target" -W -f '${db:Status-Status} ${Package} ${Version}\n' | grep '^installed')
 printf '%s\n' "$installed"
 [[ $(wc -l <<<"$installed") -eq 6 ]] || fail "not all packages are installed"
 prefix=$target/usr
 libdir=$(dirname "$(find "$prefix/lib" -name libNoxWebMedia.so.1)")
+# The links of the hosts are relative, and so lead to programs of this root.
+for program in python3 ffmpeg; do
+    ln -s "/usr/bin/$program" "$prefix/bin/$program"
+done
+
+say "hardening"
+# Debian 12 links start-up code without control-flow protection. The calls in the hosts that could be fortified have sizes
+# that the compiler does not know.
+hardening-check --nocfprotection "$libdir"/libNoxWebMedia*.so.1
+hardening-check --nofortify --nocfprotection "$prefix"/libexec/nox-*/nox-*
 
 say "an example"
 serve_clip 0
@@ -123,6 +147,7 @@ try_out "$scratch/noxwebmedia-qt5/titles" libNoxWebMediaQt5.so.1
 
 say "the hosts"
 cd "$scratch"
+export LD_LIBRARY_PATH=$libdir
 file=$(XDG_CACHE_HOME=$scratch/cache "$prefix/bin/nox-fetch" "$url" 2>"$scratch/fetch.log") ||
     { cat "$scratch/fetch.log" >&2; fail "nox-fetch failed"; }
 streams=$(ffprobe -v error -show_entries stream=codec_type -of csv=p=0 "$file" | sort | xargs)

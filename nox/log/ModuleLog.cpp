@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdarg>
+#include <cstdio>
 
 namespace {
 
@@ -50,7 +51,7 @@ int WriteLog(QString fmt, ...)
     va_start(arguments, fmt);
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_CLANG("-Wformat-nonliteral") // the format is the caller's
-    qvsnprintf(line.data(), line.size(), format.constData(), arguments);
+    std::vsnprintf(line.data(), line.size(), format.constData(), arguments);
     QT_WARNING_POP
     va_end(arguments);
 

@@ -60,7 +60,7 @@ function(use_package name prelude)
     string(REPLACE "find_package(NoxWebMedia REQUIRED)" "${prelude}\nlink_libraries(JsonCpp::JsonCpp)" text "${text}")
     file(WRITE ${example}/CMakeLists.txt "${text}")
     file(COPY ${SOURCE}/examples/titles/titles.cpp DESTINATION ${example})
-    build(${example} ${SCRATCH}/${name} -D CMAKE_PREFIX_PATH=${prefix} -D NoxWebMedia_ROOT=${libraries} -D NoxWebMediaQt${QT}_ROOT=${libraries}
+    build(${example} ${SCRATCH}/${name} -D NoxWebMedia_ROOT=${libraries}/cmake -D NoxWebMediaQt${QT}_ROOT=${libraries}/cmake
         ${ARGN})
     try_out(${SCRATCH}/${name})
 endfunction()
@@ -77,7 +77,7 @@ endfunction()
 
 if(WAY STREQUAL shared)
     run(sh -c "umask 077 && exec '${CMAKE_COMMAND}' --install '${BUILD}' --prefix '${prefix}'")
-    execute_process(COMMAND find ${prefix} -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND find ${prefix} -mindepth 1 -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
     if(closed)
         message(FATAL_ERROR "Others cannot read these folders:\n${closed}")
     endif()
