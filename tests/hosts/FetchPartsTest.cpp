@@ -10,7 +10,7 @@
 #include <QtTest>
 
 using namespace NoxFetch;
-using NoxHost::TransferFigures;
+using Nox::TransferFigures;
 
 /** The parts of nox-fetch that need no process. */
 class FetchPartsTest : public QObject
