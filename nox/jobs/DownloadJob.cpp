@@ -62,6 +62,7 @@ private:
     void onProgress(qint64 total, qint64 processed, qint64 speed);
     void onError(qint32 code);
     void onFinished();
+    void moveFile();
     void watch();
     void watchFiles();
     void watchJoining();
@@ -197,12 +198,7 @@ void DownloadJob::Private::onFinished()
 {
     if (isStopping()) // too late, the user has changed his mind
         end(Job::Cancelled);
-    if (!isWorking())
-        return;
-    filePath = m_folder.release(m_partialName, destination);
-    if (filePath.isEmpty())
-        end(Job::DestinationError, FailureText::noFinalName(destination));
-    else
+    else if (isWorking())
         end(Job::NoError);
 }
 
@@ -264,8 +260,20 @@ bool DownloadJob::Private::clear()
         m_failedWhileJoining = m_startedStreams > 1 && m_folder.completeStreams() > 1;
         toolOutput = m_downloader->errorDetail();
         m_downloader.reset();
+        if (error == Job::NoError)
+            moveFile();
     }
     return m_folder.remove();
+}
+
+// At the very end: a job that is deleted before leaves nothing.
+void DownloadJob::Private::moveFile()
+{
+    filePath = m_folder.release(m_partialName, destination);
+    if (filePath.isEmpty()) {
+        error = Job::DestinationError;
+        errorString = FailureText::noFinalName(destination);
+    }
 }
 
 void DownloadJob::Private::explain()
