@@ -8,6 +8,7 @@
 #include <nox/jobs/Destination.h>
 #include <nox/jobs/DownloadJob.h>
 #include <nox/jobs/Job.h>
+#include <nox/jobs/JobsExport.h>
 #include <nox/jobs/JobsTranslation.h>
 #include <nox/jobs/PageJob.h>
 #include <nox/jobs/StreamChoice.h>

@@ -3,18 +3,21 @@
 
     check-includes.py [TREE]     the folder with nox/ and hosts/; the one above this script unless given
 
-The rooms of the library lie on floors, and includes lead downwards only; only the factory knows the concrete workers.
-Hosts see public headers (and one source that they compile themselves), which include public headers only, and NoxWebMedia.h names them all. No file includes itself
-by a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets, as its
+The folders of the first library lie on floors, and includes lead downwards only; only the factory knows the concrete
+workers. The second library, nox/jobs, sees the public headers of the first one. Hosts see the public headers of both.
+Public headers include public headers only, and NoxWebMedia.h and NoxWebMediaJobs.h name them all. No file includes
+itself by a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets, as its
 users write it, every other one of ours between quotes.
 """
 
 import pathlib
+import posixpath
 import re
 import sys
 
 MAY_INCLUDE = {
     "nox": {"nox/front", "nox/model", "nox/parse", "nox/log", "nox/util"},
+    "nox/jobs": set(),
     "nox/util": set(),
     "nox/log": {"nox/util"},
     "nox/model": {"nox/util"},
@@ -31,10 +34,17 @@ MAY_INCLUDE = {
     "hosts/desk": {"nox", "hosts/common", "hosts/desk/model", "hosts/desk/network", "hosts/desk/view"},
 }
 # The top floor.
-MAY_INCLUDE_TOO = {"nox/front/WebMediaDownloaderFactory.cpp": {"nox/extract", "nox/download"}}
+MAY_INCLUDE_TOO = {
+    "nox/front/WebMediaDownloaderFactory.cpp": {"nox/extract", "nox/download"},
+    "nox/NoxWebMediaJobs.h": {"nox/jobs"},
+}
+# The header that names all public ones of a library, and the folder whose CMakeLists.txt lists them.
+LIBRARIES = {"nox/NoxWebMedia.h": "nox", "nox/NoxWebMediaJobs.h": "nox/jobs"}
+# Users of public headers alone, and of which libraries.
+USERS = {"nox/jobs": ["nox/NoxWebMedia.h"], "hosts": list(LIBRARIES)}
 EXPORT = "nox/Export.h"
-# Private to the library, but compiled into what is built on it as well: all others see public headers alone.
-SHARED_SOURCE = "nox/util/FileRename.h"
+# Private to the first library, but compiled into the second one as well.
+SHARED_SOURCE = ("nox/jobs/DownloadFolder.cpp", "nox/util/FileRename.h")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
@@ -56,8 +66,18 @@ class Tree:
             if path.suffix in (".h", ".cpp")
         }
         self.includes = {name: self.included_by(name, path) for name, path in self.files.items()}
-        listed = re.search(r"set\(public_headers\s([^)]*)\)", (root / "nox/CMakeLists.txt").read_text())
-        self.public = {f"nox/{header}" for header in listed.group(1).split()} if listed else set()
+        self.public = {everything: self.listed(folder) for everything, folder in LIBRARIES.items()}
+
+    def listed(self, folder):
+        listed = re.search(r"set\(public_headers\s([^)]*)\)", (self.root / folder / "CMakeLists.txt").read_text())
+        return {posixpath.normpath(f"{folder}/{header}") for header in listed.group(1).split()} if listed else set()
+
+    def visible(self, here):
+        """The headers of the libraries that a folder may include; None where it belongs to the first one."""
+        for folder, libraries in USERS.items():
+            if f"{here}/".startswith(f"{folder}/"):
+                return set().union(*(self.public[library] for library in libraries))
+        return None
 
     def included_by(self, name, path):
         """The files of the tree that this one includes; what is not in the tree is the system's."""
@@ -76,31 +96,33 @@ def problems_of_rooms(tree):
             yield f"{name}: the folder {here} has no place in the order; give it one in check-includes.py"
             continue
         allowed = MAY_INCLUDE[here] | MAY_INCLUDE_TOO.get(name, set()) | {here}
+        visible = tree.visible(here)
         for other in included:
             if other not in tree.files:
                 yield f"{name} includes {other}, which does not exist"
             elif other == EXPORT:
                 continue
-            elif here.startswith("hosts") and other.startswith("nox/"):
-                if other not in tree.public and other != SHARED_SOURCE:
+            elif visible is not None and other.startswith("nox/") and room(other) != here:
+                if other not in visible and (name, other) != SHARED_SOURCE:
                     yield f"{name} includes {other}, which is private to the library"
             elif room(other) not in allowed:
                 yield f"{name} includes {other}: {here} may include {', '.join(sorted(allowed - {here})) or 'nothing'}"
 
 
 def problems_of_public_headers(tree):
-    if not tree.public:
-        yield "nox/CMakeLists.txt: no list of public headers found"
-    for header in sorted(tree.public):
-        if header not in tree.files:
-            yield f"{header} is listed as public, but does not exist"
-            continue
-        for other in tree.includes[header]:
-            if other not in tree.public:
-                yield f"{header} is public, but includes the private {other}"
-    everything = "nox/NoxWebMedia.h"
-    for header in sorted(tree.public - set(tree.includes.get(everything, [])) - {everything}):
-        yield f"{header} is public, but {everything} does not include it"
+    all_public = set().union(*tree.public.values())
+    for everything, public in tree.public.items():
+        if not public:
+            yield f"{LIBRARIES[everything]}/CMakeLists.txt: no list of public headers found"
+        for header in sorted(public):
+            if header not in tree.files:
+                yield f"{header} is listed as public, but does not exist"
+                continue
+            for other in tree.includes[header]:
+                if other not in all_public:
+                    yield f"{header} is public, but includes the private {other}"
+        for header in sorted(public - set(tree.includes.get(everything, [])) - {everything}):
+            yield f"{header} is public, but {everything} does not include it"
 
 
 def problems_of_circles(tree):
