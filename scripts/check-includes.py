@@ -6,8 +6,8 @@
 The folders of the first library lie on floors, and includes lead downwards only; only the factory knows the concrete
 workers. The second library, nox/jobs, sees the public headers of the first one. Hosts see the public headers of both.
 Public headers include public headers only, and NoxWebMedia.h and NoxWebMediaJobs.h name them all. No file includes
-itself by a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets, as its
-users write it, every other one of ours between quotes.
+itself by a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets,
+as its users write it, every other one of ours between quotes.
 """
 
 import pathlib
