@@ -185,10 +185,6 @@
         <translation>Downloads:</translation>
     </message>
     <message>
-        <source>No downloads yet</source>
-        <translation>Noch keine Downloads</translation>
-    </message>
-    <message>
         <source>Downloads</source>
         <translation>Downloads</translation>
     </message>

@@ -52,12 +52,9 @@ QLayout *DownloadsPanel::makeHead()
 
 QWidget *DownloadsPanel::makeList()
 {
-    m_emptyWords = new QLabel(tr("No downloads yet"));
-    m_emptyWords->setAlignment(Qt::AlignCenter);
     auto *rows = new QWidget;
     m_rowLayout = new QVBoxLayout(rows);
     m_rowLayout->setContentsMargins({});
-    m_rowLayout->addWidget(m_emptyWords, 1);
     m_rowLayout->addStretch();
     m_area = new VerticalScrollArea(rows);
     m_area->setObjectName(QStringLiteral("downloads"));
@@ -136,7 +133,6 @@ void DownloadsPanel::refreshRows(int first, int last)
 
 void DownloadsPanel::showCounts()
 {
-    m_emptyWords->setVisible(m_model.rowCount() == 0);
     m_cancelAllButton->setEnabled(m_model.activeCount() > 0);
     m_removeEndedButton->setEnabled(m_model.endedCount() > 0);
 }

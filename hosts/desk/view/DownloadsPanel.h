@@ -3,7 +3,6 @@
 #include <QList>
 #include <QWidget>
 
-class QLabel;
 class QModelIndex;
 class QPushButton;
 class QVBoxLayout;
@@ -47,7 +46,6 @@ private:
     QList<DownloadRow *> m_rows;
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
-    QLabel *m_emptyWords = nullptr;
     QPushButton *m_cancelAllButton = nullptr;
     QPushButton *m_removeEndedButton = nullptr;
 };

@@ -12,7 +12,6 @@
 #include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
 #include "hosts/desk/view/TrayNotifier.h"
-#include "hosts/desk/view/VerticalScrollArea.h"
 
 #include <QAccessible>
 #include <QCloseEvent>
@@ -63,8 +62,6 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
 void MainWindow::layOut()
 {
     auto *page = new PagePanel(m_desk);
-    auto *pageArea = new VerticalScrollArea(page);
-    pageArea->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
     connect(&m_desk.reader(), &PageReader::stateChanged, this, [this, page](PageReader::State state) {
         if (state == PageReader::State::Ready && m_addressBar->isDone())
             page->focusStreams();
@@ -73,7 +70,7 @@ void MainWindow::layOut()
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
     connect(m_downloads, &DownloadsPanel::logRequested, this, &MainWindow::showLog);
 
-    m_splitter->addWidget(pageArea);
+    m_splitter->addWidget(page);
     m_splitter->addWidget(m_downloads);
     m_splitter->setStretchFactor(0, 1);
     m_splitter->setStretchFactor(1, 1);
@@ -127,6 +124,7 @@ void MainWindow::pasteAddress()
 void MainWindow::showProgress()
 {
     const QString progress = m_desk.progressText();
+    m_downloads->setVisible(m_desk.downloads().rowCount() > 0);
     setWindowTitle(progress.isEmpty() ? tr("Nox Desk") : tr("%1 – Nox Desk", "progress").arg(progress));
 }
 

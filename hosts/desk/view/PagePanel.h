@@ -14,9 +14,13 @@ class ElidedLabel;
 class FailureBox;
 class StreamPanel;
 class ThumbnailView;
+class VerticalScrollArea;
 class WrappedText;
 
-/** The page: nothing yet, or what it holds and the choices; above it, that another one is being read or has failed. */
+/**
+ * The page: nothing yet, or what it holds and the choices; above it, that another one is being read or has failed. In a
+ * small window the table of streams gives way first, then what stands above it scrolls; the form is always seen whole.
+ */
 class PagePanel : public QWidget
 {
     Q_OBJECT
@@ -35,8 +39,9 @@ private:
     QWidget *makeHint();
     QWidget *makeBusy();
     QWidget *makeFailure();
-    QWidget *makePage();
-    QLayout *makeCard();
+    QWidget *makeCard();
+    QWidget *makeChoices();
+    VerticalScrollArea *makeHead();
     void show(PageReader::State state);
     void showPage();
 
@@ -52,7 +57,9 @@ private:
     ElidedLabel *m_address = nullptr;
     StreamPanel *m_streams = nullptr;
     QWidget *m_hint;
-    QWidget *m_page;
+    QWidget *m_card;
+    VerticalScrollArea *m_head;
+    QWidget *m_choices;
     QStackedWidget *m_content;
 };
 
