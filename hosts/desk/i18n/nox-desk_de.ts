@@ -79,10 +79,6 @@
         <translation>Fertig, %1</translation>
     </message>
     <message>
-        <source>Failed</source>
-        <translation>Fehlgeschlagen</translation>
-    </message>
-    <message>
         <source>Cancelled</source>
         <translation>Abgebrochen</translation>
     </message>
@@ -109,6 +105,10 @@
     <message>
         <source>Waiting for others to end</source>
         <translation>Wartet, bis andere fertig sind</translation>
+    </message>
+    <message>
+        <source>Failed: %1</source>
+        <translation>Fehlgeschlagen: %1</translation>
     </message>
 </context>
 <context>
@@ -141,10 +141,6 @@
         <translation>Im Ordner zeigen</translation>
     </message>
     <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
-    </message>
-    <message>
         <source>Progress of %1</source>
         <translation>Fortschritt von %1</translation>
     </message>
@@ -168,6 +164,38 @@
     <message>
         <source>Retry</source>
         <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Copy address of the page</source>
+        <translation>Adresse der Seite kopieren</translation>
+    </message>
+    <message>
+        <source>Open page in the browser</source>
+        <translation>Seite im Browser öffnen</translation>
+    </message>
+    <message>
+        <source>Read page again</source>
+        <translation>Seite neu lesen</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+    <message>
+        <source>Remove from the list</source>
+        <translation>Aus der Liste entfernen</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
     </message>
 </context>
 <context>
@@ -352,6 +380,10 @@
     <message>
         <source>Download tool:</source>
         <translation>Download-Werkzeug:</translation>
+    </message>
+    <message>
+        <source>open the menu of the download, which shows its other keys</source>
+        <translation>das Menü des Downloads öffnen, in dem seine weiteren Tasten stehen</translation>
     </message>
 </context>
 <context>

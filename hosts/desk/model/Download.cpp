@@ -97,7 +97,7 @@ QString Download::status() const
         return tr("Finished, %1")
             .arg(QLocale().formattedDataSize(QFileInfo(m_file).size(), 1, QLocale::DataSizeSIFormat));
     case State::Failed:
-        return tr("Failed");
+        return tr("Failed: %1").arg(m_problem.simplified());
     case State::Cancelled:
         return tr("Cancelled");
     }

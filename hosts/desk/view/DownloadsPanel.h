@@ -29,12 +29,14 @@ public:
 
 Q_SIGNALS:
     void logRequested();
+    void readRequested(const QString &address);
     void openingFailed(const QString &words);
 
 private:
     QLayout *makeHead();
     QWidget *makeList();
     void insertRows(int first, int last);
+    void moveRow(int from, int to);
     void removeRows(int first, int last);
     void refreshRows(int first, int last);
     DownloadRow *newRow();

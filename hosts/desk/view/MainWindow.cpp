@@ -67,6 +67,7 @@ void MainWindow::layOut()
             page->focusStreams();
     });
     connect(m_downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
+    connect(m_downloads, &DownloadsPanel::readRequested, this, &MainWindow::read);
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
     connect(m_downloads, &DownloadsPanel::logRequested, this, &MainWindow::showLog);
 
@@ -248,6 +249,7 @@ void MainWindow::showShortcuts()
         {QKeySequence(Qt::Key_F5), tr("read the page again")},
         {QKeySequence(Qt::Key_Escape), tr("stop reading the page")},
         {QKeySequence(Qt::Key_Return), tr("download the stream that is chosen")},
+        {QKeySequence(QStringLiteral("Shift+F10")), tr("open the menu of the download, which shows its other keys")},
         {QKeySequence(Qt::Key_Delete), tr("take the download off the list, when it has ended")},
         {QKeySequence(Qt::Key_F10), tr("open the menu")},
         {QKeySequence(QKeySequence::Quit), tr("quit")},
