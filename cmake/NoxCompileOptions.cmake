@@ -7,7 +7,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 if(NOT PROJECT_IS_TOP_LEVEL)
-    # Another project's rule for its own code.
+    # Another project's rules for its own code.
     set(CMAKE_COMPILE_WARNING_AS_ERROR OFF)
 else()
     set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
@@ -20,6 +20,32 @@ add_library(nox_options INTERFACE)
 
 # Every header of the tree is included by its path in the tree.
 target_include_directories(nox_options INTERFACE ${PROJECT_SOURCE_DIR})
+
+# No folder of this machine gets into what is built. What the sources need is asked for where a project that holds this
+# tree has turned it off for its own.
+target_compile_options(nox_options INTERFACE -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/= -fexceptions -frtti)
+
+target_compile_definitions(nox_options INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_KEYWORDS
+    QT_NO_FOREACH
+    QT_NO_JAVA_STYLE_ITERATORS
+    QT_STRICT_ITERATORS
+)
+
+if(NOX_SANITIZE)
+    add_compile_options(-fsanitize=${NOX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${NOX_SANITIZE})
+endif()
+
+# Everything from here on is for our own work and for builds of this tree alone.
+if(NOT PROJECT_IS_TOP_LEVEL)
+    return()
+endif()
 
 # The waiting macros of Qt Test 6.8 convert a count of milliseconds to int, for which gcc blames the file that uses them.
 set(uses_qt_test $<IN_LIST:${NOX_QT}::Test,$<TARGET_PROPERTY:LINK_LIBRARIES>>)
@@ -47,20 +73,29 @@ list(GET numbers 2 patch)
 math(EXPR qt_interface "(${major} << 16) + (${minor} << 8) + ${patch}" OUTPUT_FORMAT HEXADECIMAL)
 
 target_compile_definitions(nox_options INTERFACE
-    QT_NO_CAST_FROM_ASCII
-    QT_NO_CAST_TO_ASCII
-    QT_NO_CAST_FROM_BYTEARRAY
-    QT_NO_URL_CAST_FROM_STRING
-    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
-    QT_NO_KEYWORDS
-    QT_NO_FOREACH
-    QT_NO_JAVA_STYLE_ITERATORS
-    QT_STRICT_ITERATORS
     QT_DISABLE_DEPRECATED_BEFORE=${qt_interface}
     QT_WARN_DEPRECATED_UP_TO=${qt_interface}
 )
 
-if(NOX_SANITIZE)
-    add_compile_options(-fsanitize=${NOX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
-    add_link_options(-fsanitize=${NOX_SANITIZE})
+# What Debian builds its packages with, in every optimised build. A build of type "None" has its options from outside.
+if(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$" AND NOT NOX_SANITIZE)
+    include(CheckCXXCompilerFlag)
+    include(CheckLinkerFlag)
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
+        add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    endif()
+    foreach(flag IN ITEMS stack-protector-strong stack-clash-protection cf-protection)
+        string(MAKE_C_IDENTIFIER NOX_COMPILER_TAKES_${flag} variable)
+        check_cxx_compiler_flag(-f${flag} ${variable})
+        if(${variable})
+            add_compile_options(-f${flag})
+        endif()
+    endforeach()
+    check_linker_flag(CXX LINKER:-z,relro,-z,now NOX_LINKER_TAKES_NOW)
+    if(NOX_LINKER_TAKES_NOW)
+        add_link_options(LINKER:-z,relro,-z,now)
+    endif()
 endif()

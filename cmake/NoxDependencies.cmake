@@ -21,6 +21,16 @@ else()
 endif()
 
 find_package(${NOX_QT} ${NOX_QT_MINIMUM} REQUIRED COMPONENTS Core Gui)
-find_package(jsoncpp 1.9 REQUIRED)
+if(NOT TARGET Nox::JsonCpp)
+    add_subdirectory(${CMAKE_CURRENT_LIST_DIR}/jsoncpp)
+endif()
+if(NOT TARGET Nox::JsonCpp)
+    message(FATAL_ERROR "jsoncpp 1.9 or later was not found; Debian's package is libjsoncpp-dev")
+endif()
 # Without a number: its package takes only the very same minor version.
-find_package(simdjson REQUIRED)
+if(NOT TARGET simdjson::simdjson)
+    find_package(simdjson REQUIRED)
+endif()
+
+# What the hosts run; an installation with NOX_SYSTEM_PROGRAMS holds a link to it.
+set(NOX_PYTHON /usr/bin/python3 CACHE FILEPATH "Python interpreter that runs the tool, the tests of the tool and scripts")

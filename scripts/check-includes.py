@@ -4,7 +4,7 @@
     check-includes.py [TREE]     the folder with nox/ and hosts/; the one above this script unless given
 
 The rooms of the library lie on floors, and includes lead downwards only; only the factory knows the concrete workers.
-Hosts see public headers, which include public headers only, and NoxWebMedia.h names them all. No file includes itself
+Hosts see public headers (and one source that they compile themselves), which include public headers only, and NoxWebMedia.h names them all. No file includes itself
 by a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets, as its
 users write it, every other one of ours between quotes.
 """
@@ -33,6 +33,8 @@ MAY_INCLUDE = {
 # The top floor.
 MAY_INCLUDE_TOO = {"nox/front/WebMediaDownloaderFactory.cpp": {"nox/extract", "nox/download"}}
 EXPORT = "nox/Export.h"
+# Private to the library, but compiled into what is built on it as well: all others see public headers alone.
+SHARED_SOURCE = "nox/util/FileRename.h"
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
@@ -80,7 +82,7 @@ def problems_of_rooms(tree):
             elif other == EXPORT:
                 continue
             elif here.startswith("hosts") and other.startswith("nox/"):
-                if other not in tree.public:
+                if other not in tree.public and other != SHARED_SOURCE:
                     yield f"{name} includes {other}, which is private to the library"
             elif room(other) not in allowed:
                 yield f"{name} includes {other}: {here} may include {', '.join(sorted(allowed - {here})) or 'nothing'}"

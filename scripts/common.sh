@@ -29,6 +29,14 @@ build_preset() (
     cmake --build --preset "$preset" "$@"
 )
 
+# copy_checkout DIR: the files of the checkout, as they are now; what git ignores is not among them.
+copy_checkout() {
+    mkdir -p "$1"
+    git -C "$root" ls-files --cached --others --exclude-standard -z |
+        tar -C "$root" --create --null --files-from=- --ignore-failed-read --warning=no-failed-read --file=- |
+        tar -C "$1" --extract --no-same-owner --file=-
+}
+
 scratch=
 server=
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages in build/packages: library and development files for Qt 6 and for Qt 5, nox-fetch, nox-desk.
+# Makes the Debian packages in build/packages: library, development files and debug symbols for Qt 6 and for Qt 5,
+# nox-fetch, nox-desk. What is built and how stands in debian/; the output of the build is in build/package/build.log.
 #
 #   scripts/package.sh
 #
@@ -12,12 +13,17 @@ case ${1-} in
     -h | --help) print_help; exit 0 ;;
     ?*) echo "package.sh: unknown argument '$1'; see --help" >&2; exit 2 ;;
 esac
-cd "$root"
-scripts/setup.sh build qt5 package
-rm -rf build/packages
-for preset in package-qt6 package-qt5; do
-    build_preset $preset
-    cpack --preset $preset
-done
-rm -rf build/packages/_CPack_Packages
-ls -l build/packages
+"$root/scripts/setup.sh" build qt5 run package
+
+# In a copy, since the packages and what is needed for them are put into the folder and beside it.
+work=$root/build/package
+rm -rf "$work" "$root/build/packages"
+copy_checkout "$work/noxwebmedia"
+mkdir "$root/build/packages"
+cd "$work/noxwebmedia"
+export CMAKE_CXX_COMPILER_LAUNCHER
+CMAKE_CXX_COMPILER_LAUNCHER=$(command -v ccache || true)
+dpkg-buildpackage --build=binary --no-sign --jobs="$jobs" >"$work/build.log" 2>&1 ||
+    { tail -n 40 "$work/build.log" >&2; echo "package.sh: dpkg-buildpackage failed" >&2; exit 1; }
+mv "$work"/*.deb "$root/build/packages"
+ls -l "$root/build/packages"

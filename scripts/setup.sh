@@ -22,7 +22,7 @@ declare -A packages=(
     [bench]="libbenchmark-dev"
     [coverage]="gcovr"
     [docs]="doxygen"
-    [package]="binutils dpkg-dev fakeroot file"
+    [package]="binutils debhelper devscripts dpkg-dev fakeroot lintian"
     [release]="debootstrap"
     [desk]="appstream fonts-dejavu-core"
 )

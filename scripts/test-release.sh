@@ -64,17 +64,11 @@ make_bare_root() {
         { tail -n 20 "$cache/debootstrap.log" >&2; fail "debootstrap failed"; }
     # How this machine reaches its mirror.
     apt-config dump | grep -E '^Acquire::(http|https|Check)' >"$cache/bare.new/etc/apt/apt.conf.d/90mirror" || true
+    # Release files of unstable are valid for a week; a mirror that lags behind has an older one.
+    [[ $release != sid ]] || echo 'Acquire::Check-Valid-Until "false";' >"$cache/bare.new/etc/apt/apt.conf.d/92sid"
     # Otherwise debootstrap's first download would be made again in every run.
     echo 'APT::Keep-Downloaded-Packages "true";' >"$cache/bare.new/etc/apt/apt.conf.d/91keep"
     mv "$cache/bare.new" "$cache/bare"
-}
-
-# The files of the checkout, as they are now; what git ignores is not among them.
-copy_checkout() {
-    mkdir "$1"
-    git -C "$root" ls-files --cached --others --exclude-standard -z |
-        tar -C "$root" --create --null --files-from=- --ignore-failed-read --warning=no-failed-read --file=- |
-        tar -C "$1" --extract --no-same-owner --file=-
 }
 
 # mount_cache NAME PATH: shows a folder of the cache in the root.

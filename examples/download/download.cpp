@@ -1,4 +1,4 @@
-// download URL FILE: downloads the best video of a web page, with its sound, into a new file. Ctrl-C cancels.
+// download URL FILE: downloads the best video of a web page, with its sound, into a new file.
 
 #include <nox/NoxWebMedia.h>
 
@@ -6,18 +6,10 @@
 #include <QStandardPaths>
 #include <QTimer>
 
-#include <csignal>
 #include <iostream>
 #include <memory>
 
 namespace {
-
-volatile std::sig_atomic_t isInterrupted = 0;
-
-void interrupt(int /*signal*/)
-{
-    isInterrupted = 1;
-}
 
 /** The page's first video, which is the tool's best; with an audio stream where it holds only the picture. */
 Nox::MediaProfile choose(const Nox::WebMediaInfo &page)
@@ -80,18 +72,6 @@ int main(int argc, char *argv[])
         std::cerr << inWords(errorCode) << '\n' << qUtf8Printable(downloader->errorDetail());
         QCoreApplication::exit(1);
     });
-
-    static_cast<void>(std::signal(SIGINT, interrupt));
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, [&downloader] {
-        if (isInterrupted == 0)
-            return;
-        downloader->disconnect(); // a cancelled download reports an error, too
-        downloader->cancel();
-        std::cerr << "cancelled\n";
-        QCoreApplication::exit(130);
-    });
-    watch.start(100);
 
     // From the event loop, which can be ended then by what the download reports at once.
     QTimer::singleShot(0, downloader.get(), [&] { downloader->download(url, stream, file); });

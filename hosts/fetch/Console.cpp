@@ -40,12 +40,12 @@ void Console::note(const QString &text)
     }
 }
 
-void Console::problem(const QString &text, const QString &toolWords)
+void Console::error(const QString &message, const QString &details)
 {
     clearStatus();
-    QString lines = QStringLiteral("nox-fetch: ") + text;
-    if (!toolWords.isEmpty())
-        lines += QStringLiteral("\n  ") + QString(toolWords).replace(QLatin1Char('\n'), QLatin1String("\n  "));
+    QString lines = QStringLiteral("nox-fetch: ") + message;
+    if (!details.isEmpty())
+        lines += QStringLiteral("\n  ") + QString(details).replace(QLatin1Char('\n'), QLatin1String("\n  "));
     writeError(lines + QLatin1Char('\n'));
 }
 

@@ -27,9 +27,9 @@ public:
 
     /**
      * What went wrong, one or more lines; the first is marked with the program's name.
-     * @param toolWords what the tool said of it, on lines of its own
+     * @param details what the tool said of it, on lines of its own
      */
-    void problem(const QString &text, const QString &toolWords = {});
+    void error(const QString &message, const QString &details = {});
 
     /** The program's result. @return whether it could be written */
     bool result(const QString &text);

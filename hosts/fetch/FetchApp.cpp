@@ -29,8 +29,8 @@ void FetchApp::start()
 {
     if (!m_log.open(m_options.logFile, detailFor(m_options)) && !m_options.logFile.isEmpty())
         fail(UsageError, QStringLiteral("The log file \"%1\" cannot be written.").arg(m_options.logFile));
-    else if (const QString words = m_tools.problem(); !words.isEmpty())
-        fail(ExtractionFailed, words);
+    else if (const QString message = m_tools.errorString(); !message.isEmpty())
+        fail(ExtractionFailed, message);
     else if (m_options.mode == Options::Mode::ToolVersion)
         askVersion();
     else
@@ -72,20 +72,23 @@ void FetchApp::onPageEnded(int exitCode)
 
 void FetchApp::askVersion()
 {
-    connect(&m_version, &NoxHost::ToolVersionJob::finished, this, [this](const QString &version) {
-        if (m_console.result(version))
-            Q_EMIT ended(Done);
-        else
-            fail(ExtractionFailed, QStringLiteral("The version cannot be written to standard output."));
-    });
-    connect(&m_version, &NoxHost::ToolVersionJob::failed, this,
-            [this](const QString &words, const QString &toolWords) { fail(ExtractionFailed, words, toolWords); });
+    connect(&m_version, &Nox::Job::finished, this, &FetchApp::onVersion);
     m_version.start();
 }
 
-void FetchApp::fail(int exitCode, const QString &words, const QString &toolWords)
+void FetchApp::onVersion()
 {
-    m_console.problem(words, toolWords);
+    if (m_version.error() != Nox::Job::NoError)
+        fail(ExtractionFailed, m_version.errorString(), m_version.errorDetails());
+    else if (m_console.result(m_version.version()))
+        Q_EMIT ended(Done);
+    else
+        fail(ExtractionFailed, QStringLiteral("The version cannot be written to standard output."));
+}
+
+void FetchApp::fail(int exitCode, const QString &message, const QString &details)
+{
+    m_console.error(message, details);
     Q_EMIT ended(exitCode);
 }
 

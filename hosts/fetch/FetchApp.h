@@ -1,10 +1,11 @@
 #pragma once
 
 #include "hosts/common/LibraryLog.h"
-#include "hosts/common/ToolSetup.h"
-#include "hosts/common/ToolVersionJob.h"
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/PageRun.h"
+
+#include <nox/jobs/ToolSetup.h>
+#include <nox/jobs/ToolVersionJob.h>
 
 #include <QObject>
 
@@ -36,13 +37,14 @@ private:
     void startPage();
     void onPageEnded(int exitCode);
     void askVersion();
-    void fail(int exitCode, const QString &words, const QString &toolWords = {});
+    void onVersion();
+    void fail(int exitCode, const QString &message, const QString &details = {});
 
     Options m_options;
     Console &m_console;
     NoxHost::LibraryLog m_log;
-    NoxHost::ToolSetup m_tools;
-    NoxHost::ToolVersionJob m_version;
+    Nox::ToolSetup m_tools;
+    Nox::ToolVersionJob m_version;
     std::unique_ptr<PageRun> m_page;
     int m_pageNumber = 0;
     bool m_isInterrupted = false;

@@ -1,6 +1,6 @@
 #include "hosts/fetch/JsonRecord.h"
 
-#include "hosts/common/StreamText.h"
+#include <nox/jobs/StreamText.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -23,16 +23,16 @@ QString kindName(Nox::MediaType type)
     return QStringLiteral("unknown");
 }
 
-QJsonObject streamObject(const Nox::MediaProfile &stream, NoxHost::Conversion::Kind conversion)
+QJsonObject streamObject(const Nox::MediaProfile &stream, Nox::Conversion::Kind conversion)
 {
     QJsonObject object{
         {QStringLiteral("code"), stream.getName()},
         {QStringLiteral("kind"), kindName(stream.getMediaType())},
         {QStringLiteral("container"), stream.getFormat()},
-        {QStringLiteral("quality"), NoxHost::StreamText::label(stream)},
+        {QStringLiteral("quality"), Nox::StreamText::label(stream)},
         {QStringLiteral("dash"), stream.isDash()},
         {QStringLiteral("3d"), stream.is3D()},
-        {QStringLiteral("mustBeConverted"), conversion != NoxHost::Conversion::None},
+        {QStringLiteral("mustBeConverted"), conversion != Nox::Conversion::None},
         {QStringLiteral("url"), stream.getUrl()},
     };
     if (stream.getVResolution().isValid()) {
@@ -46,11 +46,11 @@ QJsonObject streamObject(const Nox::MediaProfile &stream, NoxHost::Conversion::K
     return object;
 }
 
-QJsonObject choiceObject(const NoxHost::StreamChoice &streams)
+QJsonObject choiceObject(const Nox::StreamChoice &streams)
 {
     const Nox::MediaProfile best = streams.best();
     QJsonObject object{{QStringLiteral("format"), best.getName()}};
-    const Nox::MediaProfile companion = streams.companionFor(best);
+    const Nox::MediaProfile companion = streams.audioFor(best);
     if (companion.isValid())
         object.insert(QStringLiteral("audio"), companion.getName());
     return object;
@@ -58,7 +58,7 @@ QJsonObject choiceObject(const NoxHost::StreamChoice &streams)
 
 } // namespace
 
-QString jsonRecord(const Nox::WebMediaInfo &page, const NoxHost::StreamChoice &streams)
+QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams)
 {
     QJsonArray array;
     const QList<Nox::MediaProfile> all = streams.all();

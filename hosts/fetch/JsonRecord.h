@@ -1,7 +1,6 @@
 #pragma once
 
-#include "hosts/common/StreamChoice.h"
-
+#include <nox/jobs/StreamChoice.h>
 #include <nox/model/WebMediaInfo.h>
 
 #include <QString>
@@ -9,6 +8,6 @@
 namespace NoxFetch {
 
 /** What is known of @p page as a JSON document: the page, its streams best first, and the choice. */
-QString jsonRecord(const Nox::WebMediaInfo &page, const NoxHost::StreamChoice &streams);
+QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams);
 
 } // namespace NoxFetch

@@ -1,8 +1,9 @@
 #include "hosts/fetch/Options.h"
 
-#include "hosts/common/Destination.h"
-#include "hosts/common/UrlCheck.h"
 #include "hosts/fetch/ExitCode.h"
+
+#include <nox/jobs/Destination.h>
+#include <nox/jobs/UrlCheck.h>
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>
@@ -73,7 +74,7 @@ Options optionsFrom(const QCommandLineParser &parser)
                                          : Options::Mode::Download;
     const QStringList addresses = parser.positionalArguments();
     for (const QString &address : addresses)
-        options.urls += NoxHost::UrlCheck::mended(address);
+        options.urls += Nox::UrlCheck::corrected(address);
     options.formatCode = value("format");
     options.audioCode = value("audio");
     options.noAudio = isSet("no-audio");
@@ -108,16 +109,16 @@ QString conflict(const QCommandLineParser &parser)
     return {};
 }
 
-QString destinationProblem(const Options &options)
+QString destinationErrorString(const Options &options)
 {
-    using NoxHost::Destination;
+    using Nox::Destination;
     if (options.output.isEmpty())
-        return Destination::folderProblem(options.folder);
+        return Destination::folderErrorString(options.folder);
     if (QFileInfo(options.output).isDir())
         return QStringLiteral("\"%1\" is a folder: with --folder instead of --output the file gets its name from the "
                               "page's title.")
             .arg(options.output);
-    return Destination::problem(options.output);
+    return Destination::errorString(options.output);
 }
 
 } // namespace
@@ -135,8 +136,8 @@ CommandLine CommandLine::read(const QStringList &arguments)
         return ended(Done, parser.helpText().trimmed());
     if (parser.isSet(QStringLiteral("version")))
         return ended(Done, QStringLiteral("nox-fetch " NOX_FETCH_VERSION));
-    if (const QString words = conflict(parser); !words.isEmpty())
-        return refused(words);
+    if (const QString message = conflict(parser); !message.isEmpty())
+        return refused(message);
     CommandLine result;
     result.options = optionsFrom(parser);
     if (result.options.mode == Options::Mode::ToolVersion)
@@ -144,11 +145,11 @@ CommandLine CommandLine::read(const QStringList &arguments)
     if (result.options.urls.isEmpty())
         return refused(QStringLiteral("Give at least one address."));
     for (const QString &url : std::as_const(result.options.urls))
-        if (const QString words = NoxHost::UrlCheck::problem(url); !words.isEmpty())
-            return refused(result.options.urls.size() == 1 ? words : QStringLiteral("\"%1\": %2").arg(url, words));
+        if (const QString message = Nox::UrlCheck::errorString(url); !message.isEmpty())
+            return refused(result.options.urls.size() == 1 ? message : QStringLiteral("\"%1\": %2").arg(url, message));
     if (result.options.mode == Options::Mode::Download)
-        if (const QString words = destinationProblem(result.options); !words.isEmpty())
-            return ended(UsageError, words);
+        if (const QString message = destinationErrorString(result.options); !message.isEmpty())
+            return ended(UsageError, message);
     return result;
 }
 

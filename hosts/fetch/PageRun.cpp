@@ -1,40 +1,30 @@
 #include "hosts/fetch/PageRun.h"
 
-#include "hosts/common/Conversion.h"
-#include "hosts/common/Destination.h"
-#include "hosts/common/StreamChoice.h"
-#include "hosts/common/TextSanitizer.h"
 #include "hosts/fetch/Console.h"
 #include "hosts/fetch/ExitCode.h"
 #include "hosts/fetch/JsonRecord.h"
 #include "hosts/fetch/StreamRequest.h"
 #include "hosts/fetch/StreamTable.h"
 
-#include <QFileInfo>
+#include <nox/jobs/Conversion.h>
+#include <nox/jobs/Destination.h>
+#include <nox/jobs/StreamChoice.h>
 
 namespace NoxFetch {
 
-using NoxHost::DownloadJob;
-using NoxHost::ExtractionJob;
+using Nox::DownloadJob;
 
-PageRun::PageRun(const Options &options, const QString &url, const NoxHost::ToolSetup &tools, Console &console,
+PageRun::PageRun(const Options &options, const QString &url, const Nox::ToolSetup &tools, Console &console,
                  QObject *parent)
     : QObject(parent)
     , m_options(options)
     , m_url(url)
+    , m_tools(tools)
     , m_console(console)
     , m_progress(console)
-    , m_extraction(tools)
-    , m_download(tools)
+    , m_page(url, tools)
 {
-    connect(&m_extraction, &ExtractionJob::finished, this, &PageRun::onPage);
-    connect(&m_extraction, &ExtractionJob::failed, this, &PageRun::onExtractionFailed);
-    connect(&m_extraction, &ExtractionJob::cancelled, this, &PageRun::onCancelled);
-    connect(&m_download, &DownloadJob::phaseChanged, this, &PageRun::onPhase);
-    connect(&m_download, &DownloadJob::progressed, &m_progress, &ProgressReporter::advance);
-    connect(&m_download, &DownloadJob::finished, this, &PageRun::onFile);
-    connect(&m_download, &DownloadJob::failed, this, &PageRun::onDownloadFailed);
-    connect(&m_download, &DownloadJob::cancelled, this, &PageRun::onCancelled);
+    connect(&m_page, &Nox::Job::finished, this, &PageRun::onPageRead);
 }
 
 void PageRun::start()
@@ -44,25 +34,30 @@ void PageRun::start()
         return;
     }
     m_progress.begin(QStringLiteral("extracting"));
-    m_extraction.start(m_url);
+    m_page.start();
 }
 
 void PageRun::interrupt()
 {
-    if (m_isDownloading)
-        m_download.cancel();
+    if (m_download != nullptr)
+        m_download->cancel();
     else
-        m_extraction.cancel();
+        m_page.cancel();
 }
 
-void PageRun::onPage(const Nox::WebMediaInfo &page)
+void PageRun::onPageRead()
 {
     m_progress.stop();
-    const NoxHost::StreamChoice streams(page);
-    // Who has set a proxy must not take it for used.
-    if (const QString words = m_extraction.unusedSettings(); !words.isEmpty())
-        m_console.note(words);
-    tellPage(page);
+    if (m_page.error() != Nox::Job::NoError) {
+        endWithError(ExtractionFailed, m_page);
+        return;
+    }
+    const QStringList warnings = m_page.warnings();
+    for (const QString &warning : warnings)
+        m_console.note(warning);
+    const Nox::WebMediaInfo page = m_page.page();
+    const Nox::StreamChoice streams = m_page.streams();
+    showPage(page);
     switch (m_options.mode) {
     case Options::Mode::Json:
         printDescription(jsonRecord(page, streams));
@@ -76,104 +71,94 @@ void PageRun::onPage(const Nox::WebMediaInfo &page)
     }
     StreamRequest request = StreamRequest::choose(m_options, streams);
     request.duration = page.getDuration();
-    if (!request.problem.isEmpty()) {
-        fail(UsageError, request.problem);
+    if (!request.errorString.isEmpty()) {
+        fail(UsageError, request.errorString);
         return;
     }
-    const QString warning = NoxHost::Conversion::warning(request.conversion, request.stream, page.getDuration());
+    const QString warning = Nox::Conversion::warning(request.conversion, request.stream, page.getDuration());
     if (!warning.isEmpty())
         m_console.note(warning);
     startDownload(request,
-                  m_options.output.isEmpty() ? NoxHost::Destination::proposed(page, request.stream, m_options.folder)
+                  m_options.output.isEmpty() ? Nox::Destination::proposed(page, request.stream, m_options.folder)
                                              : m_options.output);
-}
-
-void PageRun::onExtractionFailed(const QString &words, const QString &toolWords)
-{
-    fail(ExtractionFailed, words, toolWords);
 }
 
 void PageRun::startDownload(const StreamRequest &request, const QString &destination)
 {
-    QString words = request.needsJoining() ? NoxHost::ToolSetup::joiningProblem() : QString();
-    if (words.isEmpty())
-        words = NoxHost::Destination::folderProblem(QFileInfo(destination).absolutePath());
-    if (!words.isEmpty()) {
-        fail(DownloadFailed, words);
-        return;
-    }
     m_console.note(QStringLiteral("Fetching %1").arg(request.text()));
-    m_isDownloading = true;
-    m_download.start(m_url, request.stream, destination, request.duration);
+    m_download = std::make_unique<DownloadJob>(m_url, request.stream, destination, m_tools);
+    m_download->setDuration(request.duration);
+    connect(m_download.get(), &DownloadJob::phaseChanged, this, &PageRun::showPhase);
+    connect(m_download.get(), &DownloadJob::figuresChanged, &m_progress, &ProgressReporter::advance);
+    connect(m_download.get(), &DownloadJob::waitingTextChanged, this, [this] {
+        if (const QString text = m_download->waitingText(); !text.isEmpty())
+            m_console.note(text);
+    });
+    connect(m_download.get(), &Nox::Job::finished, this, &PageRun::onDownloaded);
+    m_download->start();
 }
 
-void PageRun::onPhase(DownloadJob::Phase phase)
+void PageRun::showPhase()
 {
-    switch (phase) {
-    case DownloadJob::Phase::Waiting:
+    switch (m_download->phase()) {
+    case DownloadJob::Waiting:
         break;
-    case DownloadJob::Phase::Video:
+    case DownloadJob::Video:
         m_progress.begin(QStringLiteral("video"));
         break;
-    case DownloadJob::Phase::Audio:
+    case DownloadJob::Audio:
         m_progress.proceed(QStringLiteral("audio"));
         break;
-    case DownloadJob::Phase::Joining:
+    case DownloadJob::Joining:
         m_progress.begin(QStringLiteral("joining"));
         break;
     }
 }
 
-void PageRun::onDownloadFailed(int code, const QString &words, const QString &toolWords)
-{
-    const QString text = code == 0 ? words : QStringLiteral("%1 (code %2)").arg(words).arg(code);
-    fail(DownloadFailed, text, toolWords);
-}
-
-void PageRun::onCancelled()
+void PageRun::onDownloaded()
 {
     m_progress.stop();
-    m_console.note(QStringLiteral("Interrupted."));
-    end(Interrupted);
-}
-
-void PageRun::tellPage(const Nox::WebMediaInfo &page)
-{
-    const QString title = NoxHost::TextSanitizer::line(page.getTitle());
-    const QString duration = NoxHost::TransferFigures::timeText(page.getDuration());
-    if (!title.isEmpty())
-        m_console.note(page.getDuration() > 0 ? QStringLiteral("%1 (%2)").arg(title, duration) : title);
-}
-
-void PageRun::printDescription(const QString &text)
-{
-    m_progress.stop();
-    if (m_console.result(text))
-        end(Done);
-    else
-        fail(ExtractionFailed, QStringLiteral("The result cannot be written to standard output."));
-}
-
-void PageRun::onFile(const QString &file)
-{
-    m_progress.stop();
-    if (m_console.result(file))
-        end(Done);
+    const QString file = m_download->filePath();
+    if (m_download->error() != Nox::Job::NoError)
+        endWithError(DownloadFailed, *m_download);
+    else if (m_console.result(file))
+        Q_EMIT ended(Done);
     else
         fail(DownloadFailed,
              QStringLiteral("The file is complete, but its path cannot be written to standard output: \"%1\"")
                  .arg(file));
 }
 
-void PageRun::fail(int exitCode, const QString &words, const QString &toolWords)
+void PageRun::showPage(const Nox::WebMediaInfo &page)
 {
-    m_progress.stop();
-    m_console.problem(m_options.urls.size() == 1 ? words : QStringLiteral("%1: %2").arg(m_url, words), toolWords);
-    end(exitCode);
+    const QString duration = Nox::TransferFigures::timeText(page.getDuration());
+    if (const QString title = m_page.title(); !title.isEmpty())
+        m_console.note(page.getDuration() > 0 ? QStringLiteral("%1 (%2)").arg(title, duration) : title);
 }
 
-void PageRun::end(int exitCode)
+void PageRun::printDescription(const QString &text)
 {
+    if (m_console.result(text))
+        Q_EMIT ended(Done);
+    else
+        fail(ExtractionFailed, QStringLiteral("The result cannot be written to standard output."));
+}
+
+/** Ends after a @p job that did not succeed; @p exitCode is for a failure. */
+void PageRun::endWithError(int exitCode, const Nox::Job &job)
+{
+    if (job.error() == Nox::Job::Cancelled) {
+        m_console.note(QStringLiteral("Interrupted."));
+        Q_EMIT ended(Interrupted);
+    } else {
+        fail(exitCode, job.errorString(), job.errorDetails());
+    }
+}
+
+void PageRun::fail(int exitCode, const QString &message, const QString &details)
+{
+    m_progress.stop();
+    m_console.error(m_options.urls.size() == 1 ? message : QStringLiteral("%1: %2").arg(m_url, message), details);
     Q_EMIT ended(exitCode);
 }
 

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "hosts/common/DownloadJob.h"
-#include "hosts/common/ExtractionJob.h"
-#include "hosts/common/ToolSetup.h"
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/ProgressReporter.h"
 
-#include <nox/model/WebMediaInfo.h>
+#include <nox/jobs/DownloadJob.h>
+#include <nox/jobs/PageJob.h>
+#include <nox/jobs/ToolSetup.h>
 
 #include <QObject>
+
+#include <memory>
 
 namespace NoxFetch {
 
@@ -22,7 +23,7 @@ class PageRun : public QObject
 
 public:
     /** @param url one of the addresses in @p options */
-    PageRun(const Options &options, const QString &url, const NoxHost::ToolSetup &tools, Console &console,
+    PageRun(const Options &options, const QString &url, const Nox::ToolSetup &tools, Console &console,
             QObject *parent = nullptr);
 
     /** Begins; ended() follows. */
@@ -36,25 +37,22 @@ Q_SIGNALS:
     void ended(int exitCode);
 
 private:
-    void onPage(const Nox::WebMediaInfo &page);
-    void onExtractionFailed(const QString &words, const QString &toolWords);
+    void onPageRead();
     void startDownload(const StreamRequest &request, const QString &destination);
-    void onPhase(NoxHost::DownloadJob::Phase phase);
-    void onFile(const QString &file);
-    void onDownloadFailed(int code, const QString &words, const QString &toolWords);
-    void onCancelled();
-    void tellPage(const Nox::WebMediaInfo &page);
+    void showPhase();
+    void onDownloaded();
+    void showPage(const Nox::WebMediaInfo &page);
     void printDescription(const QString &text);
-    void fail(int exitCode, const QString &words, const QString &toolWords = {});
-    void end(int exitCode);
+    void endWithError(int exitCode, const Nox::Job &job);
+    void fail(int exitCode, const QString &message, const QString &details = {});
 
     Options m_options;
     QString m_url;
+    Nox::ToolSetup m_tools;
     Console &m_console;
     ProgressReporter m_progress;
-    NoxHost::ExtractionJob m_extraction;
-    NoxHost::DownloadJob m_download;
-    bool m_isDownloading = false;
+    Nox::PageJob m_page;
+    std::unique_ptr<Nox::DownloadJob> m_download; // from the moment at which it begins
 };
 
 } // namespace NoxFetch

@@ -11,7 +11,7 @@ constexpr int activityWidth = 10;
 constexpr int minimumBar = 10;
 constexpr int maximumBar = 40;
 
-QString percentText(const NoxHost::TransferFigures &figures)
+QString percentText(const Nox::TransferFigures &figures)
 {
     return QStringLiteral("%1%").arg(figures.percent(), 3);
 }
@@ -32,14 +32,14 @@ QString bar(int percent, int width)
 
 } // namespace
 
-QString statusLine(const QString &activity, const NoxHost::TransferFigures &figures, int width, int tick)
+QString statusLine(const QString &activity, const Nox::TransferFigures &figures, int width, int tick)
 {
     const int room = width - 1; // a full last column makes some terminals wrap
     const QLocale locale = QLocale::c();
     if (figures.total() == 0) {
         const QString marks = QStringLiteral("|/-\\");
-        const QString words = joined({activity, figures.amountText(locale), figures.speedText(locale)});
-        return (words + QLatin1Char(' ') + marks.at(tick % static_cast<int>(marks.size()))).left(room);
+        const QString text = joined({activity, figures.amountText(locale), figures.speedText(locale)});
+        return (text + QLatin1Char(' ') + marks.at(tick % static_cast<int>(marks.size()))).left(room);
     }
     const QString head = activity.leftJustified(activityWidth) + percentText(figures) + QLatin1Char(' ');
     const QString tail = QStringLiteral(" %1  %2  %3")
@@ -50,7 +50,7 @@ QString statusLine(const QString &activity, const NoxHost::TransferFigures &figu
     return head + bar(figures.percent(), barWidth) + tail;
 }
 
-QString plainLine(const QString &activity, const NoxHost::TransferFigures &figures)
+QString plainLine(const QString &activity, const Nox::TransferFigures &figures)
 {
     const QLocale locale = QLocale::c();
     const QString timeLeft = figures.timeLeftText();

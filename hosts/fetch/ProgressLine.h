@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/common/TransferFigures.h"
+#include <nox/jobs/TransferFigures.h>
 
 #include <QString>
 
@@ -10,9 +10,9 @@ namespace NoxFetch {
  * A status line of at most @p width columns: what is going on, and once there are figures a bar with
  * percent, amount, speed and time left; until then a mark that turns with @p tick.
  */
-QString statusLine(const QString &activity, const NoxHost::TransferFigures &figures, int width, int tick);
+QString statusLine(const QString &activity, const Nox::TransferFigures &figures, int width, int tick);
 
 /** The same figures as one plain line for a log. */
-QString plainLine(const QString &activity, const NoxHost::TransferFigures &figures);
+QString plainLine(const QString &activity, const Nox::TransferFigures &figures);
 
 } // namespace NoxFetch

@@ -41,12 +41,12 @@ void ProgressReporter::proceed(const QString &activity)
     }
 }
 
-void ProgressReporter::advance(const NoxHost::TransferFigures &figures)
+void ProgressReporter::advance(const Nox::TransferFigures &figures)
 {
     m_figures = figures;
     const int percent = figures.percent();
     const bool isDue = figures.total() > 0 ? percent >= m_linePercent + linePercents && m_sinceLine.elapsed() >= lineMs
-                                           : figures.done() > 0 && m_sinceLine.elapsed() >= unknownMs;
+                                           : figures.processed() > 0 && m_sinceLine.elapsed() >= unknownMs;
     if (m_console.isTerminal() || !isDue)
         return;
     m_linePercent = percent;

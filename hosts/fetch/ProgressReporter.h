@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/common/TransferFigures.h"
+#include <nox/jobs/TransferFigures.h>
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -29,7 +29,7 @@ public:
     void proceed(const QString &activity);
 
     /** It has got on. */
-    void advance(const NoxHost::TransferFigures &figures);
+    void advance(const Nox::TransferFigures &figures);
 
     /** Nothing more to tell. */
     void stop();
@@ -39,7 +39,7 @@ private:
 
     Console &m_console;
     QString m_activity;
-    NoxHost::TransferFigures m_figures;
+    Nox::TransferFigures m_figures;
     QTimer m_redraw;
     int m_tick = 0;
     QElapsedTimer m_sinceLine;

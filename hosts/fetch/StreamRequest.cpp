@@ -1,7 +1,7 @@
 #include "hosts/fetch/StreamRequest.h"
 
-#include "hosts/common/StreamText.h"
-#include "hosts/common/TextSanitizer.h"
+#include <nox/jobs/StreamText.h>
+#include <nox/jobs/TextSanitizer.h>
 
 #include <QStringList>
 
@@ -11,20 +11,18 @@ namespace {
 
 using Nox::MediaProfile;
 
-StreamRequest refused(const QString &problem)
+StreamRequest refused(const QString &message)
 {
     StreamRequest request;
-    request.problem = problem;
+    request.errorString = message;
     return request;
 }
 
-template <typename Predicate>
-QString codesOf(const QList<MediaProfile> &streams, Predicate suits)
+QString codesOf(const QList<MediaProfile> &streams)
 {
     QStringList codes;
     for (const MediaProfile &stream : streams)
-        if (suits(stream))
-            codes += NoxHost::TextSanitizer::line(stream.getName());
+        codes += Nox::TextSanitizer::line(stream.getName());
     return codes.isEmpty() ? QStringLiteral("none") : codes.join(QStringLiteral(", "));
 }
 
@@ -32,7 +30,7 @@ QString codesOf(const QList<MediaProfile> &streams, Predicate suits)
 
 std::optional<StreamRequest> StreamRequest::withoutPage(const Options &options)
 {
-    using NoxHost::StreamChoice;
+    using Nox::StreamChoice;
     const bool isComplete = StreamChoice::isUsableCode(options.formatCode)
         && StreamChoice::isUsableCode(options.audioCode) && !options.output.isEmpty();
     if (options.mode != Options::Mode::Download || !isComplete)
@@ -45,13 +43,18 @@ std::optional<StreamRequest> StreamRequest::withoutPage(const Options &options)
     return request;
 }
 
-StreamRequest StreamRequest::choose(const Options &options, const NoxHost::StreamChoice &streams)
+StreamRequest StreamRequest::choose(const Options &options, const Nox::StreamChoice &streams)
 {
-    using NoxHost::StreamChoice;
+    using Nox::StreamChoice;
     const MediaProfile audio = options.audioCode.isEmpty() ? MediaProfile() : streams.find(options.audioCode);
-    if (!options.audioCode.isEmpty() && !StreamChoice::holdsSound(audio)) {
-        return refused(QStringLiteral("The page has no stream with sound and the code \"%1\"; it has: %2")
-                           .arg(options.audioCode, codesOf(streams.all(), StreamChoice::holdsSound)));
+    if (!options.audioCode.isEmpty() && audio.getMediaType() != Nox::MEDIA_TYPE_AUDIO) {
+        // ffmpeg takes the larger of two pictures.
+        const QString reason = audio.isValid()
+            ? QStringLiteral(
+                "Stream \"%1\" holds a picture, which could take the place of the video's: --audio is for a "
+                "stream of sound alone; the page has: %2")
+            : QStringLiteral("The page has no stream of sound with the code \"%1\"; it has: %2");
+        return refused(reason.arg(Nox::TextSanitizer::line(options.audioCode), codesOf(streams.audio())));
     }
     StreamRequest request;
     if (!options.formatCode.isEmpty())
@@ -62,17 +65,17 @@ StreamRequest StreamRequest::choose(const Options &options, const NoxHost::Strea
         return refused(QStringLiteral("The page has no video without sound: --audio does not apply to it."));
     if (!request.stream.isValid()) {
         return refused(QStringLiteral("The page has no stream with the code \"%1\"; it has: %2")
-                           .arg(options.formatCode, codesOf(streams.all(), [](const MediaProfile &) { return true; })));
+                           .arg(options.formatCode, codesOf(streams.all())));
     }
-    if (audio.isValid() && !StreamChoice::needsCompanion(request.stream)) {
+    if (audio.isValid() && !StreamChoice::needsAudio(request.stream)) {
         return refused(QStringLiteral("Stream \"%1\" is no video without sound: --audio does not apply to it.")
-                           .arg(NoxHost::TextSanitizer::line(request.stream.getName())));
+                           .arg(Nox::TextSanitizer::line(request.stream.getName())));
     }
     if (audio.isValid())
         request.stream.setPreferredDashAudioYdCode(audio.getName());
     else if (!options.noAudio)
-        request.stream.setPreferredDashAudioYdCode(streams.companionFor(request.stream).getName());
-    request.conversion = request.needsJoining() ? streams.conversion(request.stream) : NoxHost::Conversion::None;
+        request.stream.setPreferredDashAudioYdCode(streams.audioFor(request.stream).getName());
+    request.conversion = request.needsJoining() ? streams.conversion(request.stream) : Nox::Conversion::None;
     return request;
 }
 
@@ -83,13 +86,13 @@ bool StreamRequest::needsJoining() const
 
 QString StreamRequest::text() const
 {
-    using NoxHost::StreamText;
-    QStringList words{StreamText::kind(stream), StreamText::container(stream), StreamText::label(stream)};
-    words.removeAll(QString());
+    using Nox::StreamText;
+    QStringList parts{StreamText::kind(stream), StreamText::container(stream), StreamText::label(stream)};
+    parts.removeAll(QString());
     const QString text = QStringLiteral("stream %1 (%2)")
-                             .arg(NoxHost::TextSanitizer::line(stream.getName()), words.join(QStringLiteral(", ")));
+                             .arg(Nox::TextSanitizer::line(stream.getName()), parts.join(QStringLiteral(", ")));
     return needsJoining()
-        ? text + QStringLiteral(" with audio ") + NoxHost::TextSanitizer::line(stream.getPreferredDashAudioYdCode())
+        ? text + QStringLiteral(" with audio ") + Nox::TextSanitizer::line(stream.getPreferredDashAudioYdCode())
         : text;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "hosts/common/StreamChoice.h"
 #include "hosts/fetch/Options.h"
 
+#include <nox/jobs/StreamChoice.h>
 #include <nox/model/MediaProfile.h>
 
 #include <QString>
@@ -14,12 +14,12 @@ namespace NoxFetch {
 /** Which stream of the page is to be downloaded, or why the user's wish cannot be met. */
 struct StreamRequest {
     Nox::MediaProfile stream; ///< Its preferred audio code set when it is to be joined.
-    QString problem;          ///< In words; empty when there is a stream.
+    QString errorString;      ///< Why there is no stream, for a person; empty when there is one.
 
     qint64 duration = 0; ///< Of the page, in seconds; 0 when unknown.
 
     /** What joining converts; None also where the page was not asked. */
-    NoxHost::Conversion::Kind conversion = NoxHost::Conversion::None;
+    Nox::Conversion::Kind conversion = Nox::Conversion::None;
 
     /**
      * What @p options ask for when they name both streams and the file, so that nothing has to be looked up
@@ -28,7 +28,7 @@ struct StreamRequest {
     static std::optional<StreamRequest> withoutPage(const Options &options);
 
     /** Picks what @p options ask for from @p streams. */
-    static StreamRequest choose(const Options &options, const NoxHost::StreamChoice &streams);
+    static StreamRequest choose(const Options &options, const Nox::StreamChoice &streams);
 
     /** Whether two streams are to be joined. */
     bool needsJoining() const;

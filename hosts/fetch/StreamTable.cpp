@@ -1,7 +1,7 @@
 #include "hosts/fetch/StreamTable.h"
 
-#include "hosts/common/StreamText.h"
-#include "hosts/common/TextSanitizer.h"
+#include <nox/jobs/StreamText.h>
+#include <nox/jobs/TextSanitizer.h>
 
 #include <QStringList>
 #include <QVector>
@@ -13,13 +13,13 @@ namespace NoxFetch {
 namespace {
 
 using Nox::MediaProfile;
-using NoxHost::StreamText;
+using Nox::StreamText;
 
 QStringList row(const MediaProfile &stream, const QString &mark, bool isChosen)
 {
     QStringList cells{
         isChosen ? QStringLiteral("*") : QString(),
-        NoxHost::TextSanitizer::line(stream.getName()),
+        Nox::TextSanitizer::line(stream.getName()),
         StreamText::kind(stream),
         StreamText::container(stream),
         StreamText::label(stream),
@@ -44,17 +44,16 @@ QString joined(const QStringList &cells, const QVector<int> &widths)
 
 } // namespace
 
-QString streamTable(const NoxHost::StreamChoice &streams)
+QString streamTable(const Nox::StreamChoice &streams)
 {
     const MediaProfile best = streams.best();
-    const QStringList chosen{best.getName(), streams.companionFor(best).getName()};
+    const QStringList chosen{best.getName(), streams.audioFor(best).getName()};
     QVector<QStringList> rows{{QString(), QStringLiteral("CODE"), QStringLiteral("KIND"), QStringLiteral("CONTAINER"),
                                QStringLiteral("QUALITY"), QStringLiteral("SIZE"), QStringLiteral("DASH/3D"),
                                QString()}};
     const QList<MediaProfile> all = streams.all();
     for (const MediaProfile &stream : all)
-        rows.append(
-            row(stream, NoxHost::Conversion::mark(streams.conversion(stream)), chosen.contains(stream.getName())));
+        rows.append(row(stream, Nox::Conversion::mark(streams.conversion(stream)), chosen.contains(stream.getName())));
     QVector<int> widths(rows.constFirst().size(), 1);
     for (const QStringList &cells : std::as_const(rows))
         for (int i = 0; i < cells.size(); ++i)

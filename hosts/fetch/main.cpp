@@ -1,11 +1,12 @@
 #include "hosts/common/InterruptWatcher.h"
 #include "hosts/common/Locale.h"
-#include "hosts/common/ToolSetup.h"
 #include "hosts/fetch/Console.h"
 #include "hosts/fetch/ExitCode.h"
 #include "hosts/fetch/FetchApp.h"
-#include "hosts/fetch/MessageHandler.h"
 #include "hosts/fetch/Options.h"
+
+#include <nox/jobs/TextSanitizer.h>
+#include <nox/jobs/ToolSetup.h>
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -35,24 +36,31 @@ int main(int argc, char *argv[])
     using namespace NoxFetch;
 
     occupyClosedChannels();
-    // A reader that goes away shows as an error of the write, which can be told. The programs get the usual answer.
+    // A closed pipe is then a write error, which can be reported. Child processes get the default action again.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     NoxHost::ensureUtf8Locale();
-    Console console;
-    MessageHandler messages(console);
+    static Console console;
+    static bool showsTraces = false; // of the library, on Qt's debug channel
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &message) {
+        const QString line = Nox::TextSanitizer::line(message);
+        if (type == QtFatalMsg || type == QtCriticalMsg)
+            console.error(line);
+        else if (showsTraces)
+            console.note(line);
+    });
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("nox-fetch"));
-    NoxHost::ToolSetup::prepareEnvironment();
+    Nox::ToolSetup::prepareEnvironment();
 
     const CommandLine commandLine = CommandLine::read(QCoreApplication::arguments());
     if (commandLine.exitCode) {
         if (*commandLine.exitCode == Done)
             return console.result(commandLine.text) ? Done : ExtractionFailed;
-        console.problem(commandLine.text);
+        console.error(commandLine.text);
         return *commandLine.exitCode;
     }
     console.setQuiet(commandLine.options.quiet);
-    messages.setVerbose(commandLine.options.verbose);
+    showsTraces = commandLine.options.verbose;
 
     FetchApp fetch(commandLine.options, console);
     NoxHost::InterruptWatcher interrupts;

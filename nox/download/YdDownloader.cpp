@@ -24,7 +24,6 @@ namespace Nox {
 namespace {
 
 constexpr int teardownWait = 50; // milliseconds
-constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
 
 } // namespace
 

@@ -15,12 +15,6 @@
 
 namespace Nox {
 
-namespace {
-
-constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
-
-} // namespace
-
 YdExtractor::YdExtractor(const QString &toolPath, const QString &pycacheDir)
     : m_tempDir(QDir::tempPath())
     , m_toolPath(toolPath)

@@ -4,6 +4,9 @@
 
 namespace Nox {
 
+/** The signal that reports the end of a process; Qt 5 has a second one of that name. */
+inline constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
+
 /**
  * An external program, started from a command text, in a process group of its own: whatever the
  * program starts itself is stopped with it and goes when it ends. On Linux a program that the main

@@ -1,11 +1,15 @@
 # Started by CTest, see CMakeLists.txt. WAY says how the library comes to the example:
 #
 #   shared        installed from the build at hand, found with CMake under both names and with pkg-config
-#   static        the same with a static library, built for the purpose
-#   subdirectory  as a part of the example's project
+#   static        the same with a static library, built for the purpose and installed into an absolute folder
+#   subdirectory  as a part of the example's project, which has a unity build and flags of its own
+#
+# The projects have what others have: jsoncpp for themselves, the package found twice, strict flags, a later C++.
 
 file(REMOVE_RECURSE ${SCRATCH})
 set(prefix ${SCRATCH}/prefix)
+set(libraries ${prefix}/${LIBDIR})
+set(flags "-Werror -Wall -Wextra -Wshadow -Wold-style-cast -fno-exceptions -fno-rtti")
 set(common -G ${GENERATOR} -D CMAKE_BUILD_TYPE=Release -D CMAKE_CXX_COMPILER=${COMPILER}
     -D CMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER} --no-warn-unused-cli)
 
@@ -29,7 +33,7 @@ function(try_out dir)
     file(MAKE_DIRECTORY ${dir}/python3.10/bin ${dir}/stage)
     file(CREATE_LINK ${SOURCE}/tests/fakes/program.py ${dir}/python3.10/bin/python3.10 SYMBOLIC)
     execute_process(
-        COMMAND ${CMAKE_COMMAND} -E env NOX_STAGE=${dir}/stage NOX_SCENARIO= LC_ALL=C.UTF-8 LD_LIBRARY_PATH=${prefix}/${LIBDIR}
+        COMMAND ${CMAKE_COMMAND} -E env NOX_STAGE=${dir}/stage NOX_SCENARIO= LC_ALL=C.UTF-8 LD_LIBRARY_PATH=${libraries}
             XDG_CACHE_HOME=${dir}/cache ${dir}/titles http://localhost/
         RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE complaints)
     if(NOT result EQUAL 0 OR NOT output STREQUAL "Clip\n")
@@ -42,41 +46,65 @@ endfunction()
 function(use_pkg_config dir)
     file(MAKE_DIRECTORY ${dir})
     execute_process(
-        COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/${LIBDIR}/pkgconfig pkg-config --cflags --libs ${PACKAGE}
+        COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${libraries}/pkgconfig pkg-config --cflags --libs ${PACKAGE}
         OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     separate_arguments(flags UNIX_COMMAND "${flags}")
     run(${COMPILER} -std=c++17 -o ${dir}/titles ${SOURCE}/examples/titles/titles.cpp ${flags})
     try_out(${dir})
 endfunction()
 
+# use_package(NAME PRELUDE [CMAKE-OPTION...]): the example, but with this text in place of its find_package().
+function(use_package name prelude)
+    set(example ${SCRATCH}/${name}-source)
+    file(READ ${SOURCE}/examples/titles/CMakeLists.txt text)
+    string(REPLACE "find_package(NoxWebMedia REQUIRED)" "${prelude}\nlink_libraries(JsonCpp::JsonCpp)" text "${text}")
+    file(WRITE ${example}/CMakeLists.txt "${text}")
+    file(COPY ${SOURCE}/examples/titles/titles.cpp DESTINATION ${example})
+    build(${example} ${SCRATCH}/${name} -D CMAKE_PREFIX_PATH=${prefix} -D NoxWebMedia_ROOT=${libraries} -D NoxWebMediaQt${QT}_ROOT=${libraries}
+        ${ARGN})
+    try_out(${SCRATCH}/${name})
+endfunction()
+
 function(use_installed)
-    foreach(name IN ITEMS NoxWebMedia NoxWebMediaQt${QT})
-        # The example as it stands, but for the package's name.
-        set(example ${SCRATCH}/${name}-source)
-        file(READ ${SOURCE}/examples/titles/CMakeLists.txt text)
-        string(REPLACE "find_package(NoxWebMedia " "find_package(${name} " text "${text}")
-        file(WRITE ${example}/CMakeLists.txt "${text}")
-        file(COPY ${SOURCE}/examples/titles/titles.cpp DESTINATION ${example})
-        build(${example} ${SCRATCH}/${name} -D CMAKE_PREFIX_PATH=${prefix})
-        try_out(${SCRATCH}/${name})
-    endforeach()
+    set(find "find_package(NoxWebMedia REQUIRED)")
+    set(find_named "find_package(NoxWebMediaQt${QT} REQUIRED)")
+    set(find_jsoncpp "find_package(jsoncpp REQUIRED)")
+    use_package(jsoncpp-first "${find_jsoncpp}\n${find}\n${find}" -D CMAKE_CXX_FLAGS=${flags})
+    use_package(jsoncpp-last "${find_named}\n${find_named}\n${find_jsoncpp}"
+        -D CMAKE_CXX_STANDARD=20 -D CMAKE_INTERPROCEDURAL_OPTIMIZATION=ON)
     use_pkg_config(${SCRATCH}/pkg-config)
 endfunction()
 
 if(WAY STREQUAL shared)
-    run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix})
+    run(sh -c "umask 077 && exec '${CMAKE_COMMAND}' --install '${BUILD}' --prefix '${prefix}'")
+    execute_process(COMMAND find ${prefix} -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
+    if(closed)
+        message(FATAL_ERROR "Others cannot read these folders:\n${closed}")
+    endif()
+    file(STRINGS ${prefix}/${LIBDIR}/lib${LIBRARY}.so paths REGEX "${SOURCE}/")
+    if(paths)
+        message(FATAL_ERROR "The library holds paths of the folder of its sources: ${paths}")
+    endif()
     use_installed()
+    run(${CMAKE_COMMAND} --build ${BUILD} --target uninstall)
+    file(GLOB_RECURSE left ${prefix}/*)
+    if(left)
+        message(FATAL_ERROR "The target uninstall leaves ${left}")
+    endif()
 elseif(WAY STREQUAL static)
+    set(libraries ${prefix}/static-libraries)
     build(${SOURCE} ${SCRATCH}/build -D BUILD_SHARED_LIBS=OFF -D NOX_QT_MAJOR=${QT} -D NOX_BUILD_HOSTS=OFF
-        -D NOX_BUILD_TESTS=OFF -D NOX_BUILD_EXAMPLES=OFF)
-    run(${CMAKE_COMMAND} --install ${SCRATCH}/build --prefix ${prefix})
-    if(NOT EXISTS ${prefix}/${LIBDIR}/lib${LIBRARY}.a)
+        -D BUILD_TESTING=OFF -D NOX_BUILD_EXAMPLES=OFF -D CMAKE_INSTALL_PREFIX=${prefix}
+        -D CMAKE_INSTALL_LIBDIR=${libraries})
+    run(${CMAKE_COMMAND} --install ${SCRATCH}/build)
+    if(NOT EXISTS ${libraries}/lib${LIBRARY}.a)
         message(FATAL_ERROR "No static library was installed")
     endif()
     use_installed()
 else()
     set(dir ${SCRATCH}/build)
-    build(${SOURCE}/tests/consumer/subdirectory ${dir} -D NOX_SOURCE_DIR=${SOURCE} -D NOX_QT_MAJOR=${QT})
+    set(options -D NOX_SOURCE_DIR=${SOURCE} -D NOX_QT_MAJOR=${QT} -D CMAKE_UNITY_BUILD=ON -D CMAKE_CXX_FLAGS=${flags})
+    build(${SOURCE}/tests/consumer/subdirectory ${dir} ${options})
     try_out(${dir})
     foreach(unwanted IN ITEMS bin package DartConfiguration.tcl CPackConfig.cmake compile_commands.json)
         if(EXISTS ${dir}/${unwanted})
@@ -87,4 +115,12 @@ else()
     if(EXISTS ${prefix})
         message(FATAL_ERROR "The library is installed by the project that uses it")
     endif()
+    # Unless the project wants that: then it can export what links the library.
+    build(${SOURCE}/tests/consumer/subdirectory ${dir} ${options} -D NOX_INSTALL=ON)
+    run(${CMAKE_COMMAND} --install ${dir} --prefix ${prefix})
+    foreach(wanted IN ITEMS guestTargets.cmake lib${LIBRARY}.so)
+        if(NOT EXISTS ${prefix}/${LIBDIR}/${wanted})
+            message(FATAL_ERROR "${wanted} is not installed")
+        endif()
+    endforeach()
 endif()

@@ -39,9 +39,8 @@ void addSuccesses(const TextTable &row)
         "dump 137 140 ffmpeg", "Clip.mp4=137+140");
     row("format", "", "-f|18", "0", done, "video", "dump 18", "Clip.mp4=18");
     row("no audio", "", "--no-audio", "0", done, "!joining", "dump 137", "Clip.mp4=137");
-    row("other audio", "251: announce webm", "-a|251", "0", done, "", "dump 137 251 ffmpeg", "Clip.mp4=137+251");
-    row("other stream's sound", "18: announce mp4", "-a|18", "0", done, "audio must be converted|: 2 min.",
-        "dump 137 18 ffmpeg", "Clip.mp4=137+18");
+    row("other audio", "251: announce webm", "-a|251", "0", done, "audio must be converted|: 2 min.",
+        "dump 137 251 ffmpeg", "Clip.mp4=137+251");
     row("audio alone", "", "-f|140", "0", "DIR/Clip.m4a\n", "audio", "dump 140", "Clip.m4a=140");
     row("output", "", "-f|18|-o|my %(id)s.x", "0", "DIR/my %(id)s.x\n", "", "dump 18", "my %(id)s.x=18");
     row("both codes and output", "", "-f|137|-a|140|-o|x.mp4", "0", "DIR/x.mp4\n",
@@ -74,7 +73,9 @@ void addFailures(const TextTable &row)
     row("unknown code taken at its word", "999: err ERROR: no such format\\n|exit 1", "-f|137|-a|999|-o|x.mp4", "3", "",
         "tool gave up|code -4|ERROR: no such format", "137 999");
     row("codes that are options", "", "-f|--exec=x|-a|140|-o|x.mp4", "2", "", "--exec=x", "dump");
-    row("audio that is silent", "", "-a|137", "2", "", "it has: 18, 251, 140", "dump");
+    row("unknown audio", "", "-a|999", "2", "", "\"999\"; it has: 251, 140", "dump");
+    row("audio with a picture", "18: announce mp4", "-a|18", "2", "", "\"18\" holds a picture|has: 251, 140", "dump");
+    row("audio that is silent", "", "-f|137|-a|137", "2", "", "\"137\" holds a picture|has: 251, 140", "dump");
     row("audio for a stream with sound", "", "-f|18|-a|140", "2", "", "\"18\"", "dump");
 
     row("page error", R"(dump: err ERROR: no such video\n|exit 1)", "", "1", "", "could not read|ERROR: no such video",

@@ -348,10 +348,12 @@ void HostCommonTest::partialFolder()
         QVERIFY(folder.isJoining());
         QCOMPARE(folder.release("missing"_s, parent.filePath("x"_s)), QString());
         QCOMPARE(folder.release("{2}YDTMP_.m4a"_s, parent.filePath("x.m4a"_s)), parent.filePath("x.m4a"_s));
+        QVERIFY(QFile::link(parent.filePath("nowhere"_s), parent.filePath("y.mp4"_s)));
+        QCOMPARE(folder.release("{1}YDTMP_.mp4"_s, parent.filePath("y.mp4"_s)), parent.filePath("y(1).mp4"_s));
         QVERIFY(QDir().mkpath(folder.filePath("sub/sub"_s)) && put(folder.filePath("sub/.hidden"_s)));
     }
-    QCOMPARE(QDir(parent.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList("x.m4a"_s));
+    QCOMPARE(QDir(parent.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot | QDir::System),
+             (QStringList{"x.m4a"_s, "y(1).mp4"_s, "y.mp4"_s}));
 }
 
 void HostCommonTest::toolMessages_data()

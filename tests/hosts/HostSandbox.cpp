@@ -54,7 +54,9 @@ void HostSandbox::installStandIns()
 
 void HostSandbox::let(const QString &mark) const
 {
-    QFile(path("notes/mark."_s + mark)).open(QIODevice::WriteOnly);
+    QFile file(path("notes/mark."_s + mark));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot create %s", qPrintable(file.fileName()));
 }
 
 bool HostSandbox::hangs(const QString &key) const

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace NoxHost;
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void init();
     void ownTool_data();
     void ownTool();
+    void bytecodeFolder();
     void environment();
 
 private:
@@ -82,6 +84,26 @@ void ToolSetupTest::ownTool()
     QTEST(ToolSetup().toolFile() == own, "isUsed");
     QTEST(ToolSetup().toolFile() != beside, "isUsed");
     QCOMPARE(ToolSetup("/x/tool.zip"_s).toolFile(), "/x/tool.zip"_s);
+}
+
+void ToolSetupTest::bytecodeFolder()
+{
+    constexpr int ofOthers = 0x77; // in Qt's form
+    const auto accessOfOthers = [](const QString &path) { return int(QFile::permissions(path)) & ofOthers; };
+    const mode_t before = ::umask(0);
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(m_data->filePath("cache"_s)));
+    const QString folder = ToolSetup().pycacheFolder();
+    ::umask(before);
+    QCOMPARE(folder, m_data->filePath("cache/noxwebmedia/pycache"_s));
+    for (const QString &path : {folder, QFileInfo(folder).path(), m_data->filePath("cache"_s)})
+        QVERIFY2(QFileInfo(path).isDir() && accessOfOthers(path) == 0, qPrintable(path));
+    QCOMPARE(ToolSetup().pycacheFolder(), folder); // it is there now
+
+    QVERIFY(QFile::setPermissions(folder, QFile::permissions(folder) | QFile::WriteOther));
+    QCOMPARE(ToolSetup().pycacheFolder(), QString());
+    put(m_data->filePath("file"_s), QFile::ReadOwner);
+    for (const QString &name : {"file"_s, "file/x/y"_s})
+        QCOMPARE(ToolSetup({}, m_data->filePath(name)).pycacheFolder(), QString());
 }
 
 void ToolSetupTest::environment()

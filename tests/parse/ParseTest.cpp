@@ -13,6 +13,7 @@
 
 #include <json/reader.h>
 
+#include <fstream>
 #include <locale>
 #include <thread>
 
@@ -588,7 +589,7 @@ private Q_SLOTS:
         const QString late = path("late"_s);
         std::thread writer([late] {
             std::this_thread::sleep_for(std::chrono::milliseconds(300));
-            QFile(late).open(QIODevice::WriteOnly);
+            std::ofstream(QFile::encodeName(late).toStdString());
         });
         const bool seen = parser.waitFile(late);
         writer.join();

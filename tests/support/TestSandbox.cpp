@@ -22,6 +22,14 @@ void writeOld(const QString &name)
         qFatal("cannot write %s", qPrintable(name));
 }
 
+/** Creates an empty file. */
+void touch(const QString &name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot create %s", qPrintable(name));
+}
+
 } // namespace
 
 TestSandbox::TestSandbox()
@@ -92,7 +100,7 @@ void TestSandbox::provide(Program program, Condition condition, const QString &a
     if (condition == Missing)
         QFile::remove(file);
     else if (condition == NotExecutable)
-        QFile(next).open(QIODevice::WriteOnly);
+        touch(next);
     else if (condition == StandIn)
         QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), next);
     else
@@ -110,7 +118,7 @@ void TestSandbox::provide(Program program, Condition condition)
 
 void TestSandbox::mark(const QString &name)
 {
-    QFile(path(QStringLiteral("notes/mark.") + name)).open(QIODevice::WriteOnly);
+    touch(path(QStringLiteral("notes/mark.") + name));
 }
 
 bool TestSandbox::isMarked(const QString &name) const
@@ -165,8 +173,8 @@ QString TestSandbox::files() const
     const QFileInfoList infos = QDir(folder()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QFileInfo &info : infos) {
         QFile file(info.filePath());
-        file.open(QIODevice::ReadOnly);
-        result.append(plain(info.fileName() + QLatin1Char('=') + QString::fromUtf8(file.readAll())));
+        const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray(); // or a dangling link
+        result.append(plain(info.fileName() + QLatin1Char('=') + QString::fromUtf8(text)));
     }
     result.sort();
     return result.join(QStringLiteral(", "));

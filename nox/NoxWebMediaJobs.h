@@ -1,0 +1,19 @@
+#pragma once
+
+/**
+ * @file
+ * Every public header of the second library, that of the jobs, in one.
+ */
+#include <nox/jobs/Conversion.h>
+#include <nox/jobs/Destination.h>
+#include <nox/jobs/DownloadJob.h>
+#include <nox/jobs/Job.h>
+#include <nox/jobs/JobsTranslation.h>
+#include <nox/jobs/PageJob.h>
+#include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/StreamText.h>
+#include <nox/jobs/TextSanitizer.h>
+#include <nox/jobs/ToolSetup.h>
+#include <nox/jobs/ToolVersionJob.h>
+#include <nox/jobs/TransferFigures.h>
+#include <nox/jobs/UrlCheck.h>

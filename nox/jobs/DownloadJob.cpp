@@ -1,0 +1,338 @@
+#include <nox/jobs/DownloadJob.h>
+
+#include <nox/front/DownloadError.h>
+#include <nox/front/WebMediaDownloaderFactory.h>
+#include <nox/jobs/Destination.h>
+#include <nox/jobs/DownloadFolder.h>
+#include <nox/jobs/FailureText.h>
+#include <nox/jobs/JobPrivate.h>
+#include <nox/jobs/JoinProgress.h>
+#include <nox/jobs/PageJob.h>
+#include <nox/jobs/ServerWait.h>
+#include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/UrlCheck.h>
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QPointer>
+
+namespace Nox {
+
+namespace {
+
+constexpr int doubtMs = 1000; // after a process error, for what else the process has to report
+constexpr int watchMs = 250;
+constexpr int growthMs = 1500; // so long the tool is given to tell figures of its own
+constexpr int staleMs = 5000;  // then a speed is no longer true
+
+} // namespace
+
+class DownloadJob::Private : public JobPrivate
+{
+public:
+    Private(const ToolSetup &setup, const QString &address, const MediaProfile &profile, const QString &file);
+    ~Private() override { disconnect(); }
+
+    DownloadJob *job() const { return static_cast<DownloadJob *>(q); }
+
+    const QString url;
+    const MediaProfile stream;
+    const QString destination; // absolute
+    qint64 duration = 0;
+    Job::Error pageError = Job::NoError; // of the page that named stream and destination
+    QString pageErrorString;
+    Phase phase = Waiting;
+    TransferFigures figures;
+    ServerWait serverWait;
+    QString filePath;
+
+protected:
+    void begin() override;
+    void stop() override { m_downloader->cancel(); }
+    void onSilence() override { end(Job::OtherError); }
+    bool clear() override;
+    bool hasToolFailed() const override { return !m_failedWhileJoining; }
+    void explain() override;
+
+private:
+    bool refuse(Job::Error outcome, const QString &message);
+    bool isJoined() const { return stream.isDash() && !stream.getPreferredDashAudioYdCode().isEmpty(); }
+    void disconnect();
+    void onStarted();
+    void onProgress(qint64 total, qint64 processed, qint64 speed);
+    void onError(qint32 code);
+    void onFinished();
+    void watch();
+    void watchFiles();
+    void watchJoining();
+    void showGrowth(qint64 bytes);
+    void show(const TransferFigures &newFigures);
+    void setPhase(Phase newPhase);
+
+    QString m_partialName;
+    DownloadFolder m_folder;
+    std::unique_ptr<WebMediaDownloader> m_downloader; // goes before the folder in which its processes write
+    int m_startedStreams = 0;
+    int m_code = 0;
+    bool m_failedWhileJoining = false;
+    bool m_diskWasFull = false;
+    bool m_hasToolFigures = false; // of the stream that is being fetched
+    QElapsedTimer m_clock;
+    JoinProgress m_joining;
+    QTimer m_watch;
+    QTimer m_stale;
+};
+
+DownloadJob::Private::Private(const ToolSetup &setup, const QString &address, const MediaProfile &profile,
+                              const QString &file)
+    : JobPrivate(setup)
+    , url(address)
+    , stream(profile)
+    , destination(file.isEmpty() ? file : QFileInfo(file).absoluteFilePath())
+    , m_partialName(QStringLiteral("finished.") + Destination::suffix(stream))
+{
+    m_watch.setInterval(watchMs);
+    QObject::connect(&m_watch, &QTimer::timeout, &m_watch, [this] { watch(); });
+    m_stale.setSingleShot(true);
+    m_stale.setInterval(staleMs);
+    QObject::connect(&m_stale, &QTimer::timeout, &m_stale, [this] { show(figures.withoutSpeed()); });
+}
+
+/** Ends with @p outcome if there is a @p message. */
+bool DownloadJob::Private::refuse(Job::Error outcome, const QString &message)
+{
+    if (!message.isEmpty())
+        end(outcome, message);
+    return !message.isEmpty();
+}
+
+void DownloadJob::Private::begin()
+{
+    const bool isUsable = StreamChoice::isUsableCode(stream.getName())
+        && (!isJoined() || StreamChoice::isUsableCode(stream.getPreferredDashAudioYdCode()));
+    if (refuse(pageError, pageErrorString) || refuse(Job::AddressError, UrlCheck::errorString(url))
+        || refuse(Job::NothingToDownload, isUsable ? QString() : FailureText::noFormatCode())
+        || refuse(Job::ToolMissing, tools.errorString())
+        || refuse(Job::ToolMissing, isJoined() ? ToolSetup::joiningErrorString() : QString())
+        || refuse(Job::DestinationError, Destination::errorString(destination)))
+        return;
+    const QString parent = QFileInfo(destination).absolutePath();
+    if (!m_folder.create(parent)) {
+        const bool isFull = DownloadFolder::isFull(parent);
+        end(isFull ? Job::NoSpace : Job::DestinationError,
+            isFull ? FailureText::cause(Job::NoSpace) : FailureText::noPrivateFolder(parent, m_folder.errorText()));
+        return;
+    }
+    m_joining = JoinProgress(duration);
+    m_downloader.reset(
+        WebMediaDownloaderFactory::instance()->createDownloader(tools.toolFile(), tools.pycacheFolder()));
+    QObject::connect(m_downloader.get(), &WebMediaDownloader::started, q, [this] { onStarted(); });
+    QObject::connect(m_downloader.get(), &WebMediaDownloader::progress, q,
+                     [this](qint64 total, qint64 processed, qint64 speed) { onProgress(total, processed, speed); });
+    QObject::connect(m_downloader.get(), &WebMediaDownloader::error, q, [this](qint32 code) { onError(code); });
+    QObject::connect(m_downloader.get(), &WebMediaDownloader::finished, q, [this] { onFinished(); });
+    m_downloader->download(url, stream, m_folder.filePath(m_partialName));
+}
+
+void DownloadJob::Private::disconnect()
+{
+    if (m_downloader != nullptr)
+        m_downloader->disconnect(q);
+}
+
+void DownloadJob::Private::onStarted()
+{
+    if (!isWorking())
+        return;
+    ++m_startedStreams;
+    m_hasToolFigures = false;
+    m_clock.start();
+    m_watch.start();
+    const bool isAudio = m_startedStreams > 1 || stream.getMediaType() == MEDIA_TYPE_AUDIO;
+    setPhase(isAudio ? Audio : Video);
+}
+
+void DownloadJob::Private::onProgress(qint64 total, qint64 processed, qint64 speed)
+{
+    if (!isWorking())
+        return;
+    forgetNews();                                     // whatever was wrong, it goes on
+    if (m_startedStreams > 1 && processed >= total) { // the streams' own figures stop one byte short
+        setPhase(Joining);
+    } else if (phase != Joining) {
+        m_hasToolFigures = true;
+        show(TransferFigures(total, processed, speed));
+    }
+}
+
+/** Passes @p newFigures on; their speed goes when no others follow for a while. */
+void DownloadJob::Private::show(const TransferFigures &newFigures)
+{
+    if (!isWorking())
+        return;
+    figures = newFigures;
+    if (figures.speed() > 0)
+        m_stale.start();
+    else
+        m_stale.stop();
+    Q_EMIT job()->figuresChanged(newFigures);
+}
+
+void DownloadJob::Private::onError(qint32 code)
+{
+    if (isStopping())
+        end(Job::Cancelled);
+    if (!isWorking())
+        return;
+    m_code = code;
+    // Asked before the downloader clears up, which follows the notification.
+    m_diskWasFull = m_diskWasFull || DownloadFolder::isFull(QFileInfo(destination).absolutePath());
+    // A process error may be followed by a more telling code, or by nothing.
+    const auto kind = static_cast<DownloadError>(code);
+    const bool isProcessError = kind == DownloadError::ProcessFailed || kind == DownloadError::MergeProcessFailed;
+    expectNews(isProcessError ? doubtMs : 0);
+}
+
+void DownloadJob::Private::onFinished()
+{
+    if (isStopping()) // too late, the user has changed his mind
+        end(Job::Cancelled);
+    if (!isWorking())
+        return;
+    filePath = m_folder.release(m_partialName, destination);
+    if (filePath.isEmpty())
+        end(Job::DestinationError, FailureText::noFinalName(destination));
+    else
+        end(Job::NoError);
+}
+
+void DownloadJob::Private::watch()
+{
+    if (!isWorking())
+        return;
+    const QPointer<Job> alive(q);
+    if (serverWait.read(m_downloader->errorDetail(), m_folder.fetchedBytes()))
+        Q_EMIT job()->waitingTextChanged();
+    if (!alive.isNull() && isWorking())
+        watchFiles();
+}
+
+// The library does not tell when the merge begins; its output file does.
+void DownloadJob::Private::watchFiles()
+{
+    if (phase != Joining && m_startedStreams > 1 && m_folder.isJoining())
+        setPhase(Joining);
+    else if (phase == Joining)
+        watchJoining();
+    else if (!m_hasToolFigures && m_clock.elapsed() > growthMs)
+        showGrowth(m_folder.fetchedBytes());
+}
+
+void DownloadJob::Private::watchJoining()
+{
+    m_joining.read(m_downloader->errorDetail());
+    if (m_joining.isKnown())
+        show(m_joining.figures());
+    else
+        showGrowth(m_folder.joinedBytes());
+}
+
+void DownloadJob::Private::showGrowth(qint64 bytes)
+{
+    if (bytes > 0)
+        show(TransferFigures(0, bytes, 0));
+}
+
+void DownloadJob::Private::setPhase(Phase newPhase)
+{
+    if (phase == newPhase)
+        return;
+    const QPointer<Job> alive(q);
+    phase = newPhase;
+    Q_EMIT job()->phaseChanged(newPhase);
+    if (!alive.isNull() && newPhase == Joining && phase == Joining)
+        show({}); // the old ones are void
+}
+
+bool DownloadJob::Private::clear()
+{
+    m_watch.stop();
+    m_stale.stop();
+    if (m_downloader != nullptr) {
+        disconnect();
+        // The downloader has cleared up by now, and tells by what it has left which program it was.
+        m_failedWhileJoining = m_startedStreams > 1 && m_folder.completeStreams() > 1;
+        toolOutput = m_downloader->errorDetail();
+        m_downloader.reset();
+    }
+    return m_folder.remove();
+}
+
+void DownloadJob::Private::explain()
+{
+    const auto kind = static_cast<DownloadError>(m_code);
+    if (m_diskWasFull) {
+        error = Job::NoSpace;
+        errorString = FailureText::cause(error);
+        return;
+    }
+    errorString = FailureText::download(m_code, m_failedWhileJoining);
+    if (m_failedWhileJoining || kind == DownloadError::MergeProcessFailed)
+        error = ToolSetup::joiningErrorString().isEmpty() ? Job::ConversionFailed : Job::ToolMissing;
+    else if (kind == DownloadError::RenameFailed)
+        error = Job::DestinationError;
+    else if (kind == DownloadError::ProcessFailed && !tools.errorString().isEmpty())
+        error = Job::ToolMissing;
+}
+
+DownloadJob::DownloadJob(const QString &url, const MediaProfile &stream, const QString &destination,
+                         const ToolSetup &tools, QObject *parent)
+    : Job(std::make_unique<Private>(tools, url, stream, destination), parent)
+{
+    connect(this, &Job::stateChanged, this, &DownloadJob::waitingTextChanged); // a job that stops does not wait
+}
+
+DownloadJob::DownloadJob(const PageJob &page, const QString &folder, QObject *parent)
+    : DownloadJob(page.url(), page.streams().withAudio(page.streams().best()),
+                  Destination::proposed(page.page(), page.streams().withAudio(page.streams().best()), folder),
+                  page.tools(), parent)
+{
+    setDuration(page.page().getDuration());
+    d()->pageError = page.error();
+    d()->pageErrorString = page.errorString();
+    d()->toolOutput = page.errorDetails();
+}
+
+DownloadJob::~DownloadJob() = default;
+
+DownloadJob::Private *DownloadJob::d() const
+{
+    return static_cast<Private *>(d_ptr.get());
+}
+
+void DownloadJob::setDuration(qint64 seconds)
+{
+    d()->duration = seconds;
+}
+
+DownloadJob::Phase DownloadJob::phase() const
+{
+    return d()->phase;
+}
+
+TransferFigures DownloadJob::figures() const
+{
+    return d()->figures;
+}
+
+QString DownloadJob::waitingText() const
+{
+    return state() == Running ? d()->serverWait.text() : QString();
+}
+
+QString DownloadJob::filePath() const
+{
+    return state() == Ended && error() == NoError ? d()->filePath : QString();
+}
+
+} // namespace Nox

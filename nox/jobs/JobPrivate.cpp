@@ -1,0 +1,113 @@
+#include <nox/jobs/JobPrivate.h>
+
+#include <nox/jobs/FailureText.h>
+#include <nox/jobs/ToolMessage.h>
+#include <nox/log/Logger.h>
+
+#include <QPointer>
+
+namespace Nox {
+
+namespace {
+
+constexpr int stopMs = 3000; // for a process that is being stopped
+constexpr int clearMs = 50;
+constexpr int maximumAttempts = 40;
+
+} // namespace
+
+JobPrivate::JobPrivate(const ToolSetup &setup)
+    : tools(setup)
+{
+    m_silence.setSingleShot(true);
+    QObject::connect(&m_silence, &QTimer::timeout, &m_silence, [this] {
+        if (isStopping())
+            end(Job::Cancelled);
+        else if (isWorking())
+            onSilence();
+    });
+    m_ending.setSingleShot(true);
+    QObject::connect(&m_ending, &QTimer::timeout, &m_ending, [this] { clearUp(); });
+}
+
+JobPrivate::~JobPrivate() = default;
+
+void JobPrivate::start()
+{
+    if (state != Job::Idle || m_isEnding) {
+        refuse();
+        return;
+    }
+    const QPointer<Job> job(q);
+    state = Job::Running;
+    Q_EMIT job->stateChanged();
+    if (!job.isNull() && isWorking()) {
+        m_hasBegun = true;
+        begin();
+    }
+}
+
+void JobPrivate::refuse() const
+{
+    Logger::log(LOG_ERROR, "", "Job.cpp", "start", __LINE__, "%s: a job is started once, this call does nothing",
+                q->metaObject()->className());
+}
+
+void JobPrivate::cancel()
+{
+    if (m_isEnding || state == Job::Stopping)
+        return;
+    if (!m_hasBegun) {
+        end(Job::Cancelled);
+        return;
+    }
+    const bool wasInDoubt = expectsNews(); // the process has reported already, no more may come
+    state = Job::Stopping;
+    expectNews(stopMs);
+    stop();
+    if (wasInDoubt)
+        end(Job::Cancelled);
+    Q_EMIT q->stateChanged();
+}
+
+void JobPrivate::end(Job::Error outcome, const QString &message)
+{
+    if (m_isEnding)
+        return;
+    m_isEnding = true;
+    error = outcome;
+    errorString = message;
+    forgetNews();
+    m_ending.start(0); // whatever has called may be a notification of a process that is to go
+}
+
+// A process that has just been killed may still complete the system call it is in, and with it make
+// a file: then the folder is not empty when it is to go.
+void JobPrivate::clearUp()
+{
+    if (!clear() && ++m_attempts < maximumAttempts) {
+        m_ending.start(clearMs);
+        return;
+    }
+    findCause();
+    const QPointer<Job> job(q);
+    state = Job::Ended;
+    Q_EMIT job->stateChanged();
+    if (!job.isNull())
+        Q_EMIT job->finished(job);
+}
+
+void JobPrivate::findCause()
+{
+    if (error == Job::Cancelled)
+        errorString = FailureText::cause(Job::Cancelled);
+    if (error != Job::OtherError || !errorString.isEmpty())
+        return;
+    error = hasToolFailed() ? ToolMessage::error(toolOutput) : Job::OtherError;
+    if (error == Job::OtherError)
+        explain();
+    else
+        errorString = FailureText::cause(error);
+}
+
+} // namespace Nox

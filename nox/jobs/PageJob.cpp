@@ -1,0 +1,167 @@
+#include <nox/jobs/PageJob.h>
+
+#include <nox/front/WebMediaDownloaderFactory.h>
+#include <nox/jobs/FailureText.h>
+#include <nox/jobs/JobPrivate.h>
+#include <nox/jobs/TextSanitizer.h>
+#include <nox/jobs/ToolMessage.h>
+#include <nox/jobs/UrlCheck.h>
+
+#include <QProcess>
+
+namespace Nox {
+
+namespace {
+
+constexpr int doubtMs = 3000; // for the end of a process that has reported an error
+constexpr int toolError = -1; // the code that stands for the tool's own failure
+
+} // namespace
+
+/**
+ * The extractor notifies of errors more than once, and of some that the tool goes on after; the outcome is what stands
+ * when the tool has ended.
+ */
+class PageJob::Private : public JobPrivate
+{
+public:
+    Private(const ToolSetup &setup, const QString &address)
+        : JobPrivate(setup)
+        , url(address)
+    {
+    }
+    ~Private() override { Private::clear(); }
+
+    const QString url;
+    WebMediaInfo page;
+    StreamChoice streams;
+
+protected:
+    void begin() override;
+    void stop() override { m_extractor->cancel(); }
+    void onSilence() override;
+    bool clear() override;
+    void explain() override;
+
+private:
+    void onFinished(const WebMediaInfo &record);
+    void onError(int code);
+
+    std::unique_ptr<WebMediaInfoExtractor> m_extractor;
+    bool m_awaitsError = false; // which would take the record back
+    bool m_hasAnswer = false;
+    int m_code = toolError;
+};
+
+void PageJob::Private::begin()
+{
+    if (const QString message = UrlCheck::errorString(url); !message.isEmpty()) {
+        end(Job::AddressError, message);
+        return;
+    }
+    if (const QString message = tools.errorString(); !message.isEmpty()) {
+        end(Job::ToolMissing, message);
+        return;
+    }
+    m_extractor.reset(WebMediaDownloaderFactory::instance()->createExtractor(tools.toolFile(), tools.pycacheFolder()));
+    QObject::connect(m_extractor.get(), &WebMediaInfoExtractor::finished, q,
+                     [this](const WebMediaInfo &record) { onFinished(record); });
+    QObject::connect(m_extractor.get(), &WebMediaInfoExtractor::error, q, [this](qint32 code) { onError(code); });
+    m_extractor->getMediaInfoBySignal(url);
+}
+
+// Alone, this is the outcome of a tool that was content; an error that comes in the same breath takes
+// it back. The tool may go on after such a pair and succeed.
+void PageJob::Private::onFinished(const WebMediaInfo &record)
+{
+    page = record;
+    m_awaitsError = true;
+    if (isWorking())
+        expectNews(0);
+}
+
+void PageJob::Private::onError(int code)
+{
+    const bool isPair = m_awaitsError;
+    m_awaitsError = false;
+    if (isStopping()) {
+        if (code != toolError || !isPair) // the process has ended, not only complained
+            end(Job::Cancelled);
+    } else if (!isPair) { // the tool has ended and admits failure
+        end(Job::OtherError);
+    } else if (code == toolError) {
+        forgetNews();
+    } else {
+        m_code = code;
+        expectNews(code == QProcess::FailedToStart ? 0 : doubtMs);
+    }
+}
+
+void PageJob::Private::onSilence()
+{
+    m_hasAnswer = m_awaitsError;
+    if (m_hasAnswer)
+        streams = StreamChoice(page);
+    end(streams.all().isEmpty() ? Job::OtherError : Job::NoError);
+}
+
+bool PageJob::Private::clear()
+{
+    if (m_extractor != nullptr) {
+        m_extractor->disconnect(q);
+        toolOutput = m_extractor->errorDetail();
+        m_extractor.reset();
+    }
+    return true;
+}
+
+void PageJob::Private::explain()
+{
+    if (!m_hasAnswer) {
+        error = m_code == QProcess::FailedToStart ? Job::ToolMissing : Job::OtherError;
+        errorString = FailureText::extraction(m_code);
+    } else {
+        const bool isUnreadable = page.getMediaProfileList().isEmpty() && page.getTitle().isEmpty();
+        error = isUnreadable ? Job::OtherError : Job::NothingToDownload;
+        errorString = FailureText::noStream(page);
+    }
+}
+
+PageJob::PageJob(const QString &url, const ToolSetup &tools, QObject *parent)
+    : Job(std::make_unique<Private>(tools, url), parent)
+{
+}
+
+PageJob::~PageJob() = default;
+
+PageJob::Private *PageJob::d() const
+{
+    return static_cast<Private *>(d_ptr.get());
+}
+
+QString PageJob::url() const
+{
+    return d()->url;
+}
+
+WebMediaInfo PageJob::page() const
+{
+    return state() == Ended && error() == NoError ? d()->page : WebMediaInfo(d()->url);
+}
+
+StreamChoice PageJob::streams() const
+{
+    return state() == Ended && error() == NoError ? d()->streams : StreamChoice();
+}
+
+QString PageJob::title() const
+{
+    return TextSanitizer::line(page().getTitle());
+}
+
+QStringList PageJob::warnings() const
+{
+    return state() == Ended ? ToolMessage::warnings(d()->toolOutput) : QStringList();
+}
+
+} // namespace Nox

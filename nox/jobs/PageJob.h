@@ -1,0 +1,41 @@
+#pragma once
+
+#include <nox/jobs/Job.h>
+#include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/ToolSetup.h>
+#include <nox/model/WebMediaInfo.h>
+
+#include <QStringList>
+
+namespace Nox {
+
+/** Reads a page: what it is called, how long it plays, which streams it offers. */
+class NOX_JOBS_EXPORT PageJob : public Job
+{
+    Q_OBJECT
+    Q_PROPERTY(QString url READ url CONSTANT)
+    Q_PROPERTY(QString title READ title NOTIFY stateChanged)
+    Q_PROPERTY(QStringList warnings READ warnings NOTIFY stateChanged)
+
+public:
+    /** @param url address of the page; UrlCheck::corrected() makes one of what a person types */
+    explicit PageJob(const QString &url, const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
+    ~PageJob() override;
+
+    QString url() const;          ///< Address of the page.
+    WebMediaInfo page() const;    ///< What the page holds; without a stream before the end and after an error.
+    StreamChoice streams() const; ///< The streams of page(), at least one after a success.
+    QString title() const;        ///< The title of page(), fit for display on one line; may be empty.
+
+    /**
+     * What the tool warned of, also after a success, such as that it does not use the user's settings: sentences fit
+     * for display, each once, in the language of the tool. Empty before the end.
+     */
+    QStringList warnings() const;
+
+private:
+    class Private;
+    Private *d() const;
+};
+
+} // namespace Nox
