@@ -125,13 +125,13 @@ void DeskQueueTest::modelRetries()
     HostSandbox::play("a: announce mp4|err ERROR: gone|exit 1"_s);
     add("a MP4"_s);
     QTRY_SOON_COMPARE(states(), "E"_s);
-    QVERIFY(!model.index(0).data(DownloadListModel::ProblemRole).toString().isEmpty());
+    QVERIFY(!model.index(0).data(DownloadListModel::ErrorRole).toString().isEmpty());
     // Meanwhile somebody else has taken the name.
     QVERIFY(QFile(m_stage->video("a.mp4"_s)).open(QIODevice::WriteOnly));
     HostSandbox::play("a: announce mp4|progress 50.0 100|wait a"_s);
     model.retry(0);
     QCOMPARE(states(), "R"_s);
-    QCOMPARE(model.index(0).data(DownloadListModel::ProblemRole).toString(), QString());
+    QCOMPARE(model.index(0).data(DownloadListModel::ErrorRole).toString(), QString());
     model.retry(0); // not while it runs
     model.remove(0);
     QCOMPARE(states(), "R"_s);

@@ -36,7 +36,7 @@ public:
         CountingStreams model;
         StreamPanel panel(model);
         panel.show();
-        model.setStreams(NoxHost::StreamChoice(SampleStreams::page(streams)), 60);
+        model.setStreams(Nox::StreamChoice(SampleStreams::page(streams)), 60);
         QCoreApplication::processEvents();
         model.m_questions = 0;
         model.setSize("0"_s, 1000);
@@ -119,13 +119,17 @@ void DeskWindowTest::describesPage()
     QVERIFY(!m_user->canPress("download"));
 }
 
+/** Who has set a proxy must not take it for used. */
 void DeskWindowTest::unusedSettings()
 {
     const QString words = "/c/noxwebmedia/tool.conf is not used: others may write to it"_s;
     HostSandbox::play("dump: err WARNING: "_s + words + R"(\n|json Clip 18)"_s);
     m_user->readPage(DeskUser::pageAddress());
     QTRY_SOON(m_user->sees("streams"));
-    QCOMPARE(m_user->text("notice"), "Settings not used: "_s + words);
+    QCOMPARE(m_user->text("pageWarnings"), "⚠ "_s + words);
+    HostSandbox::play("dump: json Clip 18"_s);
+    m_user->readPage("http://x/2"_s);
+    QTRY_SOON(!m_user->sees("pageWarnings"));
 }
 
 /** Sizes come one by one: what each of them costs must not grow with the list. */

@@ -1,6 +1,6 @@
 #include "hosts/desk/model/DownloadListModel.h"
 
-#include "hosts/common/Destination.h"
+#include <nox/jobs/Destination.h>
 
 #include <QFileInfo>
 
@@ -19,7 +19,7 @@ int part(const Download *download)
 
 } // namespace
 
-DownloadListModel::DownloadListModel(const NoxHost::ToolSetup &tools, QObject *parent)
+DownloadListModel::DownloadListModel(const Nox::ToolSetup &tools, QObject *parent)
     : QAbstractListModel(parent)
     , m_tools(tools)
 {
@@ -80,7 +80,7 @@ void DownloadListModel::retry(int row)
 {
     Download *download = m_downloads.value(row);
     if (download != nullptr && download->canRetry()) {
-        download->retry(NoxHost::Destination::free(download->request().destination, activeFiles()));
+        download->retry(Nox::Destination::free(download->request().destination, activeFiles()));
         enqueue(download);
     }
 }
@@ -177,10 +177,10 @@ QVariant DownloadListModel::data(const QModelIndex &index, int role) const
         return download->percent();
     case StatusRole:
         return download->status();
-    case ProblemRole:
-        return download->problem();
-    case ToolWordsRole:
-        return download->toolWords();
+    case ErrorRole:
+        return download->errorString();
+    case ErrorDetailsRole:
+        return download->errorDetails();
     default:
         return {};
     }

@@ -21,15 +21,15 @@ public:
         StateRole,               ///< Download::State.
         PercentRole,             ///< 0 to 100, or -1 when it cannot be told.
         StatusRole,              ///< Phase and figures, or the outcome, in words.
-        ProblemRole,             ///< What went wrong, in words.
-        ToolWordsRole,           ///< What the external programs said of it.
+        ErrorRole,               ///< What went wrong, in words.
+        ErrorDetailsRole,           ///< What the external programs said of it.
         AddressRole,             ///< Address of the page.
     };
 
-    explicit DownloadListModel(const NoxHost::ToolSetup &tools, QObject *parent = nullptr);
+    explicit DownloadListModel(const Nox::ToolSetup &tools, QObject *parent = nullptr);
 
     /** For downloads that begin from now on. */
-    void setTools(const NoxHost::ToolSetup &tools) { m_tools = tools; }
+    void setTools(const Nox::ToolSetup &tools) { m_tools = tools; }
 
     /** How many run at a time, at least one. More begin at once where there is room. */
     void setLimit(int limit);
@@ -74,7 +74,7 @@ private:
     void onChanged(Download *download);
     void onEnded(Download *download);
 
-    NoxHost::ToolSetup m_tools;
+    Nox::ToolSetup m_tools;
     QList<Download *> m_downloads;
     QList<Download *> m_batch;
     int m_limit = 1;

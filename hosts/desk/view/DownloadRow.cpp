@@ -201,8 +201,8 @@ void DownloadRow::showDetails()
     if (isShown) {
         const QString place = QDir::toNativeSeparators(m_file) + QLatin1Char('\n') + m_address;
         m_details->setWords(isFailed ? place : m_status->text() + QLatin1Char('\n') + place);
-        m_failure->setTexts(m_index.data(DownloadListModel::ProblemRole).toString(),
-                            m_index.data(DownloadListModel::ToolWordsRole).toString());
+        m_failure->setTexts(m_index.data(DownloadListModel::ErrorRole).toString(),
+                            m_index.data(DownloadListModel::ErrorDetailsRole).toString());
     }
 }
 

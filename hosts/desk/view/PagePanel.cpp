@@ -1,16 +1,18 @@
 #include "hosts/desk/view/PagePanel.h"
 
-#include "hosts/common/TextSanitizer.h"
-#include "hosts/common/TransferFigures.h"
 #include "hosts/desk/model/Desk.h"
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
 #include "hosts/desk/view/PlanForm.h"
+#include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/StreamPanel.h"
 #include "hosts/desk/view/ThumbnailView.h"
 #include "hosts/desk/view/VerticalScrollArea.h"
 #include "hosts/desk/view/WrappedText.h"
+
+#include <nox/jobs/TextSanitizer.h>
+#include <nox/jobs/TransferFigures.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -160,12 +162,16 @@ QWidget *PagePanel::makeCard()
     m_duration = new QLabel;
     m_duration->setObjectName(QStringLiteral("duration"));
     m_address = new ElidedLabel(Qt::ElideMiddle);
+    m_warnings = new ReasonLabel;
+    m_warnings->setObjectName(QStringLiteral("pageWarnings"));
+    m_warnings->setAccessibleName(tr("Warnings of the download tool"));
 
     auto *texts = new QVBoxLayout;
     texts->addStretch();
     texts->addWidget(m_title);
     texts->addWidget(m_duration);
     texts->addWidget(m_address);
+    texts->addWidget(m_warnings);
     texts->addStretch();
     auto *card = new QWidget;
     auto *layout = new QHBoxLayout(card);
@@ -189,7 +195,7 @@ void PagePanel::show(PageReader::State state)
     m_busyAddress->setText(reader.requestedUrl());
     m_failedAddress->setText(reader.requestedUrl());
     if (isFailed)
-        m_failureBox->setTexts(reader.problem(), reader.toolWords());
+        m_failureBox->setTexts(reader.errorString(), reader.errorDetails());
     m_busy->setVisible(isReading);
     m_failure->setVisible(isFailed);
     m_card->setVisible(reader.hasPage());
@@ -203,14 +209,15 @@ void PagePanel::show(PageReader::State state)
 void PagePanel::showPage()
 {
     const Nox::WebMediaInfo page = m_desk.reader().page();
-    const QString title = NoxHost::TextSanitizer::line(page.getTitle());
+    const QString title = Nox::TextSanitizer::line(page.getTitle());
     const QString shown = ShownText::cut(title, titleCharacters);
     m_title->setWords(shown);
     m_title->setToolTip(shown == title ? QString() : ShownText::breakable(title));
     const qint64 seconds = page.getDuration();
-    m_duration->setText(seconds > 0 ? tr("Duration %1").arg(NoxHost::TransferFigures::timeText(seconds))
+    m_duration->setText(seconds > 0 ? tr("Duration %1").arg(Nox::TransferFigures::timeText(seconds))
                                     : tr("Duration unknown"));
     m_address->setText(m_desk.reader().url());
+    m_warnings->explain(m_desk.reader().warnings().join(QLatin1Char('\n')), *m_title);
 }
 
 void PagePanel::focusStreams()

@@ -12,6 +12,7 @@ namespace NoxDesk {
 class Desk;
 class ElidedLabel;
 class FailureBox;
+class ReasonLabel;
 class StreamPanel;
 class ThumbnailView;
 class VerticalScrollArea;
@@ -55,6 +56,7 @@ private:
     WrappedText *m_title = nullptr;
     QLabel *m_duration = nullptr;
     ElidedLabel *m_address = nullptr;
+    ReasonLabel *m_warnings = nullptr;
     StreamPanel *m_streams = nullptr;
     QWidget *m_hint;
     QWidget *m_card;
