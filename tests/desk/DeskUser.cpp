@@ -76,7 +76,8 @@ bool DeskUser::press(const char *name, int row)
 
 bool DeskUser::seesFailure(int row)
 {
-    if (text("status", row).startsWith("Failed"_s) && !sees("detailsText", row))
+    const auto state = downloads().index(row).data(DownloadListModel::StateRole).value<Download::State>();
+    if (state == Download::State::Failed && !sees("detailsText", row))
         press("details", row);
     return sees("failureWords", row);
 }

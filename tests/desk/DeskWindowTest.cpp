@@ -154,7 +154,7 @@ void DeskWindowTest::unreadablePage_data()
     const TextTable row{"scenario", "words", "toolWords"};
     row("tool's own words", "dump: err ERROR: Unsupported URL|exit 1", "could not read", "Unsupported URL");
     row("crash", "dump: kill SIGKILL", "crashed");
-    row("no stream", "dump: json Clip ", "no stream");
+    row("no stream", "dump: json Clip ", "no video");
     row("no tool", "", "The download tool is missing");
 }
 

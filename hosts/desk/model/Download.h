@@ -39,10 +39,10 @@ public:
 
     bool canRetry() const { return m_state == State::Failed || m_state == State::Cancelled; }
     DownloadRequest request() const { return m_request; }
-    QString file() const { return m_file; }       ///< Path of the file that is being made, or has been.
-    int percent() const;                          ///< 0 to 100, or -1 when it cannot be told.
-    QString status() const;                       ///< Phase and figures, or the outcome, in words.
-    QString errorString() const;                  ///< What went wrong, for a person; empty unless it has failed.
+    QString file() const { return m_file; } ///< Path of the file that is being made, or has been.
+    int percent() const;                    ///< 0 to 100, or -1 when it cannot be told.
+    QString status() const;                 ///< Phase and figures, or the outcome, in words.
+    QString errorString() const;            ///< What went wrong, for a person; empty unless it has failed.
 
     /** What the external programs said of the failure; empty when it is not known. */
     QString errorDetails() const;

@@ -22,7 +22,7 @@ public:
         PercentRole,             ///< 0 to 100, or -1 when it cannot be told.
         StatusRole,              ///< Phase and figures, or the outcome, in words.
         ErrorRole,               ///< What went wrong, in words.
-        ErrorDetailsRole,           ///< What the external programs said of it.
+        ErrorDetailsRole,        ///< What the external programs said of it.
         AddressRole,             ///< Address of the page.
     };
 

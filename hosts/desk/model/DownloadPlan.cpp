@@ -8,9 +8,9 @@
 
 namespace NoxDesk {
 
-using Nox::MediaProfile;
 using Nox::Conversion;
 using Nox::Destination;
+using Nox::MediaProfile;
 using Nox::StreamChoice;
 
 DownloadPlan::DownloadPlan(QObject *parent)

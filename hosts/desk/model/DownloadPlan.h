@@ -80,7 +80,7 @@ private:
     QString m_folder;
     QStringList m_taken;
     QHash<QString, qint64> m_sizes;
-    Nox::MediaProfile m_stream; // its preferred audio code is the chosen one
+    Nox::MediaProfile m_stream;          // its preferred audio code is the chosen one
     std::optional<QString> m_chosenFile; // as the user writes it; without it the file is proposed
     bool m_isNumbered = false;           // a download of the chosen file has begun: the next one gets a free name
 };

@@ -42,14 +42,14 @@ public:
     void dismissProblem();
 
     State state() const { return m_state; }
-    QString requestedUrl() const { return m_requestedUrl; }     ///< Address of the last request, if there was one.
-    bool hasPage() const { return !m_url.isEmpty(); }           ///< Whether a page has been read.
-    QString url() const { return m_url; }                       ///< Address of the page that has been read.
-    Nox::WebMediaInfo page() const { return m_page; }           ///< What it holds.
+    QString requestedUrl() const { return m_requestedUrl; } ///< Address of the last request, if there was one.
+    bool hasPage() const { return !m_url.isEmpty(); }       ///< Whether a page has been read.
+    QString url() const { return m_url; }                   ///< Address of the page that has been read.
+    Nox::WebMediaInfo page() const { return m_page; }       ///< What it holds.
     Nox::StreamChoice streams() const { return m_streams; } ///< Its streams.
-    QStringList warnings() const { return m_warnings; }         ///< What the tool warned of.
-    QString errorString() const;                                ///< What went wrong, when Failed.
-    QString errorDetails() const;                               ///< What the tool itself said of it; may be empty.
+    QStringList warnings() const { return m_warnings; }     ///< What the tool warned of.
+    QString errorString() const;                            ///< What went wrong, when Failed.
+    QString errorDetails() const;                           ///< What the tool itself said of it; may be empty.
 
 Q_SIGNALS:
     void stateChanged(NoxDesk::PageReader::State state);

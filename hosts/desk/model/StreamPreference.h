@@ -2,7 +2,6 @@
 
 #include <nox/jobs/StreamChoice.h>
 
-
 namespace NoxDesk {
 
 /** Which stream the user wants when none is picked by hand. A value. */

@@ -7,8 +7,8 @@
 
 namespace NoxDesk {
 
-using Nox::MediaProfile;
 using Nox::Conversion;
+using Nox::MediaProfile;
 using Nox::StreamText;
 
 namespace {

@@ -1,6 +1,5 @@
 #include "hosts/desk/view/ToolVersionLabel.h"
 
-
 namespace NoxDesk {
 
 using Nox::ToolVersionJob;
