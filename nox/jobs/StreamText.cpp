@@ -6,6 +6,8 @@
 
 #include <QHash>
 
+#include <algorithm>
+
 namespace Nox {
 
 namespace {
@@ -41,12 +43,15 @@ QString StreamText::label(const MediaProfile &stream)
 {
     if (stream.getMediaType() == MEDIA_TYPE_AUDIO && stream.getABitRate() <= 0)
         return {};
-    if (stream.getOriResStr().isEmpty() && !stream.getVResolution().isValid())
+    if (stream.getOriResStr().isEmpty() && stream.getVResolution().isEmpty())
         return {};
     // The 3D mark has a place of its own.
     MediaProfile flat(stream);
     flat.set3D(false);
-    return TextSanitizer::line(capitalised(flat.resolutionStringEx()));
+    const QString label = TextSanitizer::line(capitalised(flat.resolutionStringEx()));
+    // Some pages rank their streams: the rank alone tells nothing.
+    const bool isRank = std::all_of(label.cbegin(), label.cend(), [](QChar character) { return character.isDigit(); });
+    return isRank ? QString() : label;
 }
 
 QStringList StreamText::labels(const QList<MediaProfile> &streams)
@@ -76,7 +81,7 @@ QString StreamText::plainWords(const MediaProfile &stream)
         return rate > 0 ? tr("sound only, %1 kbit/s").arg(rate) : tr("sound only");
     }
     const QSize size = stream.getVResolution();
-    const QString quality = size.isValid() ? tr("%1p", "lines of the picture").arg(size.height()) : label(stream);
+    const QString quality = !size.isEmpty() ? tr("%1p", "lines of the picture").arg(size.height()) : label(stream);
     const QString sound = stream.isDash() ? tr("without sound") : tr("with sound");
     return quality.isEmpty() ? sound : tr("%1, %2", "quality, with or without sound").arg(quality, sound);
 }

@@ -3,8 +3,11 @@
 #include "tests/desk/DeskTest.h"
 #include "tests/support/TextTable.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QTextEdit>
 
@@ -18,6 +21,7 @@ class DeskFocusTest : public DeskTest
 private Q_SLOTS:
     void keyboard_data();
     void keyboard();
+    void readAloud();
     void longTexts_data() { keyboard_data(); }
     void longTexts();
     void textHasNoSay();
@@ -110,6 +114,54 @@ void DeskFocusTest::keyboard()
         QVERIFY2(!widget->accessibleName().isEmpty() || !text.isEmpty(), qPrintable(widget->objectName()));
     }
     QVERIFY(mnemonics.size() >= 9);
+}
+
+/** Screen readers go through a window in the order of its widgets: as they stand on the screen, all named, no markup.
+ */
+void DeskFocusTest::readAloud()
+{
+    m_user->type("address", "http://x/"_s + QString(300, u'n')); // cut texts have tooltips
+    QTest::keyClick(m_user->find("address"), Qt::Key_Return);
+    QTRY_SOON(m_user->sees("streams"));
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_user->canPress("openFile", 0) && m_user->canPress("openFile", 2));
+    m_user->type("destination", "new/a.mp4"_s);
+    m_user->openMenu(0);
+    QTRY_SOON(m_user->sees("preferredFolder"));
+    const QList<QWidget *> widgets = m_user->window().findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        if (!widget->isVisible() || widget->objectName().startsWith(u"qt_"))
+            continue;
+        QHelpEvent hover(QEvent::ToolTip, {}, widget->mapToGlobal(QPoint(1, 1)));
+        QApplication::sendEvent(widget, &hover);
+        const QAccessibleInterface *read = QAccessible::queryAccessibleInterface(widget);
+        QVERIFY2(!read->text(QAccessible::Description).contains(u'<'), qPrintable(widget->objectName()));
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr)
+            QVERIFY2(!read->text(QAccessible::Name).isEmpty(), qPrintable(widget->objectName()));
+    }
+    const auto isInOrder = [](const QObjectList &parts) {
+        QPoint last;
+        for (QObject *part : parts) {
+            const auto *widget = qobject_cast<QWidget *>(part);
+            if (widget == nullptr || !widget->isVisible())
+                continue;
+            const bool isBelow = widget->geometry().top() >= last.y();
+            if (!isBelow && widget->x() < last.x())
+                return false;
+            last = QPoint(widget->x(), isBelow ? widget->geometry().bottom() : last.y());
+        }
+        return true;
+    };
+    QVERIFY(isInOrder(m_user->find("download")->parentWidget()->children()));
+    QVERIFY(isInOrder(m_user->row(0)->parentWidget()->children()));
+    QCOMPARE(m_user->find("preferredFolder")->accessibleName(), "Folder for downloads"_s);
+    QWidget *dialog = m_user->find("preferredFolder")->window();
+    QStringList names;
+    const QList<QPushButton *> buttons = dialog->findChildren<QPushButton *>();
+    for (const QPushButton *button : buttons)
+        names += button->accessibleName().isEmpty() ? button->text() : button->accessibleName();
+    QCOMPARE(names.removeDuplicates(), 0);
 }
 
 /** No text decides how wide the window is, and in a small one everything can be seen and reached. */

@@ -119,12 +119,18 @@ void DeskModelTest::streamTable()
 
 void DeskModelTest::streamTexts()
 {
+    Nox::WebMediaInfo page = SampleStreams::page("a MP4 1280x720 3d,b WEBM 1000x500 dash,c FLV,d MP4 0x0"_s);
+    Nox::MediaProfile ranked = SampleStreams::stream("e OGG"_s);
+    ranked.setOriResStr("1"_s); // a rank, not a quality
+    page.addMediaProfile(ranked);
     StreamTableModel model;
-    model.setStreams(Nox::StreamChoice(SampleStreams::page("a MP4 1280x720 3d,b WEBM 1000x500 dash,c FLV"_s)), 60);
+    model.setStreams(Nox::StreamChoice(page), 60);
     model.setSize("a"_s, 1000);
     QCOMPARE(rowText(model, 0), "720p, with sound|720P|MP4|3D video|1.0 kB"_s);
     QCOMPARE(rowText(model, 1), "500p, without sound|1000x500|WEBM|video only (DASH)|"_s);
-    QCOMPARE(rowText(model, 2), "with sound|unknown|FLV|video|"_s);
+    QCOMPARE(rowText(model, 2), "unknown quality, with sound|unknown|FLV|video|"_s);
+    QCOMPARE(rowText(model, 3), "unknown quality, with sound|unknown|MP4|video|"_s);
+    QCOMPARE(rowText(model, 4), "unknown quality, with sound|unknown|OGG|video|"_s);
 }
 
 /** A page has a say in the words of its streams: what looks like markup, which may name files, is shown as it is. */
@@ -227,6 +233,9 @@ void DeskModelTest::destination_data()
     row("relative", "b.mp4", "b.mp4");
     row("blanks around it", " b.mp4 ", "b.mp4");
     row("nothing", "  ", "", "needs a name");
+    row("without a suffix", "b", "b.mp4");
+    row("dot in a title", "Mr. B", "Mr. B.mp4");
+    row("foreign suffix", "b.avi", "b.avi");
     row("taken on disk", "old.mp4", "old.mp4", "exists already");
     row("taken by another", "sub/../busy.mp4", "busy.mp4", "Another download");
     row("bad name", "what?.mp4", "what?.mp4", "must not hold");
@@ -249,6 +258,10 @@ void DeskModelTest::destination()
     QCOMPARE(m_plan->isComplete(), problem.isEmpty());
     QVERIFY2(m_plan->destinationProblem().contains(problem), qPrintable(m_plan->destinationProblem()));
     QCOMPARE(m_plan->destinationProblem().isEmpty(), problem.isEmpty());
+    QCOMPARE(m_plan->destinationWarning().contains("\".avi\""_s), path.endsWith(".avi"_s));
+    m_plan->setSize("18"_s, 1LL << 60);
+    QCOMPARE(m_plan->destinationWarning().contains("room for"_s),
+             !path.isEmpty() && QFileInfo(m_plan->path()).dir().exists());
 }
 
 /** What the user has written stays; only a suffix that was ours follows the stream. */
@@ -282,10 +295,21 @@ void DeskModelTest::ownNameComesBack()
     QCOMPARE(m_plan->destination(), path("sub/mine(1).mp4"_s));
     m_plan->setTaken({});
     QCOMPARE(m_plan->destination(), path("sub/mine.mp4"_s));
-    m_plan->chooseFile(path("other"_s));
+    m_plan->setDestination(path("other"_s));
+    m_plan->completeDestination();
     QCOMPARE(m_plan->destination(), path("other.mp4"_s));
-    m_plan->chooseFile(path("other.MP4"_s));
+    m_plan->setDestination(path("other.MP4"_s));
+    m_plan->completeDestination();
     QCOMPARE(m_plan->destination(), path("other.MP4"_s));
+    // A name that ends in a number is not numbered a second time.
+    m_plan->setFolder(m_root->path());
+    m_plan->setTaken({path("clip (1).mp4"_s), path("clip (2).mp4"_s)});
+    m_plan->setDestination(path("clip (1).mp4"_s));
+    m_plan->renumber();
+    QCOMPARE(m_plan->destination(), path("clip (3).mp4"_s));
+    m_plan->setPage("http://y/"_s, SampleStreams::page("18 MP4 640x360"_s, "clip (2)"_s), {});
+    choose("18"_s);
+    QCOMPARE(m_plan->destination(), path("clip (3).mp4"_s));
 }
 
 void DeskModelTest::shownTexts_data()

@@ -274,6 +274,7 @@ void DeskQueueTest::keys()
     QCOMPARE(QGuiApplication::clipboard()->text(), "https://www.x/2"_s);
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_R, Qt::ControlModifier);
     QCOMPARE(m_user->desk().reader().state(), PageReader::State::Reading);
+    m_user->find("openFile", 0)->setFocus();
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_Delete);
     QCOMPARE(m_user->downloads().rowCount(), 0);
     QCOMPARE(m_user->desk().settings().recentAddresses(), QStringList({"https://www.x/2"_s, "http://x/1"_s}));

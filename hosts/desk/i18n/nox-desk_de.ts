@@ -106,6 +106,10 @@
         <source>Failed: %1</source>
         <translation>Fehlgeschlagen: %1</translation>
     </message>
+    <message>
+        <source>The file is not there any more</source>
+        <translation>Die Datei ist nicht mehr vorhanden</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadListModel</name>
@@ -120,6 +124,14 @@
     <message>
         <source>Another download is making this file.</source>
         <translation>Ein anderer Download erzeugt diese Datei gerade.</translation>
+    </message>
+    <message>
+        <source>The file takes %1, but the disk has room for %2 only.</source>
+        <translation>Die Datei braucht %1, auf dem Datenträger ist aber nur noch Platz für %2.</translation>
+    </message>
+    <message>
+        <source>The name ends in &quot;.%1&quot;, but the file will be of the format %2.</source>
+        <translation>Der Name endet auf „.%1“, die Datei wird aber das Format %2 haben.</translation>
     </message>
 </context>
 <context>
@@ -288,10 +300,6 @@
         <translation>&amp;Downloads abbrechen und schließen</translation>
     </message>
     <message>
-        <source>&amp;Go on</source>
-        <translation>&amp;Weiter laden</translation>
-    </message>
-    <message>
         <source>Downloads still running: %1. Cancel them and close?</source>
         <translation>Noch laufende Downloads: %1. Abbrechen und schließen?</translation>
     </message>
@@ -381,6 +389,10 @@
         <source>open the menu of the download, which shows its other keys</source>
         <translation>das Menü des Downloads öffnen, in dem seine weiteren Tasten stehen</translation>
     </message>
+    <message>
+        <source>&amp;Keep downloading</source>
+        <translation>&amp;Weiter herunterladen</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::PagePanel</name>
@@ -421,6 +433,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Warnings of the download tool</source>
         <translation>Warnungen des Download-Werkzeugs</translation>
+    </message>
+    <message>
+        <source>This is still the page before:</source>
+        <translation>Dies ist noch die vorige Seite:</translation>
     </message>
 </context>
 <context>
@@ -473,6 +489,14 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Create f&amp;older</source>
         <translation>&amp;Ordner anlegen</translation>
+    </message>
+    <message>
+        <source>The stream is sound alone</source>
+        <translation>Der Stream ist reiner Ton</translation>
+    </message>
+    <message>
+        <source>unknown quality (%1)</source>
+        <translation>unbekannte Qualität (%1)</translation>
     </message>
 </context>
 <context>
@@ -541,6 +565,22 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <source>Browse…</source>
         <translation>Durchsuchen …</translation>
     </message>
+    <message>
+        <source>Folder for downloads</source>
+        <translation>Ordner für Downloads</translation>
+    </message>
+    <message>
+        <source>Archive of the download tool</source>
+        <translation>Archiv des Download-Werkzeugs</translation>
+    </message>
+    <message>
+        <source>Browse for the folder</source>
+        <translation>Ordner auswählen</translation>
+    </message>
+    <message>
+        <source>Browse for the archive</source>
+        <translation>Archiv auswählen</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::StreamPanel</name>
@@ -603,6 +643,11 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Stream</source>
         <translation>Stream</translation>
+    </message>
+    <message>
+        <source>unknown quality, %1</source>
+        <comment>with or without sound</comment>
+        <translation>unbekannte Qualität, %1</translation>
     </message>
 </context>
 <context>

@@ -1,7 +1,5 @@
 #include "hosts/desk/model/Desk.h"
 
-#include <QFileInfo>
-
 namespace NoxDesk {
 
 Desk::Desk(const QString &logFolder, QObject *parent)
@@ -54,9 +52,6 @@ void Desk::startDownload()
     if (!m_plan.isComplete())
         return;
     const DownloadRequest request = m_plan.request();
-    const QString folder = QFileInfo(request.destination).absolutePath();
-    m_settings.setFolder(folder);
-    m_plan.setFolder(folder);
     m_plan.renumber(); // before the name is taken, so that it never looks as if nothing could be downloaded
     m_downloads.add(request);
 }

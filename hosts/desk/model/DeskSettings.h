@@ -16,7 +16,7 @@ public:
     QByteArray windowState(const QString &part) const; ///< Place and size of a part of the window.
     void setWindowState(const QString &part, const QByteArray &state);
 
-    /** Where files go: the folder chosen or used last, or the user's folder for videos. */
+    /** Where files go: the folder chosen in the preferences, or the user's folder for videos. */
     QString folder() const;
     void setFolder(const QString &folder);
 

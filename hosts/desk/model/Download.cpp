@@ -104,6 +104,8 @@ QString Download::status() const
     case State::Cancelling:
         return tr("Cancelling…");
     case State::Finished:
+        if (!QFileInfo::exists(m_file))
+            return tr("The file is not there any more");
         return tr("Finished, %1")
             .arg(QLocale().formattedDataSize(QFileInfo(m_file).size(), 1, QLocale::DataSizeSIFormat));
     case State::Failed:

@@ -5,6 +5,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QStorageInfo>
 
 namespace NoxDesk {
 
@@ -12,6 +15,33 @@ using Nox::Conversion;
 using Nox::Destination;
 using Nox::MediaProfile;
 using Nox::StreamChoice;
+
+namespace {
+
+/** What stands behind the last dot of @p path, if it looks like the suffix of a kind of file and not like a title. */
+QString suffixOf(const QString &path)
+{
+    static const QRegularExpression pattern(QStringLiteral("\\.([a-zA-Z][a-zA-Z0-9]{0,4}|[0-9][a-zA-Z][a-zA-Z0-9]?)$"));
+    return pattern.match(path).captured(1);
+}
+
+/** @p path, whose name has been numbered; a name that ended in a number before gets the next free one instead. */
+QString numberedOnce(const QString &path, const QStringList &taken)
+{
+    static const QRegularExpression pattern(QStringLiteral("^(.*\\()(\\d{1,3})\\)\\(\\d+\\)(\\.[^./]*)?$"),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = pattern.match(path);
+    if (!match.hasMatch())
+        return path;
+    QString result = path;
+    int number = match.captured(2).toInt();
+    do {
+        result = match.captured(1) + QString::number(++number) + QLatin1Char(')') + match.captured(3);
+    } while (QFileInfo::exists(result) || taken.contains(result));
+    return result;
+}
+
+} // namespace
 
 DownloadPlan::DownloadPlan(QObject *parent)
     : QObject(parent)
@@ -72,11 +102,12 @@ void DownloadPlan::setDestination(const QString &text)
     }
 }
 
-void DownloadPlan::chooseFile(const QString &path)
+void DownloadPlan::completeDestination()
 {
-    const QString ending = QLatin1Char('.') + suffix();
-    const bool hasEnding = path.endsWith(ending, Qt::CaseInsensitive);
-    setDestination(QDir::toNativeSeparators(hasEnding ? path : path + ending));
+    if (m_chosenFile && !m_isNumbered && suffixOf(*m_chosenFile).isEmpty() && !suffixOf(chosenPath()).isEmpty()) {
+        m_chosenFile = m_chosenFile->trimmed() + QLatin1Char('.') + suffix();
+        Q_EMIT changed();
+    }
 }
 
 void DownloadPlan::renumber()
@@ -101,10 +132,19 @@ QString DownloadPlan::destination() const
     if (m_chosenFile && !m_isNumbered)
         return *m_chosenFile;
     if (m_chosenFile)
-        return QDir::toNativeSeparators(Destination::free(absolutePath(*m_chosenFile, m_folder), m_taken));
+        return QDir::toNativeSeparators(numberedOnce(Destination::free(chosenPath(), m_taken), m_taken));
     if (!m_stream.isValid())
         return {};
-    return QDir::toNativeSeparators(Destination::proposed(m_page, m_stream, m_folder, m_taken));
+    const QString proposed = Destination::proposed(m_page, m_stream, m_folder, m_taken);
+    return QDir::toNativeSeparators(numberedOnce(proposed, m_taken));
+}
+
+/** The path that the user has chosen, with the stream's suffix where it has none. */
+QString DownloadPlan::chosenPath() const
+{
+    const QString path = absolutePath(*m_chosenFile, m_folder);
+    const bool isFile = !path.isEmpty() && !m_chosenFile->trimmed().endsWith(QLatin1Char('/'));
+    return isFile && suffixOf(path).isEmpty() ? path + QLatin1Char('.') + suffix() : path;
 }
 
 bool DownloadPlan::takesCompanion() const
@@ -129,7 +169,7 @@ QString DownloadPlan::suffix() const
 
 QString DownloadPlan::path() const
 {
-    return absolutePath(destination(), m_folder);
+    return m_chosenFile && !m_isNumbered ? chosenPath() : absolutePath(destination(), m_folder);
 }
 
 QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
@@ -153,6 +193,24 @@ QString DownloadPlan::destinationProblem() const
     if (m_taken.contains(file))
         return tr("Another download is making this file.");
     return Destination::errorString(file);
+}
+
+QString DownloadPlan::destinationWarning() const
+{
+    const QString file = path();
+    const QLocale locale;
+    const auto sizeText = [&locale](qint64 bytes) {
+        return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
+    };
+    const qint64 needed = request().stream.getSize();
+    const QStorageInfo disk(QFileInfo(file).absolutePath());
+    if (disk.isValid() && disk.bytesTotal() > 0 && disk.bytesAvailable() < needed)
+        return tr("The file takes %1, but the disk has room for %2 only.")
+            .arg(sizeText(needed), sizeText(disk.bytesAvailable()));
+    const QString ending = suffixOf(file);
+    if (!ending.isEmpty() && ending.compare(suffix(), Qt::CaseInsensitive) != 0)
+        return tr("The name ends in \".%1\", but the file will be of the format %2.").arg(ending, suffix().toUpper());
+    return {};
 }
 
 QString DownloadPlan::warning() const

@@ -34,7 +34,9 @@ public:
     void setStream(const Nox::MediaProfile &stream); ///< Chooses, with the sound that suits it best.
     void setCompanion(const QString &code);          ///< Chooses the sound to join; empty for none.
     void setDestination(const QString &text);        ///< Chooses a file, as the user writes it.
-    void chooseFile(const QString &path);            ///< The same from a file dialog: gives the file its suffix.
+
+    /** The user has written the file: its name gets a suffix, if it has none. */
+    void completeDestination();
 
     /** Goes on to a name that is still free, for the next download; to the user's own as soon as that is. */
     void renumber();
@@ -47,10 +49,14 @@ public:
     QString companion() const;                            ///< Code of the sound to join; empty for none.
     QString destination() const;                          ///< The file as shown to the user.
     QString suffix() const;                               ///< Suffix of the file, without a dot.
-    QString path() const;                                 ///< The file's absolute path; empty without a name.
+    QString path() const; ///< The file's absolute path, with a suffix; empty without a name.
 
     QString soundProblem() const;       ///< Why the sound cannot be joined; empty when it can.
     QString destinationProblem() const; ///< Why the file cannot be made; empty when it can.
+
+    /** What is strange about the file, or that there is too little room for it; may be empty. Does not stand in the
+     * way. */
+    QString destinationWarning() const;
 
     /** What will take long, and how long about; empty when nothing does. Does not stand in the way. */
     QString warning() const;
@@ -72,6 +78,7 @@ Q_SIGNALS:
     void changed();
 
 private:
+    QString chosenPath() const;
     void follow(const QString &oldSuffix);
 
     QString m_url;

@@ -17,6 +17,8 @@ void PageReader::read(const QString &text)
         Q_EMIT refused(message);
         return;
     }
+    if (m_state == State::Reading && url == m_requestedUrl)
+        return;
     m_requestedUrl = url;
     m_job = std::make_unique<Nox::PageJob>(url, m_tools);
     connect(m_job.get(), &Nox::Job::finished, this, &PageReader::onFinished);
@@ -56,6 +58,11 @@ void PageReader::onFinished()
     } else {
         setState(State::Failed);
     }
+}
+
+bool PageReader::isOutdated() const
+{
+    return hasPage() && m_url != m_requestedUrl && (m_state == State::Reading || m_state == State::Failed);
 }
 
 QString PageReader::errorString() const

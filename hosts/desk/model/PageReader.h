@@ -29,7 +29,10 @@ public:
     /** For pages that are read from now on. */
     void setTools(const Nox::ToolSetup &tools) { m_tools = tools; }
 
-    /** Reads the page whose address is @p text, mended where it is clear what was meant; or refuses it. */
+    /**
+     * Reads the page whose address is @p text, corrected where it is clear what was meant; or refuses it. A page that
+     * is being read is not begun anew.
+     */
     void read(const QString &text);
 
     /** Reads the page of the last request again. */
@@ -44,6 +47,7 @@ public:
     State state() const { return m_state; }
     QString requestedUrl() const { return m_requestedUrl; } ///< Address of the last request, if there was one.
     bool hasPage() const { return !m_url.isEmpty(); }       ///< Whether a page has been read.
+    bool isOutdated() const;                                ///< Whether another page is wanted than was read.
     QString url() const { return m_url; }                   ///< Address of the page that has been read.
     Nox::WebMediaInfo page() const { return m_page; }       ///< What it holds.
     Nox::StreamChoice streams() const { return m_streams; } ///< Its streams.

@@ -125,7 +125,7 @@ QString StreamTableModel::text(int row, int column) const
     case Container:
         return StreamText::container(stream);
     case Kind:
-        return stream.isDash() ? tr("%1 (DASH)").arg(StreamText::kind(stream)) : StreamText::kind(stream);
+        return stream.isDash() ? tr("%1 (DASH)").arg(StreamText::kind(whole(stream))) : StreamText::kind(stream);
     case Size:
         return size(stream) > 0 ? QLocale().formattedDataSize(size(stream), 1, QLocale::DataSizeSIFormat) : QString();
     default:
@@ -134,13 +134,19 @@ QString StreamTableModel::text(int row, int column) const
 }
 
 /** What the user gets: the sound that is joined to a stream counts as its own. */
+MediaProfile StreamTableModel::whole(MediaProfile stream) const
+{
+    if (m_streams.audioFor(stream).isValid())
+        stream.setDash(false);
+    return stream;
+}
+
 QString StreamTableModel::words(const MediaProfile &stream) const
 {
-    MediaProfile whole = stream;
-    if (m_streams.audioFor(stream).isValid())
-        whole.setDash(false);
     const QString mark = Conversion::mark(m_streams.conversion(stream));
-    const QString plain = StreamText::plainWords(whole);
+    QString plain = StreamText::plainWords(whole(stream));
+    if (StreamText::label(stream).isEmpty() && stream.getMediaType() != Nox::MEDIA_TYPE_AUDIO)
+        plain = tr("unknown quality, %1", "with or without sound").arg(plain);
     return mark.isEmpty() ? plain : tr("⚠ %1; %2", "stream, mark").arg(plain, mark);
 }
 

@@ -50,6 +50,7 @@ public:
 
 private:
     QString text(int row, int column) const;
+    Nox::MediaProfile whole(Nox::MediaProfile stream) const;
     QString words(const Nox::MediaProfile &stream) const;
     QString explanation(int row, int column) const;
     QVariant sortKey(int row, int column) const;

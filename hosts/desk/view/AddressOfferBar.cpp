@@ -26,9 +26,6 @@ AddressOfferBar::AddressOfferBar(AddressOffer &offer, QWidget *parent)
     dismissButton->setAccessibleName(tr("Dismiss the copied address"));
     dismissButton->setToolTip(dismissButton->accessibleName());
 
-    QSizePolicy policy = sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    setSizePolicy(policy);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_address, 1);

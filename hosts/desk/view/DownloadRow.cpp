@@ -56,7 +56,6 @@ DownloadRow::DownloadRow(QWidget *parent)
     for (QWidget *label : {m_title, m_status})
         label->setContextMenuPolicy(Qt::NoContextMenu); // the row's is shown
     m_detailsButton->setCheckable(true);
-    m_detailsButton->setArrowType(Qt::RightArrow);
     connect(m_detailsButton, &QToolButton::toggled, this, &DownloadRow::showDetails);
     addActions();
     layOut();
@@ -183,7 +182,7 @@ void DownloadRow::showDetails()
     const bool isShown = m_detailsButton->isChecked();
     const bool isFailed =
         m_index.data(DownloadListModel::StateRole).value<Download::State>() == Download::State::Failed;
-    m_detailsButton->setArrowType(isShown ? Qt::DownArrow : Qt::RightArrow);
+    m_detailsButton->setArrowType(isShown ? Qt::DownArrow : isRightToLeft() ? Qt::LeftArrow : Qt::RightArrow);
     if (isShown && m_details == nullptr) {
         m_details = new WrappedText(detailsLines);
         m_details->setObjectName(QStringLiteral("detailsText"));
@@ -241,12 +240,17 @@ void DownloadRow::showBar(int percent, Download::State state)
 
 void DownloadRow::openFile()
 {
-    open(m_file);
+    if (QFileInfo::exists(m_file)) {
+        open(m_file);
+    } else {
+        refresh(m_index); // which tells that it has gone
+    }
 }
 
 void DownloadRow::showFolder()
 {
     if (!QFileInfo::exists(m_file)) {
+        refresh(m_index);
         open(QFileInfo(m_file).absolutePath());
         return;
     }

@@ -107,11 +107,12 @@ void DownloadsPanel::moveRow(int from, int to)
     orderTabStops();
 }
 
-/** Rows are read in another order than that in which they are made. */
+/** Rows are read in another order than that in which they are made, by the keyboard and by screen readers. */
 void DownloadsPanel::orderTabStops()
 {
     QWidget *before = m_area;
-    for (const DownloadRow *row : std::as_const(m_rows)) {
+    for (DownloadRow *row : std::as_const(m_rows)) {
+        row->raise();
         const QList<QWidget *> stops = row->tabStops();
         for (QWidget *stop : stops) {
             setTabOrder(before, stop);

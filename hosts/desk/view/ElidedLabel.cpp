@@ -4,10 +4,11 @@
 
 #include <QAction>
 #include <QClipboard>
-#include <QEvent>
 #include <QGuiApplication>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 
 namespace NoxDesk {
 
@@ -32,7 +33,9 @@ bool ElidedLabel::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
         const bool isCut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
-        setToolTip(isCut ? ShownText::breakable(text()) : QString());
+        const QPoint place = static_cast<QHelpEvent *>(event)->globalPos();
+        QToolTip::showText(place, isCut ? ShownText::breakable(text()) : QString(), this);
+        return true;
     }
     return QLabel::event(event);
 }

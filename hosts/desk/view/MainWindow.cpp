@@ -24,9 +24,16 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace NoxDesk {
+
+namespace {
+
+constexpr int noticeMs = 20000;
+
+} // namespace
 
 MainWindow::MainWindow(Desk &desk, QWidget *parent)
     : QMainWindow(parent)
@@ -36,6 +43,7 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     , m_splitter(new QSplitter(Qt::Vertical))
     , m_downloads(new DownloadsPanel(desk.downloads()))
     , m_notice(new ElidedLabel(Qt::ElideMiddle))
+    , m_noticeTimer(new QTimer(this))
     , m_notifier(new TrayNotifier(this))
 {
     setAcceptDrops(true);
@@ -87,6 +95,13 @@ void MainWindow::layOut()
     auto *offerBar = new AddressOfferBar(m_offer);
     connect(offerBar, &AddressOfferBar::accepted, this, &MainWindow::read);
     m_notice->setObjectName(QStringLiteral("notice"));
+    m_noticeTimer->setObjectName(QStringLiteral("noticeTimer"));
+    m_noticeTimer->setSingleShot(true);
+    m_noticeTimer->setInterval(noticeMs);
+    connect(m_noticeTimer, &QTimer::timeout, this, [this] {
+        if (isActiveWindow()) // else it has not been seen yet
+            m_notice->setText(QString());
+    });
     statusBar()->addWidget(m_notice, 1);
     statusBar()->addPermanentWidget(offerBar, 1);
 }
@@ -144,6 +159,7 @@ void MainWindow::notice(const QString &title, const QString &words)
     QAccessibleEvent event(m_notice, QAccessible::Alert);
 #endif
     QAccessible::updateAccessibility(&event);
+    m_noticeTimer->start();
     m_notifier->notify(title, words);
 }
 
@@ -166,6 +182,7 @@ void MainWindow::remember()
 void MainWindow::read(const QString &address)
 {
     m_addressBar->setAddress(address);
+    m_addressBar->focusField(); // where the keyboard is, may be out of reach while the page is read
     m_desk.reader().read(address);
 }
 
@@ -195,7 +212,7 @@ void MainWindow::askToClose()
     question->setInformativeText(tr("What has been fetched so far will be removed."));
     QPushButton *closeButton = question->addButton(tr("Cancel &downloads and close"), QMessageBox::DestructiveRole);
     closeButton->setObjectName(QStringLiteral("closeAnyway"));
-    QPushButton *stayButton = question->addButton(tr("&Go on"), QMessageBox::RejectRole);
+    QPushButton *stayButton = question->addButton(tr("&Keep downloading"), QMessageBox::RejectRole);
     stayButton->setObjectName(QStringLiteral("stay"));
     question->setDefaultButton(stayButton);
     question->setEscapeButton(stayButton);
@@ -274,6 +291,8 @@ void MainWindow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         m_offer.check();
+        m_downloads->refresh(); // files may have gone meanwhile
+        m_noticeTimer->start();
         m_notifier->clear();
     }
     if (event->type() == QEvent::WindowStateChange && !isMinimized())

@@ -7,6 +7,7 @@
 #include <QPointer>
 
 class QSplitter;
+class QTimer;
 
 namespace NoxDesk {
 
@@ -60,6 +61,7 @@ private:
     QSplitter *m_splitter;
     DownloadsPanel *m_downloads;
     ElidedLabel *m_notice;
+    QTimer *m_noticeTimer; // runs while the notice is seen
     TrayNotifier *m_notifier;
     QPointer<QMessageBox> m_question;
     bool m_isClosing = false;

@@ -124,7 +124,9 @@ VerticalScrollArea *PagePanel::makeHead()
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
     layout->setContentsMargins({});
-    for (QWidget *part : {m_busy, m_failure, m_card})
+    m_outdated = new QLabel(tr("This is still the page before:"));
+    m_outdated->setObjectName(QStringLiteral("outdated"));
+    for (QWidget *part : {m_busy, m_failure, static_cast<QWidget *>(m_outdated), m_card})
         layout->addWidget(part);
     auto *head = new VerticalScrollArea(content);
     head->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
@@ -199,6 +201,9 @@ void PagePanel::show(PageReader::State state)
     m_busy->setVisible(isReading);
     m_failure->setVisible(isFailed);
     m_card->setVisible(reader.hasPage());
+    m_outdated->setVisible(reader.isOutdated());
+    m_card->setEnabled(!reader.isOutdated());
+    m_choices->setEnabled(!reader.isOutdated());
     m_head->setVisible(isReading || isFailed || reader.hasPage());
     m_content->setVisible(reader.hasPage() || !(isReading || isFailed));
     m_content->setCurrentWidget(reader.hasPage() ? m_choices : m_hint);
@@ -213,11 +218,12 @@ void PagePanel::showPage()
     const QString shown = ShownText::cut(title, titleCharacters);
     m_title->setWords(shown);
     m_title->setToolTip(shown == title ? QString() : ShownText::breakable(title));
+    m_title->setAccessibleDescription(shown == title ? QString() : title);
     const qint64 seconds = page.getDuration();
     m_duration->setText(seconds > 0 ? tr("Duration %1").arg(Nox::TransferFigures::timeText(seconds))
                                     : tr("Duration unknown"));
     m_address->setText(m_desk.reader().url());
-    m_warnings->explain(m_desk.reader().warnings().join(QLatin1Char('\n')), *m_title);
+    m_warnings->explain(m_desk.reader().warnings().join(QLatin1Char('\n')), *m_address);
 }
 
 void PagePanel::focusStreams()

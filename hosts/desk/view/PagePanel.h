@@ -55,6 +55,7 @@ private:
     ThumbnailView *m_thumbnail = nullptr;
     WrappedText *m_title = nullptr;
     QLabel *m_duration = nullptr;
+    QLabel *m_outdated = nullptr; // above the card
     ElidedLabel *m_address = nullptr;
     ReasonLabel *m_warnings = nullptr;
     StreamPanel *m_streams = nullptr;

@@ -7,6 +7,7 @@
 #include <nox/jobs/StreamText.h>
 
 #include <QComboBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -14,6 +15,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QToolTip>
 
 namespace NoxDesk {
 
@@ -41,10 +43,8 @@ PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
     layout->setColumnStretch(1, 1);
     addSound(*layout);
     addDestination(*layout);
-    m_downloadButton->setObjectName(QStringLiteral("download"));
     m_downloadButton->installEventFilter(this);
     m_destination->installEventFilter(this);
-    layout->addWidget(m_downloadButton, 2, 3);
 
     connect(m_downloadButton, &QPushButton::clicked, this, &PlanForm::downloadRequested);
     connect(&m_plan, &DownloadPlan::changed, this, &PlanForm::refresh);
@@ -80,6 +80,8 @@ void PlanForm::addDestination(QGridLayout &layout)
     layout.addWidget(m_browseButton, 2, 2);
     m_folderButton->setObjectName(QStringLiteral("makeFolder"));
     m_folderButton->hide();
+    m_downloadButton->setObjectName(QStringLiteral("download"));
+    layout.addWidget(m_downloadButton, 2, 3);
     layout.addWidget(m_destinationProblem, 3, 1, 1, 2);
     layout.addWidget(m_folderButton, 3, 3, Qt::AlignTop);
     connect(m_folderButton, &QPushButton::clicked, this, [this] {
@@ -87,6 +89,7 @@ void PlanForm::addDestination(QGridLayout &layout)
         m_downloadButton->setFocus();
     });
     connect(m_destination, &QLineEdit::textEdited, &m_plan, &DownloadPlan::setDestination);
+    connect(m_destination, &QLineEdit::editingFinished, &m_plan, &DownloadPlan::completeDestination);
     connect(m_destination, &QLineEdit::returnPressed, this, &PlanForm::downloadRequested);
     connect(m_browseButton, &QPushButton::clicked, this, &PlanForm::browse);
 }
@@ -96,11 +99,12 @@ void PlanForm::refresh()
     fillSounds();
     if (m_destination->text() != m_plan.destination())
         m_destination->setText(m_plan.destination());
-    m_destination->setToolTip(ShownText::breakable(m_plan.destination()));
     const bool hasStream = m_plan.stream().isValid();
     const QString soundProblem = m_plan.soundProblem();
     m_soundProblem->explain(soundProblem.isEmpty() ? m_plan.warning() : soundProblem, *m_sound);
-    m_destinationProblem->explain(hasStream ? m_plan.destinationProblem() : QString(), *m_destination);
+    const QString problem = hasStream ? m_plan.destinationProblem() : QString();
+    m_destinationProblem->explain(problem.isEmpty() && hasStream ? m_plan.destinationWarning() : problem,
+                                  *m_destination);
     m_folderButton->setVisible(hasStream && !m_plan.missingFolder().isEmpty());
     m_downloadButton->setEnabled(m_plan.isComplete());
 }
@@ -111,16 +115,18 @@ void PlanForm::fillSounds()
     m_sound->clear();
     m_sound->setEnabled(m_plan.takesCompanion());
     if (!m_plan.takesCompanion()) {
-        m_sound->addItem(m_plan.stream().isDash() && m_plan.stream().getMediaType() == Nox::MEDIA_TYPE_VIDEO
-                             ? tr("The page has none")
-                             : tr("Part of the stream"));
+        const bool isSound = m_plan.stream().getMediaType() == Nox::MEDIA_TYPE_AUDIO;
+        m_sound->addItem(isSound                        ? tr("The stream is sound alone")
+                             : m_plan.stream().isDash() ? tr("The page has none")
+                                                        : tr("Part of the stream"));
         return;
     }
     const QList<Nox::MediaProfile> sounds = m_plan.companions();
     for (const Nox::MediaProfile &sound : sounds) {
         const QString label = StreamText::label(sound);
         m_sound->addItem(tr("%1, %2", "container, bit rate")
-                             .arg(StreamText::container(sound), label.isEmpty() ? sound.getName() : label),
+                             .arg(StreamText::container(sound),
+                                  label.isEmpty() ? tr("unknown quality (%1)").arg(sound.getName()) : label),
                          sound.getName());
     }
     m_sound->addItem(tr("None, the picture only"), QString());
@@ -140,13 +146,21 @@ void PlanForm::browse()
     m_dialog->setDirectory(file.absolutePath());
     m_dialog->selectFile(file.fileName());
     m_dialog->setDefaultSuffix(m_plan.suffix());
-    connect(m_dialog, &QFileDialog::fileSelected, &m_plan, &DownloadPlan::chooseFile);
+    connect(m_dialog, &QFileDialog::fileSelected, &m_plan, [this](const QString &path) {
+        m_plan.setDestination(QDir::toNativeSeparators(path));
+        m_plan.completeDestination();
+    });
     m_dialog->open();
 }
 
 /** The next file has a free name already: what is meant for one download must not begin two. */
 bool PlanForm::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_destination && event->type() == QEvent::ToolTip) { // no property: it would be read as markup
+        const QPoint place = static_cast<QHelpEvent *>(event)->globalPos();
+        QToolTip::showText(place, ShownText::breakable(m_plan.destination()), m_destination);
+        return true;
+    }
     const bool isSecondClick = watched == m_downloadButton && event->type() == QEvent::MouseButtonDblClick;
     const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
     const bool isRepeated =

@@ -111,6 +111,8 @@ QWidget *PreferencesDialog::withBrowse(QLineEdit *field, const QString &name, bo
 {
     field->setObjectName(name);
     auto *button = new QPushButton(tr("Browse…"));
+    field->setAccessibleName(isFolder ? tr("Folder for downloads") : tr("Archive of the download tool"));
+    button->setAccessibleName(isFolder ? tr("Browse for the folder") : tr("Browse for the archive"));
     connect(button, &QPushButton::clicked, this, [this, field, isFolder] { browse(field, isFolder); });
     auto *row = new QWidget;
     row->setFocusProxy(field);
