@@ -25,6 +25,20 @@ namespace Nox {
 namespace {
 
 constexpr int teardownWait = 50; // milliseconds
+constexpr int longestRefusedList = 100;
+
+/*
+ * ffmpeg takes a name such as "file:a" or "subfile,,:a" for an address, and one with a dash in front for an option or
+ * for standard input. The names of resources of Qt begin with a colon. With "./" in front such a name is that of a
+ * file.
+ */
+QString asFileName(const QString &name)
+{
+    const QString begin = name.section(QLatin1Char('/'), 0, 0);
+    const bool isAmbiguous =
+        begin.startsWith(QLatin1Char('-')) || begin.contains(QLatin1Char(':')) || begin.contains(QLatin1Char(','));
+    return isAmbiguous ? QLatin1String("./") + name : name;
+}
 
 } // namespace
 
@@ -147,7 +161,7 @@ void YdDownloader::reset()
     m_item2File.clear();
     m_outDir.clear();
     m_mergedFile.clear();
-    m_refusedFile.clear();
+    m_refusedFiles.clear();
     m_hasLeftovers = true;
 }
 
@@ -229,11 +243,15 @@ void YdDownloader::rememberItemFile(const QString &text)
 }
 
 // A page can put such a line into the tool's output, as a part of a title for example.
-bool YdDownloader::takeItemFile(const QString &file)
+bool YdDownloader::takeItemFile(const QString &name)
 {
+    const QString file = asFileName(name);
     if (!m_ownFiles.contain(file)) {
-        if (std::exchange(m_refusedFile, file) != file)
+        // One record for each name. A page can name any number of files: the list of the names has an end.
+        if (!m_refusedFiles.contains(file) && m_refusedFiles.size() < longestRefusedList) {
+            m_refusedFiles.append(file);
             NOX_LOG_ERROR("Yd file was there before, not taken: %s", LogCall::utf8(file).constData());
+        }
         return false;
     }
     if (m_itemIndex == 1)
@@ -301,7 +319,9 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
         return;
     }
 
-    const QByteArray from = LogCall::latin1(m_item1File);
+    // Where every name was refused, the last of them tells more than no name.
+    const QByteArray from =
+        LogCall::latin1(m_item1File.isEmpty() ? m_refusedFiles.value(m_refusedFiles.size() - 1) : m_item1File);
     const QByteArray to = LogCall::latin1(m_destFile);
     const RunGuard run(this);
     if (isDone) {

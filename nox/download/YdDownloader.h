@@ -8,6 +8,7 @@
 
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 
 namespace Nox {
 
@@ -52,7 +53,7 @@ private:
     void downloadNextItem();
     QString itemCommand(const QString &ydCode);
     void rememberItemFile(const QString &text);
-    bool takeItemFile(const QString &file);
+    bool takeItemFile(const QString &name);
     bool removeFile(const QString &file) const;
     void removePart(const QString &file) const;
     void proceedMerge();
@@ -73,7 +74,7 @@ private:
     QString m_outDir;
     QString m_mergedFile;
     OwnFiles m_ownFiles;
-    QString m_refusedFile;       // announced last of those that are not the tool's
+    QStringList m_refusedFiles;  // announced, but not the download's own
     bool m_hasLeftovers = false; // a download has begun and not succeeded
     QString m_toolPath;
     QString m_pycacheDir;

@@ -1,9 +1,10 @@
 #include <nox/parse/JsonPageReader.h>
 
 #include <nox/parse/JsonMembers.h>
-#include <nox/parse/RealNumbers.h>
 
+#include <algorithm>
 #include <exception>
+#include <string_view>
 
 #include <json/reader.h>
 #include <json/value.h>
@@ -28,17 +29,51 @@ bool readDocument(const QByteArray &document, Json::Value &root, std::string &er
     }
 }
 
-bool readInAnyLocale(const QByteArray &document, Json::Value &root, std::string &error)
+// The end of the comment that begins here; the next character where none does.
+const char *commentEnd(const char *begin, const char *end)
 {
-    if (RealNumbers::isPointUnderstood())
-        return readDocument(document, root, error);
-    if (readDocument(RealNumbers::withoutPoints(document), root, error))
+    const std::string_view rest(begin, static_cast<size_t>(end - begin));
+    size_t length = 1;
+    if (rest.substr(0, 2) == "/*")
+        length = std::min(rest.find("*/", 2), rest.size() - 2) + 2;
+    else if (rest.substr(0, 2) == "//")
+        length = std::min(rest.find_first_of("\r\n"), rest.size());
+    return begin + length;
+}
+
+// Newer versions of the reader refuse control characters in strings, but all take their escapes.
+QByteArray withEscapedControls(const QByteArray &document)
+{
+    QByteArray result;
+    const char *const end = document.constData() + document.size();
+    bool isInString = false;
+    for (const char *at = document.constData(); at != end;) {
+        if (isInString && static_cast<unsigned char>(*at) < 0x20) {
+            result += "\\u00" + QByteArray(1, *at++).toHex();
+            continue;
+        }
+        const char *next = at + 1;
+        if (*at == '"')
+            isInString = !isInString;
+        else if (isInString && *at == '\\' && next != end)
+            ++next; // what is behind a backslash does not end the string, and is no control character of it
+        else if (!isInString && *at == '/')
+            next = commentEnd(at, end);
+        result.append(at, static_cast<QByteArray::size_type>(next - at));
+        at = next;
+    }
+    return result;
+}
+
+// A failure is told of the document as it is, since the message names places in it.
+bool readAnyDocument(const QByteArray &document, Json::Value &root, std::string &error)
+{
+    if (readDocument(document, root, error))
         return true;
-    // The reader's words name places in the document as it is.
-    std::string words;
-    if (!readDocument(document, root, words))
-        error = words;
-    return false;
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
+    std::string secondError;
+    return std::any_of(document.begin(), document.end(), isControl)
+        && readDocument(withEscapedControls(document), root, secondError);
 }
 
 template <typename Record, size_t Size>
@@ -80,7 +115,7 @@ PageDescription pageDescription(const Json::Value &object)
 bool JsonPageReader::read(const QByteArray &document, PageDescription &page, std::string &error)
 {
     Json::Value root;
-    if (!readInAnyLocale(document, root, error))
+    if (!readAnyDocument(document, root, error))
         return false;
     page = pageDescription(root);
     return true;

@@ -8,7 +8,6 @@
 #include <nox/parse/YdStatusLines.h>
 #include <nox/util/ByteCount.h>
 #include <nox/util/Saturation.h>
-#include <nox/util/TextEscape.h>
 #include <nox/util/Utilities.h>
 
 #include <QDebug>
@@ -68,7 +67,10 @@ YdOutputParser *YdOutputParser::instance()
 void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir)
 {
     Q_UNUSED(tempDir)
-    QByteArray document = TextEscape::toUtf8(output);
+    // In steps, so that a large page stands in memory only once.
+    output = Utilities::convertHttpSpecificChar(std::move(output));
+    output = Utilities::convertHttpSpecificChar2(std::move(output));
+    QByteArray document = std::exchange(output, QString()).toUtf8();
     std::optional<PageDescription> page = FastPageReader::read(document);
     std::string error;
     if (!page && !JsonPageReader::read(document, page.emplace(), error)) {

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QByteArray>
 #include <QChar>
-#include <QString>
 #include <QStringView>
 
 /** The two ways in which the tool's text stands for a character that it does not write itself. */
@@ -57,11 +55,5 @@ inline Escape readCharacterReference(QStringView text)
         return {};
     return {QChar(static_cast<char16_t>(code)), i + 1};
 }
-
-/**
- * @p text in UTF-8, with first the references and then, in what that gives, the escapes replaced. One pass,
- * in linear time.
- */
-QByteArray toUtf8(const QString &text);
 
 } // namespace Nox::TextEscape

@@ -33,6 +33,8 @@ private Q_SLOTS:
     void slotsByName();
     void mergeArguments_data();
     void mergeArguments();
+    void addresses_data();
+    void addresses();
     void trace();
     void secondDownloadWhileOneRuns_data();
     void secondDownloadWhileOneRuns();
@@ -132,7 +134,7 @@ void DownloadTest::filesElsewhere_data()
     const char *killed =
         "takeItemFile: Yd file was there before, not taken: ROOT/thesis.odt|ydProcessError: Yd process error: 1 ";
     const char *unnamed = "takeItemFile: Yd file was there before, not taken: ROOT/thesis.odt|"
-                          "ydFinished: Rename failed from  to DIR/clip.mp4!";
+                          "ydFinished: Rename failed from ROOT/thesis.odt to DIR/clip.mp4!";
     const std::string planted = "out [download] Destination: ROOT/thesis.odt\\n|";
     const std::string hang = "137: " + planted + "announce mp4|" + planted + "hang";
     const char *thesis = "elsewhere=thesis.odt";
@@ -170,6 +172,14 @@ void DownloadTest::filesElsewhere_data()
         "started error(-1)", "", "ydProcessError: Yd process error: 1 ");
     row("made in this run", thesis, "137: touch ../new.odt|out [download] Destination: ROOT/new.odt\\n", "",
         "started finished", "clip.mp4=new");
+    const std::string other = "out [download] Destination: ROOT/b.odt\\n|";
+    row("two names in turn", "elsewhere=thesis.odt elsewhere=b.odt",
+        ("137: " + planted + other + planted + other + "announce mp4").c_str(), "", "started finished", "clip.mp4=137",
+        (std::string(refused) + "|takeItemFile: Yd file was there before, not taken: ROOT/b.odt").c_str());
+    row("a link made in this run", "", "137: link ../new.odt|out [download] Destination: ROOT/new.odt\\n", "",
+        "started error(-8)", "",
+        "takeItemFile: Yd file was there before, not taken: ROOT/new.odt|"
+        "ydFinished: Rename failed from ROOT/new.odt to DIR/clip.mp4!");
     row("inside the folder", "has=old.mp4", "137: out [download] Destination: ROOT/my videos/old.mp4\\n", "",
         "started finished", "clip.mp4=old");
 }
@@ -295,6 +305,42 @@ void DownloadTest::mergeArguments()
     const QString moduleLog = QString::fromUtf8(stage.moduleLog());
     QCOMPARE(marker.match(moduleLog).hasMatch(), codecs.isEmpty());
     QCOMPARE(moduleLog.isEmpty(), !codecs.isEmpty());
+}
+
+void DownloadTest::addresses_data()
+{
+    const TextTable row{"name", "file"};
+    for (const char *name : {"-y.mp4", "-.mp4", "a:b.mp4", ":a.mp4", "pipe:0.mp4", "subfile,,start,0,end,9,,:a.mp4"})
+        row(name, name, (std::string("./") + name).c_str());
+    row("address of a file", "file:ROOT/thesis.odt", "./file:ROOT/thesis.odt");
+    row("page", "http://127.0.0.1:9/a.mp4", "./http://127.0.0.1:9/a.mp4");
+    row("plain", "a b.mp4", "a b.mp4");
+    row("colon behind a slash", "./a:b.mp4", "./a:b.mp4");
+    row("whole path", "ROOT/my videos/a:b.mp4", "DIR/a:b.mp4");
+}
+
+/** A name that the tool prints is always the name of a file to ffmpeg: no address and no option. */
+void DownloadTest::addresses()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, file);
+    // Where the name holds a folder that is not there, the file is missing.
+    const bool isThere = !name.contains("//"_s) && !name.contains("ROOT/thesis"_s);
+    const QString touched = isThere ? "touch %1|"_s.arg(QFileInfo(name).fileName()) : QString();
+    for (const bool isVideo : {true, false}) {
+        const QString announced = touched + "out [download] Destination: "_s + name + R"(\n)"_s;
+        DownloadRun run("two elsewhere=thesis.odt"_s, "%1: %2"_s.arg(isVideo ? "137"_s : "140"_s, announced));
+        run.start();
+        const QString end = isThere ? " progress(0,0,0) finished"_s : " error(-4)"_s;
+        QCOMPARE(run.log.settled("started started"_s + end), "started started"_s + end);
+        const QStringList arguments = run.stage.arguments("ffmpeg"_s);
+        QCOMPARE(run.stage.plain(arguments.at(isVideo ? 1 : 3)), file);
+        if (isVideo)
+            QCOMPARE(run.stage.plain(arguments.last()), file + ".tmp.mp4"_s);
+        run.worker->cancel();
+        QCOMPARE(run.stage.files(), QString());
+        QVERIFY(run.stage.isElsewhereUntouched());
+    }
 }
 
 /** Every log record and debug message of one download, in order. */
