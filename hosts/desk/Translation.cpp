@@ -1,5 +1,7 @@
 #include "hosts/desk/Translation.h"
 
+#include <nox/jobs/JobsTranslation.h>
+
 #include <QCoreApplication>
 #include <QTranslator>
 
@@ -28,6 +30,7 @@ void install(const QLocale &locale, const QString &name, const QString &folder)
 void installTranslation(const QLocale &locale)
 {
     initResources();
+    Nox::installJobsTranslation(locale);
     // The texts in the source are English, which no file holds.
     if (locale.uiLanguages().value(0).startsWith(QLatin1String("en")))
         return;

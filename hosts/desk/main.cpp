@@ -1,9 +1,10 @@
 #include "hosts/common/InterruptWatcher.h"
 #include "hosts/common/Locale.h"
-#include "hosts/common/ToolSetup.h"
 #include "hosts/desk/Translation.h"
 #include "hosts/desk/model/Desk.h"
 #include "hosts/desk/view/MainWindow.h"
+
+#include <nox/jobs/ToolSetup.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -37,7 +38,7 @@ int main(int argc, char *argv[])
         qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1"); // Qt 5 does not scale unless asked to
     }
     const QApplication application(argc, argv);
-    NoxHost::ToolSetup::prepareEnvironment();
+    Nox::ToolSetup::prepareEnvironment();
     QCoreApplication::setOrganizationName(QStringLiteral("noxwebmedia"));
     QCoreApplication::setApplicationName(QStringLiteral("nox-desk"));
     QCoreApplication::setApplicationVersion(QStringLiteral(NOX_DESK_VERSION));

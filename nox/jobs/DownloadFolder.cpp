@@ -24,10 +24,16 @@ qint64 bytes(const QFileInfoList &files)
                            [](qint64 sum, const QFileInfo &file) { return sum + file.size(); });
 }
 
+/** The file of the lock of the folder @p path. */
+QString lockFile(const QString &path)
+{
+    return path + QStringLiteral("/.lock");
+}
+
 /** The lock of the folder @p path. It does not become free by age: downloads may take days. */
 std::unique_ptr<QLockFile> lockOf(const QString &path)
 {
-    auto lock = std::make_unique<QLockFile>(path + QStringLiteral("/.lock"));
+    auto lock = std::make_unique<QLockFile>(lockFile(path));
     lock->setStaleLockTime(0);
     return lock;
 }
@@ -43,7 +49,7 @@ bool removeFolder(const QString &path, QLockFile &lock)
     for (const QFileInfo &entry : entries) {
         if (entry.isDir() && !entry.isSymLink())
             QDir(entry.filePath()).removeRecursively();
-        else if (entry.fileName() != QFileInfo(lock.fileName()).fileName())
+        else if (entry.filePath() != lockFile(path))
             QFile::remove(entry.filePath());
     }
     lock.unlock();
@@ -84,7 +90,7 @@ void DownloadFolder::removeStale(const QString &parent)
     for (const QFileInfo &folder : folders) {
         const std::unique_ptr<QLockFile> lock = lockOf(folder.filePath());
         // One without a lock may just be coming into being.
-        if (folder.ownerId() == geteuid() && QFileInfo::exists(lock->fileName()) && lock->tryLock(0))
+        if (folder.ownerId() == geteuid() && QFileInfo::exists(lockFile(folder.filePath())) && lock->tryLock(0))
             removeFolder(folder.filePath(), *lock);
     }
 }

@@ -123,7 +123,7 @@ void DeskFocusTest::longTexts()
     const QString page = HostSandbox::pageScenario().replace("Clip"_s, text);
     HostSandbox::play(page + "\n137: announce mp4|err ERROR: "_s + text + "|exit 1\n18: announce mp4|hang"_s);
     QVERIFY(m_user->beginDownload("1080P"_s));
-    QTRY_SOON(m_user->sees("failureWords", 0));
+    QTRY_SOON(m_user->seesFailure(0));
     m_user->choose("360P"_s);
     m_user->type("destination", m_stage->videos() + QLatin1Char('/') + text.left(200) + ".mp4"_s);
     QVERIFY(m_user->press("download"));
@@ -194,13 +194,12 @@ void DeskFocusTest::rowsAreReachedInOrder()
     QCOMPARE(QApplication::focusWidget()->objectName(), "menu"_s);
     m_user->find("downloads")->setFocus();
     QStringList reached;
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < 9; ++i) { // three rows
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         reached += "%1%2"_s.arg(rowWithFocus()).arg(QApplication::focusWidget()->objectName());
     }
     QCOMPARE(reached.join(QLatin1Char(' ')),
-             "0openFile 0showFolder 0remove 1openFile 1showFolder 1remove 2openFile 2showFolder "
-             "2remove"_s);
+             "0details 0openFile 0rowMenu 1details 1openFile 1rowMenu 2details 2openFile 2rowMenu"_s);
 }
 
 void DeskFocusTest::typingWhileReading_data()

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void modelKeepsToLimit();
     void modelRetries();
     void modelCancelsAll();
+    void waitingRowsChangePlaces();
     void sixAddresses();
     void failureIsToldBesideOthers_data();
     void failureIsToldBesideOthers();
@@ -30,8 +31,43 @@ private Q_SLOTS:
 private:
     void add(const QString &words);
     QString states() const;
+    QString files() const;
     void download(int number);
 };
+
+/** The files' names without suffix, in the order of the rows. */
+QString DeskQueueTest::files() const
+{
+    QStringList result;
+    for (int row = 0; row < m_user->downloads().rowCount(); ++row)
+        result += QFileInfo(m_user->downloads().index(row).data().toString()).completeBaseName();
+    return result.join(QLatin1Char(' '));
+}
+
+/** The user changes the order of those that wait; nothing else changes places. */
+void DeskQueueTest::waitingRowsChangePlaces()
+{
+    DownloadListModel &model = m_user->downloads();
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    HostSandbox::play("a: announce mp4|wait a\nb: announce mp4|hang\nc: announce mp4|hang\nd: announce mp4|hang"_s);
+    model.setLimit(1);
+    for (const QString &words : {"a MP4"_s, "b MP4"_s, "c MP4"_s, "d MP4"_s})
+        add(words);
+    QTRY_SOON(m_user->sees("cancel", 3));
+    QVERIFY(!m_user->canPress("moveDown", 0) && m_user->canPress("moveUp", 3));
+    m_user->find("cancel", 3)->setFocus();
+    QTest::keyClick(m_user->find("cancel", 3), Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(files(), "a b d c"_s);
+    QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 2));
+    QVERIFY(m_user->press("moveUp", 2) && m_user->press("moveUp", 1)); // what runs stays in front
+    QCOMPARE(files(), "a d b c"_s);
+    QVERIFY(m_user->press("moveDown", 2) && m_user->press("moveDown", 3));
+    QCOMPARE(files(), "a d c b"_s);
+    QCOMPARE(m_user->text("fileName", 2), "c.mp4"_s);
+    m_stage->let("a"_s);
+    QTRY_SOON_COMPARE(states(), "FWWR"_s);
+    QCOMPARE(files(), "d c b a"_s);
+}
 
 /** Asks the model for a download of the stream of these words, to a file named after its code. */
 void DeskQueueTest::add(const QString &words)
@@ -40,15 +76,18 @@ void DeskQueueTest::add(const QString &words)
     m_user->downloads().add({DeskUser::pageAddress(), stream, m_stage->video(stream.getName() + ".mp4"_s)});
 }
 
-/** The states from the oldest download to the newest, a letter for each. */
+/** The states in the order of the files' names, a letter for each. */
 QString DeskQueueTest::states() const
 {
     const DownloadListModel &model = m_user->downloads();
-    QString result;
-    for (int row = model.rowCount() - 1; row >= 0; --row) {
+    QMap<QString, QChar> states;
+    for (int row = 0; row < model.rowCount(); ++row) {
         const auto state = model.index(row).data(DownloadListModel::StateRole).value<Download::State>();
-        result += "WR-FEC"_s.at(static_cast<int>(state));
+        states.insert(model.index(row).data().toString(), "WR-FEC"_s.at(static_cast<int>(state)));
     }
+    QString result;
+    for (const QChar state : std::as_const(states))
+        result += state;
     return result;
 }
 
@@ -74,7 +113,8 @@ void DeskQueueTest::modelKeepsToLimit()
     QCOMPARE(model.batchEndedCount(), 2);
     QCOMPARE(model.batchPercent(), 50);
     QVERIFY(m_user->window().windowTitle().startsWith("50 %, 2 of 4"_s));
-    model.cancel(0); // waits: it is gone at once
+    QCOMPARE(files(), "c d b a"_s);
+    model.cancel(1); // waits: it is ended at once
     QCOMPARE(states(), "FFRC"_s);
     QCOMPARE(model.batchPercent(), 75);
 }
@@ -85,13 +125,13 @@ void DeskQueueTest::modelRetries()
     HostSandbox::play("a: announce mp4|err ERROR: gone|exit 1"_s);
     add("a MP4"_s);
     QTRY_SOON_COMPARE(states(), "E"_s);
-    QVERIFY(!model.index(0).data(DownloadListModel::ProblemRole).toString().isEmpty());
+    QVERIFY(!model.index(0).data(DownloadListModel::ErrorRole).toString().isEmpty());
     // Meanwhile somebody else has taken the name.
     QVERIFY(QFile(m_stage->video("a.mp4"_s)).open(QIODevice::WriteOnly));
     HostSandbox::play("a: announce mp4|progress 50.0 100|wait a"_s);
     model.retry(0);
     QCOMPARE(states(), "R"_s);
-    QCOMPARE(model.index(0).data(DownloadListModel::ProblemRole).toString(), QString());
+    QCOMPARE(model.index(0).data(DownloadListModel::ErrorRole).toString(), QString());
     model.retry(0); // not while it runs
     model.remove(0);
     QCOMPARE(states(), "R"_s);
@@ -130,7 +170,6 @@ void DeskQueueTest::download(int number)
     m_user->readPage("http://x/%1"_s.arg(number));
     QTRY_SOON(m_user->text("title") == "Clip-%1"_s.arg(number));
     QVERIFY(m_user->press("download"));
-    QTRY_SOON(m_user->sees("status", 0) || m_user->sees("failureWords", 0));
 }
 
 void DeskQueueTest::sixAddresses()
@@ -151,25 +190,29 @@ void DeskQueueTest::sixAddresses()
     for (int number = 3; number <= 6; ++number)
         download(number);
     QTRY_SOON_COMPARE(states(), "RERWWW"_s);
-    QVERIFY(m_user->text("status", 0).startsWith("Waiting"_s));
+    QCOMPARE(files(), "Clip-1 Clip-3 Clip-4 Clip-5 Clip-6 Clip-2"_s);
+    QTRY_SOON(m_user->text("status", 4).startsWith("Waiting"_s));
     QVERIFY(m_user->window().windowTitle().contains("1 of 6"_s));
 
     HostSandbox::play("c2: announce mp4\nc3: announce mp4|hang\nc4: announce mp4|hang\n"
                       "c5: announce mp4|wait five\nc6: announce mp4|hang"_s);
-    m_user->find("retry", 4)->setFocus();
-    QVERIFY(m_user->press("retry", 4)); // goes behind those that wait already
+    m_user->find("retry", 5)->setFocus();
+    QVERIFY(m_user->press("retry", 5)); // goes behind those that wait already
     QCOMPARE(states(), "RWRWWW"_s);
-    QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 4));
+    QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 5));
     QVERIFY(m_user->press("cancel", 2));
     QCOMPARE(states(), "RWRCWW"_s);
+    QCOMPARE(files(), "Clip-1 Clip-3 Clip-5 Clip-6 Clip-2 Clip-4"_s);
     QTRY_SOON(m_stage->hangs("c3"_s));
-    QVERIFY(m_user->press("cancel", 3));
+    QVERIFY(m_user->press("cancel", 1));
     QTRY_SOON_COMPARE(states(), "RWCCRW"_s);
     m_stage->let("one"_s);
     QTRY_SOON_COMPARE(states(), "FWCCRR"_s);
     m_stage->let("five"_s);
     QTRY_SOON_COMPARE(states(), "FFCCFR"_s);
-    QVERIFY(m_user->press("retry", 3) && m_user->press("retry", 2));
+    QCOMPARE(files(), "Clip-6 Clip-2 Clip-5 Clip-1 Clip-3 Clip-4"_s); // the last one to end is the first of these
+    QTRY_SOON(m_user->sees("retry", 4) && m_user->sees("retry", 5));
+    QVERIFY(m_user->press("retry", 4) && m_user->press("retry", 5));
     QTRY_SOON_COMPARE(states(), "FFRWFR"_s);
     QCOMPARE(most, 2);
     QCOMPARE(noticed.at(0).at(1).toString().section(QLatin1Char(':'), 0, 0), "Clip-2.mp4"_s); // has failed
@@ -201,9 +244,9 @@ void DeskQueueTest::failureIsToldBesideOthers()
     add("a MP4"_s);
     QTRY_SOON(m_stage->hangs("a"_s));
     add("b MP4 dash +140"_s);
-    QTRY_SOON(m_user->sees("toolWords", 0));
+    QTRY_SOON(m_user->seesFailure(1));
     QFETCH(QString, words);
-    const QString told = m_user->text("toolWords", 0);
+    const QString told = m_user->text("toolWords", 1);
     QVERIFY2(told.contains(words), qPrintable(told));
     QVERIFY2(!told.contains("frame="_s) && !told.contains("of the other"_s), qPrintable(told));
     QVERIFY2(told.count(QLatin1Char('\n')) < 8 && told.size() <= 600, qPrintable(told));
@@ -227,6 +270,10 @@ void DeskQueueTest::keys()
     QTest::keyClick(m_user->find("streams"), Qt::Key_Return);
     QTRY_SOON(m_user->sees("openFile", 0));
     m_user->find("openFile", 0)->setFocus();
+    QTest::keyClick(m_user->find("openFile", 0), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), "https://www.x/2"_s);
+    QTest::keyClick(m_user->find("openFile", 0), Qt::Key_R, Qt::ControlModifier);
+    QCOMPARE(m_user->desk().reader().state(), PageReader::State::Reading);
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_Delete);
     QCOMPARE(m_user->downloads().rowCount(), 0);
     QCOMPARE(m_user->desk().settings().recentAddresses(), QStringList({"https://www.x/2"_s, "http://x/1"_s}));

@@ -4,6 +4,7 @@
 #include "tests/jobs/HostSandbox.h"
 #include "tests/util/Rows.h"
 
+#include <QAction>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
@@ -26,7 +27,7 @@ DeskUser::DeskUser()
 QWidget *DeskUser::row(int row)
 {
     const auto *list = m_window.findChild<QScrollArea *>("downloads"_s)->widget()->layout();
-    QLayoutItem *item = list->itemAt(row);
+    QLayoutItem *item = row < 0 ? nullptr : list->itemAt(row);
     return item == nullptr ? nullptr : qobject_cast<DownloadRow *>(item->widget());
 }
 
@@ -47,8 +48,16 @@ QString DeskUser::text(const char *name, int row)
     return widget == nullptr ? QString() : widget->property("text").toString();
 }
 
+QAction *DeskUser::action(const char *name, int row)
+{
+    const QWidget *scope = this->row(row);
+    return scope == nullptr ? nullptr : scope->findChild<QAction *>(QString::fromLatin1(name));
+}
+
 bool DeskUser::canPress(const char *name, int row)
 {
+    if (const QAction *entry = action(name, row))
+        return entry->isEnabled();
     const QWidget *widget = find(name, row);
     return widget != nullptr && widget->isEnabled();
 }
@@ -57,8 +66,20 @@ bool DeskUser::press(const char *name, int row)
 {
     if (!canPress(name, row))
         return false;
+    if (QAction *entry = action(name, row)) {
+        entry->trigger();
+        return true;
+    }
     QTest::mouseClick(find(name, row), Qt::LeftButton);
     return true;
+}
+
+bool DeskUser::seesFailure(int row)
+{
+    const auto state = downloads().index(row).data(DownloadListModel::StateRole).value<Download::State>();
+    if (state == Download::State::Failed && !sees("detailsText", row))
+        press("details", row);
+    return sees("failureWords", row);
 }
 
 void DeskUser::type(const char *name, const QString &text)

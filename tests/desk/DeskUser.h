@@ -28,8 +28,10 @@ public:
     QString text(const char *name, int row = -1); ///< of a label or field; empty when it is not shown
     bool canPress(const char *name, int row = -1);
 
-    /** Presses a button. @return whether it is there and can be pressed */
+    /** Presses a button, or takes an entry of the row's menu. @return whether it is there and can be pressed */
     bool press(const char *name, int row = -1);
+
+    bool seesFailure(int row); ///< Whether what went wrong is shown, with the details, which are asked for.
 
     void type(const char *name, const QString &text);      ///< Replaces what is in the field.
     void readPage(const QString &address = pageAddress()); ///< Types the address and presses Enter.
@@ -44,6 +46,8 @@ public:
     QString chosen() { return m_desk.plan().stream().getName(); } ///< Code of the chosen stream.
 
 private:
+    QAction *action(const char *name, int row);
+
     NoxDesk::Desk m_desk;
     NoxDesk::MainWindow m_window;
 };

@@ -9,7 +9,7 @@ translation=$hosts/desk/i18n/nox-desk_de.ts
 copy=$(mktemp --suffix=.ts)
 trap 'rm -f "$copy"' EXIT
 cp "$translation" "$copy"
-"$lupdate" -silent -I "$hosts/.." -locations none "$hosts/desk" "$hosts/common" -ts "$copy"
+"$lupdate" -silent -I "$hosts/.." -locations none "$hosts/desk" -ts "$copy"
 
 texts=$(grep -c '<source>' "$copy")
 echo "$texts texts"

@@ -63,10 +63,6 @@
         <source>Download cancelled</source>
         <translation>Download abgebrochen</translation>
     </message>
-    <message>
-        <source>Settings not used</source>
-        <translation>Einstellungen nicht verwendet</translation>
-    </message>
 </context>
 <context>
     <name>NoxDesk::Download</name>
@@ -77,10 +73,6 @@
     <message>
         <source>Finished, %1</source>
         <translation>Fertig, %1</translation>
-    </message>
-    <message>
-        <source>Failed</source>
-        <translation>Fehlgeschlagen</translation>
     </message>
     <message>
         <source>Cancelled</source>
@@ -109,6 +101,10 @@
     <message>
         <source>Waiting for others to end</source>
         <translation>Wartet, bis andere fertig sind</translation>
+    </message>
+    <message>
+        <source>Failed: %1</source>
+        <translation>Fehlgeschlagen: %1</translation>
     </message>
 </context>
 <context>
@@ -141,10 +137,6 @@
         <translation>Im Ordner zeigen</translation>
     </message>
     <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
-    </message>
-    <message>
         <source>Progress of %1</source>
         <translation>Fortschritt von %1</translation>
     </message>
@@ -169,6 +161,38 @@
         <source>Retry</source>
         <translation>Wiederholen</translation>
     </message>
+    <message>
+        <source>Move up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Copy address of the page</source>
+        <translation>Adresse der Seite kopieren</translation>
+    </message>
+    <message>
+        <source>Open page in the browser</source>
+        <translation>Seite im Browser öffnen</translation>
+    </message>
+    <message>
+        <source>Read page again</source>
+        <translation>Seite neu lesen</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+    <message>
+        <source>Remove from the list</source>
+        <translation>Aus der Liste entfernen</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadsPanel</name>
@@ -183,10 +207,6 @@
     <message>
         <source>Downloads:</source>
         <translation>Downloads:</translation>
-    </message>
-    <message>
-        <source>No downloads yet</source>
-        <translation>Noch keine Downloads</translation>
     </message>
     <message>
         <source>Downloads</source>
@@ -357,6 +377,10 @@
         <source>Download tool:</source>
         <translation>Download-Werkzeug:</translation>
     </message>
+    <message>
+        <source>open the menu of the download, which shows its other keys</source>
+        <translation>das Menü des Downloads öffnen, in dem seine weiteren Tasten stehen</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::PagePanel</name>
@@ -393,6 +417,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Close &amp;message</source>
         <translation>&amp;Meldung schließen</translation>
+    </message>
+    <message>
+        <source>Warnings of the download tool</source>
+        <translation>Warnungen des Download-Werkzeugs</translation>
     </message>
 </context>
 <context>
@@ -593,303 +621,6 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>asking the tool…</source>
         <translation>Das Werkzeug wird gefragt …</translation>
-    </message>
-</context>
-<context>
-    <name>NoxHost::Conversion</name>
-    <message>
-        <source>slow: must be converted</source>
-        <translation>langsam: muss umgewandelt werden</translation>
-    </message>
-    <message>
-        <source>The video must be converted when it is joined with its audio, which takes long.</source>
-        <translation>Das Video muss umgewandelt werden, wenn es mit seinem Ton zusammengefügt wird, und das dauert lange.</translation>
-    </message>
-    <message>
-        <source>The audio must be converted when it is joined with the video.</source>
-        <translation>Der Ton muss umgewandelt werden, wenn er mit dem Video zusammengefügt wird.</translation>
-    </message>
-    <message>
-        <source>%1 Rough guess: less than a minute.</source>
-        <translation>%1 Grobe Schätzung: weniger als eine Minute.</translation>
-    </message>
-    <message>
-        <source>%1 Rough guess: %2 min.</source>
-        <translation>%1 Grobe Schätzung: %2 min.</translation>
-    </message>
-    <message>
-        <source>%1 Rough guess: %2 h.</source>
-        <translation>%1 Grobe Schätzung: %2 h.</translation>
-    </message>
-</context>
-<context>
-    <name>NoxHost::Destination</name>
-    <message>
-        <source>The file needs a name.</source>
-        <translation>Die Datei braucht einen Namen.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is a folder.</source>
-        <translation>„%1“ ist ein Ordner.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; exists already; an existing file is never replaced.</source>
-        <translation>„%1“ gibt es schon; eine vorhandene Datei wird nie ersetzt.</translation>
-    </message>
-    <message>
-        <source>The name is too long: %1 characters are the most.</source>
-        <translation>Der Name ist zu lang: Mehr als %1 Zeichen sind nicht möglich.</translation>
-    </message>
-    <message>
-        <source>The name is too long: it takes more than %1 bytes.</source>
-        <translation>Der Name ist zu lang: Er belegt mehr als %1 Byte.</translation>
-    </message>
-    <message>
-        <source>The name must not end in a dot.</source>
-        <translation>Der Name darf nicht mit einem Punkt enden.</translation>
-    </message>
-    <message>
-        <source>The name must not hold any of / \ : * ? &quot; &lt; &gt; |</source>
-        <translation>Der Name darf keines der Zeichen / \ : * ? &quot; &lt; &gt; | enthalten</translation>
-    </message>
-    <message>
-        <source>The folder &quot;%1&quot; does not exist.</source>
-        <translation>Den Ordner „%1“ gibt es nicht.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is not a folder.</source>
-        <translation>„%1“ ist kein Ordner.</translation>
-    </message>
-    <message>
-        <source>You may not write into the folder &quot;%1&quot;.</source>
-        <translation>In den Ordner „%1“ dürfen Sie nicht schreiben.</translation>
-    </message>
-    <message>
-        <source>The folder &quot;%1&quot; cannot be used: the download tool reads %( and %% in its name differently.</source>
-        <translation>Der Ordner „%1“ ist nicht verwendbar: Das Download-Werkzeug liest %( und %% in seinem Namen anders.</translation>
-    </message>
-    <message>
-        <source>audio</source>
-        <translation>Ton</translation>
-    </message>
-    <message>
-        <source>video</source>
-        <translation>Video</translation>
-    </message>
-    <message>
-        <source>The folder &quot;%1&quot; cannot be used: the download tool takes a $ in its name for a variable.</source>
-        <translation>Der Ordner „%1“ ist nicht verwendbar: Das Download-Werkzeug hält ein $ in seinem Namen für eine Variable.</translation>
-    </message>
-    <message>
-        <source>The folder &quot;%1&quot; cannot be used: its name holds a line break or another control character.</source>
-        <translation>Der Ordner „%1“ ist nicht verwendbar: Sein Name enthält einen Zeilenumbruch oder ein anderes Steuerzeichen.</translation>
-    </message>
-</context>
-<context>
-    <name>NoxHost::FailureText</name>
-    <message>
-        <source>The download tool could not be run. Check that the programs beside this one are complete and may be executed, and that memory is not short.</source>
-        <translation>Das Download-Werkzeug ließ sich nicht ausführen. Prüfen Sie, ob die Programme neben diesem vollständig und ausführbar sind und ob der Arbeitsspeicher reicht.</translation>
-    </message>
-    <message>
-        <source>Joining video and audio failed: ffmpeg reported an error. Check that there is room on the disk, or choose a stream with sound of its own.</source>
-        <translation>Video und Ton ließen sich nicht zusammenfügen: ffmpeg meldet einen Fehler. Prüfen Sie, ob auf dem Datenträger Platz ist, oder wählen Sie einen Stream mit eigenem Ton.</translation>
-    </message>
-    <message>
-        <source>The download tool gave up. Check the network connection and the room on the disk, or choose another stream; the address may have expired, so read the page again.</source>
-        <translation>Das Download-Werkzeug hat aufgegeben. Prüfen Sie die Netzverbindung und den Platz auf dem Datenträger, oder wählen Sie einen anderen Stream; die Adresse kann abgelaufen sein, lesen Sie die Seite dann neu.</translation>
-    </message>
-    <message>
-        <source>Joining video and audio failed: ffmpeg crashed or was killed. Try again, or choose a stream with sound of its own.</source>
-        <translation>Video und Ton ließen sich nicht zusammenfügen: ffmpeg ist abgestürzt oder wurde beendet. Versuchen Sie es noch einmal, oder wählen Sie einen Stream mit eigenem Ton.</translation>
-    </message>
-    <message>
-        <source>The download tool crashed or was killed. Check that memory is not short, and try again.</source>
-        <translation>Das Download-Werkzeug ist abgestürzt oder wurde beendet. Prüfen Sie, ob der Arbeitsspeicher reicht, und versuchen Sie es noch einmal.</translation>
-    </message>
-    <message>
-        <source>Joining video and audio failed: ffmpeg could not be run. Check that it stands beside this program and may be executed.</source>
-        <translation>Video und Ton ließen sich nicht zusammenfügen: ffmpeg ließ sich nicht ausführen. Prüfen Sie, ob es neben diesem Programm steht und ausführbar ist.</translation>
-    </message>
-    <message>
-        <source>The finished file could not get its final name. Check that its folder still exists and may be written to, and that there is room on the disk.</source>
-        <translation>Die fertige Datei konnte ihren endgültigen Namen nicht bekommen. Prüfen Sie, ob es ihren Ordner noch gibt, ob Sie in ihn schreiben dürfen und ob auf dem Datenträger Platz ist.</translation>
-    </message>
-    <message>
-        <source>The download failed for an unknown reason (code %1). The log may tell more.</source>
-        <translation>Der Download ist aus unbekanntem Grund fehlgeschlagen (Code %1). Das Protokoll sagt vielleicht mehr.</translation>
-    </message>
-    <message>
-        <source>The download tool could not read the page. Check the address and the network connection; the page may not be supported.</source>
-        <translation>Das Download-Werkzeug konnte die Seite nicht lesen. Prüfen Sie die Adresse und die Netzverbindung; vielleicht wird die Seite nicht unterstützt.</translation>
-    </message>
-    <message>
-        <source>The Python interpreter could not be started. Check that it stands beside this program and may be executed.</source>
-        <translation>Der Python-Interpreter ließ sich nicht starten. Prüfen Sie, ob er neben diesem Programm steht und ausführbar ist.</translation>
-    </message>
-    <message>
-        <source>The download tool did not answer in time. Try again.</source>
-        <translation>Das Download-Werkzeug hat nicht rechtzeitig geantwortet. Versuchen Sie es noch einmal.</translation>
-    </message>
-    <message>
-        <source>The download tool&apos;s answer could not be read. Try again.</source>
-        <translation>Die Antwort des Download-Werkzeugs ließ sich nicht lesen. Versuchen Sie es noch einmal.</translation>
-    </message>
-    <message>
-        <source>The download tool could not be written to. Try again.</source>
-        <translation>An das Download-Werkzeug ließ sich nichts übergeben. Versuchen Sie es noch einmal.</translation>
-    </message>
-    <message>
-        <source>The download tool failed for an unknown reason (code %1). The log may tell more.</source>
-        <translation>Das Download-Werkzeug ist aus unbekanntem Grund fehlgeschlagen (Code %1). Das Protokoll sagt vielleicht mehr.</translation>
-    </message>
-    <message>
-        <source>Nothing can be written into &quot;%1&quot; (%2). Check your rights and the room on the disk, or choose another folder.</source>
-        <translation>In „%1“ lässt sich nichts schreiben (%2). Prüfen Sie Ihre Rechte und den Platz auf dem Datenträger, oder wählen Sie einen anderen Ordner.</translation>
-    </message>
-    <message>
-        <source>The finished file could not be moved to &quot;%1&quot;. Check that the folder still exists and may be written to.</source>
-        <translation>Die fertige Datei ließ sich nicht nach „%1“ verschieben. Prüfen Sie, ob es den Ordner noch gibt und ob Sie in ihn schreiben dürfen.</translation>
-    </message>
-    <message>
-        <source>None of the page&apos;s streams can be downloaded: their format codes cannot be passed to the tool.</source>
-        <translation>Keiner der Streams der Seite lässt sich herunterladen: Ihre Formatcodes können dem Download-Werkzeug nicht übergeben werden.</translation>
-    </message>
-    <message>
-        <source>The download tool&apos;s description of the page could not be read. The log may tell more.</source>
-        <translation>Die Beschreibung der Seite durch das Download-Werkzeug ist nicht lesbar. Das Protokoll sagt vielleicht mehr.</translation>
-    </message>
-    <message>
-        <source>The page holds no stream that can be downloaded. It may be protected, not have begun yet, or hold pictures only.</source>
-        <translation>Die Seite enthält keinen Stream, der sich herunterladen lässt. Vielleicht ist sie geschützt, hat noch nicht begonnen oder enthält nur Bilder.</translation>
-    </message>
-    <message>
-        <source>The download tool&apos;s archive is damaged, incomplete, or made for another version of Python. Get it anew.</source>
-        <translation>Das Archiv des Download-Werkzeugs ist beschädigt, unvollständig oder für eine andere Python-Version gemacht. Besorgen Sie es neu.</translation>
-    </message>
-    <message>
-        <source>The download tool does not take its settings. Correct them in the file tool.conf.</source>
-        <translation>Das Download-Werkzeug nimmt seine Einstellungen nicht an. Berichtigen Sie sie in der Datei tool.conf.</translation>
-    </message>
-    <message>
-        <source>The download tool does not tell its version. Check that its file is complete.</source>
-        <translation>Das Download-Werkzeug nennt seine Version nicht. Prüfen Sie, ob seine Datei vollständig ist.</translation>
-    </message>
-</context>
-<context>
-    <name>NoxHost::StreamText</name>
-    <message>
-        <source>audio</source>
-        <translation>Ton</translation>
-    </message>
-    <message>
-        <source>3D video only</source>
-        <translation>nur 3D-Video</translation>
-    </message>
-    <message>
-        <source>3D video</source>
-        <translation>3D-Video</translation>
-    </message>
-    <message>
-        <source>video only</source>
-        <translation>nur Video</translation>
-    </message>
-    <message>
-        <source>video</source>
-        <translation>Video</translation>
-    </message>
-    <message>
-        <source>unknown</source>
-        <translation>unbekannt</translation>
-    </message>
-    <message>
-        <source>%1 (%2)</source>
-        <comment>quality, format code</comment>
-        <translation>%1 (%2)</translation>
-    </message>
-    <message>
-        <source>sound only, %1 kbit/s</source>
-        <translation>nur Ton, %1 kbit/s</translation>
-    </message>
-    <message>
-        <source>sound only</source>
-        <translation>nur Ton</translation>
-    </message>
-    <message>
-        <source>%1p</source>
-        <comment>lines of the picture</comment>
-        <translation>%1p</translation>
-    </message>
-    <message>
-        <source>without sound</source>
-        <translation>ohne Ton</translation>
-    </message>
-    <message>
-        <source>with sound</source>
-        <translation>mit Ton</translation>
-    </message>
-    <message>
-        <source>%1, %2</source>
-        <comment>quality, with or without sound</comment>
-        <translation>%1, %2</translation>
-    </message>
-</context>
-<context>
-    <name>NoxHost::ToolSetup</name>
-    <message>
-        <source>The Python interpreter is missing: there is no program &quot;%1&quot;.</source>
-        <translation>Der Python-Interpreter fehlt: Es gibt kein Programm „%1“.</translation>
-    </message>
-    <message>
-        <source>The download tool is missing: there is no file &quot;%1&quot;.</source>
-        <translation>Das Download-Werkzeug fehlt: Es gibt keine Datei „%1“.</translation>
-    </message>
-    <message>
-        <source>The download tool &quot;%1&quot; cannot be read.</source>
-        <translation>Das Download-Werkzeug „%1“ lässt sich nicht lesen.</translation>
-    </message>
-    <message>
-        <source>Video and audio cannot be joined: there is no program &quot;%1&quot;.</source>
-        <translation>Video und Ton lassen sich nicht zusammenfügen: Es gibt kein Programm „%1“.</translation>
-    </message>
-</context>
-<context>
-    <name>NoxHost::TransferFigures</name>
-    <message>
-        <source>%1 / %2</source>
-        <translation>%1 / %2</translation>
-    </message>
-    <message>
-        <source>%1/s</source>
-        <translation>%1/s</translation>
-    </message>
-    <message>
-        <source>%1x</source>
-        <comment>times as fast as it plays</comment>
-        <translation>%1x</translation>
-    </message>
-</context>
-<context>
-    <name>NoxHost::UrlCheck</name>
-    <message>
-        <source>There is no address.</source>
-        <translation>Es fehlt eine Adresse.</translation>
-    </message>
-    <message>
-        <source>An address must start with http:// or https://.</source>
-        <translation>Eine Adresse muss mit http:// oder https:// beginnen.</translation>
-    </message>
-    <message>
-        <source>An address must not hold blanks.</source>
-        <translation>Eine Adresse darf keine Leerzeichen enthalten.</translation>
-    </message>
-    <message>
-        <source>An address must not hold quotes; write %22 or %27 instead.</source>
-        <translation>Eine Adresse darf keine Anführungszeichen enthalten; schreiben Sie stattdessen %22 oder %27.</translation>
-    </message>
-    <message>
-        <source>The address is incomplete: a server name must follow http:// or https://.</source>
-        <translation>Die Adresse ist unvollständig: Auf http:// oder https:// muss ein Servername folgen.</translation>
     </message>
 </context>
 <context>

@@ -25,7 +25,7 @@ Desk::Desk(const QString &logFolder, QObject *parent)
 void Desk::applySettings()
 {
     const Preferences preferences = m_settings.preferences();
-    m_tools = NoxHost::ToolSetup(preferences.toolFile);
+    m_tools = Nox::ToolSetup(preferences.toolFile);
     m_reader.setTools(m_tools);
     m_downloads.setTools(m_tools);
     m_downloads.setLimit(preferences.parallelDownloads);
@@ -74,9 +74,6 @@ void Desk::onPageChanged()
     m_settings.addRecentAddress(m_reader.url());
     m_thumbnail.load(m_reader.page().getThumbnailUrl());
     m_sizes.ask(m_reader.streams().all());
-    // Who has set a proxy must not take it for used.
-    if (const QString words = m_reader.unusedSettings(); !words.isEmpty())
-        Q_EMIT noticed(tr("Settings not used"), words);
 }
 
 void Desk::watchLog()
@@ -92,7 +89,7 @@ void Desk::onEnded(int row)
     if (state == Download::State::Finished) {
         Q_EMIT noticed(tr("Download finished"), file);
     } else if (state == Download::State::Failed) {
-        const QString problem = download.data(DownloadListModel::ProblemRole).toString();
+        const QString problem = download.data(DownloadListModel::ErrorRole).toString();
         Q_EMIT noticed(tr("Download failed"), tr("%1: %2", "file, problem").arg(file, problem));
     } else {
         Q_EMIT noticed(tr("Download cancelled"), file);

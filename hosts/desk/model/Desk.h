@@ -1,6 +1,5 @@
 #pragma once
 
-#include "hosts/common/ToolSetup.h"
 #include "hosts/desk/model/DeskSettings.h"
 #include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/model/DownloadPlan.h"
@@ -9,6 +8,8 @@
 #include "hosts/desk/model/StreamTableModel.h"
 #include "hosts/desk/network/StreamSizeProbe.h"
 #include "hosts/desk/network/ThumbnailLoader.h"
+
+#include <nox/jobs/ToolSetup.h>
 
 #include <QNetworkAccessManager>
 #include <QObject>
@@ -31,7 +32,7 @@ public:
     ThumbnailLoader &thumbnail() { return m_thumbnail; }
     DeskSettings &settings() { return m_settings; }
     QString logFile() const { return m_log.fileName(); }
-    NoxHost::ToolSetup tools() const { return m_tools; }
+    Nox::ToolSetup tools() const { return m_tools; }
 
     /** Takes up what has changed in the settings. */
     void applySettings();
@@ -58,7 +59,7 @@ private:
     void watchLog();
     void onSizeFound(const QString &code, qint64 bytes);
 
-    NoxHost::ToolSetup m_tools;
+    Nox::ToolSetup m_tools;
     ProgramLog m_log;
     DeskSettings m_settings;
     QNetworkAccessManager m_network;

@@ -6,7 +6,7 @@
 
 namespace NoxDesk {
 
-using NoxHost::DownloadJob;
+using Nox::DownloadJob;
 
 Download::Download(const DownloadRequest &request, QObject *parent)
     : QObject(parent)
@@ -15,33 +15,33 @@ Download::Download(const DownloadRequest &request, QObject *parent)
 {
 }
 
-void Download::start(const NoxHost::ToolSetup &tools)
+void Download::start(const Nox::ToolSetup &tools)
 {
     if (m_state != State::Waiting)
         return;
-    m_job = std::make_unique<DownloadJob>(tools);
-    connectJob();
+    m_job = std::make_unique<DownloadJob>(m_request.url, m_request.stream, m_file, tools);
+    m_job->setDuration(m_request.duration);
+    connect(m_job.get(), &DownloadJob::phaseChanged, this, &Download::changed);
+    connect(m_job.get(), &DownloadJob::figuresChanged, this, &Download::changed);
+    connect(m_job.get(), &DownloadJob::waitingTextChanged, this, &Download::changed);
+    connect(m_job.get(), &DownloadJob::finished, this, &Download::onFinished);
+    m_job->start();
     setState(State::Running);
-    m_job->start(m_request.url, m_request.stream, m_file, m_request.duration);
 }
 
-void Download::connectJob()
+void Download::onFinished()
 {
-    connect(m_job.get(), &DownloadJob::phaseChanged, this, &Download::changed);
-    connect(m_job.get(), &DownloadJob::progressed, this, [this](const NoxHost::TransferFigures &figures) {
-        m_figures = figures;
-        Q_EMIT changed();
-    });
-    connect(m_job.get(), &DownloadJob::finished, this, [this](const QString &file) {
-        m_file = file;
+    switch (m_job->error()) {
+    case Nox::Job::NoError:
+        m_file = m_job->filePath();
         end(State::Finished);
-    });
-    connect(m_job.get(), &DownloadJob::failed, this, [this](int, const QString &words, const QString &toolWords) {
-        m_problem = words;
-        m_toolWords = toolWords;
+        break;
+    case Nox::Job::Cancelled:
+        end(State::Cancelled);
+        break;
+    default:
         end(State::Failed);
-    });
-    connect(m_job.get(), &DownloadJob::cancelled, this, [this] { end(State::Cancelled); });
+    }
 }
 
 void Download::cancel()
@@ -58,9 +58,6 @@ void Download::retry(const QString &file)
 {
     if (canRetry()) {
         m_file = file;
-        m_figures = {};
-        m_problem.clear();
-        m_toolWords.clear();
         setState(State::Waiting);
     }
 }
@@ -81,7 +78,20 @@ int Download::percent() const
 {
     if (m_state == State::Finished)
         return 100;
-    return m_state == State::Running && m_figures.total() == 0 ? -1 : m_figures.percent();
+    if (m_job == nullptr || m_state == State::Waiting)
+        return 0;
+    const Nox::TransferFigures figures = m_job->figures();
+    return m_state == State::Running && figures.total() == 0 ? -1 : figures.percent();
+}
+
+QString Download::errorString() const
+{
+    return m_state == State::Failed ? m_job->errorString() : QString();
+}
+
+QString Download::errorDetails() const
+{
+    return m_state == State::Failed ? m_job->errorDetails() : QString();
 }
 
 QString Download::status() const
@@ -97,7 +107,7 @@ QString Download::status() const
         return tr("Finished, %1")
             .arg(QLocale().formattedDataSize(QFileInfo(m_file).size(), 1, QLocale::DataSizeSIFormat));
     case State::Failed:
-        return tr("Failed");
+        return tr("Failed: %1").arg(errorString().simplified());
     case State::Cancelled:
         return tr("Cancelled");
     }
@@ -107,25 +117,28 @@ QString Download::status() const
 QString Download::phaseText() const
 {
     switch (m_job->phase()) {
-    case DownloadJob::Phase::Waiting:
+    case DownloadJob::Waiting:
         break;
-    case DownloadJob::Phase::Video:
+    case DownloadJob::Video:
         return tr("Fetching video");
-    case DownloadJob::Phase::Audio:
+    case DownloadJob::Audio:
         return tr("Fetching audio");
-    case DownloadJob::Phase::Joining:
+    case DownloadJob::Joining:
         return tr("Joining video and audio");
     }
     return tr("Starting");
 }
 
-/** What is known of amount, speed and time left, each behind a separator. */
+/** That the server does not answer; or what is known of amount, speed and time left; each behind a separator. */
 QString Download::figuresText() const
 {
     const QLocale locale;
-    const QString timeLeft = m_figures.timeLeftText();
-    const QStringList parts{m_figures.amountText(locale), m_figures.speedText(locale),
-                            timeLeft.isEmpty() ? timeLeft : tr("%1 left").arg(timeLeft)};
+    const Nox::TransferFigures figures = m_job->figures();
+    const QString timeLeft = figures.timeLeftText();
+    QStringList parts{figures.amountText(locale), figures.speedText(locale),
+                      timeLeft.isEmpty() ? timeLeft : tr("%1 left").arg(timeLeft)};
+    if (const QString waiting = m_job->waitingText(); !waiting.isEmpty())
+        parts = QStringList{waiting};
     QString result;
     for (const QString &part : parts) {
         if (!part.isEmpty())

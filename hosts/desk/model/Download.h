@@ -1,9 +1,10 @@
 #pragma once
 
-#include "hosts/common/DownloadJob.h"
-#include "hosts/common/ToolSetup.h"
-#include "hosts/common/TransferFigures.h"
 #include "hosts/desk/model/DownloadRequest.h"
+
+#include <nox/jobs/DownloadJob.h>
+#include <nox/jobs/ToolSetup.h>
+#include <nox/jobs/TransferFigures.h>
 
 #include <QObject>
 
@@ -22,7 +23,7 @@ public:
 
     explicit Download(const DownloadRequest &request, QObject *parent = nullptr);
 
-    void start(const NoxHost::ToolSetup &tools); ///< Begins, if it waits.
+    void start(const Nox::ToolSetup &tools); ///< Begins, if it waits.
     void cancel();
 
     /** Lets a download that has failed or been cancelled wait again. @param file path of the file to make */
@@ -38,13 +39,13 @@ public:
 
     bool canRetry() const { return m_state == State::Failed || m_state == State::Cancelled; }
     DownloadRequest request() const { return m_request; }
-    QString file() const { return m_file; }       ///< Path of the file that is being made, or has been.
-    int percent() const;                          ///< 0 to 100, or -1 when it cannot be told.
-    QString status() const;                       ///< Phase and figures, or the outcome, in words.
-    QString problem() const { return m_problem; } ///< What went wrong, in words.
+    QString file() const { return m_file; } ///< Path of the file that is being made, or has been.
+    int percent() const;                    ///< 0 to 100, or -1 when it cannot be told.
+    QString status() const;                 ///< Phase and figures, or the outcome, in words.
+    QString errorString() const;            ///< What went wrong, for a person; empty unless it has failed.
 
     /** What the external programs said of the failure; empty when it is not known. */
-    QString toolWords() const { return m_toolWords; }
+    QString errorDetails() const;
 
 Q_SIGNALS:
     void changed();
@@ -53,19 +54,16 @@ Q_SIGNALS:
     void ended();
 
 private:
-    void connectJob();
+    void onFinished();
     void end(State state);
     void setState(State state);
     QString phaseText() const;
     QString figuresText() const;
 
     DownloadRequest m_request;
-    std::unique_ptr<NoxHost::DownloadJob> m_job; // of the last attempt
-    NoxHost::TransferFigures m_figures;
+    std::unique_ptr<Nox::DownloadJob> m_job; // of the last attempt
     State m_state = State::Waiting;
     QString m_file;
-    QString m_problem;
-    QString m_toolWords;
 };
 
 } // namespace NoxDesk

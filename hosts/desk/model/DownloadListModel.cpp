@@ -1,6 +1,6 @@
 #include "hosts/desk/model/DownloadListModel.h"
 
-#include "hosts/common/Destination.h"
+#include <nox/jobs/Destination.h>
 
 #include <QFileInfo>
 
@@ -9,7 +9,17 @@
 
 namespace NoxDesk {
 
-DownloadListModel::DownloadListModel(const NoxHost::ToolSetup &tools, QObject *parent)
+namespace {
+
+/** Which part of the list the download belongs to. */
+int part(const Download *download)
+{
+    return download->isRunning() ? 0 : download->isActive() ? 1 : 2;
+}
+
+} // namespace
+
+DownloadListModel::DownloadListModel(const Nox::ToolSetup &tools, QObject *parent)
     : QAbstractListModel(parent)
     , m_tools(tools)
 {
@@ -26,8 +36,9 @@ void DownloadListModel::add(const DownloadRequest &request)
     auto *download = new Download(request, this);
     connect(download, &Download::changed, this, [this, download] { onChanged(download); });
     connect(download, &Download::ended, this, [this, download] { onEnded(download); });
-    beginInsertRows({}, 0, 0);
-    m_downloads.prepend(download);
+    const int row = activeCount();
+    beginInsertRows({}, row, row);
+    m_downloads.insert(row, download);
     endInsertRows();
     enqueue(download);
 }
@@ -41,39 +52,49 @@ void DownloadListModel::enqueue(Download *download)
         m_batch.clear();
     m_batch.removeOne(download);
     m_batch.append(download);
-    m_queue.append(download);
     startNext();
     Q_EMIT countsChanged();
 }
 
 void DownloadListModel::startNext()
 {
-    while (!m_queue.isEmpty() && runningCount() < m_limit)
-        m_queue.takeFirst()->start(m_tools);
+    for (int running = runningCount(); running < m_limit && running < activeCount(); running = runningCount())
+        m_downloads.at(running)->start(m_tools);
 }
 
 void DownloadListModel::cancel(int row)
 {
-    if (Download *download = m_downloads.value(row)) {
-        m_queue.removeOne(download);
+    if (Download *download = m_downloads.value(row))
         download->cancel();
-    }
 }
 
 void DownloadListModel::cancelAll()
 {
-    m_queue.clear(); // before any is cancelled, or the next one would take its place
-    for (Download *download : std::as_const(m_downloads))
-        download->cancel();
+    const QList<Download *> downloads = m_downloads;
+    // Those that wait before those that run, or they would take their places.
+    for (auto download = downloads.crbegin(); download != downloads.crend(); ++download)
+        (*download)->cancel();
 }
 
 void DownloadListModel::retry(int row)
 {
     Download *download = m_downloads.value(row);
     if (download != nullptr && download->canRetry()) {
-        download->retry(NoxHost::Destination::free(download->request().destination, activeFiles()));
+        download->retry(Nox::Destination::free(download->request().destination, activeFiles()));
         enqueue(download);
     }
+}
+
+void DownloadListModel::move(int row, int by)
+{
+    const int first = runningCount();
+    const int end = activeCount();
+    const int target = qBound(first, row + by, end - 1);
+    if (row < first || row >= end || target == row)
+        return;
+    beginMoveRows({}, row, row, {}, target > row ? target + 1 : target);
+    m_downloads.move(row, target);
+    endMoveRows();
 }
 
 void DownloadListModel::remove(int row)
@@ -156,10 +177,10 @@ QVariant DownloadListModel::data(const QModelIndex &index, int role) const
         return download->percent();
     case StatusRole:
         return download->status();
-    case ProblemRole:
-        return download->problem();
-    case ToolWordsRole:
-        return download->toolWords();
+    case ErrorRole:
+        return download->errorString();
+    case ErrorDetailsRole:
+        return download->errorDetails();
     default:
         return {};
     }
@@ -167,8 +188,27 @@ QVariant DownloadListModel::data(const QModelIndex &index, int role) const
 
 void DownloadListModel::onChanged(Download *download)
 {
+    place(static_cast<int>(m_downloads.indexOf(download)));
     const QModelIndex row = index(static_cast<int>(m_downloads.indexOf(download)));
     Q_EMIT dataChanged(row, row);
+}
+
+/** Moves the download in @p row to where it belongs, when its state has changed. */
+void DownloadListModel::place(int row)
+{
+    const Download *download = m_downloads.at(row);
+    const bool isBehind = row == 0 || part(m_downloads.at(row - 1)) <= part(download);
+    const bool isBefore = row == rowCount() - 1 || part(m_downloads.at(row + 1)) >= part(download);
+    if (isBehind && isBefore)
+        return;
+    const auto count = std::count_if(m_downloads.cbegin(), m_downloads.cend(), [download](const Download *other) {
+        const int difference = part(other) - part(download);
+        return other != download && (difference < 0 || (difference == 0 && download->isActive()));
+    });
+    const int target = static_cast<int>(count);
+    beginMoveRows({}, row, row, {}, target > row ? target + 1 : target);
+    m_downloads.move(row, target);
+    endMoveRows();
 }
 
 void DownloadListModel::onEnded(Download *download)

@@ -8,8 +8,8 @@
 namespace NoxDesk {
 
 /**
- * All downloads since the program began, the newest first. Owns them. Some run at a time, the others wait their turn
- * in the order in which they were asked for.
+ * All downloads since the program began. Owns them. First come those that run, then those that wait, in the order in
+ * which they will begin, then those that have ended, the last one first.
  */
 class DownloadListModel : public QAbstractListModel
 {
@@ -21,25 +21,26 @@ public:
         StateRole,               ///< Download::State.
         PercentRole,             ///< 0 to 100, or -1 when it cannot be told.
         StatusRole,              ///< Phase and figures, or the outcome, in words.
-        ProblemRole,             ///< What went wrong, in words.
-        ToolWordsRole,           ///< What the external programs said of it.
+        ErrorRole,               ///< What went wrong, in words.
+        ErrorDetailsRole,        ///< What the external programs said of it.
         AddressRole,             ///< Address of the page.
     };
 
-    explicit DownloadListModel(const NoxHost::ToolSetup &tools, QObject *parent = nullptr);
+    explicit DownloadListModel(const Nox::ToolSetup &tools, QObject *parent = nullptr);
 
     /** For downloads that begin from now on. */
-    void setTools(const NoxHost::ToolSetup &tools) { m_tools = tools; }
+    void setTools(const Nox::ToolSetup &tools) { m_tools = tools; }
 
     /** How many run at a time, at least one. More begin at once where there is room. */
     void setLimit(int limit);
 
-    void add(const DownloadRequest &request); ///< Begins a download, or lets it wait, in the first row.
+    void add(const DownloadRequest &request); ///< Begins a download, or lets it wait behind the others.
     void cancel(int row);
     void cancelAll();
-    void retry(int row);  ///< Begins a download that has failed or been cancelled once more, or lets it wait.
-    void remove(int row); ///< Takes a download that has ended off the list.
-    void removeEnded();   ///< Takes all that have ended off the list.
+    void retry(int row);        ///< Begins a download that has failed or been cancelled once more, or lets it wait.
+    void move(int row, int by); ///< Moves a download that waits up (below 0) or down among those that wait.
+    void remove(int row);       ///< Takes a download that has ended off the list.
+    void removeEnded();         ///< Takes all that have ended off the list.
 
     int activeCount() const; ///< Those that run or wait.
     int runningCount() const;
@@ -69,12 +70,12 @@ Q_SIGNALS:
 private:
     void enqueue(Download *download);
     void startNext();
+    void place(int row);
     void onChanged(Download *download);
     void onEnded(Download *download);
 
-    NoxHost::ToolSetup m_tools;
+    Nox::ToolSetup m_tools;
     QList<Download *> m_downloads;
-    QList<Download *> m_queue; // those that wait, the next one first
     QList<Download *> m_batch;
     int m_limit = 1;
 };

@@ -1,17 +1,17 @@
 #include "hosts/desk/model/DownloadPlan.h"
 
-#include "hosts/common/Destination.h"
-#include "hosts/common/ToolSetup.h"
+#include <nox/jobs/Destination.h>
+#include <nox/jobs/ToolSetup.h>
 
 #include <QDir>
 #include <QFileInfo>
 
 namespace NoxDesk {
 
+using Nox::Conversion;
+using Nox::Destination;
 using Nox::MediaProfile;
-using NoxHost::Conversion;
-using NoxHost::Destination;
-using NoxHost::StreamChoice;
+using Nox::StreamChoice;
 
 DownloadPlan::DownloadPlan(QObject *parent)
     : QObject(parent)
@@ -26,25 +26,21 @@ void DownloadPlan::setPage(const QString &url, const Nox::WebMediaInfo &page, co
     m_streams = streams;
     m_sizes.clear();
     m_stream = {};
-    m_destination.clear();
-    m_isOwnDestination = false;
-    m_wish.clear();
+    m_chosenFile.reset();
     Q_EMIT changed();
 }
 
 void DownloadPlan::setFolder(const QString &folder)
 {
-    if (m_isOwnDestination && !m_destination.isEmpty())
-        m_destination = QDir::toNativeSeparators(path()); // a relative one was meant in the folder before
+    if (m_chosenFile && !m_chosenFile->isEmpty())
+        m_chosenFile = absolutePath(*m_chosenFile, m_folder); // a relative one was meant in the folder before
     m_folder = folder;
-    propose();
     Q_EMIT changed();
 }
 
 void DownloadPlan::setTaken(const QStringList &paths)
 {
     m_taken = paths;
-    propose();
     Q_EMIT changed();
 }
 
@@ -56,8 +52,7 @@ void DownloadPlan::setSize(const QString &code, qint64 bytes)
 void DownloadPlan::setStream(const MediaProfile &stream)
 {
     const QString oldSuffix = Destination::suffix(m_stream);
-    m_stream = stream;
-    m_stream.setPreferredDashAudioYdCode(m_streams.companionFor(stream).getName());
+    m_stream = m_streams.withAudio(stream);
     follow(oldSuffix);
 }
 
@@ -70,10 +65,9 @@ void DownloadPlan::setCompanion(const QString &code)
 
 void DownloadPlan::setDestination(const QString &text)
 {
-    if (text != m_destination) {
-        m_destination = text;
-        m_isOwnDestination = true;
-        m_wish.clear();
+    if (text != destination()) {
+        m_chosenFile = text;
+        m_isNumbered = false;
         Q_EMIT changed();
     }
 }
@@ -87,38 +81,35 @@ void DownloadPlan::chooseFile(const QString &path)
 
 void DownloadPlan::renumber()
 {
-    if (m_isOwnDestination && m_wish.isEmpty())
-        m_wish = m_destination;
-    propose();
+    m_isNumbered = true;
     Q_EMIT changed();
 }
 
-/** After another choice: proposes anew, or gives the user's own file the suffix that goes with it. */
+/** After another choice: gives the user's own file the suffix that goes with it. */
 void DownloadPlan::follow(const QString &oldSuffix)
 {
     const QString ending = QLatin1Char('.') + oldSuffix;
-    for (QString *own : {&m_destination, &m_wish}) {
-        if (m_isOwnDestination && own->endsWith(ending)) {
-            own->chop(ending.size());
-            *own += QLatin1Char('.') + suffix();
-        }
+    if (m_chosenFile && m_chosenFile->endsWith(ending)) {
+        m_chosenFile->chop(ending.size());
+        *m_chosenFile += QLatin1Char('.') + suffix();
     }
-    propose();
     Q_EMIT changed();
 }
 
-void DownloadPlan::propose()
+QString DownloadPlan::destination() const
 {
-    if (!m_isOwnDestination && m_stream.isValid()) {
-        m_destination = QDir::toNativeSeparators(Destination::proposed(m_page, m_stream, m_folder, m_taken));
-    } else if (!m_wish.isEmpty()) {
-        m_destination = QDir::toNativeSeparators(Destination::free(absolutePath(m_wish, m_folder), m_taken));
-    }
+    if (m_chosenFile && !m_isNumbered)
+        return *m_chosenFile;
+    if (m_chosenFile)
+        return QDir::toNativeSeparators(Destination::free(absolutePath(*m_chosenFile, m_folder), m_taken));
+    if (!m_stream.isValid())
+        return {};
+    return QDir::toNativeSeparators(Destination::proposed(m_page, m_stream, m_folder, m_taken));
 }
 
 bool DownloadPlan::takesCompanion() const
 {
-    return StreamChoice::needsCompanion(m_stream) && !m_streams.audio().isEmpty();
+    return StreamChoice::needsAudio(m_stream) && !m_streams.audio().isEmpty();
 }
 
 QList<MediaProfile> DownloadPlan::companions() const
@@ -138,7 +129,7 @@ QString DownloadPlan::suffix() const
 
 QString DownloadPlan::path() const
 {
-    return absolutePath(m_destination, m_folder);
+    return absolutePath(destination(), m_folder);
 }
 
 QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
@@ -153,7 +144,7 @@ QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
 
 QString DownloadPlan::soundProblem() const
 {
-    return companion().isEmpty() ? QString() : NoxHost::ToolSetup::joiningProblem();
+    return companion().isEmpty() ? QString() : Nox::ToolSetup::joiningErrorString();
 }
 
 QString DownloadPlan::destinationProblem() const
@@ -161,7 +152,7 @@ QString DownloadPlan::destinationProblem() const
     const QString file = path();
     if (m_taken.contains(file))
         return tr("Another download is making this file.");
-    return Destination::problem(file);
+    return Destination::errorString(file);
 }
 
 QString DownloadPlan::warning() const
@@ -178,7 +169,7 @@ QString DownloadPlan::missingFolder() const
     QString above = QFileInfo(file).absolutePath();
     while (!QFileInfo::exists(above) && above != QFileInfo(above).absolutePath())
         above = QFileInfo(above).absolutePath();
-    return Destination::folderProblem(above).isEmpty() ? QFileInfo(file).absolutePath() : QString();
+    return Destination::folderErrorString(above).isEmpty() ? QFileInfo(file).absolutePath() : QString();
 }
 
 void DownloadPlan::makeFolder()

@@ -1,13 +1,15 @@
 #pragma once
 
-#include "hosts/common/StreamChoice.h"
 #include "hosts/desk/model/DownloadRequest.h"
 
+#include <nox/jobs/StreamChoice.h>
 #include <nox/model/WebMediaInfo.h>
 
 #include <QHash>
 #include <QObject>
 #include <QStringList>
+
+#include <optional>
 
 namespace NoxDesk {
 
@@ -23,7 +25,7 @@ public:
     explicit DownloadPlan(QObject *parent = nullptr);
 
     /** Begins anew for a page. No stream is chosen yet. */
-    void setPage(const QString &url, const Nox::WebMediaInfo &page, const NoxHost::StreamChoice &streams);
+    void setPage(const QString &url, const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams);
 
     void setFolder(const QString &folder);           ///< Sets where files are proposed.
     void setTaken(const QStringList &paths);         ///< Tells what other downloads are going to make.
@@ -43,7 +45,7 @@ public:
     Nox::MediaProfile stream() const { return m_stream; } ///< The stream; invalid when none is chosen.
     QList<Nox::MediaProfile> companions() const;          ///< The sounds to choose from.
     QString companion() const;                            ///< Code of the sound to join; empty for none.
-    QString destination() const { return m_destination; } ///< The file as shown to the user.
+    QString destination() const;                          ///< The file as shown to the user.
     QString suffix() const;                               ///< Suffix of the file, without a dot.
     QString path() const;                                 ///< The file's absolute path; empty without a name.
 
@@ -70,19 +72,17 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void propose();
     void follow(const QString &oldSuffix);
 
     QString m_url;
     Nox::WebMediaInfo m_page;
-    NoxHost::StreamChoice m_streams;
+    Nox::StreamChoice m_streams;
     QString m_folder;
     QStringList m_taken;
     QHash<QString, qint64> m_sizes;
-    Nox::MediaProfile m_stream; // its preferred audio code is the chosen one
-    QString m_destination;
-    bool m_isOwnDestination = false;
-    QString m_wish; // what the user has written, while it is numbered
+    Nox::MediaProfile m_stream;          // its preferred audio code is the chosen one
+    std::optional<QString> m_chosenFile; // as the user writes it; without it the file is proposed
+    bool m_isNumbered = false;           // a download of the chosen file has begun: the next one gets a free name
 };
 
 } // namespace NoxDesk

@@ -1,12 +1,10 @@
 #include "hosts/desk/model/PageReader.h"
 
-#include "hosts/common/UrlCheck.h"
+#include <nox/jobs/UrlCheck.h>
 
 namespace NoxDesk {
 
-using NoxHost::ExtractionJob;
-
-PageReader::PageReader(const NoxHost::ToolSetup &tools, QObject *parent)
+PageReader::PageReader(const Nox::ToolSetup &tools, QObject *parent)
     : QObject(parent)
     , m_tools(tools)
 {
@@ -14,44 +12,22 @@ PageReader::PageReader(const NoxHost::ToolSetup &tools, QObject *parent)
 
 void PageReader::read(const QString &text)
 {
-    const QString url = NoxHost::UrlCheck::mended(text);
-    if (const QString words = NoxHost::UrlCheck::problem(url); !words.isEmpty()) {
-        Q_EMIT refused(words);
+    const QString url = Nox::UrlCheck::corrected(text);
+    if (const QString message = Nox::UrlCheck::errorString(url); !message.isEmpty()) {
+        Q_EMIT refused(message);
         return;
     }
-    dismissJob();
     m_requestedUrl = url;
-    if (const QString words = m_tools.problem(); !words.isEmpty()) {
-        fail(words);
-        return;
-    }
-    begin();
+    m_job = std::make_unique<Nox::PageJob>(url, m_tools);
+    connect(m_job.get(), &Nox::Job::finished, this, &PageReader::onFinished);
+    m_job->start();
+    setState(State::Reading);
 }
 
 void PageReader::readAgain()
 {
     if (!m_requestedUrl.isEmpty())
         read(m_requestedUrl);
-}
-
-/** The job may be notifying, so it goes later, and its process with it. */
-void PageReader::dismissJob()
-{
-    if (m_job != nullptr) {
-        m_job->disconnect(this);
-        m_job->deleteLater();
-        m_job = nullptr;
-    }
-}
-
-void PageReader::begin()
-{
-    m_job = new ExtractionJob(m_tools, this);
-    connect(m_job, &ExtractionJob::finished, this, &PageReader::onFinished);
-    connect(m_job, &ExtractionJob::failed, this, &PageReader::fail);
-    connect(m_job, &ExtractionJob::cancelled, this, [this] { setState(hasPage() ? State::Ready : State::Empty); });
-    setState(State::Reading);
-    m_job->start(m_requestedUrl);
 }
 
 void PageReader::cancel()
@@ -66,28 +42,35 @@ void PageReader::dismissProblem()
         setState(hasPage() ? State::Ready : State::Empty);
 }
 
-void PageReader::onFinished(const Nox::WebMediaInfo &page)
+void PageReader::onFinished()
 {
-    m_url = m_requestedUrl;
-    m_page = page;
-    m_streams = NoxHost::StreamChoice(page);
-    m_unusedSettings = m_job->unusedSettings();
-    Q_EMIT pageChanged();
-    setState(State::Ready);
+    if (m_job->error() == Nox::Job::NoError) {
+        m_url = m_requestedUrl;
+        m_page = m_job->page();
+        m_streams = m_job->streams();
+        m_warnings = m_job->warnings();
+        Q_EMIT pageChanged();
+        setState(State::Ready);
+    } else if (m_job->error() == Nox::Job::Cancelled) {
+        setState(hasPage() ? State::Ready : State::Empty);
+    } else {
+        setState(State::Failed);
+    }
 }
 
-void PageReader::fail(const QString &words, const QString &toolWords)
+QString PageReader::errorString() const
 {
-    m_problem = words;
-    m_toolWords = toolWords;
-    setState(State::Failed);
+    return m_job == nullptr ? QString() : m_job->errorString();
+}
+
+QString PageReader::errorDetails() const
+{
+    return m_job == nullptr ? QString() : m_job->errorDetails();
 }
 
 void PageReader::setState(State state)
 {
     m_state = state;
-    if (state != State::Reading)
-        dismissJob();
     Q_EMIT stateChanged(state);
 }
 

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "hosts/common/ExtractionJob.h"
-#include "hosts/common/StreamChoice.h"
-#include "hosts/common/ToolSetup.h"
-
+#include <nox/jobs/PageJob.h>
+#include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/ToolSetup.h>
 #include <nox/model/WebMediaInfo.h>
 
 #include <QObject>
+#include <QStringList>
+
+#include <memory>
 
 namespace NoxDesk {
 
@@ -22,10 +24,10 @@ public:
     enum class State { Empty, Reading, Ready, Failed };
     Q_ENUM(State)
 
-    explicit PageReader(const NoxHost::ToolSetup &tools, QObject *parent = nullptr);
+    explicit PageReader(const Nox::ToolSetup &tools, QObject *parent = nullptr);
 
     /** For pages that are read from now on. */
-    void setTools(const NoxHost::ToolSetup &tools) { m_tools = tools; }
+    void setTools(const Nox::ToolSetup &tools) { m_tools = tools; }
 
     /** Reads the page whose address is @p text, mended where it is clear what was meant; or refuses it. */
     void read(const QString &text);
@@ -40,14 +42,14 @@ public:
     void dismissProblem();
 
     State state() const { return m_state; }
-    QString requestedUrl() const { return m_requestedUrl; }     ///< Address of the last request, if there was one.
-    bool hasPage() const { return !m_url.isEmpty(); }           ///< Whether a page has been read.
-    QString url() const { return m_url; }                       ///< Address of the page that has been read.
-    Nox::WebMediaInfo page() const { return m_page; }           ///< What it holds.
-    NoxHost::StreamChoice streams() const { return m_streams; } ///< Its streams.
-    QString unusedSettings() const { return m_unusedSettings; } ///< Why the user's settings for the tool were not used.
-    QString problem() const { return m_problem; }               ///< What went wrong, when Failed.
-    QString toolWords() const { return m_toolWords; }           ///< What the tool itself said of it; may be empty.
+    QString requestedUrl() const { return m_requestedUrl; } ///< Address of the last request, if there was one.
+    bool hasPage() const { return !m_url.isEmpty(); }       ///< Whether a page has been read.
+    QString url() const { return m_url; }                   ///< Address of the page that has been read.
+    Nox::WebMediaInfo page() const { return m_page; }       ///< What it holds.
+    Nox::StreamChoice streams() const { return m_streams; } ///< Its streams.
+    QStringList warnings() const { return m_warnings; }     ///< What the tool warned of.
+    QString errorString() const;                            ///< What went wrong, when Failed.
+    QString errorDetails() const;                           ///< What the tool itself said of it; may be empty.
 
 Q_SIGNALS:
     void stateChanged(NoxDesk::PageReader::State state);
@@ -56,25 +58,20 @@ Q_SIGNALS:
     void pageChanged();
 
     /** The text is no address; whatever is shown stays. */
-    void refused(const QString &words);
+    void refused(const QString &message);
 
 private:
-    void dismissJob();
-    void begin();
     void setState(State state);
-    void onFinished(const Nox::WebMediaInfo &page);
-    void fail(const QString &words, const QString &toolWords = {});
+    void onFinished();
 
-    NoxHost::ToolSetup m_tools;
-    NoxHost::ExtractionJob *m_job = nullptr; // a child of this object
+    Nox::ToolSetup m_tools;
+    std::unique_ptr<Nox::PageJob> m_job; // of the last request
     State m_state = State::Empty;
     QString m_requestedUrl;
     QString m_url;
     Nox::WebMediaInfo m_page;
-    NoxHost::StreamChoice m_streams;
-    QString m_unusedSettings;
-    QString m_problem;
-    QString m_toolWords;
+    Nox::StreamChoice m_streams;
+    QStringList m_warnings;
 };
 
 } // namespace NoxDesk

@@ -2,13 +2,13 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
 
 namespace NoxDesk {
 
 namespace {
 
 constexpr int watchMs = 2000;
-constexpr int maximumFiles = 100; // that many programs at once
 
 } // namespace
 
@@ -16,27 +16,11 @@ ProgramLog::ProgramLog(const QString &folder)
 {
     m_watch.setInterval(watchMs);
     QObject::connect(&m_watch, &QTimer::timeout, &m_watch, [this] { rotate(); });
-    if (folder.isEmpty() || !claim(folder))
-        m_log.open({}, NoxHost::LibraryLog::Detail::Milestones);
+    constexpr auto detail = NoxHost::LibraryLog::Detail::Milestones;
+    const bool hasFolder = !folder.isEmpty() && QDir().mkpath(folder);
+    if (!hasFolder || !m_log.open(QDir(folder).filePath(QStringLiteral("nox-desk.log")), detail))
+        m_log.open({}, detail);
     rotate();
-}
-
-/** Takes the first file that no running program has. */
-bool ProgramLog::claim(const QString &folder)
-{
-    const QDir files(folder);
-    if (!files.mkpath(QStringLiteral(".")))
-        return false;
-    for (int number = 1; number <= maximumFiles; ++number) {
-        const QString name =
-            number == 1 ? QStringLiteral("nox-desk.log") : QStringLiteral("nox-desk-%1.log").arg(number);
-        m_lock = std::make_unique<QLockFile>(files.filePath(name + QStringLiteral(".lock")));
-        m_lock->setStaleLockTime(0); // a program may run for days
-        if (m_lock->tryLock() && m_log.open(files.filePath(name), NoxHost::LibraryLog::Detail::Milestones))
-            return true;
-    }
-    m_lock.reset();
-    return false;
 }
 
 void ProgramLog::setWatched(bool isWatched)
@@ -51,7 +35,11 @@ void ProgramLog::setWatched(bool isWatched)
 
 void ProgramLog::rotate()
 {
-    if (QFileInfo(fileName()).size() > largestSize) {
+    if (QFileInfo(fileName()).size() <= largestSize)
+        return;
+    // Of several windows one does it; the others find the file small again.
+    QLockFile lock(fileName() + QStringLiteral(".lock"));
+    if (lock.tryLock() && QFileInfo(fileName()).size() > largestSize) {
         const QString old = fileName() + QStringLiteral(".old");
         QFile::remove(old);
         QFile::rename(fileName(), old);

@@ -2,17 +2,13 @@
 
 #include "hosts/common/LibraryLog.h"
 
-#include <QLockFile>
 #include <QString>
 #include <QTimer>
-
-#include <memory>
 
 namespace NoxDesk {
 
 /**
- * The library's log: a file for this process alone, which programs that start later go on with. It is cut to a bounded
- * size while it is watched.
+ * The library's log: a file that all windows append to. It is kept to a bounded size while it is watched.
  */
 class ProgramLog
 {
@@ -31,10 +27,7 @@ public:
     static constexpr qint64 largestSize = 1024LL * 1024; ///< bytes; of a file that is not rotated yet
 
 private:
-    bool claim(const QString &folder);
-
     NoxHost::LibraryLog m_log;
-    std::unique_ptr<QLockFile> m_lock;
     QTimer m_watch;
 };
 

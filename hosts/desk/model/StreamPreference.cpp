@@ -3,7 +3,7 @@
 namespace NoxDesk {
 
 using Nox::MediaProfile;
-using NoxHost::StreamChoice;
+using Nox::StreamChoice;
 
 namespace {
 
@@ -14,7 +14,7 @@ bool isVideo(const MediaProfile &stream)
 
 bool becomesSilent(const StreamChoice &streams, const MediaProfile &stream)
 {
-    return StreamChoice::needsCompanion(stream) && !streams.companionFor(stream).isValid();
+    return StreamChoice::needsAudio(stream) && !streams.audioFor(stream).isValid();
 }
 
 } // namespace
@@ -36,7 +36,7 @@ MediaProfile StreamPreference::pick(const StreamChoice &streams) const
         const int lines = stream.getVResolution().height();
         if (!isVideo(stream) || (maximumLines > 0 && lines > maximumLines) || becomesSilent(streams, stream))
             continue;
-        if (!withoutConversion || streams.conversion(stream) == NoxHost::Conversion::None)
+        if (!withoutConversion || streams.conversion(stream) == Nox::Conversion::None)
             return stream;
         converted = converted.isValid() ? converted : stream;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/common/StreamChoice.h"
+#include <nox/jobs/StreamChoice.h>
 
 namespace NoxDesk {
 
@@ -11,7 +11,7 @@ struct StreamPreference {
     bool soundOnly = false;
 
     /** The stream of @p streams that suits best; an invalid profile when there is none at all. */
-    Nox::MediaProfile pick(const NoxHost::StreamChoice &streams) const;
+    Nox::MediaProfile pick(const Nox::StreamChoice &streams) const;
 };
 
 } // namespace NoxDesk

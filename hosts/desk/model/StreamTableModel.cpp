@@ -1,15 +1,15 @@
 #include "hosts/desk/model/StreamTableModel.h"
 
-#include "hosts/common/StreamText.h"
+#include <nox/jobs/StreamText.h>
 
 #include <QLocale>
 #include <QTextDocument>
 
 namespace NoxDesk {
 
+using Nox::Conversion;
 using Nox::MediaProfile;
-using NoxHost::Conversion;
-using NoxHost::StreamText;
+using Nox::StreamText;
 
 namespace {
 
@@ -25,7 +25,7 @@ StreamTableModel::StreamTableModel(QObject *parent)
 {
 }
 
-void StreamTableModel::setStreams(const NoxHost::StreamChoice &streams, qint64 duration)
+void StreamTableModel::setStreams(const Nox::StreamChoice &streams, qint64 duration)
 {
     m_streams = streams;
     m_duration = duration;
@@ -137,7 +137,7 @@ QString StreamTableModel::text(int row, int column) const
 QString StreamTableModel::words(const MediaProfile &stream) const
 {
     MediaProfile whole = stream;
-    if (m_streams.companionFor(stream).isValid())
+    if (m_streams.audioFor(stream).isValid())
         whole.setDash(false);
     const QString mark = Conversion::mark(m_streams.conversion(stream));
     const QString plain = StreamText::plainWords(whole);

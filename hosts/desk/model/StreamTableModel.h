@@ -1,7 +1,8 @@
 #pragma once
 
-#include "hosts/common/StreamChoice.h"
 #include "hosts/desk/model/StreamPreference.h"
+
+#include <nox/jobs/StreamChoice.h>
 
 #include <QAbstractTableModel>
 #include <QHash>
@@ -25,7 +26,7 @@ public:
     explicit StreamTableModel(QObject *parent = nullptr);
 
     /** @param duration of the page's video in seconds; -1 when it is not known */
-    void setStreams(const NoxHost::StreamChoice &streams, qint64 duration);
+    void setStreams(const Nox::StreamChoice &streams, qint64 duration);
 
     /** Which stream startRow() begins with. */
     void setPreference(const StreamPreference &preference) { m_preference = preference; }
@@ -56,7 +57,7 @@ private:
     int rowOf(const QString &code) const;
     void show();
 
-    NoxHost::StreamChoice m_streams;
+    Nox::StreamChoice m_streams;
     StreamPreference m_preference;
     qint64 m_duration = -1;
     QHash<QString, qint64> m_sizes;

@@ -1,6 +1,6 @@
 #include "hosts/desk/view/AddressOffer.h"
 
-#include "hosts/common/UrlCheck.h"
+#include <nox/jobs/UrlCheck.h>
 
 #include <QUrl>
 
@@ -56,9 +56,9 @@ QString AddressOffer::addressIn(const QMimeData *data)
     if (data->hasUrls() && !data->urls().isEmpty()) {
         text = data->urls().constFirst().toString(QUrl::FullyEncoded);
     } else if (data->hasText()) {
-        text = NoxHost::UrlCheck::mended(data->text());
+        text = Nox::UrlCheck::corrected(data->text());
     }
-    return text.size() <= maximumLength && NoxHost::UrlCheck::problem(text).isEmpty() ? text : QString();
+    return text.size() <= maximumLength && Nox::UrlCheck::errorString(text).isEmpty() ? text : QString();
 }
 
 } // namespace NoxDesk

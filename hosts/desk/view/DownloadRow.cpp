@@ -4,65 +4,148 @@
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
 #include "hosts/desk/view/FileManager.h"
+#include "hosts/desk/view/WrappedText.h"
 
+#include <QAction>
+#include <QClipboard>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QKeyEvent>
+#include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStackedWidget>
+#include <QToolButton>
 #include <QUrl>
-
-#include <algorithm>
-#include <functional>
 
 namespace NoxDesk {
 
+namespace {
+
+constexpr int barCharacters = 14;
+constexpr int detailsLines = 8;
+
+QToolButton *newToolButton(const QString &name)
+{
+    auto *button = new QToolButton;
+    button->setObjectName(name);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+} // namespace
+
 DownloadRow::DownloadRow(QWidget *parent)
     : QFrame(parent)
+    , m_detailsButton(newToolButton(QStringLiteral("details")))
     , m_title(new ElidedLabel(Qt::ElideMiddle))
     , m_status(new ElidedLabel(Qt::ElideRight))
     , m_bar(new QProgressBar)
-    , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel")))
-    , m_retryButton(newButton(tr("Retry"), QStringLiteral("retry")))
-    , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile")))
-    , m_folderButton(newButton(tr("Show in folder"), QStringLiteral("showFolder")))
-    , m_removeButton(newButton(tr("Remove"), QStringLiteral("remove")))
+    , m_buttons(new QStackedWidget)
+    , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel"), &DownloadRow::cancelRequested))
+    , m_retryButton(newButton(tr("Retry"), QStringLiteral("retry"), &DownloadRow::retryRequested))
+    , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile"), &DownloadRow::openFile))
+    , m_menuButton(newToolButton(QStringLiteral("rowMenu")))
 {
-    setFrameShape(QFrame::StyledPanel);
     m_title->setObjectName(QStringLiteral("fileName"));
     m_bar->setObjectName(QStringLiteral("progress"));
     m_status->setObjectName(QStringLiteral("status"));
-    QFont font = m_title->font();
-    font.setBold(true);
-    m_title->setFont(font);
-
-    auto *head = new QHBoxLayout;
-    head->addWidget(m_title, 1);
-    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton})
-        head->addWidget(button);
-    auto *layout = new QVBoxLayout(this);
-    layout->addLayout(head);
-    layout->addWidget(m_bar);
-    layout->addWidget(m_status);
-
-    connect(m_cancelButton, &QPushButton::clicked, this, &DownloadRow::cancelRequested);
-    connect(m_retryButton, &QPushButton::clicked, this, &DownloadRow::retryRequested);
-    connect(m_openButton, &QPushButton::clicked, this, [this] { open(m_file); });
-    connect(m_folderButton, &QPushButton::clicked, this, &DownloadRow::showFolder);
-    connect(m_removeButton, &QPushButton::clicked, this, &DownloadRow::removeRequested);
+    for (QWidget *label : {m_title, m_status})
+        label->setContextMenuPolicy(Qt::NoContextMenu); // the row's is shown
+    m_detailsButton->setCheckable(true);
+    m_detailsButton->setArrowType(Qt::RightArrow);
+    connect(m_detailsButton, &QToolButton::toggled, this, &DownloadRow::showDetails);
+    addActions();
+    layOut();
 }
 
-QPushButton *DownloadRow::newButton(const QString &text, const QString &name)
+QPushButton *DownloadRow::newButton(const QString &text, const QString &name, void (DownloadRow::*run)())
 {
     auto *button = new QPushButton(text);
     button->setObjectName(name);
+    connect(button, &QPushButton::clicked, this, run);
+    m_buttons->addWidget(button);
     return button;
+}
+
+QAction *DownloadRow::newAction(const QString &text, const QString &name, const QKeySequence &key,
+                                const std::function<void()> &run)
+{
+    auto *action = new QAction(text, this);
+    action->setObjectName(name);
+    action->setShortcut(key);
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(action, &QAction::triggered, this, run);
+    addAction(action);
+    return action;
+}
+
+void DownloadRow::addActions()
+{
+    const auto keys = [](const char *text) { return QKeySequence(QString::fromLatin1(text)); };
+    m_openAction = newAction(tr("Open file"), QStringLiteral("open"), keys("Ctrl+O"), [this] { openFile(); });
+    m_folderAction =
+        newAction(tr("Show in folder"), QStringLiteral("showFolder"), keys("Ctrl+Shift+O"), [this] { showFolder(); });
+    m_retryAction =
+        newAction(tr("Retry"), QStringLiteral("retryAction"), keys("Ctrl+T"), [this] { Q_EMIT retryRequested(); });
+    m_cancelAction =
+        newAction(tr("Cancel"), QStringLiteral("cancelAction"), keys("Ctrl+Del"), [this] { Q_EMIT cancelRequested(); });
+    m_upAction =
+        newAction(tr("Move up"), QStringLiteral("moveUp"), keys("Alt+Up"), [this] { Q_EMIT moveRequested(-1); });
+    m_downAction =
+        newAction(tr("Move down"), QStringLiteral("moveDown"), keys("Alt+Down"), [this] { Q_EMIT moveRequested(1); });
+    newAction(tr("Copy address of the page"), QStringLiteral("copyAddress"), keys("Ctrl+C"),
+              [this] { QGuiApplication::clipboard()->setText(m_address); });
+    newAction(tr("Open page in the browser"), QStringLiteral("openPage"), keys("Ctrl+B"), [this] {
+        if (!QDesktopServices::openUrl(QUrl(m_address)))
+            Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(m_address));
+    });
+    newAction(tr("Read page again"), QStringLiteral("readAgain"), keys("Ctrl+R"),
+              [this] { Q_EMIT readRequested(m_address); });
+    newAction(tr("Details"), QStringLiteral("detailsAction"), keys("Ctrl+D"), [this] { m_detailsButton->toggle(); });
+    m_removeAction = newAction(tr("Remove from the list"), QStringLiteral("remove"), QKeySequence::Delete,
+                               [this] { Q_EMIT removeRequested(); });
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    auto *menu = new QMenu(m_menuButton);
+    menu->addActions(actions());
+    m_menuButton->setText(QStringLiteral("⋯"));
+    m_menuButton->setMenu(menu);
+    m_menuButton->setPopupMode(QToolButton::InstantPopup);
+    m_menuButton->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
+}
+
+void DownloadRow::layOut()
+{
+    setFrameShape(QFrame::StyledPanel);
+    QFont font = m_title->font();
+    font.setBold(true);
+    m_title->setFont(font);
+    QSizePolicy policy = m_bar->sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // what stands beside it is in one line with that of other rows
+    m_bar->setSizePolicy(policy);
+    m_bar->setFixedWidth(barCharacters * fontMetrics().averageCharWidth());
+    m_buttons->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto *line = new QHBoxLayout;
+    line->addWidget(m_detailsButton);
+    line->addWidget(m_title, 4);
+    line->addWidget(m_bar);
+    line->addWidget(m_status, 5);
+    line->addWidget(m_buttons);
+    line->addWidget(m_menuButton);
+    auto *layout = new QVBoxLayout(this);
+    const int margin = fontMetrics().lineSpacing() / 8;
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addLayout(line);
 }
 
 void DownloadRow::refresh(const QModelIndex &index)
 {
+    m_index = index;
     m_file = index.data(DownloadListModel::FileRole).toString();
+    m_address = index.data(DownloadListModel::AddressRole).toString();
     const QString name = index.data().toString();
     if (m_title->text() != name) {
         m_title->setText(name);
@@ -71,47 +154,79 @@ void DownloadRow::refresh(const QModelIndex &index)
     m_status->setText(index.data(DownloadListModel::StatusRole).toString());
     const auto state = index.data(DownloadListModel::StateRole).value<Download::State>();
     showBar(index.data(DownloadListModel::PercentRole).toInt(), state);
-    showButtons(state);
-    showFailure(index, state == Download::State::Failed);
+    showState(state);
+    showDetails();
 }
 
-void DownloadRow::showFailure(const QModelIndex &index, bool isFailed)
+void DownloadRow::showState(Download::State state)
 {
-    m_status->setVisible(!isFailed);
-    if (m_failure == nullptr && isFailed) {
+    const bool isFinished = state == Download::State::Finished;
+    const bool canRetry = state == Download::State::Failed || state == Download::State::Cancelled;
+    const bool isActive = !isFinished && !canRetry;
+    QPushButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
+    const bool hadFocus = m_buttons->isAncestorOf(window()->focusWidget());
+    m_buttons->setCurrentWidget(button);
+    if (hadFocus)
+        button->setFocus();
+    m_openAction->setEnabled(isFinished);
+    m_folderAction->setEnabled(isFinished);
+    m_retryAction->setEnabled(canRetry);
+    m_cancelAction->setEnabled(isActive);
+    m_upAction->setEnabled(state == Download::State::Waiting);
+    m_downAction->setEnabled(state == Download::State::Waiting);
+    m_removeAction->setEnabled(!isActive);
+}
+
+/** Shows the whole status, the file and the page below the line, or what went wrong, or hides them. */
+void DownloadRow::showDetails()
+{
+    const bool isShown = m_detailsButton->isChecked();
+    const bool isFailed =
+        m_index.data(DownloadListModel::StateRole).value<Download::State>() == Download::State::Failed;
+    m_detailsButton->setArrowType(isShown ? Qt::DownArrow : Qt::RightArrow);
+    if (isShown && m_details == nullptr) {
+        m_details = new WrappedText(detailsLines);
+        m_details->setObjectName(QStringLiteral("detailsText"));
+        m_details->setAccessibleName(tr("Details"));
         m_failure = new FailureBox;
         connect(m_failure, &FailureBox::logRequested, this, &DownloadRow::logRequested);
         layout()->addWidget(m_failure);
+        layout()->addWidget(m_details);
         Q_EMIT tabStopsChanged();
     }
-    if (m_failure != nullptr) {
-        m_failure->setVisible(isFailed);
-        m_failure->setTexts(index.data(DownloadListModel::ProblemRole).toString(),
-                            index.data(DownloadListModel::ToolWordsRole).toString());
+    if (m_details == nullptr)
+        return;
+    m_details->setVisible(isShown);
+    m_failure->setVisible(isShown && isFailed);
+    if (isShown) {
+        const QString place = QDir::toNativeSeparators(m_file) + QLatin1Char('\n') + m_address;
+        m_details->setWords(isFailed ? place : m_status->text() + QLatin1Char('\n') + place);
+        m_failure->setTexts(m_index.data(DownloadListModel::ErrorRole).toString(),
+                            m_index.data(DownloadListModel::ErrorDetailsRole).toString());
     }
 }
 
 void DownloadRow::focusFirst()
 {
-    const QList<QWidget *> stops = tabStops();
-    const auto first = std::find_if(stops.cbegin(), stops.cend(), std::mem_fn(&QWidget::isVisible));
-    if (first != stops.cend())
-        (*first)->setFocus();
+    m_buttons->currentWidget()->setFocus();
 }
 
 QList<QWidget *> DownloadRow::tabStops() const
 {
-    QList<QWidget *> stops{m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton};
+    QList<QWidget *> stops{m_detailsButton, m_cancelButton, m_retryButton, m_openButton, m_menuButton};
     if (m_failure != nullptr)
-        stops += m_failure->tabStops();
+        stops += m_failure->tabStops() + QList<QWidget *>{m_details};
     return stops;
 }
 
 /** The same buttons stand in every row: who cannot see the row hears which file they are for. */
 void DownloadRow::nameControls(const QString &title)
 {
-    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton, m_folderButton, m_removeButton})
-        button->setAccessibleName(tr("%1: %2", "button, file").arg(button->text(), title));
+    const auto name = [&title](const QString &text) { return tr("%1: %2", "button, file").arg(text, title); };
+    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton})
+        button->setAccessibleName(name(button->text()));
+    m_detailsButton->setAccessibleName(name(tr("Details")));
+    m_menuButton->setAccessibleName(name(tr("More")));
     m_bar->setAccessibleName(tr("Progress of %1").arg(title));
     setAccessibleName(tr("Download of %1").arg(title));
 }
@@ -119,39 +234,14 @@ void DownloadRow::nameControls(const QString &title)
 void DownloadRow::showBar(int percent, Download::State state)
 {
     const bool isRunning = state == Download::State::Running || state == Download::State::Cancelling;
-    m_bar->setVisible(isRunning || state == Download::State::Waiting);
-    m_bar->setEnabled(isRunning);
-    percent = state == Download::State::Waiting ? 0 : percent;
+    m_bar->setVisible(isRunning);
     m_bar->setMaximum(percent < 0 ? 0 : 100);
     m_bar->setValue(percent);
 }
 
-void DownloadRow::showButtons(Download::State state)
+void DownloadRow::openFile()
 {
-    const bool isFinished = state == Download::State::Finished;
-    const bool canRetry = state == Download::State::Failed || state == Download::State::Cancelled;
-    const bool isActive = !isFinished && !canRetry;
-    // Before any is hidden: a button that is hidden, or disabled, gives the focus to another row.
-    QPushButton *first = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
-    const bool hadFocus = isAncestorOf(window()->focusWidget());
-    first->setVisible(true);
-    m_removeButton->setVisible(!isActive);
-    if (hadFocus && m_wasActive != isActive)
-        first->setFocus();
-    m_wasActive = isActive;
-    m_cancelButton->setVisible(isActive);
-    m_retryButton->setVisible(canRetry);
-    m_openButton->setVisible(isFinished);
-    m_folderButton->setVisible(isFinished);
-}
-
-void DownloadRow::keyPressEvent(QKeyEvent *event)
-{
-    if (event->matches(QKeySequence::Delete) && m_removeButton->isVisible()) {
-        Q_EMIT removeRequested();
-    } else {
-        QFrame::keyPressEvent(event);
-    }
+    open(m_file);
 }
 
 void DownloadRow::showFolder()

@@ -3,17 +3,26 @@
 #include "hosts/desk/model/Download.h"
 
 #include <QFrame>
-#include <QModelIndex>
+#include <QPersistentModelIndex>
 
+#include <functional>
+
+class QAction;
 class QProgressBar;
 class QPushButton;
+class QStackedWidget;
+class QToolButton;
 
 namespace NoxDesk {
 
 class ElidedLabel;
 class FailureBox;
+class WrappedText;
 
-/** One download in the list: its bar, its figures, and what can be done with it. */
+/**
+ * One download in the list, in one line: its name, its bar, its figures and the button that is needed most. All that
+ * can be done with it is in its menu, with keys; the details are shown below the line when they are asked for.
+ */
 class DownloadRow : public QFrame
 {
     Q_OBJECT
@@ -27,39 +36,53 @@ public:
     /** What the keyboard goes to, in the order in which it is read. */
     QList<QWidget *> tabStops() const;
 
-    void focusFirst(); ///< Moves the keyboard to the first button.
+    void focusFirst(); ///< Moves the keyboard to the button that is needed most.
 
 Q_SIGNALS:
     void cancelRequested();
     void retryRequested();
     void removeRequested();
+    void moveRequested(int by); ///< Up (below 0) or down among those that wait.
+    void readRequested(const QString &address);
     void logRequested();
-    void openingFailed(const QString &words);
+    void openingFailed(const QString &message);
     void tabStopsChanged();
 
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
-    QPushButton *newButton(const QString &text, const QString &name);
-    void showBar(int percent, Download::State state);
-    void showButtons(Download::State state);
+    QPushButton *newButton(const QString &text, const QString &name, void (DownloadRow::*run)());
+    QAction *newAction(const QString &text, const QString &name, const QKeySequence &key,
+                       const std::function<void()> &run);
+    void addActions();
+    void layOut();
     void nameControls(const QString &title);
-    void showFailure(const QModelIndex &index, bool isFailed);
+    void showState(Download::State state);
+    void showBar(int percent, Download::State state);
+    void showDetails();
+    void openFile();
     void showFolder();
     void open(const QString &path);
 
+    QToolButton *m_detailsButton;
     ElidedLabel *m_title;
     ElidedLabel *m_status;
     QProgressBar *m_bar;
-    FailureBox *m_failure = nullptr; // made when it is needed
+    QStackedWidget *m_buttons;
     QPushButton *m_cancelButton;
     QPushButton *m_retryButton;
     QPushButton *m_openButton;
-    QPushButton *m_folderButton;
-    QPushButton *m_removeButton;
+    QToolButton *m_menuButton;
+    WrappedText *m_details = nullptr; // made when it is needed, and so is the box
+    FailureBox *m_failure = nullptr;
+    QAction *m_openAction = nullptr;
+    QAction *m_folderAction = nullptr;
+    QAction *m_retryAction = nullptr;
+    QAction *m_cancelAction = nullptr;
+    QAction *m_upAction = nullptr;
+    QAction *m_downAction = nullptr;
+    QAction *m_removeAction = nullptr;
+    QPersistentModelIndex m_index;
     QString m_file;
-    bool m_wasActive = true;
+    QString m_address;
 };
 
 } // namespace NoxDesk

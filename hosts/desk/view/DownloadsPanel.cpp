@@ -23,6 +23,10 @@ DownloadsPanel::DownloadsPanel(DownloadListModel &model, QWidget *parent)
             [this](const QModelIndex &, int first, int last) { insertRows(first, last); });
     connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this,
             [this](const QModelIndex &, int first, int last) { removeRows(first, last); });
+    connect(&m_model, &QAbstractItemModel::rowsMoved, this,
+            [this](const QModelIndex &, int row, int, const QModelIndex &, int before) {
+                moveRow(row, before > row ? before - 1 : before);
+            });
     connect(&m_model, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex &first, const QModelIndex &last) {
                 if (!window()->isMinimized())
@@ -52,12 +56,10 @@ QLayout *DownloadsPanel::makeHead()
 
 QWidget *DownloadsPanel::makeList()
 {
-    m_emptyWords = new QLabel(tr("No downloads yet"));
-    m_emptyWords->setAlignment(Qt::AlignCenter);
     auto *rows = new QWidget;
     m_rowLayout = new QVBoxLayout(rows);
     m_rowLayout->setContentsMargins({});
-    m_rowLayout->addWidget(m_emptyWords, 1);
+    m_rowLayout->setSpacing(2);
     m_rowLayout->addStretch();
     m_area = new VerticalScrollArea(rows);
     m_area->setObjectName(QStringLiteral("downloads"));
@@ -71,6 +73,11 @@ DownloadRow *DownloadsPanel::newRow()
     connect(row, &DownloadRow::cancelRequested, this, [this, row] { m_model.cancel(rowOf(row)); });
     connect(row, &DownloadRow::retryRequested, this, [this, row] { m_model.retry(rowOf(row)); });
     connect(row, &DownloadRow::removeRequested, this, [this, row] { m_model.remove(rowOf(row)); });
+    connect(row, &DownloadRow::moveRequested, this, [this, row](int by) {
+        m_model.move(rowOf(row), by);
+        m_area->ensureWidgetVisible(row);
+    });
+    connect(row, &DownloadRow::readRequested, this, &DownloadsPanel::readRequested);
     connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
     connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
     connect(row, &DownloadRow::tabStopsChanged, this, &DownloadsPanel::orderTabStops);
@@ -92,7 +99,15 @@ void DownloadsPanel::insertRows(int first, int last)
     refreshRows(first, last);
 }
 
-/** Rows are made from the oldest to the newest, but read from the newest to the oldest. */
+void DownloadsPanel::moveRow(int from, int to)
+{
+    m_rows.move(from, to);
+    m_rowLayout->removeWidget(m_rows.at(to));
+    m_rowLayout->insertWidget(to, m_rows.at(to));
+    orderTabStops();
+}
+
+/** Rows are read in another order than that in which they are made. */
 void DownloadsPanel::orderTabStops()
 {
     QWidget *before = m_area;
@@ -136,7 +151,6 @@ void DownloadsPanel::refreshRows(int first, int last)
 
 void DownloadsPanel::showCounts()
 {
-    m_emptyWords->setVisible(m_model.rowCount() == 0);
     m_cancelAllButton->setEnabled(m_model.activeCount() > 0);
     m_removeEndedButton->setEnabled(m_model.endedCount() > 0);
 }

@@ -3,7 +3,6 @@
 #include <QList>
 #include <QWidget>
 
-class QLabel;
 class QModelIndex;
 class QPushButton;
 class QVBoxLayout;
@@ -30,12 +29,14 @@ public:
 
 Q_SIGNALS:
     void logRequested();
+    void readRequested(const QString &address);
     void openingFailed(const QString &words);
 
 private:
     QLayout *makeHead();
     QWidget *makeList();
     void insertRows(int first, int last);
+    void moveRow(int from, int to);
     void removeRows(int first, int last);
     void refreshRows(int first, int last);
     DownloadRow *newRow();
@@ -47,7 +48,6 @@ private:
     QList<DownloadRow *> m_rows;
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
-    QLabel *m_emptyWords = nullptr;
     QPushButton *m_cancelAllButton = nullptr;
     QPushButton *m_removeEndedButton = nullptr;
 };

@@ -12,7 +12,6 @@
 #include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
 #include "hosts/desk/view/TrayNotifier.h"
-#include "hosts/desk/view/VerticalScrollArea.h"
 
 #include <QAccessible>
 #include <QCloseEvent>
@@ -63,17 +62,16 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
 void MainWindow::layOut()
 {
     auto *page = new PagePanel(m_desk);
-    auto *pageArea = new VerticalScrollArea(page);
-    pageArea->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
     connect(&m_desk.reader(), &PageReader::stateChanged, this, [this, page](PageReader::State state) {
         if (state == PageReader::State::Ready && m_addressBar->isDone())
             page->focusStreams();
     });
     connect(m_downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
+    connect(m_downloads, &DownloadsPanel::readRequested, this, &MainWindow::read);
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
     connect(m_downloads, &DownloadsPanel::logRequested, this, &MainWindow::showLog);
 
-    m_splitter->addWidget(pageArea);
+    m_splitter->addWidget(page);
     m_splitter->addWidget(m_downloads);
     m_splitter->setStretchFactor(0, 1);
     m_splitter->setStretchFactor(1, 1);
@@ -127,6 +125,7 @@ void MainWindow::pasteAddress()
 void MainWindow::showProgress()
 {
     const QString progress = m_desk.progressText();
+    m_downloads->setVisible(m_desk.downloads().rowCount() > 0);
     setWindowTitle(progress.isEmpty() ? tr("Nox Desk") : tr("%1 – Nox Desk", "progress").arg(progress));
 }
 
@@ -250,6 +249,7 @@ void MainWindow::showShortcuts()
         {QKeySequence(Qt::Key_F5), tr("read the page again")},
         {QKeySequence(Qt::Key_Escape), tr("stop reading the page")},
         {QKeySequence(Qt::Key_Return), tr("download the stream that is chosen")},
+        {QKeySequence(QStringLiteral("Shift+F10")), tr("open the menu of the download, which shows its other keys")},
         {QKeySequence(Qt::Key_Delete), tr("take the download off the list, when it has ended")},
         {QKeySequence(Qt::Key_F10), tr("open the menu")},
         {QKeySequence(QKeySequence::Quit), tr("quit")},

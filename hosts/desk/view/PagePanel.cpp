@@ -1,15 +1,18 @@
 #include "hosts/desk/view/PagePanel.h"
 
-#include "hosts/common/TextSanitizer.h"
-#include "hosts/common/TransferFigures.h"
 #include "hosts/desk/model/Desk.h"
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
 #include "hosts/desk/view/PlanForm.h"
+#include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/StreamPanel.h"
 #include "hosts/desk/view/ThumbnailView.h"
+#include "hosts/desk/view/VerticalScrollArea.h"
 #include "hosts/desk/view/WrappedText.h"
+
+#include <nox/jobs/TextSanitizer.h>
+#include <nox/jobs/TransferFigures.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -32,15 +35,16 @@ PagePanel::PagePanel(Desk &desk, QWidget *parent)
     , m_busy(makeBusy())
     , m_failure(makeFailure())
     , m_hint(makeHint())
-    , m_page(makePage())
+    , m_card(makeCard())
+    , m_head(makeHead())
+    , m_choices(makeChoices())
     , m_content(new QStackedWidget)
 {
     m_content->addWidget(m_hint);
-    m_content->addWidget(m_page);
+    m_content->addWidget(m_choices);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
-    layout->addWidget(m_busy);
-    layout->addWidget(m_failure);
+    layout->addWidget(m_head);
     layout->addWidget(m_content, 1);
     connect(&m_desk.reader(), &PageReader::stateChanged, this, &PagePanel::show);
     connect(&m_desk.reader(), &PageReader::pageChanged, this, &PagePanel::showPage);
@@ -115,7 +119,20 @@ QWidget *PagePanel::makeFailure()
     return failure;
 }
 
-QWidget *PagePanel::makePage()
+VerticalScrollArea *PagePanel::makeHead()
+{
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins({});
+    for (QWidget *part : {m_busy, m_failure, m_card})
+        layout->addWidget(part);
+    auto *head = new VerticalScrollArea(content);
+    head->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
+    head->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    return head;
+}
+
+QWidget *PagePanel::makeChoices()
 {
     m_streams = new StreamPanel(m_desk.streams());
     auto *form = new PlanForm(m_desk.plan());
@@ -123,16 +140,15 @@ QWidget *PagePanel::makePage()
     connect(m_streams, &StreamPanel::downloadRequested, &m_desk, &Desk::startDownload);
     connect(form, &PlanForm::downloadRequested, &m_desk, &Desk::startDownload);
 
-    auto *page = new QWidget;
-    auto *layout = new QVBoxLayout(page);
+    auto *choices = new QWidget;
+    auto *layout = new QVBoxLayout(choices);
     layout->setContentsMargins({});
-    layout->addLayout(makeCard());
     layout->addWidget(m_streams, 1);
     layout->addWidget(form);
-    return page;
+    return choices;
 }
 
-QLayout *PagePanel::makeCard()
+QWidget *PagePanel::makeCard()
 {
     m_thumbnail = new ThumbnailView;
     m_title = new WrappedText(titleLines);
@@ -146,17 +162,23 @@ QLayout *PagePanel::makeCard()
     m_duration = new QLabel;
     m_duration->setObjectName(QStringLiteral("duration"));
     m_address = new ElidedLabel(Qt::ElideMiddle);
+    m_warnings = new ReasonLabel;
+    m_warnings->setObjectName(QStringLiteral("pageWarnings"));
+    m_warnings->setAccessibleName(tr("Warnings of the download tool"));
 
     auto *texts = new QVBoxLayout;
     texts->addStretch();
     texts->addWidget(m_title);
     texts->addWidget(m_duration);
     texts->addWidget(m_address);
+    texts->addWidget(m_warnings);
     texts->addStretch();
-    auto *card = new QHBoxLayout;
-    card->addWidget(m_thumbnail);
-    card->addSpacing(fontMetrics().averageCharWidth());
-    card->addLayout(texts, 1);
+    auto *card = new QWidget;
+    auto *layout = new QHBoxLayout(card);
+    layout->setContentsMargins({});
+    layout->addWidget(m_thumbnail);
+    layout->addSpacing(fontMetrics().averageCharWidth());
+    layout->addLayout(texts, 1);
     connect(&m_desk.thumbnail(), &ThumbnailLoader::changed, m_thumbnail,
             [this] { m_thumbnail->setPicture(m_desk.thumbnail().picture()); });
     return card;
@@ -173,11 +195,13 @@ void PagePanel::show(PageReader::State state)
     m_busyAddress->setText(reader.requestedUrl());
     m_failedAddress->setText(reader.requestedUrl());
     if (isFailed)
-        m_failureBox->setTexts(reader.problem(), reader.toolWords());
+        m_failureBox->setTexts(reader.errorString(), reader.errorDetails());
     m_busy->setVisible(isReading);
     m_failure->setVisible(isFailed);
+    m_card->setVisible(reader.hasPage());
+    m_head->setVisible(isReading || isFailed || reader.hasPage());
     m_content->setVisible(reader.hasPage() || !(isReading || isFailed));
-    m_content->setCurrentWidget(reader.hasPage() ? m_page : m_hint);
+    m_content->setCurrentWidget(reader.hasPage() ? m_choices : m_hint);
     if (hadFocus && !isReading)
         focusStreams();
 }
@@ -185,14 +209,15 @@ void PagePanel::show(PageReader::State state)
 void PagePanel::showPage()
 {
     const Nox::WebMediaInfo page = m_desk.reader().page();
-    const QString title = NoxHost::TextSanitizer::line(page.getTitle());
+    const QString title = Nox::TextSanitizer::line(page.getTitle());
     const QString shown = ShownText::cut(title, titleCharacters);
     m_title->setWords(shown);
     m_title->setToolTip(shown == title ? QString() : ShownText::breakable(title));
     const qint64 seconds = page.getDuration();
-    m_duration->setText(seconds > 0 ? tr("Duration %1").arg(NoxHost::TransferFigures::timeText(seconds))
+    m_duration->setText(seconds > 0 ? tr("Duration %1").arg(Nox::TransferFigures::timeText(seconds))
                                     : tr("Duration unknown"));
     m_address->setText(m_desk.reader().url());
+    m_warnings->explain(m_desk.reader().warnings().join(QLatin1Char('\n')), *m_title);
 }
 
 void PagePanel::focusStreams()

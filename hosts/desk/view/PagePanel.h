@@ -12,11 +12,16 @@ namespace NoxDesk {
 class Desk;
 class ElidedLabel;
 class FailureBox;
+class ReasonLabel;
 class StreamPanel;
 class ThumbnailView;
+class VerticalScrollArea;
 class WrappedText;
 
-/** The page: nothing yet, or what it holds and the choices; above it, that another one is being read or has failed. */
+/**
+ * The page: nothing yet, or what it holds and the choices; above it, that another one is being read or has failed. In a
+ * small window the table of streams gives way first, then what stands above it scrolls; the form is always seen whole.
+ */
 class PagePanel : public QWidget
 {
     Q_OBJECT
@@ -35,8 +40,9 @@ private:
     QWidget *makeHint();
     QWidget *makeBusy();
     QWidget *makeFailure();
-    QWidget *makePage();
-    QLayout *makeCard();
+    QWidget *makeCard();
+    QWidget *makeChoices();
+    VerticalScrollArea *makeHead();
     void show(PageReader::State state);
     void showPage();
 
@@ -50,9 +56,12 @@ private:
     WrappedText *m_title = nullptr;
     QLabel *m_duration = nullptr;
     ElidedLabel *m_address = nullptr;
+    ReasonLabel *m_warnings = nullptr;
     StreamPanel *m_streams = nullptr;
     QWidget *m_hint;
-    QWidget *m_page;
+    QWidget *m_card;
+    VerticalScrollArea *m_head;
+    QWidget *m_choices;
     QStackedWidget *m_content;
 };
 

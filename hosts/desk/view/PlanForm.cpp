@@ -1,9 +1,10 @@
 #include "hosts/desk/view/PlanForm.h"
 
-#include "hosts/common/StreamText.h"
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ShownText.h"
+
+#include <nox/jobs/StreamText.h>
 
 #include <QComboBox>
 #include <QFileInfo>
@@ -16,7 +17,7 @@
 
 namespace NoxDesk {
 
-using NoxHost::StreamText;
+using Nox::StreamText;
 
 namespace {
 

@@ -1,10 +1,11 @@
 #include "hosts/desk/view/PreferencesDialog.h"
 
-#include "hosts/common/Destination.h"
 #include "hosts/desk/model/DeskSettings.h"
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
+
+#include <nox/jobs/Destination.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -137,7 +138,7 @@ void PreferencesDialog::browse(QLineEdit *field, bool isFolder)
 
 void PreferencesDialog::askVersion()
 {
-    m_version->ask(NoxHost::ToolSetup(m_toolFile->text().trimmed()));
+    m_version->ask(Nox::ToolSetup(m_toolFile->text().trimmed()));
 }
 
 QString PreferencesDialog::folder() const
@@ -148,7 +149,7 @@ QString PreferencesDialog::folder() const
 void PreferencesDialog::accept()
 {
     if (folder() != m_settings.folder()) {
-        const QString problem = NoxHost::Destination::folderProblem(folder());
+        const QString problem = Nox::Destination::folderErrorString(folder());
         m_folderProblem->explain(problem, *m_folder);
         m_makeButton->setVisible(!folder().isEmpty() && !QFileInfo::exists(folder()));
         if (!problem.isEmpty()) {

@@ -67,8 +67,10 @@ void StreamPanel::setUpTable()
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + 3);
     m_table->installEventFilter(this);
-    // A header and three streams, for screens with little room.
-    m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height() + 5 * fontMetrics().lineSpacing());
+    // All else in the window is seen before more than three streams are.
+    m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height()
+                              + 3 * m_table->verticalHeader()->defaultSectionSize() + 2 * m_table->frameWidth());
+    m_table->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
 }
 
 void StreamPanel::setUpHeader()

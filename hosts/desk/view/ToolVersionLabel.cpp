@@ -1,10 +1,8 @@
 #include "hosts/desk/view/ToolVersionLabel.h"
 
-#include "hosts/common/ToolVersionJob.h"
-
 namespace NoxDesk {
 
-using NoxHost::ToolVersionJob;
+using Nox::ToolVersionJob;
 
 namespace {
 
@@ -19,18 +17,14 @@ ToolVersionLabel::ToolVersionLabel(QWidget *parent)
     setMinimumWidth(fontMetrics().averageCharWidth() * usualCharacters);
 }
 
-void ToolVersionLabel::ask(const NoxHost::ToolSetup &tools)
+void ToolVersionLabel::ask(const Nox::ToolSetup &tools)
 {
-    delete m_job;
-    m_job = nullptr;
-    if (const QString problem = tools.problem(); !problem.isEmpty()) {
-        setText(problem);
-        return;
-    }
     setText(tr("asking the tool…"));
-    m_job = new ToolVersionJob(tools, this);
-    connect(m_job, &ToolVersionJob::finished, this, &ToolVersionLabel::setText);
-    connect(m_job, &ToolVersionJob::failed, this, &ToolVersionLabel::setText);
+    m_job = std::make_unique<ToolVersionJob>(tools);
+    connect(m_job.get(), &ToolVersionJob::finished, this, [this] {
+        const bool isKnown = m_job->error() == Nox::Job::NoError;
+        setText(isKnown ? m_job->version() : m_job->errorString());
+    });
     m_job->start();
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "hosts/common/ToolSetup.h"
 #include "hosts/desk/view/ElidedLabel.h"
 
-namespace NoxHost {
-class ToolVersionJob;
-}
+#include <nox/jobs/ToolVersionJob.h>
+
+#include <memory>
 
 namespace NoxDesk {
 
@@ -18,10 +17,10 @@ public:
     explicit ToolVersionLabel(QWidget *parent = nullptr);
 
     /** Asks the tool of @p tools. */
-    void ask(const NoxHost::ToolSetup &tools);
+    void ask(const Nox::ToolSetup &tools);
 
 private:
-    NoxHost::ToolVersionJob *m_job = nullptr;
+    std::unique_ptr<Nox::ToolVersionJob> m_job;
 };
 
 } // namespace NoxDesk

@@ -1,9 +1,15 @@
 #include "hosts/desk/view/VerticalScrollArea.h"
 
-#include <QEvent>
+#include <QResizeEvent>
 #include <QScrollBar>
 
 namespace NoxDesk {
+
+namespace {
+
+constexpr int leastLines = 2; // that are seen at a time
+
+} // namespace
 
 VerticalScrollArea::VerticalScrollArea(QWidget *content, QWidget *parent)
     : QScrollArea(parent)
@@ -14,10 +20,27 @@ VerticalScrollArea::VerticalScrollArea(QWidget *content, QWidget *parent)
     setWidget(content);
 }
 
+int VerticalScrollArea::contentHeight() const
+{
+    return widget()->hasHeightForWidth() ? widget()->heightForWidth(width()) : widget()->sizeHint().height();
+}
+
+QSize VerticalScrollArea::sizeHint() const
+{
+    return {minimumSizeHint().width(), contentHeight()};
+}
+
 QSize VerticalScrollArea::minimumSizeHint() const
 {
     return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(),
-            4 * fontMetrics().lineSpacing()};
+            qMin(contentHeight(), leastLines * fontMetrics().lineSpacing())};
+}
+
+void VerticalScrollArea::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        updateGeometry(); // the height of wrapped text goes by the width
 }
 
 bool VerticalScrollArea::eventFilter(QObject *watched, QEvent *event)
