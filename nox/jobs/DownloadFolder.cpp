@@ -55,7 +55,7 @@ bool removeFolder(const QString &path, QLockFile &lock)
     lock.unlock();
     if (QDir().rmdir(path) || !QFileInfo::exists(path))
         return true;
-    lock.tryLock(0);
+    static_cast<void>(lock.tryLock(0));
     return false;
 }
 
@@ -78,7 +78,7 @@ bool DownloadFolder::create(const QString &parent)
     m_path = folder.path();
     // Where there can be no lock, only the later clearing up is lost.
     m_lock = lockOf(m_path);
-    m_lock->tryLock(0);
+    static_cast<void>(m_lock->tryLock(0));
     return true;
 }
 
