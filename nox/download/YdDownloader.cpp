@@ -221,7 +221,9 @@ QString YdDownloader::itemCommand(const QString &ydCode)
 void YdDownloader::ydReadOutputData()
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
-    const QString text = ProcessOutput::fromUtf8(m_ydProcess->readAll());
+    QString text;
+    ProcessOutput::read(m_ydProcess, QProcess::StandardOutput,
+                        [this, &text] { text = ProcessOutput::fromUtf8(m_ydProcess->readAll()); });
     NOX_LOG_DEBUG("Yd download output: %s", LogCall::latin1(text).constData());
     rememberItemFile(text);
 
@@ -277,9 +279,12 @@ void YdDownloader::removePart(const QString &file) const
 void YdDownloader::ydReadError()
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
-    const QByteArray output = m_ydProcess->readAllStandardError();
-    appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
-    const QString text = ProcessOutput::fromLocal8Bit(output);
+    QString text;
+    ProcessOutput::read(m_ydProcess, QProcess::StandardError, [this, &text] {
+        const QByteArray output = m_ydProcess->readAllStandardError();
+        appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
+        text = ProcessOutput::fromLocal8Bit(output);
+    });
     NOX_LOG_ERROR("Yd process read error: %s ", LogCall::latin1(text).constData());
 }
 
@@ -365,16 +370,21 @@ void YdDownloader::proceedMerge()
 void YdDownloader::ffmpegReadOutputData()
 {
     const ChildProcess::SignalGuard guard(m_ffmpegProcess);
-    const QString text = ProcessOutput::fromUtf8(m_ffmpegProcess->readAll());
+    QString text;
+    ProcessOutput::read(m_ffmpegProcess, QProcess::StandardOutput,
+                        [this, &text] { text = ProcessOutput::fromUtf8(m_ffmpegProcess->readAll()); });
     NOX_LOG_INFO("FFMPEG read output: %s", LogCall::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegReadStandardError()
 {
     const ChildProcess::SignalGuard guard(m_ffmpegProcess);
-    const QByteArray output = m_ffmpegProcess->readAllStandardError();
-    appendToErrorTail(output, ProcessOutput::fromUtf8);
-    const QString text = ProcessOutput::fromUtf8(output);
+    QString text;
+    ProcessOutput::read(m_ffmpegProcess, QProcess::StandardError, [this, &text] {
+        const QByteArray output = m_ffmpegProcess->readAllStandardError();
+        appendToErrorTail(output, ProcessOutput::fromUtf8);
+        text = ProcessOutput::fromUtf8(output);
+    });
     NOX_LOG_ERROR("FFMPEG read error: %s", LogCall::utf8(text).constData());
 }
 

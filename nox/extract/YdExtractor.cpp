@@ -41,7 +41,11 @@ WebMediaInfo YdExtractor::getMediaInfo(QString url)
     // Nobody reads the tool's error output here; it must not pile up in memory meanwhile.
     m_process->setStandardErrorFile(QProcess::nullDevice());
     initYdExtractorCommand();
-    if (!m_process->waitForFinished(-1))
+    bool hasEnded = false;
+    const auto wait = [this, &hasEnded] { hasEnded = m_process->waitForFinished(-1); };
+    if (!ProcessOutput::read(m_process, QProcess::StandardOutput, wait))
+        m_process->killGroup();
+    if (!hasEnded)
         NOX_LOG_DEBUG("Yd extract process finished abnormally: %d", static_cast<int>(m_process->error()));
     ydReadOutputData();
 
@@ -104,9 +108,15 @@ void YdExtractor::ydReadOutputData()
 {
     if (m_process == nullptr)
         return;
-    QString output = ProcessOutput::fromLocal8Bit(m_process->readAllStandardOutput());
-    NOX_LOG_DEBUG("%s \r\n%s ", LogCall::utf8(m_mediaInfo.getUrl()).constData(), LogCall::utf8(output).constData());
-    YdOutputParser::instance()->parseWebMediaInfo(std::move(output), m_mediaInfo, m_tempDir);
+    QString output;
+    const bool isRead = ProcessOutput::read(m_process, QProcess::StandardOutput, [this, &output] {
+        output = ProcessOutput::fromLocal8Bit(m_process->readAllStandardOutput());
+    });
+    // What cannot be held is a page that cannot be read.
+    if (isRead) {
+        NOX_LOG_DEBUG("%s \r\n%s ", LogCall::utf8(m_mediaInfo.getUrl()).constData(), LogCall::utf8(output).constData());
+        YdOutputParser::instance()->parseWebMediaInfo(std::move(output), m_mediaInfo, m_tempDir);
+    }
     NOX_LOG_DEBUG("duration : %d", static_cast<int>(m_mediaInfo.getDuration()));
 }
 
@@ -138,9 +148,12 @@ void YdExtractor::ydReadError()
     if (m_process == nullptr)
         return;
     const ChildProcess::SignalGuard guard(m_process);
-    const QByteArray output = m_process->readAllStandardError();
-    appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
-    const QString text = ProcessOutput::fromLocal8Bit(output);
+    QString text;
+    ProcessOutput::read(m_process, QProcess::StandardError, [this, &text] {
+        const QByteArray output = m_process->readAllStandardError();
+        appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
+        text = ProcessOutput::fromLocal8Bit(output);
+    });
     NOX_LOG_ERROR("Yd extract read error: %s", LogCall::latin1(text).constData());
     m_mediaInfo.setErrorDetail(text);
     if (!text.startsWith(QLatin1String("WARNING")))

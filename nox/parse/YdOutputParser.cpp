@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QThread>
 
+#include <exception>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,6 +22,19 @@
 namespace Nox {
 
 namespace {
+
+bool readPage(QString output, PageDescription &page, std::string &error)
+{
+    // In steps, so that a large page stands in memory only once.
+    output = Utilities::convertHttpSpecificChar(std::move(output));
+    output = Utilities::convertHttpSpecificChar2(std::move(output));
+    QByteArray document = std::exchange(output, QString()).toUtf8();
+    std::optional<PageDescription> read = FastPageReader::read(document);
+    if (!read)
+        return JsonPageReader::read(document, page, error);
+    page = std::move(*read);
+    return true;
+}
 
 void fill(WebMediaInfo &info, PageDescription page)
 {
@@ -67,17 +81,18 @@ YdOutputParser *YdOutputParser::instance()
 void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir)
 {
     Q_UNUSED(tempDir)
-    // In steps, so that a large page stands in memory only once.
-    output = Utilities::convertHttpSpecificChar(std::move(output));
-    output = Utilities::convertHttpSpecificChar2(std::move(output));
-    QByteArray document = std::exchange(output, QString()).toUtf8();
-    std::optional<PageDescription> page = FastPageReader::read(document);
+    PageDescription page;
     std::string error;
-    if (!page && !JsonPageReader::read(document, page.emplace(), error)) {
-        NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());
-        return;
+    bool isRead = false;
+    try {
+        isRead = readPage(std::move(output), page, error);
+    } catch (const std::exception &exception) {
+        error = exception.what(); // a page that memory cannot hold
     }
-    fill(info, std::move(*page));
+    if (isRead)
+        fill(info, std::move(page));
+    else
+        NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());
 }
 
 int YdOutputParser::parseDownloadeInfo(QString text, qint64 &total, qint64 &finish, qint64 &speed)

@@ -1,5 +1,8 @@
 #include <nox/process/ChildProcess.h>
 
+#include <nox/log/LogCall.h>
+#include <nox/process/ProcessOutput.h>
+
 #include <csignal>
 #include <cstdlib>
 #include <sys/types.h>
@@ -35,6 +38,14 @@ bool isMainThread()
 #else
     return false;
 #endif
+}
+
+// Then the kernel removes ended children at once, and QProcess cannot learn how they have ended.
+bool isChildSignalIgnored()
+{
+    struct sigaction action = {};
+    return ::sigaction(SIGCHLD, nullptr, &action) == 0
+        && (action.sa_handler == SIG_IGN || (action.sa_flags & SA_NOCLDWAIT) != 0);
 }
 
 } // namespace
@@ -88,6 +99,8 @@ void ChildProcess::launch(const QString &command)
         if (isBound)
             dieWithHost(host);
     });
+    if (isChildSignalIgnored())
+        NOX_LOG_ERROR("SIGCHLD is ignored: the ends of programs are told wrongly or not at all.");
     const QString program = arguments.isEmpty() ? QString() : arguments.takeFirst();
     start(program, arguments, QIODevice::ReadWrite);
 }
@@ -117,7 +130,7 @@ void ChildProcess::dispose()
 void ChildProcess::discardOutput(QProcess::ProcessChannel channel)
 {
     closeReadChannel(channel);
-    static_cast<void>(channel == QProcess::StandardOutput ? readAllStandardOutput() : readAllStandardError());
+    ProcessOutput::drop(this, channel);
 }
 
 // The group's number stays taken as long as one of its members lives. That none does and the number has

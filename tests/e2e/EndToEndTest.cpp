@@ -29,6 +29,8 @@ private Q_SLOTS:
     void download();
     void missingPage();
     void cancelledDownload();
+    void namesAndLinks_data();
+    void namesAndLinks();
 
 private:
     std::unique_ptr<WebMediaInfoExtractor> newExtractor() const;
@@ -164,6 +166,57 @@ void EndToEndTest::cancelledDownload()
     QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(" error(-1)"_s), TestSandbox::GraceAfterKill);
     QTRY_COMPARE_WITH_TIMEOUT(Processes::children().size(), m_childCount, TestSandbox::GraceAfterKill);
     QCOMPARE(filesLeft(), QStringList());
+}
+
+void EndToEndTest::namesAndLinks_data()
+{
+    QTest::addColumn<QString>("audio"); // as the tool names it; MEDIA and PAGE are where the streams are
+    QTest::addColumn<QString>("code");
+    QTest::newRow("a file's address") << "file:MEDIA/audio.m4a"_s
+                                      << "-4"_s;
+    QTest::newRow("a page's address") << "PAGEaudio.m4a"_s
+                                      << "-4"_s;
+    QTest::newRow("a link at the destination") << QString() << "-8"_s;
+}
+
+/** A tool that names an address makes ffmpeg neither read nor fetch it, and nothing goes through a link. */
+void EndToEndTest::namesAndLinks()
+{
+    QFETCH(QString, audio);
+    QFETCH(QString, code);
+    const QString media = m_page.mediaFolder();
+    QFile tool(m_root.filePath("naming.py"_s));
+    QVERIFY(tool.open(QIODevice::WriteOnly));
+    tool.write("import os, shutil, sys\n"
+               "code, template = (sys.argv[sys.argv.index(option) + 1] for option in ('-f', '-o'))\n"
+               "stream = {'137': 'video.mp4', '140': 'audio.m4a'}[code]\n"
+               "file = template.replace('%(ext)s', stream[-3:])\n"
+               "shutil.copy(os.path.join(os.environ['NOX_MEDIA'], stream), file)\n"
+               "audio = os.environ['NOX_AUDIO']\n"
+               "print('[download] Destination: ' + (audio if code == '140' and audio else file))\n");
+    tool.close();
+    qputenv("NOX_MEDIA", media.toUtf8());
+    qputenv("NOX_AUDIO", audio.replace("MEDIA"_s, media).replace("PAGE"_s, m_page.url()).toUtf8());
+    const QString outside = m_root.filePath("outside.mp4"_s);
+    const QString destination = m_root.filePath("my videos/named.mp4"_s);
+    if (audio.isEmpty())
+        QVERIFY(QFile::link(outside, destination));
+
+    auto *const factory = WebMediaDownloaderFactory::instance();
+    const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(tool.fileName(), QString()));
+    const SignalLog log(downloader.get());
+    MediaProfile video = m_video;
+    video.setPreferredDashAudioYdCode("140"_s);
+    downloader->download(m_page.url(), video, destination);
+    const QString expected = "started started error(%1)"_s.arg(code);
+    QTRY_VERIFY_WITH_TIMEOUT(log.text().contains("error"_s) || log.text().contains("finished"_s), Patience);
+    QCOMPARE(log.settled(expected), expected);
+    QVERIFY(!QFile::exists(outside) && !QFile::exists(destination));
+    QCOMPARE(QFileInfo(destination).isSymLink(), audio.isEmpty());
+    downloader->cancel();
+    if (audio.isEmpty())
+        QVERIFY(QFile::remove(destination));
+    QCOMPARE(filesLeft().filter("named"_s), QStringList());
 }
 
 NOX_TEST_MAIN(EndToEndTest)

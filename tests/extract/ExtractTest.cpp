@@ -1,3 +1,4 @@
+#include "tests/support/LittleMemory.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/WorkerRun.h"
 #include "tests/support/WorkerTable.h"
@@ -6,6 +7,8 @@
 #include <QRegularExpression>
 #include <QThread>
 #include <QtTest>
+
+#include <csignal>
 
 using namespace Nox;
 
@@ -26,6 +29,9 @@ private Q_SLOTS:
     void cancelBeforeAnyRequest();
     void slotsByName();
     void floodOfErrors();
+    void littleMemory_data();
+    void littleMemory();
+    void ignoredChildSignal();
     void errorDetail();
     void startedOnAnotherThread();
 };
@@ -194,6 +200,51 @@ void ExtractTest::floodOfErrors()
     QVERIFY2(pairs.match(run.log.text()).hasMatch(), qPrintable(run.log.text().left(300)));
     QCOMPARE(run.log.text().count(QLatin1Char('~')) / (1 << 20), 50);
     QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), TestSandbox::Patience);
+}
+
+void ExtractTest::littleMemory_data()
+{
+    const TextTable row{"memory", "mode"};
+    // 64 MB are held once and cannot be copied, or are copied and cannot be made a text.
+    for (const char *mode : {"notifying", "blocking"}) {
+        row((std::string("no room for a copy, ") + mode).c_str(), "96", mode);
+        row((std::string("no room for the text, ") + mode).c_str(), "160", mode);
+    }
+    row("no room at all, blocking", "32", "blocking");
+}
+
+/** What cannot be held is a page that cannot be read. */
+void ExtractTest::littleMemory()
+{
+    if (!LittleMemory::isPossible())
+        QSKIP("a sanitizer needs the address space");
+    QFETCH(QString, memory);
+    QFETCH(QString, mode);
+    ExtractRun run({}, "dump: flood 64 1"_s);
+    {
+        const LittleMemory limit(memory.toULong());
+        if (mode == "blocking"_s)
+            run.worker->getMediaInfo(Setup::url());
+        else
+            run.start();
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(||)"_s, TestSandbox::Patience);
+    }
+    const QString lost = "read: Output of a program is lost, it cannot be held in memory: std::bad_alloc"_s;
+    QVERIFY2(run.stage.errors().startsWith(lost), qPrintable(run.stage.errors()));
+    QCOMPARE(run.stage.errors().count("lost"_s), 1);
+    run.stage.play("dump: json Clip 1"_s);
+    QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo(Setup::url())), "finished(Clip|1|)"_s);
+}
+
+/** Where a host ignores the signal, Qt learns nothing of the ends of programs. */
+void ExtractTest::ignoredChildSignal()
+{
+    ExtractRun run({}, "dump: hang"_s);
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    run.start();
+    std::signal(SIGCHLD, before);
+    QCOMPARE(run.stage.errors(), "launch: SIGCHLD is ignored: the ends of programs are told wrongly or not at all."_s);
+    run.worker->cancel();
 }
 
 /** The tool's words of this request alone, to the end, also those that give no notification. */

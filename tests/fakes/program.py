@@ -96,9 +96,10 @@ class Player:
         self.file(extension)
         say(1, "[download] Destination: %s\n" % self.item(extension))
 
-    def flood(self, megabytes):
+    def flood(self, raw):
+        megabytes, _, channel = raw.partition(" ")
         for _ in range(int(megabytes)):
-            os.write(2, b"~" * (1 << 20))
+            os.write(int(channel or 2), b"~" * (1 << 20))
 
     def close(self, channel):
         os.close(int(channel))

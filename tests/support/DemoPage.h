@@ -16,6 +16,7 @@ public:
     bool serve();
 
     QString url() const { return m_url; }
+    QString mediaFolder() const { return m_media.path(); } ///< with video.mp4 and audio.m4a
 
 private:
     QTemporaryDir m_media;
