@@ -1,5 +1,14 @@
 # Installation of the hosts and of the documents. nox_add_library() installs the libraries.
 
+# nox_install_command(NAME PROGRAM COMPONENT): a relative link among the commands to a program that is installed elsewhere.
+function(nox_install_command name program component)
+    nox_relative_path(target ${CMAKE_INSTALL_BINDIR} ${program})
+    set(link ${CMAKE_CURRENT_BINARY_DIR}/link/${name})
+    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/link)
+    file(CREATE_LINK ${target} ${link} SYMBOLIC)
+    install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component})
+endfunction()
+
 # nox_install_host(TARGET COMPONENT): a host program with a folder of its own, in which it finds the programs that the
 # library drives, and a link among the commands.
 function(nox_install_host target component)
@@ -8,19 +17,13 @@ function(nox_install_host target component)
     endif()
     set(folder ${CMAKE_INSTALL_LIBEXECDIR}/${target})
     nox_relative_path(library_folder ${folder} ${CMAKE_INSTALL_LIBDIR})
-    nox_relative_path(program ${CMAKE_INSTALL_BINDIR} ${folder}/${target})
     cmake_path(IS_RELATIVE library_folder is_relocatable)
     if(is_relocatable)
         string(PREPEND library_folder $ORIGIN/)
     endif()
     set_target_properties(${target} PROPERTIES INSTALL_RPATH ${library_folder})
     install(TARGETS ${target} RUNTIME DESTINATION ${folder} COMPONENT ${component})
-
-    set(link ${CMAKE_CURRENT_BINARY_DIR}/link/${target})
-    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/link)
-    file(CREATE_LINK ${program} ${link} SYMBOLIC)
-    install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component})
-
+    nox_install_command(${target} ${folder}/${target} ${component})
     install(FILES ${PROJECT_SOURCE_DIR}/docs/tool.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${target}
         COMPONENT ${component})
     if(NOX_SYSTEM_PROGRAMS)
@@ -49,6 +52,7 @@ install(
         ${PROJECT_SOURCE_DIR}/CHANGELOG.md
         ${PROJECT_SOURCE_DIR}/docs/building.md
         ${PROJECT_SOURCE_DIR}/docs/host-guide.md
+        ${PROJECT_SOURCE_DIR}/docs/jobs.md
         ${PROJECT_SOURCE_DIR}/docs/security.md
         ${PROJECT_SOURCE_DIR}/docs/tool.md
     DESTINATION ${CMAKE_INSTALL_DOCDIR}

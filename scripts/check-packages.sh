@@ -56,8 +56,13 @@ expect libnoxwebmedia1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libsimdjson[0-9]
 expect libnoxwebmedia-qt5-1 libc6 'libstdc\+\+6' 'libjsoncpp[0-9]+' 'libsimdjson[0-9]+' 'libqt5core5(a|t64)' 'libqt5gui5(t64)?'
 expect libnoxwebmedia-dev libnoxwebmedia1 qt6-base-dev libjsoncpp-dev
 expect libnoxwebmedia-qt5-dev libnoxwebmedia-qt5-1 qtbase5-dev libjsoncpp-dev
-expect nox-fetch libnoxwebmedia1 'libqt6core6(t64)?' python3 yt-dlp
-expect nox-desk libnoxwebmedia1 libqt6widgets6 libqt6network6 python3 yt-dlp
+expect libnoxwebmediajobs1 libnoxwebmedia1 'libqt6core6(t64)?'
+expect libnoxwebmediajobs-qt5-1 libnoxwebmedia-qt5-1 'libqt5core5(a|t64)'
+expect libnoxwebmediajobs-dev libnoxwebmediajobs1 libnoxwebmedia-dev
+expect libnoxwebmediajobs-qt5-dev libnoxwebmediajobs-qt5-1 libnoxwebmedia-qt5-dev
+expect nox-renew-tool python3
+expect nox-fetch libnoxwebmediajobs1 nox-renew-tool 'libqt6core6(t64)?' python3 yt-dlp
+expect nox-desk libnoxwebmediajobs1 nox-renew-tool libqt6widgets6 libqt6network6 python3 yt-dlp
 apt-get -qq --simulate --no-install-recommends -o Debug::NoLocking=1 install "${files[@]}" >"$scratch/apt.log" ||
     fail "apt cannot install them"
 grep -c '^Inst' "$scratch/apt.log" | xargs printf 'apt would install %s packages, ours among them\n'
@@ -74,7 +79,7 @@ PATH=$scratch/instead:$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$target" --for
     { cat "$scratch/install.log" >&2; fail "dpkg failed"; }
 installed=$(dpkg-query --root="$target" -W -f '${db:Status-Status} ${Package} ${Version}\n' | grep '^installed')
 printf '%s\n' "$installed"
-[[ $(wc -l <<<"$installed") -eq 6 ]] || fail "not all packages are installed"
+[[ $(wc -l <<<"$installed") -eq 11 ]] || fail "not all packages are installed"
 prefix=$target/usr
 libdir=$(dirname "$(find "$prefix/lib" -name libNoxWebMedia.so.1)")
 # The links of the hosts are relative, and so lead to programs of this root.
@@ -145,12 +150,36 @@ done
 try_out "$scratch/noxwebmedia/titles" libNoxWebMedia.so.1
 try_out "$scratch/noxwebmedia-qt5/titles" libNoxWebMediaQt5.so.1
 
+# is_clip FILE: the file holds the clip's picture and sound.
+is_clip() {
+    local streams
+    streams=$(ffprobe -v error -show_entries stream=codec_type -of csv=p=0 "$1" | sort | xargs)
+    printf '%s (%s)\n' "$(basename "$1")" "$streams"
+    [[ $streams == "audio video" ]] || fail "not the clip"
+}
+
+say "the first example of README"
+for qt in 6 5; do
+    dir=$scratch/save-qt$qt
+    cmake -S "$root/examples/save" -B "$dir" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release \
+        -DNOX_QT_MAJOR=$qt >"$dir.log" 2>&1 && cmake --build "$dir" >>"$dir.log" 2>&1 ||
+        { cat "$dir.log" >&2; fail "save is not built for Qt $qt"; }
+    readelf -d "$dir/save" | grep -oE '\[libNoxWebMediaJobs(Qt5)?\.so\.1\]'
+    "$root/scripts/stage-programs.sh" "$dir"
+    is_clip "$(cd "$dir" && XDG_CACHE_HOME=$scratch/cache LD_LIBRARY_PATH=$libdir ./save "$url")"
+done
+
 say "the hosts"
 cd "$scratch"
 export LD_LIBRARY_PATH=$libdir
 file=$(XDG_CACHE_HOME=$scratch/cache "$prefix/bin/nox-fetch" "$url" 2>"$scratch/fetch.log") ||
     { cat "$scratch/fetch.log" >&2; fail "nox-fetch failed"; }
-streams=$(ffprobe -v error -show_entries stream=codec_type -of csv=p=0 "$file" | sort | xargs)
-printf 'nox-fetch: %s (%s)\n' "$(basename "$file")" "$streams"
-[[ $streams == "audio video" ]] || fail "not the clip"
+is_clip "$file"
 QT_QPA_PLATFORM=offscreen "$prefix/bin/nox-desk" --version
+
+say "another tool for the hosts"
+export XDG_DATA_HOME=$scratch/data
+"$prefix/bin/nox-renew-tool" /usr/lib/python3/dist-packages/yt_dlp
+"$prefix/bin/nox-fetch" --tool-version
+"$prefix/bin/nox-renew-tool" --remove
+[[ ! -e $XDG_DATA_HOME/noxwebmedia/yt.zip ]] || fail "the other tool was not removed"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages in build/packages: library, development files and debug symbols for Qt 6 and for Qt 5,
-# nox-fetch, nox-desk. What is built and how stands in debian/; the output of the build is in build/package/build.log.
+# Makes the Debian packages in build/packages: both libraries, development files and debug symbols for Qt 6 and for
+# Qt 5, nox-fetch, nox-desk, nox-renew-tool. What is built and how stands in debian/; the output of the build is in build/package/build.log.
 #
 #   scripts/package.sh
 #

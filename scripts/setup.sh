@@ -15,6 +15,11 @@ declare -A packages=(
              qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
              libjsoncpp-dev libsimdjson-dev"
     [qt5]="qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools"
+    [quick]="qt6-declarative-dev qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
+             qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates
+             qml6-module-qtquick-window
+             qtdeclarative5-dev qtquickcontrols2-5-dev qml-module-qtquick-controls2 qml-module-qtquick-layouts
+             qml-module-qtquick-window2"
     [run]="ffmpeg yt-dlp python3 ca-certificates procps"
     [lint]="clang clang-tidy clang-format shellcheck cppcheck codespell flake8 mypy"
     [sanitizers]="clang libclang-rt-dev llvm libc6-dbg valgrind"
@@ -26,7 +31,7 @@ declare -A packages=(
     [release]="debootstrap"
     [desk]="appstream fonts-dejavu-core"
 )
-readonly groups=(build qt5 run lint sanitizers fuzz bench coverage docs package release desk)
+readonly groups=(build qt5 quick run lint sanitizers fuzz bench coverage docs package release desk)
 
 list_groups() {
     for group in "${groups[@]}"; do

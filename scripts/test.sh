@@ -20,7 +20,7 @@ while [[ $# -gt 0 ]]; do
 done
 [[ ${#presets[@]} -gt 0 ]] || presets=(release qt5)
 
-groups=(build run)
+groups=(build quick run)
 [[ " ${presets[*]} " != *qt5\ * ]] || groups+=(qt5)
 [[ ! " ${presets[*]} " =~ \ (asan|clang-qt5)\  ]] || groups+=(sanitizers)
 [[ " ${presets[*]} " != *\ tidy\ * ]] || groups+=(sanitizers lint bench)
