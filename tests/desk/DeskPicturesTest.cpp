@@ -89,6 +89,7 @@ class DeskPicturesTest : public DeskTest
 private Q_SLOTS:
     static void initTestCase_data();
     void initTestCase();
+    void firstRun();
     void longTitle();
     void queue();
     void preferences();
@@ -190,6 +191,24 @@ void DeskPicturesTest::photograph(QWidget &window, const QString &scene)
         QVERIFY(QDir().mkpath(folder));
         QVERIFY(picture.save("%1/desk-%2-%3%4.png"_s.arg(folder, scene, colours, scale)));
     }
+}
+
+void DeskPicturesTest::firstRun()
+{
+    open();
+    m_user->window().resize(640, 440);
+    photograph(m_user->window(), "first-run"_s);
+    HostSandbox::play("dump: wait first"_s);
+    m_user->readPage();
+    photograph(m_user->window(), "reading"_s);
+    read(1, "Harbour lights"_s);
+    HostSandbox::play("dump: wait go|err ERROR: gone|exit 1"_s);
+    m_user->readPage("https://video.example/watch/2"_s);
+    QTRY_SOON(m_user->sees("outdated"));
+    photograph(m_user->window(), "outdated"_s);
+    m_stage->let("go"_s);
+    QTRY_SOON(m_user->sees("failureWords"));
+    photograph(m_user->window(), "failed"_s);
 }
 
 void DeskPicturesTest::longTitle()
