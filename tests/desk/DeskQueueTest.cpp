@@ -49,7 +49,8 @@ void DeskQueueTest::waitingRowsChangePlaces()
 {
     DownloadListModel &model = m_user->downloads();
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    HostSandbox::play("a: announce mp4|wait a\nb: announce mp4|hang\nc: announce mp4|hang\nd: announce mp4|hang"_s);
+    HostSandbox::play("a: announce mp4|wait a\nb: announce mp4|hang\nc: announce mp4|hang\n"
+                      "d: announce mp4|hang"_s);
     model.setLimit(1);
     for (const QString &words : {"a MP4"_s, "b MP4"_s, "c MP4"_s, "d MP4"_s})
         add(words);
