@@ -186,7 +186,7 @@ void DeskFocusTest::longTexts()
     QGuiApplication::clipboard()->setText("http://y/"_s + text);
     QTRY_SOON(m_user->sees("clipboardOffer"));
 
-    const QSize size(600, 400);
+    const QSize size(600, 480);
     QTest::qWait(0); // for layouts that are still to be made
     const QSize least = m_user->window().minimumSizeHint();
     QVERIFY2(least.width() <= size.width() && least.height() <= size.height(),

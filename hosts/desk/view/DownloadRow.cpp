@@ -243,14 +243,14 @@ void DownloadRow::openFile()
     if (QFileInfo::exists(m_file)) {
         open(m_file);
     } else {
-        refresh(m_index); // which tells that it has gone
+        refresh(QModelIndex(m_index)); // tells that it has gone; a copy, since the index is set anew
     }
 }
 
 void DownloadRow::showFolder()
 {
     if (!QFileInfo::exists(m_file)) {
-        refresh(m_index);
+        refresh(QModelIndex(m_index)); // a copy, since the index is set anew
         open(QFileInfo(m_file).absolutePath());
         return;
     }
