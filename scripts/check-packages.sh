@@ -161,9 +161,10 @@ is_clip() {
 say "the first example of README"
 for qt in 6 5; do
     dir=$scratch/save-qt$qt
-    cmake -S "$root/examples/save" -B "$dir" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release \
-        -DNOX_QT_MAJOR=$qt >"$dir.log" 2>&1 && cmake --build "$dir" >>"$dir.log" 2>&1 ||
-        { cat "$dir.log" >&2; fail "save is not built for Qt $qt"; }
+    {
+        cmake -S "$root/examples/save" -B "$dir" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release \
+            -DNOX_QT_MAJOR=$qt && cmake --build "$dir"
+    } >"$dir.log" 2>&1 || { cat "$dir.log" >&2; fail "save is not built for Qt $qt"; }
     readelf -d "$dir/save" | grep -oE '\[libNoxWebMediaJobs(Qt5)?\.so\.1\]'
     "$root/scripts/stage-programs.sh" "$dir"
     is_clip "$(cd "$dir" && XDG_CACHE_HOME=$scratch/cache LD_LIBRARY_PATH=$libdir ./save "$url")"

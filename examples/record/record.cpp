@@ -36,14 +36,15 @@ int main(int argc, char *argv[])
     QObject::connect(extractor.get(), &WebMediaInfoExtractor::error, [&](qint32 errorCode) {
         const bool followsRecord = record.has_value();
         record.reset();
-        // An error behind a record is a message of the tool, which goes on. It ends with a record or with an error alone.
-        // Only an interpreter that could not be started sends nothing more.
+        // An error behind a record is a message of the tool, which goes on. It ends with a record or with an error
+        // alone. Only an interpreter that could not be started sends nothing more.
         if (followsRecord && errorCode != QProcess::FailedToStart)
             return;
         std::cerr << "The page could not be read.\n" << qUtf8Printable(extractor->errorDetail());
         QCoreApplication::exit(1);
     });
 
-    QTimer::singleShot(0, extractor.get(), [&] { extractor->getMediaInfoBySignal(QCoreApplication::arguments().last()); });
+    QTimer::singleShot(0, extractor.get(),
+                       [&] { extractor->getMediaInfoBySignal(QCoreApplication::arguments().last()); });
     return QCoreApplication::exec();
 }
