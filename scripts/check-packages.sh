@@ -31,7 +31,7 @@ fail() {
 expect() {
     local package=$1 depends dependency
     depends=$(dpkg-deb -f "$packages/$package"_*.deb Depends)
-    printf '%-24s%s\n' "$package" "$depends"
+    printf '%-28s%s\n' "$package" "$depends"
     for dependency in "${@:2}"; do
         [[ ", $depends," =~ ", "${dependency}[\ ,] ]] || fail "$package does not depend on $dependency"
     done
@@ -88,10 +88,10 @@ for program in python3 ffmpeg; do
 done
 
 say "hardening"
-# Debian 12 links start-up code without control-flow protection. The calls in the hosts that could be fortified have sizes
-# that the compiler does not know.
-hardening-check --nocfprotection "$libdir"/libNoxWebMedia*.so.1
-hardening-check --nofortify --nocfprotection "$prefix"/libexec/nox-*/nox-*
+# Debian 12 links start-up code without control-flow protection. The calls in the hosts and in the second library that
+# could be fortified have sizes that the compiler does not know.
+hardening-check --nocfprotection "$libdir"/libNoxWebMedia{,Qt5}.so.1
+hardening-check --nofortify --nocfprotection "$libdir"/libNoxWebMediaJobs{,Qt5}.so.1 "$prefix"/libexec/nox-*/nox-*
 
 say "an example"
 serve_clip 0
