@@ -51,7 +51,7 @@ int WriteLog(QString fmt, ...)
     va_start(arguments, fmt);
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_CLANG("-Wformat-nonliteral") // the format is the caller's
-    std::vsnprintf(line.data(), line.size(), format.constData(), arguments);
+    static_cast<void>(std::vsnprintf(line.data(), line.size(), format.constData(), arguments));
     QT_WARNING_POP
     va_end(arguments);
 
