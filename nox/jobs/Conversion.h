@@ -25,7 +25,8 @@ public:
     };
 
     /**
-     * What saving @p video takes when @p audio is joined with it.
+     * What saving a video takes when an audio stream is joined with it.
+     * @param video the stream that is saved
      * @param audio an invalid profile when nothing is joined
      */
     static Kind needed(const MediaProfile &video, const MediaProfile &audio);
@@ -35,6 +36,7 @@ public:
 
     /**
      * How long it takes, very roughly.
+     * @param kind as needed() tells it
      * @param video the stream that is joined
      * @param duration of the video in seconds
      * @param processors cores of the machine

@@ -20,8 +20,10 @@ public:
     Destination() = delete;
 
     /**
-     * A path to propose: the page's title as a file name, in @p folder, numbered when it is taken.
+     * A path to propose: the page's title as a file name, numbered when it is taken.
+     * @param page what the page is called
      * @param stream the chosen stream, its preferred audio code set when two are to be joined
+     * @param folder where the file shall be
      * @param taken paths that other downloads are going to use
      */
     static QString proposed(const WebMediaInfo &page, const MediaProfile &stream, const QString &folder,

@@ -37,15 +37,19 @@ public:
      * @param url address of the page
      * @param stream a stream of the page; StreamChoice::withAudio() names the audio to join with a silent one
      * @param destination path of the file to make; Destination::proposed() has one
+     * @param tools where the programs are that the job runs
+     * @param parent deletes the job, if nobody else does
      */
     DownloadJob(const QString &url, const MediaProfile &stream, const QString &destination,
                 const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
 
     /**
      * Downloads what suits best: the stream that StreamChoice::best() names, with the audio that goes with it, into a
-     * new file in @p folder that is named after the page. After a page that could not be read it ends with the error of
+     * new file that is named after the page. After a page that could not be read it ends with the error of
      * the page.
      * @param page a job that has ended; it may go afterwards
+     * @param folder where the file shall be
+     * @param parent deletes the job, if nobody else does
      */
     DownloadJob(const PageJob &page, const QString &folder, QObject *parent = nullptr);
     ~DownloadJob() override;
@@ -53,7 +57,7 @@ public:
     /** Tells how long the page plays, in @p seconds, for the figures while joining. To be set before start(). */
     void setDuration(qint64 seconds);
 
-    Phase phase() const;
+    Phase phase() const; ///< What is being done.
 
     /**
      * How far the phase is: bytes of all streams while they are fetched, as the tool tells them, or else the size of
@@ -69,9 +73,11 @@ public:
     QString filePath() const;
 
 Q_SIGNALS:
+    /** Another phase has begun. @param phase the new one */
     void phaseChanged(Nox::DownloadJob::Phase phase);
+    /** The download has come further. @param figures as figures() tells them */
     void figuresChanged(const Nox::TransferFigures &figures);
-    void waitingTextChanged();
+    void waitingTextChanged(); ///< waitingText() tells something else.
 
 private:
     class Private;

@@ -69,9 +69,9 @@ public:
     ~Job() override;
 
     ToolSetup tools() const; ///< Where the job's programs are.
-    State state() const;
-    bool isRunning() const; ///< Whether it has been started and has not ended.
-    Error error() const;    ///< The outcome; NoError before the end, too.
+    State state() const;     ///< How far it is.
+    bool isRunning() const;  ///< Whether it has been started and has not ended.
+    Error error() const;     ///< The outcome; NoError before the end, too.
 
     /** The failure for a person: its cause, and what to do. Translated; empty without an error. */
     QString errorString() const;
@@ -90,7 +90,7 @@ public Q_SLOTS:
     void cancel();
 
 Q_SIGNALS:
-    void stateChanged();
+    void stateChanged(); ///< state() and the results have changed.
 
     /** The work is over. @param job this job */
     void finished(Nox::Job *job);

@@ -18,7 +18,11 @@ class NOX_JOBS_EXPORT PageJob : public Job
     Q_PROPERTY(QStringList warnings READ warnings NOTIFY stateChanged)
 
 public:
-    /** @param url address of the page; UrlCheck::corrected() makes one of what a person types */
+    /**
+     * @param url address of the page; UrlCheck::corrected() makes one of what a person types
+     * @param tools where the programs are that the job runs
+     * @param parent deletes the job, if nobody else does
+     */
     explicit PageJob(const QString &url, const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
     ~PageJob() override;
 

@@ -12,6 +12,10 @@ class NOX_JOBS_EXPORT ToolVersionJob : public Job
     Q_PROPERTY(QString version READ version NOTIFY stateChanged)
 
 public:
+    /**
+     * @param tools where the programs are that the job runs
+     * @param parent deletes the job, if nobody else does
+     */
     explicit ToolVersionJob(const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
     ~ToolVersionJob() override;
 
