@@ -24,14 +24,17 @@ int main(int argc, char *argv[])
 
     // A record is valid only if no error follows before control returns to the event loop.
     std::optional<Nox::WebMediaInfo> record;
+    QTimer noError;
+    noError.setSingleShot(true);
+    QObject::connect(&noError, &QTimer::timeout, [&record] {
+        if (!record)
+            return;
+        std::cout << qUtf8Printable(record->getTitle()) << '\n';
+        QCoreApplication::exit(record->isValid() ? 0 : 1);
+    });
     QObject::connect(extractor.get(), &WebMediaInfoExtractor::finished, [&](const Nox::WebMediaInfo &page) {
         record = page;
-        QTimer::singleShot(0, extractor.get(), [&record] {
-            if (!record)
-                return;
-            std::cout << qUtf8Printable(record->getTitle()) << '\n';
-            QCoreApplication::exit(record->isValid() ? 0 : 1);
-        });
+        noError.start();
     });
     QObject::connect(extractor.get(), &WebMediaInfoExtractor::error, [&](qint32 errorCode) {
         const bool followsRecord = record.has_value();

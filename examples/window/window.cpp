@@ -23,8 +23,10 @@ public:
         , m_message(new QLabel)
     {
         auto *layout = new QVBoxLayout(this);
-        for (QWidget *widget : std::initializer_list<QWidget *>{m_address, m_button, m_bar, m_message})
-            layout->addWidget(widget);
+        layout->addWidget(m_address);
+        layout->addWidget(m_button);
+        layout->addWidget(m_bar);
+        layout->addWidget(m_message);
         m_message->setTextFormat(Qt::PlainText); // titles come from the web
         connect(m_button, &QPushButton::clicked, this, [this] {
             if (m_download != nullptr && m_download->isRunning())
