@@ -97,7 +97,7 @@ void DownloadFolder::removeStale(const QString &parent)
 
 bool DownloadFolder::isFull(const QString &folder)
 {
-    constexpr qint64 leastRoom = 64 * 1024; // some file systems keep a little back
+    constexpr qint64 leastRoom = 64LL * 1024; // some file systems keep a little back
     const QStorageInfo disk(folder);
     return disk.isValid() && disk.bytesAvailable() < leastRoom;
 }

@@ -15,7 +15,7 @@ namespace Nox {
 class JobPrivate
 {
 public:
-    explicit JobPrivate(const ToolSetup &tools);
+    explicit JobPrivate(const ToolSetup &setup);
     JobPrivate(const JobPrivate &) = delete;
     JobPrivate &operator=(const JobPrivate &) = delete;
     virtual ~JobPrivate();
