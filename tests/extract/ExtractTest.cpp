@@ -242,7 +242,7 @@ void ExtractTest::ignoredChildSignal()
     ExtractRun run({}, "dump: hang"_s);
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     run.start();
-    std::signal(SIGCHLD, before);
+    static_cast<void>(std::signal(SIGCHLD, before));
     QCOMPARE(run.stage.errors(), "launch: SIGCHLD is ignored: the ends of programs are told wrongly or not at all."_s);
     run.worker->cancel();
 }
