@@ -54,10 +54,10 @@ class _LateFinder(importlib.abc.MetaPathFinder):
     def find_spec(self, fullname: str, path: Any, target: Any = None) -> Optional[importlib.machinery.ModuleSpec]:
         if fullname != _LATE:
             return None
-        spec = importlib.machinery.PathFinder.find_spec(fullname, path)
-        if spec is not None and spec.loader is not None:
-            spec.loader = importlib.util.LazyLoader(spec.loader)
-        return spec
+        found = importlib.machinery.PathFinder.find_spec(fullname, path)
+        if found is not None and found.loader is not None:
+            found.loader = importlib.util.LazyLoader(found.loader)
+        return found
 
 
 class _LateModule(types.ModuleType):
