@@ -18,8 +18,8 @@ declare -A packages=(
     [quick]="qt6-declarative-dev qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
              qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates
              qml6-module-qtquick-window
-             qtdeclarative5-dev qtquickcontrols2-5-dev qml-module-qtquick-controls2 qml-module-qtquick-layouts
-             qml-module-qtquick-window2"
+             qtdeclarative5-dev qtquickcontrols2-5-dev qml-module-qtquick2 qml-module-qtquick-controls2
+             qml-module-qtquick-layouts qml-module-qtquick-window2"
     [run]="ffmpeg yt-dlp python3 ca-certificates procps"
     [lint]="clang clang-tidy clang-format shellcheck cppcheck codespell flake8 mypy"
     [sanitizers]="clang libclang-rt-dev llvm libc6-dbg valgrind"

@@ -124,7 +124,7 @@ void ExamplesTest::windows()
     QTRY_VERIFY_WITH_TIMEOUT(names(folder).contains(file) || process->state() == QProcess::NotRunning, Patience);
     const bool goesOn = process->state() == QProcess::Running;
     process->kill();
-    QVERIFY(process->waitForFinished(Patience));
+    process->waitForFinished(Patience);
     QVERIFY2(goesOn && names(folder).contains(file), process->readAllStandardError().constData());
     QCOMPARE(process->readAllStandardError(), QByteArray());
     QCOMPARE(codecs(folder + "/"_s + names(folder)), QByteArray("h264\naac\n"));
