@@ -19,7 +19,9 @@ print_help() {
 export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$jobs
 
 # build_preset PRESET [TARGET...]: everything, unless targets are named; into build/PRESET, with ccache where it is installed.
+# What one checkout has compiled serves others, in whatever folder they lie.
 build_preset() (
+    export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
     local preset=$1
     shift
     [[ $# -eq 0 ]] || set -- --target "$@"
