@@ -215,7 +215,12 @@ void JobsTest::reactions()
             if (kind == "stopping"_s && !job.isNull())
                 m_job->cancel();
         });
-        QTRY_VERIFY2_WITH_TIMEOUT(m_hasReacted, qPrintable(reaction), HostSandbox::Patience);
+        QEventLoop loop; // as in a host; QTest::qWait() lets other events pass before a deferred deletion
+        connect(m_job.get(), &QObject::destroyed, &loop, &QEventLoop::quit);
+        connect(m_job.get(), &Job::finished, &loop, &QEventLoop::quit);
+        QTimer::singleShot(HostSandbox::Patience, &loop, &QEventLoop::quit);
+        loop.exec();
+        QVERIFY2(m_hasReacted, qPrintable(reaction));
         QTRY_VERIFY2_WITH_TIMEOUT(job.isNull() || isEnded(*job), qPrintable(reaction), HostSandbox::Patience);
         if (m_other != nullptr)
             QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_other), HostSandbox::Patience);
