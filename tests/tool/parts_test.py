@@ -66,9 +66,10 @@ class Site(http.server.ThreadingHTTPServer):
         return self.data()[number * SEGMENT:end]
 
     def stop(self) -> None:
-        self.is_stopped.set()
-        self.shutdown()
-        self.server_close()
+        if not self.is_stopped.is_set():
+            self.is_stopped.set()
+            self.shutdown()
+            self.server_close()
 
     def handle_error(self, *_: object) -> None:
         pass
@@ -129,7 +130,7 @@ class PartsTest(unittest.TestCase):
 
     def site(self, **more: Any) -> Site:
         site = Site(**more)
-        self.addCleanup(lambda: site.is_stopped.is_set() or site.stop())
+        self.addCleanup(site.stop)
         return site
 
     def begin(self, site: Site, kind: str, *options: str) -> Any:
@@ -177,11 +178,6 @@ class PartsTest(unittest.TestCase):
         requests = [request for request in site.requests if request.token == self.token]
         return [request for request in requests if not request.path.endswith(".m3u8")], output
 
-    def record(self) -> Dict[str, Any]:
-        [file] = self.parts.glob("*.json")
-        record: Dict[str, Any] = json.loads(file.read_text())
-        return record
-
     def wait_for(self, condition: Callable[[], object]) -> None:
         deadline = time.monotonic() + TIME_LIMIT
         while not condition():
@@ -189,8 +185,7 @@ class PartsTest(unittest.TestCase):
             time.sleep(0.02)
 
     def is_at_the_held_place(self) -> bool:
-        [part] = list(self.parts.glob("*.part")) or [None]
-        return part is not None and part.stat().st_size > HELD * SEGMENT - (1 << 16)
+        return any(part.stat().st_size > HELD * SEGMENT - (1 << 16) for part in self.parts.glob("*.part"))
 
     def interrupt(self, site: Site, kind: str, event: str) -> Site:
         """A run that ends near the held place; the server that is there then."""
@@ -240,6 +235,51 @@ class PartsTest(unittest.TestCase):
                         # A stream that is there is not asked for at all.
                         self.assertEqual(self.run_whole(site, kind)[0], [])
                         site.stop()
+
+    def set_record(self, data: bytes) -> None:
+        next(self.parts.glob("*.json")).write_bytes(data)
+
+    def start_anew(self, *synced: Any) -> None:
+        """As when the system has been started anew, with so much on the disk."""
+        record = json.loads(next(self.parts.glob("*.json")).read_text())
+        self.set_record(json.dumps({**record, "session": "x", "synced": synced or record["synced"]}).encode())
+
+    def resize_part(self, change: int) -> None:
+        [part] = self.parts.glob("*.part")
+        os.truncate(part, part.stat().st_size + change)
+
+    def test_what_is_there_counts_only_where_it_is_of_this_stream(self) -> None:
+        rows: List[Tuple[str, bool, Callable[[Site], None], int]] = [
+            # kind, whether there are validators, what happens between the runs, bytes that need not be fetched again
+            *((kind, has_etag, lambda site: None, HELD) for kind in ("file", "hls") for has_etag in (True, False)),
+            *((kind, True, lambda site: setattr(site, "version", "b"), 0) for kind in ("file", "dash", "hls")),
+            ("file", False, lambda site: setattr(site, "version", "longer"), 0),
+            *(("file", has_etag, lambda site: setattr(site, "has_ranges", False), 0) for has_etag in (True, False)),
+            *((kind, True, lambda site: self.start_anew(), 0) for kind in ("file", "hls")),
+            ("file", True, lambda site: self.start_anew(0, 3 * SEGMENT, {}), 3),
+            ("dash", False, lambda site: self.start_anew(3, 3 * SEGMENT, {"size": SEGMENT, "name": ""}), 3),
+            ("dash", True, lambda site: self.resize_part(SEGMENT // 2), HELD),
+            ("dash", True, lambda site: self.resize_part(-SEGMENT), 0),
+            ("file", True, lambda site: self.set_record(b""), 0),
+            ("file", True, lambda site: self.set_record(b"[" * 9999), 0),
+            ("dash", True, lambda site: self.set_record(b'{"whole": [1, 2, 3], "session": [], "synced": 5}'), 0),
+        ]
+        for self.package in PACKAGES:
+            for place, (kind, has_etag, change, kept) in enumerate(rows):
+                with self.subTest(package=self.package, row=place, kind=kind, has_etag=has_etag):
+                    self.setUp()
+                    site = self.interrupt(self.site(has_etag=has_etag), kind, "kill")
+                    change(site)
+                    requests, _ = self.run_whole(site, kind)
+                    if kind == "file":
+                        self.assertLessEqual(len(requests), 2)
+                        first = requests[-1].first // SEGMENT
+                    else:
+                        # Without validators the check looks like a request for the segment before.
+                        numbers = [int(request.path[1:-3]) for request in requests if request.status == 200]
+                        first = min(numbers) + (0 if has_etag or not kept else 1)
+                    self.assertIn(first, (HELD - 1, HELD) if kept == HELD else (kept,), requests)
+                    site.stop()
 
 
 if __name__ == "__main__":
