@@ -11,7 +11,7 @@ from typing import Any, Optional
 
 import yt_dlp
 
-from . import error_tags, failures, messages, parts, playlists, resuming, retries, segments, streams, tool
+from . import entries, error_tags, failures, messages, parts, playlists, resuming, retries, segments, streams, tool
 from .command_line import Download
 from .page_memory import PageMemory
 from .progress import Reporter
@@ -94,7 +94,7 @@ class _Job:
 
     def fetch_anew(self, memory: PageMemory) -> None:
         with tool.PageReader(self._settings(), auto_init="no_verbose_header") as reader:
-            page = reader.first_video(self._command.url)
+            page = reader.first_video(*entries.split(self._command.url))
             if page is None:
                 if not self._log.errors:
                     self._log.fail(error_tags.NOTHING, "There is no video on this page")

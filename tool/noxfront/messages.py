@@ -52,6 +52,7 @@ class Collector:
     def __init__(self, warnings: Iterable[str] = ()) -> None:
         self.errors: List[Complaint] = []
         self.warnings = list(warnings)
+        self.notices: List[str] = []  # the front's own, for a success; they may begin with a tag
         self._lacks_runtime = False
 
     def debug(self, message: str) -> None:
@@ -90,7 +91,8 @@ class Collector:
             note = tool_age.note() if tag in _OF_OLD_TOOLS else None
             end = f"{_NOTE}{note}\n" if note else ""
         else:
-            lines = [_line(_WARNING, text) for _, text in errors] + lines
+            notices = [f"{_WARNING}{text}\n" for text in self.notices]
+            lines = notices + [_line(_WARNING, text) for _, text in errors] + lines
         self.errors, self.warnings = [], []
         text = "".join(dict.fromkeys(lines))
         if text:
