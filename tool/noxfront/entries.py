@@ -37,7 +37,8 @@ class Entries:
 
     def __init__(self, page: Info) -> None:
         self.is_in_parts = page.get("_type") == "multi_video"
-        self.all: Any = page.get("entries") or []  # as the tool takes them
+        found = page.get("entries")
+        self.all: Any = [] if found is None else found  # as the tool takes them; to test its truth may ask the server
         self.count: Optional[int] = None  # where it is known
         told = page.get("playlist_count")
         if isinstance(self.all, (list, tuple)):
