@@ -19,7 +19,7 @@ print(Cryptodome.CMAC.new(b"12345678", b"x", Cryptodome.Blowfish).hexdigest(),
 """
 
 
-@unittest.skipUnless(importlib.util.find_spec("yt_dlp"), "this interpreter has no package yt_dlp; /usr/bin/python3 may")
+@unittest.skipUnless(importlib.util.find_spec("yt_dlp"), "the interpreter has no package yt_dlp")
 class LeanStartTest(unittest.TestCase):
     """In a process of its own: what has been loaded cannot be taken back."""
 
