@@ -21,10 +21,11 @@ import unittest
 import unittest.mock
 from typing import Any, Callable, Dict, List, NamedTuple, Tuple
 
-from download_test import CHILD, FRONT, TIME_LIMIT
+from download_test import CHILD, FRONT
 from noxfront import parts
 
 PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":"))]
+TIME_LIMIT = 120  # seconds
 COUNT, SEGMENT = 10, 200_000
 WHOLE = COUNT * SEGMENT
 HELD = 6  # segments of which the first run gets no more, or the part of the file that is as long
