@@ -36,6 +36,7 @@ class Request(NamedTuple):
     path: str
     first: int  # byte
     status: int
+    condition: bool  # whether the rest was asked for only of the same file
 
 
 class Site(http.server.ThreadingHTTPServer):
@@ -94,7 +95,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             status, data = 304, b""
         elif first >= max(len(data), 1):
             status, data = 416, b""
-        site.requests.append(Request(token, path, first, status))
+        site.requests.append(Request(token, path, first, status, condition == etag))
         self.send_response(status)
         if etag:
             self.send_header("ETag", etag)
@@ -214,7 +215,7 @@ class PartsTest(unittest.TestCase):
         :param size: of the part that was there
         """
         if kind == "file":
-            self.assertEqual([(request.first, request.status) for request in requests], [(size, 206)])
+            self.assertEqual([request[2:] for request in requests], [(size, 206, True)])
             return
         count = size // SEGMENT
         self.assertGreaterEqual(count, HELD - 1)
