@@ -4,6 +4,7 @@
 #include <nox/front/WebMediaDownloaderFactory.h>
 #include <nox/jobs/Destination.h>
 #include <nox/jobs/DownloadFolder.h>
+#include <nox/jobs/DownloadRecord.h>
 #include <nox/jobs/FailureText.h>
 #include <nox/jobs/JobPrivate.h>
 #include <nox/jobs/JoinProgress.h>
@@ -25,20 +26,24 @@ constexpr int watchMs = 250;
 constexpr int growthMs = 1500; // so long the tool is given to tell figures of its own
 constexpr int staleMs = 5000;  // then a speed is no longer true
 
+QString absolutePath(const QString &path)
+{
+    return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
+}
+
 } // namespace
 
 class DownloadJob::Private : public JobPrivate
 {
 public:
-    Private(const ToolSetup &setup, const QString &address, const MediaProfile &profile, const QString &file);
+    Private(const ToolSetup &setup, const DownloadRecord &download);
     ~Private() override { disconnect(); }
 
     DownloadJob *job() const { return static_cast<DownloadJob *>(q); }
 
-    const QString url;
-    const MediaProfile stream;
-    const QString destination; // absolute
-    qint64 duration = 0;
+    DownloadRecord record; // does not change once the job has begun
+    bool keepsParts = false;
+    bool hasParts = false;
     Job::Error pageError = Job::NoError; // of the page that named stream and destination
     QString pageErrorString;
     Phase phase = Waiting;
@@ -48,7 +53,7 @@ public:
 
 protected:
     void begin() override;
-    void stop() override { m_downloader->cancel(); }
+    void onStop() override { m_downloader->cancel(); }
     void onSilence() override { end(Job::OtherError); }
     bool clear() override;
     bool hasToolFailed() const override { return !m_failedWhileJoining; }
@@ -56,7 +61,7 @@ protected:
 
 private:
     bool refuse(Job::Error outcome, const QString &message);
-    bool isJoined() const { return stream.isDash() && !stream.getPreferredDashAudioYdCode().isEmpty(); }
+    bool isJoined() const { return record.stream.isDash() && !record.stream.getPreferredDashAudioYdCode().isEmpty(); }
     void disconnect();
     void onStarted();
     void onProgress(qint64 total, qint64 processed, qint64 speed);
@@ -84,13 +89,10 @@ private:
     QTimer m_stale;
 };
 
-DownloadJob::Private::Private(const ToolSetup &setup, const QString &address, const MediaProfile &profile,
-                              const QString &file)
+DownloadJob::Private::Private(const ToolSetup &setup, const DownloadRecord &download)
     : JobPrivate(setup)
-    , url(address)
-    , stream(profile)
-    , destination(file.isEmpty() ? file : QFileInfo(file).absoluteFilePath())
-    , m_partialName(QStringLiteral("finished.") + Destination::suffix(stream))
+    , record(download)
+    , m_partialName(QStringLiteral("finished.") + Destination::suffix(record.stream))
 {
     m_watch.setInterval(watchMs);
     QObject::connect(&m_watch, &QTimer::timeout, &m_watch, [this] { watch(); });
@@ -109,22 +111,22 @@ bool DownloadJob::Private::refuse(Job::Error outcome, const QString &message)
 
 void DownloadJob::Private::begin()
 {
-    const bool isUsable = StreamChoice::isUsableCode(stream.getName())
-        && (!isJoined() || StreamChoice::isUsableCode(stream.getPreferredDashAudioYdCode()));
-    if (refuse(pageError, pageErrorString) || refuse(Job::AddressError, UrlCheck::errorString(url))
+    const bool isUsable = StreamChoice::isUsableCode(record.stream.getName())
+        && (!isJoined() || StreamChoice::isUsableCode(record.stream.getPreferredDashAudioYdCode()));
+    if (refuse(pageError, pageErrorString) || refuse(Job::AddressError, UrlCheck::errorString(record.url))
         || refuse(Job::NothingToDownload, isUsable ? QString() : FailureText::noFormatCode())
         || refuse(Job::ToolMissing, tools.errorString())
         || refuse(Job::ToolMissing, isJoined() ? ToolSetup::joiningErrorString() : QString())
-        || refuse(Job::DestinationError, Destination::errorString(destination)))
+        || refuse(Job::DestinationError, Destination::errorString(record.destination)))
         return;
-    const QString parent = QFileInfo(destination).absolutePath();
+    const QString parent = QFileInfo(record.destination).absolutePath();
     if (!m_folder.create(parent)) {
         const bool isFull = DownloadFolder::isFull(parent);
         end(isFull ? Job::NoSpace : Job::DestinationError,
             isFull ? FailureText::cause(Job::NoSpace) : FailureText::noPrivateFolder(parent, m_folder.errorText()));
         return;
     }
-    m_joining = JoinProgress(duration);
+    m_joining = JoinProgress(record.duration);
     m_downloader.reset(
         WebMediaDownloaderFactory::instance()->createDownloader(tools.toolFile(), tools.pycacheFolder()));
     QObject::connect(m_downloader.get(), &WebMediaDownloader::started, q, [this] { onStarted(); });
@@ -132,7 +134,7 @@ void DownloadJob::Private::begin()
                      [this](qint64 total, qint64 processed, qint64 speed) { onProgress(total, processed, speed); });
     QObject::connect(m_downloader.get(), &WebMediaDownloader::error, q, [this](qint32 code) { onError(code); });
     QObject::connect(m_downloader.get(), &WebMediaDownloader::finished, q, [this] { onFinished(); });
-    m_downloader->download(url, stream, m_folder.filePath(m_partialName));
+    m_downloader->download(record.url, record.stream, m_folder.filePath(m_partialName));
 }
 
 void DownloadJob::Private::disconnect()
@@ -149,7 +151,7 @@ void DownloadJob::Private::onStarted()
     m_hasToolFigures = false;
     m_clock.start();
     m_watch.start();
-    const bool isAudio = m_startedStreams > 1 || stream.getMediaType() == MEDIA_TYPE_AUDIO;
+    const bool isAudio = m_startedStreams > 1 || record.stream.getMediaType() == MEDIA_TYPE_AUDIO;
     setPhase(isAudio ? Audio : Video);
 }
 
@@ -182,12 +184,12 @@ void DownloadJob::Private::show(const TransferFigures &newFigures)
 void DownloadJob::Private::onError(qint32 code)
 {
     if (isStopping())
-        end(Job::Cancelled);
+        endStopped();
     if (!isWorking())
         return;
     m_code = code;
     // Asked before the downloader clears up, which follows the notification.
-    m_diskWasFull = m_diskWasFull || DownloadFolder::isFull(QFileInfo(destination).absolutePath());
+    m_diskWasFull = m_diskWasFull || DownloadFolder::isFull(QFileInfo(record.destination).absolutePath());
     // A process error may be followed by a more telling code, or by nothing.
     const auto kind = static_cast<DownloadError>(code);
     const bool isProcessError = kind == DownloadError::ProcessFailed || kind == DownloadError::MergeProcessFailed;
@@ -197,7 +199,7 @@ void DownloadJob::Private::onError(qint32 code)
 void DownloadJob::Private::onFinished()
 {
     if (isStopping()) // too late, the user has changed his mind
-        end(Job::Cancelled);
+        endStopped();
     else if (isWorking())
         end(Job::NoError);
 }
@@ -269,10 +271,10 @@ bool DownloadJob::Private::clear()
 // At the very end: a job that is deleted before leaves nothing.
 void DownloadJob::Private::moveFile()
 {
-    filePath = m_folder.release(m_partialName, destination);
+    filePath = m_folder.release(m_partialName, record.destination);
     if (filePath.isEmpty()) {
         error = Job::DestinationError;
-        errorString = FailureText::noFinalName(destination);
+        errorString = FailureText::noFinalName(record.destination);
     }
 }
 
@@ -295,7 +297,7 @@ void DownloadJob::Private::explain()
 
 DownloadJob::DownloadJob(const QString &url, const MediaProfile &stream, const QString &destination,
                          const ToolSetup &tools, QObject *parent)
-    : Job(std::make_unique<Private>(tools, url, stream, destination), parent)
+    : Job(std::make_unique<Private>(tools, DownloadRecord{url, stream, absolutePath(destination)}), parent)
 {
     connect(this, &Job::stateChanged, this, &DownloadJob::waitingTextChanged); // a job that stops does not wait
 }
@@ -311,6 +313,13 @@ DownloadJob::DownloadJob(const PageJob &page, const QString &folder, QObject *pa
     d()->toolOutput = page.errorDetails();
 }
 
+DownloadJob::DownloadJob(const QJsonObject &record, const ToolSetup &tools, QObject *parent)
+    : Job(std::make_unique<Private>(tools, DownloadRecord::fromJson(record)), parent)
+{
+    connect(this, &Job::stateChanged, this, &DownloadJob::waitingTextChanged);
+    d()->keepsParts = true;
+}
+
 DownloadJob::~DownloadJob() = default;
 
 DownloadJob::Private *DownloadJob::d() const
@@ -320,7 +329,60 @@ DownloadJob::Private *DownloadJob::d() const
 
 void DownloadJob::setDuration(qint64 seconds)
 {
-    d()->duration = seconds;
+    d()->record.duration = seconds;
+}
+
+void DownloadJob::setKeepsParts(bool keeps)
+{
+    d()->keepsParts = keeps;
+}
+
+void DownloadJob::setSoundFormat(SoundFormat format)
+{
+    d()->record.sound = format;
+}
+
+QString DownloadJob::url() const
+{
+    return d()->record.url;
+}
+
+MediaProfile DownloadJob::stream() const
+{
+    return d()->record.stream;
+}
+
+QString DownloadJob::destination() const
+{
+    return d()->record.destination;
+}
+
+bool DownloadJob::keepsParts() const
+{
+    return d()->keepsParts;
+}
+
+bool DownloadJob::hasParts() const
+{
+    return d()->hasParts;
+}
+
+QJsonObject DownloadJob::record() const
+{
+    return d()->record.toJson();
+}
+
+void DownloadJob::discard(const QJsonObject &record){Q_UNUSED(record)}
+
+QList<QJsonObject> DownloadJob::interrupted(const QString &folder)
+{
+    Q_UNUSED(folder)
+    return {};
+}
+
+void DownloadJob::pause()
+{
+    d()->stop(d()->keepsParts ? Paused : Cancelled);
 }
 
 DownloadJob::Phase DownloadJob::phase() const

@@ -11,6 +11,8 @@ QString FailureText::cause(Job::Error error)
     switch (error) {
     case Job::Cancelled:
         return tr("Cancelled.");
+    case Job::Paused:
+        return tr("Paused.");
     case Job::NoNetwork:
         return tr(
             "The server cannot be reached. Check the network connection, and try again later. A proxy is set in the "

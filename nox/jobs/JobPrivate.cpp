@@ -22,7 +22,7 @@ JobPrivate::JobPrivate(const ToolSetup &setup)
     m_silence.setSingleShot(true);
     QObject::connect(&m_silence, &QTimer::timeout, &m_silence, [this] {
         if (isStopping())
-            end(Job::Cancelled);
+            endStopped();
         else if (isWorking())
             onSilence();
     });
@@ -53,20 +53,24 @@ void JobPrivate::refuse() const
                 q->metaObject()->className());
 }
 
-void JobPrivate::cancel()
+void JobPrivate::stop(Job::Error outcome)
 {
-    if (m_isEnding || state == Job::Stopping)
+    if (m_isEnding)
+        return;
+    if (outcome == Job::Cancelled || state != Job::Stopping) // what is cancelled is not paused any more
+        m_stopOutcome = outcome;
+    if (state == Job::Stopping)
         return;
     if (!m_hasBegun) {
-        end(Job::Cancelled);
+        endStopped();
         return;
     }
     const bool wasInDoubt = expectsNews(); // the process has reported already, no more may come
     state = Job::Stopping;
     expectNews(stopMs);
-    stop();
+    onStop();
     if (wasInDoubt)
-        end(Job::Cancelled);
+        endStopped();
     Q_EMIT q->stateChanged();
 }
 
@@ -99,8 +103,8 @@ void JobPrivate::clearUp()
 
 void JobPrivate::findCause()
 {
-    if (error == Job::Cancelled)
-        errorString = FailureText::cause(Job::Cancelled);
+    if (error == Job::Cancelled || error == Job::Paused)
+        errorString = FailureText::cause(error);
     if (error != Job::OtherError || !errorString.isEmpty())
         return;
     error = hasToolFailed() ? ToolMessage::error(toolOutput) : Job::OtherError;

@@ -35,10 +35,12 @@ public:
     const QString url;
     WebMediaInfo page;
     StreamChoice streams;
+    int videoCount = 1;
+    bool isInParts = false;
 
 protected:
     void begin() override;
-    void stop() override { m_extractor->cancel(); }
+    void onStop() override { m_extractor->cancel(); }
     void onSilence() override;
     bool clear() override;
     void explain() override;
@@ -86,7 +88,7 @@ void PageJob::Private::onError(int code)
     m_awaitsError = false;
     if (isStopping()) {
         if (code != toolError || !isPair) // the process has ended, not only complained
-            end(Job::Cancelled);
+            endStopped();
     } else if (!isPair) { // the tool has ended and admits failure
         end(Job::OtherError);
     } else if (code == toolError) {
@@ -162,6 +164,16 @@ QString PageJob::title() const
 QStringList PageJob::warnings() const
 {
     return state() == Ended ? ToolMessage::warnings(d()->toolOutput) : QStringList();
+}
+
+int PageJob::videoCount() const
+{
+    return d()->videoCount;
+}
+
+bool PageJob::isInParts() const
+{
+    return d()->isInParts;
 }
 
 } // namespace Nox

@@ -25,7 +25,7 @@ public:
 
 protected:
     void begin() override;
-    void stop() override { m_process->kill(); }
+    void onStop() override { m_process->kill(); }
     void onSilence() override { end(Job::OtherError); }
     bool clear() override;
     void explain() override { errorString = FailureText::noVersion(); }
@@ -46,8 +46,12 @@ void ToolVersionJob::Private::begin()
     QObject::connect(m_process.get(), qOverload<int, QProcess::ExitStatus>(&QProcess::finished), q,
                      [this](int exitCode, QProcess::ExitStatus status) { onFinished(exitCode, status); });
     QObject::connect(m_process.get(), &QProcess::errorOccurred, q, [this](QProcess::ProcessError cause) {
-        if (cause == QProcess::FailedToStart)
-            end(isStopping() ? Job::Cancelled : Job::ToolMissing, FailureText::extraction(cause));
+        if (cause != QProcess::FailedToStart)
+            return;
+        if (isStopping())
+            endStopped();
+        else
+            end(Job::ToolMissing, FailureText::extraction(cause));
     });
     expectNews(answerMs);
     m_process->start(GetPythonExecPath(),
@@ -59,7 +63,7 @@ void ToolVersionJob::Private::begin()
 void ToolVersionJob::Private::onFinished(int exitCode, QProcess::ExitStatus status)
 {
     if (isStopping()) {
-        end(Job::Cancelled);
+        endStopped();
         return;
     }
     version = TextSanitizer::line(QString::fromUtf8(m_process->readAllStandardOutput()));
