@@ -109,6 +109,11 @@ QString FailureText::noFormatCode()
     return tr("The stream cannot be downloaded: its format code cannot be passed to the download tool.");
 }
 
+QString FailureText::damagedRecord()
+{
+    return tr("What was kept of this download cannot be read. Read the page again.");
+}
+
 QString FailureText::noVersion()
 {
     return tr("The download tool does not tell its version. Check that its file is complete.");

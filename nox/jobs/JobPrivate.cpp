@@ -35,7 +35,8 @@ JobPrivate::~JobPrivate() = default;
 void JobPrivate::start()
 {
     if (state != Job::Idle || m_isEnding) {
-        refuse();
+        Logger::log(LOG_ERROR, "", "Job.cpp", "start", __LINE__, "%s: a job is started once, this call does nothing",
+                    q->metaObject()->className());
         return;
     }
     const QPointer<Job> job(q);
@@ -47,10 +48,11 @@ void JobPrivate::start()
     }
 }
 
-void JobPrivate::refuse() const
+bool JobPrivate::refuse(Job::Error outcome, const QString &message)
 {
-    Logger::log(LOG_ERROR, "", "Job.cpp", "start", __LINE__, "%s: a job is started once, this call does nothing",
-                q->metaObject()->className());
+    if (!message.isEmpty())
+        end(outcome, message);
+    return !message.isEmpty();
 }
 
 void JobPrivate::stop(Job::Error outcome)

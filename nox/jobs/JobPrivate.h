@@ -56,6 +56,12 @@ protected:
 
     void endStopped() { end(m_stopOutcome); } ///< The work has stopped, as it was told to.
 
+    /** Ends with @p outcome if there is a @p message. @return whether there is one */
+    bool refuse(Job::Error outcome, const QString &message);
+
+    /** Whether the job has been cancelled, whatever its end is going to be. */
+    bool isCancelled() const { return state == Job::Stopping && m_stopOutcome == Job::Cancelled; }
+
     bool isWorking() const { return state == Job::Running && !m_isEnding; }
     bool isStopping() const { return state == Job::Stopping && !m_isEnding; }
 
@@ -65,7 +71,6 @@ protected:
     bool expectsNews() const { return m_silence.isActive(); }
 
 private:
-    void refuse() const;
     void clearUp();
     void findCause();
 

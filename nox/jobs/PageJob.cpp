@@ -8,6 +8,7 @@
 #include <nox/jobs/UrlCheck.h>
 
 #include <QProcess>
+#include <QRegularExpression>
 
 namespace Nox {
 
@@ -35,7 +36,7 @@ public:
     const QString url;
     WebMediaInfo page;
     StreamChoice streams;
-    int videoCount = 1;
+    int videoCount = 1; // as PageJob::videoCount() tells it
     bool isInParts = false;
 
 protected:
@@ -48,6 +49,7 @@ protected:
 private:
     void onFinished(const WebMediaInfo &record);
     void onError(int code);
+    void countVideos();
 
     std::unique_ptr<WebMediaInfoExtractor> m_extractor;
     bool m_awaitsError = false; // which would take the record back
@@ -57,14 +59,8 @@ private:
 
 void PageJob::Private::begin()
 {
-    if (const QString message = UrlCheck::errorString(url); !message.isEmpty()) {
-        end(Job::AddressError, message);
+    if (refuse(Job::AddressError, UrlCheck::errorString(url)) || refuse(Job::ToolMissing, tools.errorString()))
         return;
-    }
-    if (const QString message = tools.errorString(); !message.isEmpty()) {
-        end(Job::ToolMissing, message);
-        return;
-    }
     m_extractor.reset(WebMediaDownloaderFactory::instance()->createExtractor(tools.toolFile(), tools.pycacheFolder()));
     QObject::connect(m_extractor.get(), &WebMediaInfoExtractor::finished, q,
                      [this](const WebMediaInfo &record) { onFinished(record); });
@@ -113,8 +109,20 @@ bool PageJob::Private::clear()
         m_extractor->disconnect(q);
         toolOutput = m_extractor->errorDetail();
         m_extractor.reset();
+        countVideos();
     }
     return true;
+}
+
+void PageJob::Private::countVideos()
+{
+    static const QRegularExpression notice(QStringLiteral("^WARNING: \\[nox:(videos|parts)\\] (\\d{1,9}|many)$"),
+                                           QRegularExpression::MultilineOption);
+    if (const QRegularExpressionMatch match = notice.match(toolOutput); match.hasMatch()) {
+        isInParts = match.captured(1) == QLatin1String("parts");
+        const int count = match.captured(2).toInt();
+        videoCount = count > 0 ? count : -1;
+    }
 }
 
 void PageJob::Private::explain()
@@ -168,12 +176,12 @@ QStringList PageJob::warnings() const
 
 int PageJob::videoCount() const
 {
-    return d()->videoCount;
+    return state() == Ended && error() == NoError ? d()->videoCount : 1;
 }
 
 bool PageJob::isInParts() const
 {
-    return d()->isInParts;
+    return state() == Ended && error() == NoError && d()->isInParts;
 }
 
 } // namespace Nox
