@@ -222,7 +222,7 @@ void JobsTest::reactions()
         if (kind == "version"_s || kind == "page"_s)
             HostSandbox::play("dump: json Clip 18"_s);
         if (kind == "playlist"_s)
-            HostSandbox::play(R"(dump: lines 1000 {"nox_url":"http://x/a"})"_s);
+            HostSandbox::play(R"(list: lines 1000 {"nox_url":"http://x/a"})"_s);
         for (const char *signal :
              {SIGNAL(stateChanged()), SIGNAL(finished(Nox::Job *)), SIGNAL(waitingTextChanged()),
               SIGNAL(entryFound(Nox::PlaylistEntry)), SIGNAL(phaseChanged(Nox::DownloadJob::Phase)),

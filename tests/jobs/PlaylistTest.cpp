@@ -97,7 +97,7 @@ void PlaylistTest::entries_data()
 void PlaylistTest::entries()
 {
     QFETCH(QString, output);
-    HostSandbox::play("dump: "_s + output);
+    HostSandbox::play("list: "_s + output);
     PlaylistJob job("http://x/"_s);
     QSignalSpy found(&job, &PlaylistJob::entryFound);
     QSignalSpy finished(&job, &Job::finished);
@@ -122,7 +122,7 @@ void PlaylistTest::flood_data()
 void PlaylistTest::flood()
 {
     QFETCH(QString, output);
-    HostSandbox::play("dump: "_s + output);
+    HostSandbox::play("list: "_s + output);
     PlaylistJob job("http://x/"_s);
     const qint64 before = Processes::residentBytes();
     job.start();
@@ -137,7 +137,7 @@ void PlaylistTest::flood()
 // The range, and the address as one argument; certificates as for downloads.
 void PlaylistTest::commandLine()
 {
-    HostSandbox::play(R"(dump: out {"nox_url":"http://x/a"})"_s);
+    HostSandbox::play(R"(list: out {"nox_url":"http://x/a"})"_s);
     PlaylistJob job("http://x/?a=b c"_s.replace(QLatin1Char(' '), "%20"_s));
     job.setRange(201, 1000);
     job.start();
@@ -153,11 +153,11 @@ void PlaylistTest::commandLine()
 
 void PlaylistTest::cancelled()
 {
-    HostSandbox::play(R"(dump: out {"nox_url":"http://x/a"}\n|spawn|hang)"_s);
+    HostSandbox::play(R"(list: out {"nox_url":"http://x/a"}\n|spawn|hang)"_s);
     PlaylistJob job("http://x/"_s);
     QSignalSpy finished(&job, &Job::finished);
     job.start();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs("dump"_s), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs("list"_s), HostSandbox::Patience);
     job.cancel();
     QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Patience);
     QCOMPARE(texts(job), "Cancelled 1,http://x/a,,0,"_s);
