@@ -28,14 +28,10 @@ JobProcess::JobProcess()
     connect(m_process, &QProcess::readyReadStandardOutput, this, &JobProcess::readOutput);
     connect(m_process, &QProcess::readyReadStandardError, this, &JobProcess::readErrors);
     connect(m_process, processFinished, this, [this](int exitCode, QProcess::ExitStatus status) {
-        const ChildProcess::SignalGuard guard(m_process);
-        const QPointer<JobProcess> alive(this);
+        m_hasEnded = true;
+        m_isDone = status == QProcess::NormalExit && exitCode == 0;
         readErrors();
         readOutput();
-        if (!alive.isNull() && !m_line.isEmpty()) // without its end
-            Q_EMIT lineRead(std::exchange(m_line, {}));
-        if (!alive.isNull())
-            Q_EMIT ended(status == QProcess::NormalExit && exitCode == 0);
     });
     connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         const ChildProcess::SignalGuard guard(m_process);
@@ -78,17 +74,37 @@ void JobProcess::readErrors()
         m_errors = m_errors.right(mostErrors);
 }
 
+// An event loop inside a signal must not bring later lines before earlier ones: only the outermost call reads.
 void JobProcess::readOutput()
 {
+    if (m_isReading)
+        return;
+    m_isReading = true;
     const ChildProcess::SignalGuard guard(m_process);
     const QPointer<JobProcess> alive(this);
-    const QByteArray output = m_process->readAllStandardOutput();
+    for (QByteArray output = m_process->readAllStandardOutput(); !output.isEmpty();) {
+        takeOutput(output);
+        if (alive.isNull())
+            return;
+        output = m_process->readAllStandardOutput();
+    }
+    m_isReading = false;
+    if (m_hasEnded && !m_line.isEmpty()) // a line without its end
+        Q_EMIT lineRead(std::exchange(m_line, {}));
+    if (!alive.isNull() && m_hasEnded)
+        Q_EMIT ended(m_isDone);
+}
+
+void JobProcess::takeOutput(const QByteArray &output)
+{
+    const QPointer<JobProcess> alive(this);
     m_outputSize += output.size();
     if (m_outputSize > mostOutput)
         m_process->killGroup();
-    for (qsizetype begin = 0; begin < output.size() && !alive.isNull();) {
-        const qsizetype end = output.indexOf('\n', begin);
-        const qsizetype length = (end < 0 ? output.size() : end) - begin;
+    const auto size = static_cast<int>(output.size());
+    for (int begin = 0; begin < size && !alive.isNull();) {
+        const auto end = static_cast<int>(output.indexOf('\n', begin));
+        const int length = (end < 0 ? size : end) - begin;
         m_skipsLine = m_skipsLine || m_line.size() + length > longestLine;
         if (m_skipsLine)
             m_line.clear();
@@ -96,7 +112,7 @@ void JobProcess::readOutput()
             m_line.append(output.constData() + begin, length);
         begin += length + 1;
         if (end < 0)
-            break;
+            return;
         const QByteArray line = std::exchange(m_line, {});
         if (!std::exchange(m_skipsLine, false))
             Q_EMIT lineRead(line);

@@ -47,11 +47,15 @@ Q_SIGNALS:
 
 private:
     void readOutput();
+    void takeOutput(const QByteArray &output);
     void readErrors();
 
     ChildProcess *m_process;
     QByteArray m_line; // begun, but not ended
     bool m_skipsLine = false;
+    bool m_isReading = false;
+    bool m_hasEnded = false;
+    bool m_isDone = false;
     qint64 m_outputSize = 0;
     QByteArray m_errors;
 };

@@ -131,7 +131,8 @@ void PlaylistTest::flood()
     QTEST(QString::fromLatin1(QMetaEnum::fromType<Job::Error>().valueToKey(job.error())), "error");
     QCOMPARE(job.hasMore(), job.error() == Job::NoError);
     constexpr qint64 mebibyte = 1024 * 1024;
-    QVERIFY2(Processes::residentBytes() - before < 40 * mebibyte, qPrintable(QString::number(before)));
+    const qint64 growth = Processes::residentBytes() - before;
+    QVERIFY2(!Processes::isMemoryMeasurable || growth < 40 * mebibyte, qPrintable(QString::number(growth)));
 }
 
 // The range, and the address as one argument; certificates as for downloads.
