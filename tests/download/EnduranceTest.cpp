@@ -13,14 +13,6 @@ using namespace Nox;
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool isMemoryMeasurable = false; // freed memory is kept back
-#elif defined(__has_feature)
-constexpr bool isMemoryMeasurable = !__has_feature(address_sanitizer);
-#else
-constexpr bool isMemoryMeasurable = true;
-#endif
-
 /** What must not grow from one job to the next. */
 struct Holdings {
     int openFiles = Processes::openFileCount();
@@ -95,7 +87,7 @@ void EnduranceTest::extractions()
     QCOMPARE(int(extractor->findChildren<QProcess *>().size()), count);
     const qint64 each = (late.memory - early.memory) / (count - count / 10);
     qInfo("%lld bytes for each extraction", static_cast<long long>(each));
-    if (isMemoryMeasurable)
+    if (Processes::isMemoryMeasurable)
         QVERIFY(each < qint64(16) * 1024);
 }
 
@@ -129,7 +121,7 @@ void EnduranceTest::downloads()
     QVERIFY(Processes::children().isEmpty());
     const qint64 each = (late.memory - early.memory) / (count - count / 10);
     qInfo("%lld bytes for each download", static_cast<long long>(each));
-    if (isMemoryMeasurable)
+    if (Processes::isMemoryMeasurable)
         QVERIFY(each < qint64(2) * 1024);
 }
 

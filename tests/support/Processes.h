@@ -19,4 +19,12 @@ public:
 
     static int openFileCount();
     static qint64 residentBytes();
+
+#if defined(__SANITIZE_ADDRESS__)
+    static constexpr bool isMemoryMeasurable = false; // freed memory is kept back
+#elif defined(__has_feature)
+    static constexpr bool isMemoryMeasurable = !__has_feature(address_sanitizer);
+#else
+    static constexpr bool isMemoryMeasurable = true;
+#endif
 };

@@ -1,0 +1,122 @@
+#include <nox/jobs/JobProcess.h>
+
+#include <nox/front/ToolEnvironment.h>
+#include <nox/process/ChildProcess.h>
+
+#include <QPointer>
+
+namespace Nox {
+
+namespace {
+
+constexpr int mebibyte = 1024 * 1024;
+constexpr int longestLine = 4 * mebibyte;
+constexpr qint64 mostOutput = 64LL * mebibyte;
+constexpr int mostErrors = 16 * 1024;
+
+QString quoted(QString argument)
+{
+    return QLatin1Char('"') + argument.replace(QLatin1Char('"'), QLatin1String("\"\"\"")) + QLatin1Char('"');
+}
+
+} // namespace
+
+JobProcess::JobProcess()
+    : m_process(new ChildProcess)
+{
+    connect(m_process, &QProcess::started, this, &JobProcess::started);
+    connect(m_process, &QProcess::readyReadStandardOutput, this, &JobProcess::readOutput);
+    connect(m_process, &QProcess::readyReadStandardError, this, &JobProcess::readErrors);
+    connect(m_process, processFinished, this, [this](int exitCode, QProcess::ExitStatus status) {
+        m_hasEnded = true;
+        m_isDone = status == QProcess::NormalExit && exitCode == 0;
+        readErrors();
+        readOutput();
+    });
+    connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        const ChildProcess::SignalGuard guard(m_process);
+        if (error == QProcess::FailedToStart)
+            Q_EMIT failedToStart();
+    });
+}
+
+JobProcess::~JobProcess()
+{
+    m_process->disconnect(this);
+    m_process->dispose();
+}
+
+void JobProcess::start(const QString &program, const QStringList &arguments)
+{
+    QString command = quoted(program);
+    for (const QString &argument : arguments)
+        command += QLatin1Char(' ') + quoted(argument);
+    m_process->launch(command);
+}
+
+void JobProcess::startTool(const ToolSetup &tools, const QStringList &arguments)
+{
+    const QStringList head{QStringLiteral("-X"), QStringLiteral("pycache_prefix=") + tools.pycacheFolder(),
+                           tools.toolFile()};
+    start(GetPythonExecPath(), head + arguments);
+}
+
+void JobProcess::kill()
+{
+    m_process->killGroup();
+}
+
+void JobProcess::readErrors()
+{
+    const ChildProcess::SignalGuard guard(m_process);
+    m_errors += m_process->readAllStandardError();
+    if (m_errors.size() > mostErrors)
+        m_errors = m_errors.right(mostErrors);
+}
+
+// An event loop inside a signal must not bring later lines before earlier ones: only the outermost call reads.
+void JobProcess::readOutput()
+{
+    if (m_isReading)
+        return;
+    m_isReading = true;
+    const ChildProcess::SignalGuard guard(m_process);
+    const QPointer<JobProcess> alive(this);
+    for (QByteArray output = m_process->readAllStandardOutput(); !output.isEmpty();) {
+        takeOutput(output);
+        if (alive.isNull())
+            return;
+        output = m_process->readAllStandardOutput();
+    }
+    m_isReading = false;
+    if (m_hasEnded && !m_line.isEmpty()) // a line without its end
+        Q_EMIT lineRead(std::exchange(m_line, {}));
+    if (!alive.isNull() && m_hasEnded)
+        Q_EMIT ended(m_isDone);
+}
+
+void JobProcess::takeOutput(const QByteArray &output)
+{
+    const QPointer<JobProcess> alive(this);
+    m_outputSize += output.size();
+    if (m_outputSize > mostOutput)
+        m_process->killGroup();
+    const auto size = static_cast<int>(output.size());
+    for (int begin = 0; begin < size && !alive.isNull();) {
+        const auto end = static_cast<int>(output.indexOf('\n', begin));
+        const int length = (end < 0 ? size : end) - begin;
+        m_skipsLine = m_skipsLine || m_line.size() + length > longestLine;
+        if (m_skipsLine)
+            m_line.clear();
+        else
+            m_line.append(output.constData() + begin, length);
+        begin += length + 1;
+        if (end < 0)
+            return;
+        const QByteArray line = std::exchange(m_line, {});
+        if (!std::exchange(m_skipsLine, false))
+            Q_EMIT lineRead(line);
+    }
+}
+
+} // namespace Nox
