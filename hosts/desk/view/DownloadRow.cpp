@@ -3,12 +3,11 @@
 #include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
-#include "hosts/desk/view/FileManager.h"
+#include "hosts/desk/view/Opener.h"
 #include "hosts/desk/view/WrappedText.h"
 
 #include <QAction>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -98,10 +97,8 @@ void DownloadRow::addActions()
         newAction(tr("Move down"), QStringLiteral("moveDown"), keys("Alt+Down"), [this] { Q_EMIT moveRequested(1); });
     newAction(tr("Copy address of the page"), QStringLiteral("copyAddress"), keys("Ctrl+C"),
               [this] { QGuiApplication::clipboard()->setText(m_address); });
-    newAction(tr("Open page in the browser"), QStringLiteral("openPage"), keys("Ctrl+B"), [this] {
-        if (!QDesktopServices::openUrl(QUrl(m_address)))
-            Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(m_address));
-    });
+    newAction(tr("Open page in the browser"), QStringLiteral("openPage"), keys("Ctrl+B"),
+              [this] { newOpener()->open(QUrl(m_address)); });
     newAction(tr("Read page again"), QStringLiteral("readAgain"), keys("Ctrl+R"),
               [this] { Q_EMIT readRequested(m_address); });
     newAction(tr("Details"), QStringLiteral("detailsAction"), keys("Ctrl+D"), [this] { m_detailsButton->toggle(); });
@@ -241,7 +238,7 @@ void DownloadRow::showBar(int percent, Download::State state)
 void DownloadRow::openFile()
 {
     if (QFileInfo::exists(m_file)) {
-        open(m_file);
+        newOpener()->open(QUrl::fromLocalFile(m_file));
     } else {
         refresh(QModelIndex(m_index)); // tells that it has gone; a copy, since the index is set anew
     }
@@ -249,23 +246,26 @@ void DownloadRow::openFile()
 
 void DownloadRow::showFolder()
 {
-    if (!QFileInfo::exists(m_file)) {
-        refresh(QModelIndex(m_index)); // a copy, since the index is set anew
-        open(QFileInfo(m_file).absolutePath());
+    const QString folder = QFileInfo(m_file).absolutePath();
+    if (QFileInfo::exists(m_file)) {
+        newOpener()->showInFolder(m_file);
         return;
     }
-    auto *manager = new FileManager(this);
-    connect(manager, &FileManager::failed, this, [this] { open(QFileInfo(m_file).absolutePath()); });
-    manager->select(m_file);
+    refresh(QModelIndex(m_index)); // a copy, since the index is set anew
+    if (QFileInfo::exists(folder)) {
+        newOpener()->open(QUrl::fromLocalFile(folder));
+    } else {
+        Q_EMIT openingFailed(tr("\"%1\" is not there any more.").arg(folder));
+    }
 }
 
-void DownloadRow::open(const QString &path)
+Opener *DownloadRow::newOpener()
 {
-    if (!QFileInfo::exists(path)) {
-        Q_EMIT openingFailed(tr("\"%1\" is not there any more.").arg(path));
-    } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(path));
-    }
+    auto *opener = new Opener(this);
+    connect(opener, &Opener::failed, this, [this](const QString &name) {
+        Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(name));
+    });
+    return opener;
 }
 
 } // namespace NoxDesk

@@ -17,6 +17,7 @@ namespace NoxDesk {
 
 class ElidedLabel;
 class FailureBox;
+class Opener;
 class WrappedText;
 
 /**
@@ -60,7 +61,7 @@ private:
     void showDetails();
     void openFile();
     void showFolder();
-    void open(const QString &path);
+    Opener *newOpener();
 
     QToolButton *m_detailsButton;
     ElidedLabel *m_title;

@@ -7,11 +7,11 @@
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/InfoDialog.h"
 #include "hosts/desk/view/LogDialog.h"
+#include "hosts/desk/view/Notifier.h"
 #include "hosts/desk/view/PagePanel.h"
 #include "hosts/desk/view/PreferencesDialog.h"
 #include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
-#include "hosts/desk/view/TrayNotifier.h"
 
 #include <QAccessible>
 #include <QCloseEvent>
@@ -44,7 +44,7 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     , m_downloads(new DownloadsPanel(desk.downloads()))
     , m_notice(new ElidedLabel(Qt::ElideMiddle))
     , m_noticeTimer(new QTimer(this))
-    , m_notifier(new TrayNotifier(this))
+    , m_notifier(new Notifier(this))
 {
     setAcceptDrops(true);
     layOut();
@@ -141,6 +141,7 @@ void MainWindow::showProgress()
 {
     const QString progress = m_desk.progressText();
     m_downloads->setVisible(m_desk.downloads().rowCount() > 0);
+    m_taskbar.show(progress.isEmpty() ? -1 : m_desk.downloads().batchPercent());
     setWindowTitle(progress.isEmpty() ? tr("Nox Desk") : tr("%1 – Nox Desk", "progress").arg(progress));
 }
 
@@ -184,6 +185,13 @@ void MainWindow::read(const QString &address)
     m_addressBar->setAddress(address);
     m_addressBar->focusField(); // where the keyboard is, may be out of reach while the page is read
     m_desk.reader().read(address);
+}
+
+void MainWindow::takeOver(const QStringList &addresses)
+{
+    m_notifier->showWindow();
+    if (!addresses.isEmpty())
+        read(addresses.first());
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

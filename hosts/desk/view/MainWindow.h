@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/desk/view/AddressOffer.h"
+#include "hosts/desk/view/TaskbarProgress.h"
 
 #include <QMainWindow>
 #include <QMessageBox>
@@ -15,7 +16,7 @@ class AddressBar;
 class Desk;
 class DownloadsPanel;
 class ElidedLabel;
-class TrayNotifier;
+class Notifier;
 
 /** The window: address above, page in the middle, downloads below. */
 class MainWindow : public QMainWindow
@@ -28,6 +29,9 @@ public:
 
     /** Reads the page at @p address, as if the user had typed it. */
     void read(const QString &address);
+
+    /** Another start of the program has handed over these addresses: brings the window up, and reads the page. */
+    void takeOver(const QStringList &addresses);
 
     /** Stops all that runs, and closes when nothing of it is left. */
     void cancelAllAndClose();
@@ -62,7 +66,8 @@ private:
     DownloadsPanel *m_downloads;
     ElidedLabel *m_notice;
     QTimer *m_noticeTimer; // runs while the notice is seen
-    TrayNotifier *m_notifier;
+    Notifier *m_notifier;
+    TaskbarProgress m_taskbar;
     QPointer<QMessageBox> m_question;
     bool m_isClosing = false;
 };

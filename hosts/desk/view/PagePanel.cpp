@@ -181,8 +181,10 @@ QWidget *PagePanel::makeCard()
     layout->addWidget(m_thumbnail);
     layout->addSpacing(fontMetrics().averageCharWidth());
     layout->addLayout(texts, 1);
-    connect(&m_desk.thumbnail(), &ThumbnailLoader::changed, m_thumbnail,
-            [this] { m_thumbnail->setPicture(m_desk.thumbnail().picture()); });
+    connect(&m_desk.thumbnail(), &ThumbnailLoader::changed, m_thumbnail, [this] {
+        m_thumbnail->setPicture(m_desk.thumbnail().picture());
+        m_thumbnail->setVisible(m_desk.thumbnail().isLoading() || !m_desk.thumbnail().picture().isNull());
+    });
     return card;
 }
 
