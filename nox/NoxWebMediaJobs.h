@@ -11,7 +11,11 @@
 #include <nox/jobs/JobsExport.h>
 #include <nox/jobs/JobsTranslation.h>
 #include <nox/jobs/PageJob.h>
+#include <nox/jobs/PlaylistEntry.h>
+#include <nox/jobs/PlaylistJob.h>
+#include <nox/jobs/SoundFormat.h>
 #include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/StreamPreference.h>
 #include <nox/jobs/StreamText.h>
 #include <nox/jobs/TextSanitizer.h>
 #include <nox/jobs/ToolSetup.h>

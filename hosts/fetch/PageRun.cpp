@@ -112,6 +112,9 @@ void PageRun::showPhase()
     case DownloadJob::Joining:
         m_progress.begin(QStringLiteral("joining"));
         break;
+    case DownloadJob::Converting:
+        m_progress.begin(QStringLiteral("converting"));
+        break;
     }
 }
 

@@ -38,9 +38,9 @@ bool isIn(const QString &characters, QChar character)
 } // namespace
 
 QString Destination::proposed(const WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
-                              const QStringList &taken)
+                              const QStringList &taken, SoundFormat sound)
 {
-    const QString name = baseName(page, stream) + QLatin1Char('.') + suffix(stream);
+    const QString name = baseName(page, stream) + QLatin1Char('.') + suffix(stream, sound);
     return free(QDir(folder).absoluteFilePath(name), taken);
 }
 
@@ -55,8 +55,10 @@ QString Destination::free(const QString &path, const QStringList &taken)
     return candidate;
 }
 
-QString Destination::suffix(const MediaProfile &stream)
+QString Destination::suffix(const MediaProfile &stream, SoundFormat sound)
 {
+    if (sound == SoundFormat::Mp3 && stream.getMediaType() == MEDIA_TYPE_AUDIO)
+        return QStringLiteral("mp3");
     if (stream.isDash() && !stream.getPreferredDashAudioYdCode().isEmpty())
         return QStringLiteral("mp4");
     QString result;

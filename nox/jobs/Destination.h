@@ -2,6 +2,7 @@
 
 #include <nox/jobs/JobsExport.h>
 
+#include <nox/jobs/SoundFormat.h>
 #include <nox/model/MediaProfile.h>
 #include <nox/model/WebMediaInfo.h>
 
@@ -25,15 +26,16 @@ public:
      * @param stream the chosen stream, its preferred audio code set when two are to be joined
      * @param folder where the file shall be
      * @param taken paths that other downloads are going to use
+     * @param sound what a stream of sound becomes
      */
     static QString proposed(const WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
-                            const QStringList &taken = {});
+                            const QStringList &taken = {}, SoundFormat sound = SoundFormat::AsIs);
 
     /** @p path, or with a number behind its base name when it is on disk or among @p taken. */
     static QString free(const QString &path, const QStringList &taken = {});
 
     /** Suffix of the file that @p stream makes, without a dot: mp4 when two streams are joined. */
-    static QString suffix(const MediaProfile &stream);
+    static QString suffix(const MediaProfile &stream, SoundFormat sound = SoundFormat::AsIs);
 
     /** Why no file can be made at @p path, in words; empty when one can. */
     static QString errorString(const QString &path);

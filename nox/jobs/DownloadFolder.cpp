@@ -1,6 +1,7 @@
 #include <nox/jobs/DownloadFolder.h>
 
 #include <nox/jobs/Destination.h>
+#include <nox/jobs/PartsFolder.h>
 #include <nox/util/FileRename.h>
 
 #include <QDir>
@@ -8,8 +9,10 @@
 #include <QStorageInfo>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <numeric>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Nox {
@@ -38,20 +41,47 @@ std::unique_ptr<QLockFile> lockOf(const QString &path)
     return lock;
 }
 
+/** The private folders in @p parent that are the user's own. */
+QFileInfoList ownFolders(const QString &parent)
+{
+    QFileInfoList folders =
+        QDir(parent).entryInfoList({QStringLiteral(".nox-??????")}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+    folders.erase(std::remove_if(folders.begin(), folders.end(),
+                                 [](const QFileInfo &folder) { return folder.ownerId() != ::geteuid(); }),
+                  folders.end());
+    return folders;
+}
+
+/** Removes what is in the folder @p path, but for its lock and what is called @p kept. @return whether all of it is
+ * gone */
+bool empty(const QString &path, const QString &kept)
+{
+    const auto entries = [&path] {
+        return QDir(path).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    };
+    const auto stays = [&](const QFileInfo &entry) {
+        return entry.filePath() == lockFile(path) || entry.fileName() == kept;
+    };
+    const QFileInfoList found = entries();
+    for (const QFileInfo &entry : found) {
+        if (stays(entry))
+            continue;
+        if (entry.isDir() && !entry.isSymLink())
+            QDir(entry.filePath()).removeRecursively();
+        else
+            QFile::remove(entry.filePath());
+    }
+    const QFileInfoList left = entries();
+    return std::all_of(left.cbegin(), left.cend(), stays);
+}
+
 /**
  * Removes the folder @p path, its lock last: what a program leaves that is killed meanwhile is found by the next one.
  * QLockFile complains when its file goes before it is unlocked.
  */
 bool removeFolder(const QString &path, QLockFile &lock)
 {
-    const QFileInfoList entries =
-        QDir(path).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    for (const QFileInfo &entry : entries) {
-        if (entry.isDir() && !entry.isSymLink())
-            QDir(entry.filePath()).removeRecursively();
-        else if (entry.filePath() != lockFile(path))
-            QFile::remove(entry.filePath());
-    }
+    empty(path, {});
     lock.unlock();
     if (QDir().rmdir(path) || !QFileInfo::exists(path))
         return true;
@@ -59,11 +89,17 @@ bool removeFolder(const QString &path, QLockFile &lock)
     return false;
 }
 
+/** Whether @p parts are worth to be gone on with. */
+bool isUsable(const PartsFolder &parts)
+{
+    return parts.exists() && parts.bytes() > 0 && parts.record().isComplete();
+}
+
 } // namespace
 
 DownloadFolder::~DownloadFolder()
 {
-    remove();
+    leave();
 }
 
 bool DownloadFolder::create(const QString &parent)
@@ -82,16 +118,93 @@ bool DownloadFolder::create(const QString &parent)
     return true;
 }
 
-/** Removes folders of runs that were killed: those with a lock whose process is gone. */
+bool DownloadFolder::createWithParts(const QString &parent, const DownloadRecord &download)
+{
+    removeStale(parent);
+    if (!adopt(parent, download) && !create(parent))
+        return false;
+    m_errorText = PartsFolder(m_path).write(download);
+    m_hasParts = m_errorText.isEmpty() || isUsable(PartsFolder(m_path)); // which a full disk leaves as they were
+    if (!m_errorText.isEmpty())
+        leave();
+    return m_errorText.isEmpty();
+}
+
+/** Takes over parts of the same streams, those for the same file first. */
+bool DownloadFolder::adopt(const QString &parent, const DownloadRecord &download)
+{
+    const QFileInfoList folders = ownFolders(parent);
+    for (const bool forSameFile : {true, false}) {
+        const auto suits = [&](const DownloadRecord &found) {
+            return found.hasSameStreams(download) && (!forSameFile || found.destination == download.destination);
+        };
+        for (const QFileInfo &folder : folders)
+            if (take(folder.filePath(), suits))
+                return true;
+    }
+    return false;
+}
+
+/** Takes over the folder @p path where nobody uses it and the record of its parts @p suits. */
+bool DownloadFolder::take(const QString &path, const std::function<bool(const DownloadRecord &)> &suits)
+{
+    const PartsFolder parts(path);
+    const auto isSuitable = [&] { return isUsable(parts) && suits(parts.record()); };
+    if (!isSuitable())
+        return false;
+    std::unique_ptr<QLockFile> lock = lockOf(path);
+    // It may have been changed before it was locked.
+    if (!lock->tryLock(0) || !isSuitable())
+        return false;
+    m_path = path;
+    m_lock = std::move(lock);
+    m_hasParts = true;
+    empty(m_path, PartsFolder::folderName());
+    return true;
+}
+
+QList<DownloadRecord> DownloadFolder::interrupted(const QString &parent)
+{
+    QList<DownloadRecord> records;
+    const QFileInfoList folders = ownFolders(parent);
+    for (const QFileInfo &entry : folders) {
+        DownloadFolder folder; // which leaves the parts when it goes
+        if (folder.take(entry.filePath(), [](const DownloadRecord &) { return true; }))
+            records += PartsFolder(entry.filePath()).record();
+    }
+    return records;
+}
+
+void DownloadFolder::discard(const DownloadRecord &download)
+{
+    const QFileInfoList folders = ownFolders(QFileInfo(download.destination).absolutePath());
+    for (const QFileInfo &entry : folders) {
+        DownloadFolder folder;
+        if (folder.take(entry.filePath(), [&](const DownloadRecord &found) {
+                return found.hasSameStreams(download) && found.destination == download.destination;
+            }))
+            folder.remove();
+    }
+}
+
+/** Removes what runs have left that were killed: folders with a lock whose process is gone, and parts of long ago. */
 void DownloadFolder::removeStale(const QString &parent)
 {
-    const QFileInfoList folders = QDir(parent).entryInfoList(
-        {QStringLiteral(".nox-??????")}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+    const QFileInfoList folders = ownFolders(parent);
     for (const QFileInfo &folder : folders) {
-        const std::unique_ptr<QLockFile> lock = lockOf(folder.filePath());
-        // One without a lock may just be coming into being.
-        if (folder.ownerId() == geteuid() && QFileInfo::exists(lockFile(folder.filePath())) && lock->tryLock(0))
-            removeFolder(folder.filePath(), *lock);
+        const QString path = folder.filePath();
+        const PartsFolder parts(path);
+        const bool hasLock = QFileInfo::exists(lockFile(path));
+        // One without a lock may just be coming into being, unless it has been left with its parts.
+        if (!hasLock && !parts.exists())
+            continue;
+        const std::unique_ptr<QLockFile> lock = lockOf(path);
+        if (!lock->tryLock(0))
+            continue;
+        if (!isUsable(parts) || parts.isExpired())
+            removeFolder(path, *lock);
+        else
+            empty(path, PartsFolder::folderName());
     }
 }
 
@@ -130,7 +243,16 @@ int DownloadFolder::completeStreams() const
 
 qint64 DownloadFolder::fetchedBytes() const
 {
-    return bytes(files(QStringLiteral("*"))) - joinedBytes();
+    if (!m_hasParts)
+        return bytes(files(QStringLiteral("*"))) - joinedBytes();
+    // A finished stream stands here and among the parts, as one file with two names.
+    qint64 sum = PartsFolder(m_path).bytes();
+    for (const QFileInfo &file : files(QStringLiteral("*YDTMP_.*"))) {
+        struct stat status = {};
+        if (::stat(QFile::encodeName(file.filePath()).constData(), &status) == 0 && status.st_nlink == 1)
+            sum += file.size();
+    }
+    return sum - joinedBytes();
 }
 
 qint64 DownloadFolder::joinedBytes() const
@@ -155,15 +277,36 @@ QString DownloadFolder::release(const QString &name, const QString &destination)
     return {};
 }
 
+bool DownloadFolder::hasParts() const
+{
+    return m_hasParts && PartsFolder(m_path).bytes() > 0;
+}
+
 bool DownloadFolder::remove()
 {
     if (m_path.isEmpty())
         return true;
     if (!removeFolder(m_path, *m_lock))
         return false;
-    m_path.clear();
-    m_lock.reset();
+    close();
     return true;
+}
+
+bool DownloadFolder::leave()
+{
+    if (!hasParts())
+        return remove();
+    if (!empty(m_path, PartsFolder::folderName()))
+        return false;
+    close();
+    return true;
+}
+
+void DownloadFolder::close()
+{
+    m_path.clear();
+    m_lock.reset(); // unlocks
+    m_hasParts = false;
 }
 
 } // namespace Nox

@@ -4,14 +4,17 @@
 #include <nox/front/WebMediaDownloaderFactory.h>
 #include <nox/jobs/Destination.h>
 #include <nox/jobs/DownloadFolder.h>
+#include <nox/jobs/DownloadRecord.h>
 #include <nox/jobs/FailureText.h>
 #include <nox/jobs/JobPrivate.h>
+#include <nox/jobs/JobProcess.h>
 #include <nox/jobs/JoinProgress.h>
 #include <nox/jobs/PageJob.h>
 #include <nox/jobs/ServerWait.h>
 #include <nox/jobs/StreamChoice.h>
 #include <nox/jobs/UrlCheck.h>
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QPointer>
@@ -25,22 +28,27 @@ constexpr int watchMs = 250;
 constexpr int growthMs = 1500; // so long the tool is given to tell figures of its own
 constexpr int staleMs = 5000;  // then a speed is no longer true
 
+QString absolutePath(const QString &path)
+{
+    return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
+}
+
 } // namespace
 
 class DownloadJob::Private : public JobPrivate
 {
 public:
-    Private(const ToolSetup &setup, const QString &address, const MediaProfile &profile, const QString &file);
-    ~Private() override { disconnect(); }
+    Private(const ToolSetup &setup, const DownloadRecord &download);
+    ~Private() override;
 
     DownloadJob *job() const { return static_cast<DownloadJob *>(q); }
 
-    const QString url;
-    const MediaProfile stream;
-    const QString destination; // absolute
-    qint64 duration = 0;
-    Job::Error pageError = Job::NoError; // of the page that named stream and destination
-    QString pageErrorString;
+    DownloadRecord record; // does not change once the job has begun
+    bool keepsParts = false;
+    bool hasParts = false;
+    bool goesOn = false;                  // with a download that was begun at another time
+    Job::Error knownError = Job::NoError; // of what the job was made from
+    QString knownErrorString;
     Phase phase = Waiting;
     TransferFigures figures;
     ServerWait serverWait;
@@ -48,34 +56,44 @@ public:
 
 protected:
     void begin() override;
-    void stop() override { m_downloader->cancel(); }
+    void onStop() override;
     void onSilence() override { end(Job::OtherError); }
     bool clear() override;
-    bool hasToolFailed() const override { return !m_failedWhileJoining; }
+    bool hasToolFailed() const override { return !m_failedWhileJoining && !m_failedWhileEncoding; }
     void explain() override;
 
 private:
-    bool refuse(Job::Error outcome, const QString &message);
-    bool isJoined() const { return stream.isDash() && !stream.getPreferredDashAudioYdCode().isEmpty(); }
+    bool openFolder();
+    bool isJoined() const { return record.stream.isDash() && !record.stream.getPreferredDashAudioYdCode().isEmpty(); }
+    /** Whether ffmpeg makes another format of the sound. */
+    bool isEncoded() const
+    {
+        return Destination::suffix(record.stream) != Destination::suffix(record.stream, record.sound);
+    }
     void disconnect();
     void onStarted();
     void onProgress(qint64 total, qint64 processed, qint64 speed);
     void onError(qint32 code);
     void onFinished();
+    void encode();
+    void onEncoded(bool isDone);
+    QString errorOutput() const;
     void moveFile();
     void watch();
     void watchFiles();
-    void watchJoining();
+    void watchFfmpeg();
     void showGrowth(qint64 bytes);
     void show(const TransferFigures &newFigures);
     void setPhase(Phase newPhase);
 
-    QString m_partialName;
+    QString m_partialName; // of the file that the downloader makes, or the encoder behind it
     DownloadFolder m_folder;
     std::unique_ptr<WebMediaDownloader> m_downloader; // goes before the folder in which its processes write
+    std::unique_ptr<JobProcess> m_encoder;            // from the moment at which the sound is encoded
     int m_startedStreams = 0;
     int m_code = 0;
     bool m_failedWhileJoining = false;
+    bool m_failedWhileEncoding = false;
     bool m_diskWasFull = false;
     bool m_hasToolFigures = false; // of the stream that is being fetched
     QElapsedTimer m_clock;
@@ -84,13 +102,9 @@ private:
     QTimer m_stale;
 };
 
-DownloadJob::Private::Private(const ToolSetup &setup, const QString &address, const MediaProfile &profile,
-                              const QString &file)
+DownloadJob::Private::Private(const ToolSetup &setup, const DownloadRecord &download)
     : JobPrivate(setup)
-    , url(address)
-    , stream(profile)
-    , destination(file.isEmpty() ? file : QFileInfo(file).absoluteFilePath())
-    , m_partialName(QStringLiteral("finished.") + Destination::suffix(stream))
+    , record(download)
 {
     m_watch.setInterval(watchMs);
     QObject::connect(&m_watch, &QTimer::timeout, &m_watch, [this] { watch(); });
@@ -99,32 +113,29 @@ DownloadJob::Private::Private(const ToolSetup &setup, const QString &address, co
     QObject::connect(&m_stale, &QTimer::timeout, &m_stale, [this] { show(figures.withoutSpeed()); });
 }
 
-/** Ends with @p outcome if there is a @p message. */
-bool DownloadJob::Private::refuse(Job::Error outcome, const QString &message)
+DownloadJob::Private::~Private()
 {
-    if (!message.isEmpty())
-        end(outcome, message);
-    return !message.isEmpty();
+    disconnect();
+    m_encoder.reset();
+    m_downloader.reset();
+    if (isCancelled() || error == Job::Cancelled)
+        m_folder.remove();
 }
 
 void DownloadJob::Private::begin()
 {
-    const bool isUsable = StreamChoice::isUsableCode(stream.getName())
-        && (!isJoined() || StreamChoice::isUsableCode(stream.getPreferredDashAudioYdCode()));
-    if (refuse(pageError, pageErrorString) || refuse(Job::AddressError, UrlCheck::errorString(url))
+    if (goesOn && knownErrorString.isEmpty())
+        record.destination = Destination::free(record.destination); // somebody else may have taken the name meanwhile
+    const bool isUsable = StreamChoice::isUsableCode(record.stream.getName())
+        && (!isJoined() || StreamChoice::isUsableCode(record.stream.getPreferredDashAudioYdCode()));
+    if (refuse(knownError, knownErrorString) || refuse(Job::AddressError, UrlCheck::errorString(record.url))
         || refuse(Job::NothingToDownload, isUsable ? QString() : FailureText::noFormatCode())
         || refuse(Job::ToolMissing, tools.errorString())
-        || refuse(Job::ToolMissing, isJoined() ? ToolSetup::joiningErrorString() : QString())
-        || refuse(Job::DestinationError, Destination::errorString(destination)))
+        || refuse(Job::ToolMissing, isJoined() || isEncoded() ? ToolSetup::joiningErrorString() : QString())
+        || refuse(Job::DestinationError, Destination::errorString(record.destination)) || !openFolder())
         return;
-    const QString parent = QFileInfo(destination).absolutePath();
-    if (!m_folder.create(parent)) {
-        const bool isFull = DownloadFolder::isFull(parent);
-        end(isFull ? Job::NoSpace : Job::DestinationError,
-            isFull ? FailureText::cause(Job::NoSpace) : FailureText::noPrivateFolder(parent, m_folder.errorText()));
-        return;
-    }
-    m_joining = JoinProgress(duration);
+    m_partialName = QStringLiteral("finished.") + Destination::suffix(record.stream);
+    m_joining = JoinProgress(record.duration);
     m_downloader.reset(
         WebMediaDownloaderFactory::instance()->createDownloader(tools.toolFile(), tools.pycacheFolder()));
     QObject::connect(m_downloader.get(), &WebMediaDownloader::started, q, [this] { onStarted(); });
@@ -132,7 +143,18 @@ void DownloadJob::Private::begin()
                      [this](qint64 total, qint64 processed, qint64 speed) { onProgress(total, processed, speed); });
     QObject::connect(m_downloader.get(), &WebMediaDownloader::error, q, [this](qint32 code) { onError(code); });
     QObject::connect(m_downloader.get(), &WebMediaDownloader::finished, q, [this] { onFinished(); });
-    m_downloader->download(url, stream, m_folder.filePath(m_partialName));
+    m_downloader->download(record.url, record.stream, m_folder.filePath(m_partialName));
+}
+
+bool DownloadJob::Private::openFolder()
+{
+    const QString parent = QFileInfo(record.destination).absolutePath();
+    if (keepsParts ? m_folder.createWithParts(parent, record) : m_folder.create(parent))
+        return true;
+    const bool isFull = DownloadFolder::isFull(parent);
+    end(isFull ? Job::NoSpace : Job::DestinationError,
+        isFull ? FailureText::cause(Job::NoSpace) : FailureText::noPrivateFolder(parent, m_folder.errorText()));
+    return false;
 }
 
 void DownloadJob::Private::disconnect()
@@ -149,8 +171,11 @@ void DownloadJob::Private::onStarted()
     m_hasToolFigures = false;
     m_clock.start();
     m_watch.start();
-    const bool isAudio = m_startedStreams > 1 || stream.getMediaType() == MEDIA_TYPE_AUDIO;
+    const bool isAudio = m_startedStreams > 1 || record.stream.getMediaType() == MEDIA_TYPE_AUDIO;
+    const QPointer<Job> alive(q);
     setPhase(isAudio ? Audio : Video);
+    if (!alive.isNull() && keepsParts)
+        showGrowth(m_folder.fetchedBytes());
 }
 
 void DownloadJob::Private::onProgress(qint64 total, qint64 processed, qint64 speed)
@@ -182,12 +207,12 @@ void DownloadJob::Private::show(const TransferFigures &newFigures)
 void DownloadJob::Private::onError(qint32 code)
 {
     if (isStopping())
-        end(Job::Cancelled);
+        endStopped();
     if (!isWorking())
         return;
     m_code = code;
     // Asked before the downloader clears up, which follows the notification.
-    m_diskWasFull = m_diskWasFull || DownloadFolder::isFull(QFileInfo(destination).absolutePath());
+    m_diskWasFull = m_diskWasFull || DownloadFolder::isFull(QFileInfo(record.destination).absolutePath());
     // A process error may be followed by a more telling code, or by nothing.
     const auto kind = static_cast<DownloadError>(code);
     const bool isProcessError = kind == DownloadError::ProcessFailed || kind == DownloadError::MergeProcessFailed;
@@ -197,15 +222,53 @@ void DownloadJob::Private::onError(qint32 code)
 void DownloadJob::Private::onFinished()
 {
     if (isStopping()) // too late, the user has changed his mind
-        end(Job::Cancelled);
+        endStopped();
+    else if (isWorking() && isEncoded())
+        encode();
     else if (isWorking())
         end(Job::NoError);
+}
+
+void DownloadJob::Private::encode()
+{
+    const QString input = m_folder.filePath(m_partialName);
+    m_partialName = QStringLiteral("encoded.") + Destination::suffix(record.stream, record.sound);
+    m_encoder = std::make_unique<JobProcess>();
+    QObject::connect(m_encoder.get(), &JobProcess::ended, q, [this](bool isDone) { onEncoded(isDone); });
+    QObject::connect(m_encoder.get(), &JobProcess::failedToStart, q, [this] { onEncoded(false); });
+    m_encoder->start(QCoreApplication::applicationDirPath() + QStringLiteral("/ffmpeg"),
+                     {QStringLiteral("-nostdin"), QStringLiteral("-i"), input, QStringLiteral("-vn"),
+                      QStringLiteral("-acodec"), QStringLiteral("libmp3lame"), QStringLiteral("-q:a"),
+                      QStringLiteral("2"), m_folder.filePath(m_partialName)});
+    if (isWorking())
+        setPhase(Converting);
+}
+
+void DownloadJob::Private::onEncoded(bool isDone)
+{
+    m_failedWhileEncoding = !isDone;
+    if (isStopping())
+        endStopped();
+    else if (isWorking())
+        end(isDone ? Job::NoError : Job::OtherError);
+}
+
+void DownloadJob::Private::onStop()
+{
+    if (m_encoder != nullptr)
+        m_encoder->kill();
+    else
+        m_downloader->cancel();
 }
 
 void DownloadJob::Private::watch()
 {
     if (!isWorking())
         return;
+    if (m_encoder != nullptr) {
+        watchFfmpeg();
+        return;
+    }
     const QPointer<Job> alive(q);
     if (serverWait.read(m_downloader->errorDetail(), m_folder.fetchedBytes()))
         Q_EMIT job()->waitingTextChanged();
@@ -219,14 +282,14 @@ void DownloadJob::Private::watchFiles()
     if (phase != Joining && m_startedStreams > 1 && m_folder.isJoining())
         setPhase(Joining);
     else if (phase == Joining)
-        watchJoining();
+        watchFfmpeg();
     else if (!m_hasToolFigures && m_clock.elapsed() > growthMs)
         showGrowth(m_folder.fetchedBytes());
 }
 
-void DownloadJob::Private::watchJoining()
+void DownloadJob::Private::watchFfmpeg()
 {
-    m_joining.read(m_downloader->errorDetail());
+    m_joining.read(errorOutput());
     if (m_joining.isKnown())
         show(m_joining.figures());
     else
@@ -246,7 +309,7 @@ void DownloadJob::Private::setPhase(Phase newPhase)
     const QPointer<Job> alive(q);
     phase = newPhase;
     Q_EMIT job()->phaseChanged(newPhase);
-    if (!alive.isNull() && newPhase == Joining && phase == Joining)
+    if (!alive.isNull() && newPhase >= Joining && phase == newPhase)
         show({}); // the old ones are void
 }
 
@@ -258,21 +321,31 @@ bool DownloadJob::Private::clear()
         disconnect();
         // The downloader has cleared up by now, and tells by what it has left which program it was.
         m_failedWhileJoining = m_startedStreams > 1 && m_folder.completeStreams() > 1;
-        toolOutput = m_downloader->errorDetail();
+        toolOutput = errorOutput();
+        m_encoder.reset();
         m_downloader.reset();
         if (error == Job::NoError)
             moveFile();
     }
-    return m_folder.remove();
+    if (error == Job::NoError || error == Job::Cancelled)
+        return m_folder.remove();
+    hasParts = hasParts || m_folder.hasParts();
+    return m_folder.leave();
+}
+
+/** What the program has printed on standard error that runs now or ran last. */
+QString DownloadJob::Private::errorOutput() const
+{
+    return m_encoder != nullptr ? m_encoder->errorOutput() : m_downloader->errorDetail();
 }
 
 // At the very end: a job that is deleted before leaves nothing.
 void DownloadJob::Private::moveFile()
 {
-    filePath = m_folder.release(m_partialName, destination);
+    filePath = m_folder.release(m_partialName, record.destination);
     if (filePath.isEmpty()) {
         error = Job::DestinationError;
-        errorString = FailureText::noFinalName(destination);
+        errorString = FailureText::noFinalName(record.destination);
     }
 }
 
@@ -282,6 +355,11 @@ void DownloadJob::Private::explain()
     if (m_diskWasFull) {
         error = Job::NoSpace;
         errorString = FailureText::cause(error);
+        return;
+    }
+    if (m_failedWhileEncoding) {
+        error = ToolSetup::joiningErrorString().isEmpty() ? Job::ConversionFailed : Job::ToolMissing;
+        errorString = FailureText::cause(Job::ConversionFailed);
         return;
     }
     errorString = FailureText::download(m_code, m_failedWhileJoining);
@@ -295,7 +373,7 @@ void DownloadJob::Private::explain()
 
 DownloadJob::DownloadJob(const QString &url, const MediaProfile &stream, const QString &destination,
                          const ToolSetup &tools, QObject *parent)
-    : Job(std::make_unique<Private>(tools, url, stream, destination), parent)
+    : Job(std::make_unique<Private>(tools, DownloadRecord{url, stream, absolutePath(destination)}), parent)
 {
     connect(this, &Job::stateChanged, this, &DownloadJob::waitingTextChanged); // a job that stops does not wait
 }
@@ -306,9 +384,21 @@ DownloadJob::DownloadJob(const PageJob &page, const QString &folder, QObject *pa
                   page.tools(), parent)
 {
     setDuration(page.page().getDuration());
-    d()->pageError = page.error();
-    d()->pageErrorString = page.errorString();
+    d()->knownError = page.error();
+    d()->knownErrorString = page.errorString();
     d()->toolOutput = page.errorDetails();
+}
+
+DownloadJob::DownloadJob(const QJsonObject &record, const ToolSetup &tools, QObject *parent)
+    : Job(std::make_unique<Private>(tools, DownloadRecord::fromJson(record)), parent)
+{
+    connect(this, &Job::stateChanged, this, &DownloadJob::waitingTextChanged);
+    d()->keepsParts = true;
+    if (!d()->record.isComplete()) {
+        d()->knownError = OtherError;
+        d()->knownErrorString = FailureText::damagedRecord();
+    }
+    d()->goesOn = true;
 }
 
 DownloadJob::~DownloadJob() = default;
@@ -320,7 +410,66 @@ DownloadJob::Private *DownloadJob::d() const
 
 void DownloadJob::setDuration(qint64 seconds)
 {
-    d()->duration = seconds;
+    d()->record.duration = seconds;
+}
+
+void DownloadJob::setKeepsParts(bool keeps)
+{
+    d()->keepsParts = keeps;
+}
+
+void DownloadJob::setSoundFormat(SoundFormat format)
+{
+    d()->record.sound = format;
+}
+
+QString DownloadJob::url() const
+{
+    return d()->record.url;
+}
+
+MediaProfile DownloadJob::stream() const
+{
+    return d()->record.stream;
+}
+
+QString DownloadJob::destination() const
+{
+    return d()->record.destination;
+}
+
+bool DownloadJob::keepsParts() const
+{
+    return d()->keepsParts;
+}
+
+bool DownloadJob::hasParts() const
+{
+    return d()->hasParts;
+}
+
+QJsonObject DownloadJob::record() const
+{
+    return d()->record.toJson();
+}
+
+void DownloadJob::discard(const QJsonObject &record)
+{
+    DownloadFolder::discard(DownloadRecord::fromJson(record));
+}
+
+QList<QJsonObject> DownloadJob::interrupted(const QString &folder)
+{
+    QList<QJsonObject> records;
+    const QList<DownloadRecord> found = DownloadFolder::interrupted(folder);
+    for (const DownloadRecord &download : found)
+        records += download.toJson();
+    return records;
+}
+
+void DownloadJob::pause()
+{
+    d()->stop(d()->keepsParts ? Paused : Cancelled);
 }
 
 DownloadJob::Phase DownloadJob::phase() const

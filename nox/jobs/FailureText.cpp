@@ -11,6 +11,8 @@ QString FailureText::cause(Job::Error error)
     switch (error) {
     case Job::Cancelled:
         return tr("Cancelled.");
+    case Job::Paused:
+        return tr("Paused.");
     case Job::NoNetwork:
         return tr(
             "The server cannot be reached. Check the network connection, and try again later. A proxy is set in the "
@@ -105,6 +107,11 @@ QString FailureText::extraction(int code)
 QString FailureText::noFormatCode()
 {
     return tr("The stream cannot be downloaded: its format code cannot be passed to the download tool.");
+}
+
+QString FailureText::damagedRecord()
+{
+    return tr("What was kept of this download cannot be read. Read the page again.");
 }
 
 QString FailureText::noVersion()

@@ -28,6 +28,9 @@ public:
     /** The stream's format code cannot stand on a command line. */
     static QString noFormatCode();
 
+    /** The record of a download cannot be read. */
+    static QString damagedRecord();
+
     /** The tool does not tell its version. */
     static QString noVersion();
 

@@ -43,8 +43,8 @@ QString Job::errorString() const
 
 QString Job::errorDetails() const
 {
-    const Error outcome = error();
-    return outcome == NoError || outcome == Cancelled ? QString() : ToolMessage::excerpt(d_ptr->toolOutput);
+    const bool isFailure = error() != NoError && error() != Cancelled && error() != Paused;
+    return isFailure ? ToolMessage::excerpt(d_ptr->toolOutput) : QString();
 }
 
 void Job::start()
@@ -54,7 +54,7 @@ void Job::start()
 
 void Job::cancel()
 {
-    d_ptr->cancel();
+    d_ptr->stop(Cancelled);
 }
 
 } // namespace Nox

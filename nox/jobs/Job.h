@@ -14,8 +14,8 @@ class JobPrivate;
 
 /**
  * One piece of work of the external programs, with exactly one outcome: finished() comes once, from the event loop,
- * whatever happens, and error() tells then what the outcome is. All processes and, but for a finished file, all files
- * of the job are gone by then.
+ * whatever happens, and error() tells then what the outcome is. All processes and all files of the job are gone by
+ * then, but for a finished file and what a download keeps to be gone on with.
  *
  * What a job needs is given to its constructor; start() begins, once for each job. The owner deletes the job: it does
  * not delete itself, so that its results can be read for as long as they are needed. Deleting it is allowed at any
@@ -62,7 +62,8 @@ public:
         ToolBroken,            ///< The download tool is damaged, or does not fit the interpreter.
         RuntimeMissing,        ///< The page needs a script runtime that is missing.
         SettingsRefused,       ///< The tool does not take the user's settings (tool.conf).
-        ConversionFailed,      ///< ffmpeg failed to join the streams.
+        ConversionFailed,      ///< ffmpeg failed to join or to encode.
+        Paused,                ///< DownloadJob::pause() was called.
     };
     Q_ENUM(Error)
 

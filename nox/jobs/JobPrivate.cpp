@@ -22,7 +22,7 @@ JobPrivate::JobPrivate(const ToolSetup &setup)
     m_silence.setSingleShot(true);
     QObject::connect(&m_silence, &QTimer::timeout, &m_silence, [this] {
         if (isStopping())
-            end(Job::Cancelled);
+            endStopped();
         else if (isWorking())
             onSilence();
     });
@@ -35,7 +35,8 @@ JobPrivate::~JobPrivate() = default;
 void JobPrivate::start()
 {
     if (state != Job::Idle || m_isEnding) {
-        refuse();
+        Logger::log(LOG_ERROR, "", "Job.cpp", "start", __LINE__, "%s: a job is started once, this call does nothing",
+                    q->metaObject()->className());
         return;
     }
     const QPointer<Job> job(q);
@@ -47,26 +48,31 @@ void JobPrivate::start()
     }
 }
 
-void JobPrivate::refuse() const
+bool JobPrivate::refuse(Job::Error outcome, const QString &message)
 {
-    Logger::log(LOG_ERROR, "", "Job.cpp", "start", __LINE__, "%s: a job is started once, this call does nothing",
-                q->metaObject()->className());
+    if (!message.isEmpty())
+        end(outcome, message);
+    return !message.isEmpty();
 }
 
-void JobPrivate::cancel()
+void JobPrivate::stop(Job::Error outcome)
 {
-    if (m_isEnding || state == Job::Stopping)
+    if (m_isEnding)
+        return;
+    if (outcome == Job::Cancelled || state != Job::Stopping) // what is cancelled is not paused any more
+        m_stopOutcome = outcome;
+    if (state == Job::Stopping)
         return;
     if (!m_hasBegun) {
-        end(Job::Cancelled);
+        endStopped();
         return;
     }
     const bool wasInDoubt = expectsNews(); // the process has reported already, no more may come
     state = Job::Stopping;
     expectNews(stopMs);
-    stop();
+    onStop();
     if (wasInDoubt)
-        end(Job::Cancelled);
+        endStopped();
     Q_EMIT q->stateChanged();
 }
 
@@ -99,8 +105,8 @@ void JobPrivate::clearUp()
 
 void JobPrivate::findCause()
 {
-    if (error == Job::Cancelled)
-        errorString = FailureText::cause(Job::Cancelled);
+    if (error == Job::Cancelled || error == Job::Paused)
+        errorString = FailureText::cause(error);
     if (error != Job::OtherError || !errorString.isEmpty())
         return;
     error = hasToolFailed() ? ToolMessage::error(toolOutput) : Job::OtherError;

@@ -21,7 +21,9 @@ public:
     virtual ~JobPrivate();
 
     void start();
-    void cancel();
+
+    /** Stops. @param outcome what end() is given then: Job::Cancelled or Job::Paused */
+    void stop(Job::Error outcome);
 
     Job *q = nullptr;
     const ToolSetup tools;
@@ -34,8 +36,8 @@ protected:
     /** Starts the work, or ends at once. */
     virtual void begin() = 0;
 
-    /** Stops the work; end() must follow from what it reports. If it does not for a while, the base ends. */
-    virtual void stop() = 0;
+    /** Stops the work; endStopped() must follow from what it reports. If it does not for a while, the base ends. */
+    virtual void onStop() = 0;
 
     /** No news for the time given to expectNews(). */
     virtual void onSilence() = 0;
@@ -52,6 +54,14 @@ protected:
     /** The outcome, once. Emits nothing; others that come later do not count. OtherError without a text: explain(). */
     void end(Job::Error outcome, const QString &message = {});
 
+    void endStopped() { end(m_stopOutcome); } ///< The work has stopped, as it was told to.
+
+    /** Ends with @p outcome if there is a @p message. @return whether there is one */
+    bool refuse(Job::Error outcome, const QString &message);
+
+    /** Whether the job has been cancelled, whatever its end is going to be. */
+    bool isCancelled() const { return state == Job::Stopping && m_stopOutcome == Job::Cancelled; }
+
     bool isWorking() const { return state == Job::Running && !m_isEnding; }
     bool isStopping() const { return state == Job::Stopping && !m_isEnding; }
 
@@ -61,12 +71,12 @@ protected:
     bool expectsNews() const { return m_silence.isActive(); }
 
 private:
-    void refuse() const;
     void clearUp();
     void findCause();
 
     bool m_hasBegun = false;
     bool m_isEnding = false; // or ended
+    Job::Error m_stopOutcome = Job::Cancelled;
     int m_attempts = 0;
     QTimer m_silence;
     QTimer m_ending;

@@ -8,6 +8,7 @@
 #include <nox/jobs/UrlCheck.h>
 
 #include <QProcess>
+#include <QRegularExpression>
 
 namespace Nox {
 
@@ -35,10 +36,12 @@ public:
     const QString url;
     WebMediaInfo page;
     StreamChoice streams;
+    int videoCount = 1; // as PageJob::videoCount() tells it
+    bool isInParts = false;
 
 protected:
     void begin() override;
-    void stop() override { m_extractor->cancel(); }
+    void onStop() override { m_extractor->cancel(); }
     void onSilence() override;
     bool clear() override;
     void explain() override;
@@ -46,6 +49,7 @@ protected:
 private:
     void onFinished(const WebMediaInfo &record);
     void onError(int code);
+    void countVideos();
 
     std::unique_ptr<WebMediaInfoExtractor> m_extractor;
     bool m_awaitsError = false; // which would take the record back
@@ -55,14 +59,8 @@ private:
 
 void PageJob::Private::begin()
 {
-    if (const QString message = UrlCheck::errorString(url); !message.isEmpty()) {
-        end(Job::AddressError, message);
+    if (refuse(Job::AddressError, UrlCheck::errorString(url)) || refuse(Job::ToolMissing, tools.errorString()))
         return;
-    }
-    if (const QString message = tools.errorString(); !message.isEmpty()) {
-        end(Job::ToolMissing, message);
-        return;
-    }
     m_extractor.reset(WebMediaDownloaderFactory::instance()->createExtractor(tools.toolFile(), tools.pycacheFolder()));
     QObject::connect(m_extractor.get(), &WebMediaInfoExtractor::finished, q,
                      [this](const WebMediaInfo &record) { onFinished(record); });
@@ -86,7 +84,7 @@ void PageJob::Private::onError(int code)
     m_awaitsError = false;
     if (isStopping()) {
         if (code != toolError || !isPair) // the process has ended, not only complained
-            end(Job::Cancelled);
+            endStopped();
     } else if (!isPair) { // the tool has ended and admits failure
         end(Job::OtherError);
     } else if (code == toolError) {
@@ -111,8 +109,20 @@ bool PageJob::Private::clear()
         m_extractor->disconnect(q);
         toolOutput = m_extractor->errorDetail();
         m_extractor.reset();
+        countVideos();
     }
     return true;
+}
+
+void PageJob::Private::countVideos()
+{
+    static const QRegularExpression notice(QStringLiteral("^WARNING: \\[nox:(videos|parts)\\] (\\d{1,9}|many)$"),
+                                           QRegularExpression::MultilineOption);
+    if (const QRegularExpressionMatch match = notice.match(toolOutput); match.hasMatch()) {
+        isInParts = match.captured(1) == QLatin1String("parts");
+        const int count = match.captured(2).toInt();
+        videoCount = count > 0 ? count : -1;
+    }
 }
 
 void PageJob::Private::explain()
@@ -162,6 +172,16 @@ QString PageJob::title() const
 QStringList PageJob::warnings() const
 {
     return state() == Ended ? ToolMessage::warnings(d()->toolOutput) : QStringList();
+}
+
+int PageJob::videoCount() const
+{
+    return state() == Ended && error() == NoError ? d()->videoCount : 1;
+}
+
+bool PageJob::isInParts() const
+{
+    return state() == Ended && error() == NoError && d()->isInParts;
 }
 
 } // namespace Nox

@@ -16,6 +16,7 @@ class NOX_JOBS_EXPORT PageJob : public Job
     Q_PROPERTY(QString url READ url CONSTANT)
     Q_PROPERTY(QString title READ title NOTIFY stateChanged)
     Q_PROPERTY(QStringList warnings READ warnings NOTIFY stateChanged)
+    Q_PROPERTY(int videoCount READ videoCount NOTIFY stateChanged)
 
 public:
     /**
@@ -36,6 +37,14 @@ public:
      * for display, each once, in the language of the tool. Empty before the end.
      */
     QStringList warnings() const;
+
+    /**
+     * How many videos the page has: page() describes the first, PlaylistJob lists them. -1 where there are several, but
+     * the tool does not know how many; 1 before the end, after an error, and with a tool without our front.
+     */
+    int videoCount() const;
+
+    bool isInParts() const; ///< Whether these videos are the parts of one.
 
 private:
     class Private;

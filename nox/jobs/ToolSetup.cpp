@@ -98,7 +98,7 @@ QString ToolSetup::joiningErrorString()
 {
     const QString ffmpeg = QCoreApplication::applicationDirPath() + QStringLiteral("/ffmpeg");
     if (!isProgram(ffmpeg))
-        return tr("Video and audio cannot be joined: there is no program \"%1\".").arg(ffmpeg);
+        return tr("Streams cannot be joined or encoded: there is no program \"%1\".").arg(ffmpeg);
     return {};
 }
 

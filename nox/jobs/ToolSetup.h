@@ -46,7 +46,7 @@ public:
      */
     static QString ownToolFile();
 
-    /** What is missing for joining a video with its audio, in words; empty when nothing is. */
+    /** What is missing for joining a video with its audio, and for encoding sound, in words; empty when nothing is. */
     static QString joiningErrorString();
 
 private:

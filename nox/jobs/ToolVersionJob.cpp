@@ -1,8 +1,8 @@
 #include <nox/jobs/ToolVersionJob.h>
 
-#include <nox/front/ToolEnvironment.h>
 #include <nox/jobs/FailureText.h>
 #include <nox/jobs/JobPrivate.h>
+#include <nox/jobs/JobProcess.h>
 #include <nox/jobs/TextSanitizer.h>
 
 #include <QProcess>
@@ -19,67 +19,53 @@ class ToolVersionJob::Private : public JobPrivate
 {
 public:
     using JobPrivate::JobPrivate;
-    ~Private() override { Private::clear(); }
 
     QString version;
 
 protected:
     void begin() override;
-    void stop() override { m_process->kill(); }
+    void onStop() override { m_process->kill(); }
     void onSilence() override { end(Job::OtherError); }
     bool clear() override;
     void explain() override { errorString = FailureText::noVersion(); }
 
 private:
-    void onFinished(int exitCode, QProcess::ExitStatus status);
-
-    std::unique_ptr<QProcess> m_process;
+    std::unique_ptr<JobProcess> m_process;
+    QString m_firstLine;
 };
 
 void ToolVersionJob::Private::begin()
 {
-    if (const QString message = tools.errorString(); !message.isEmpty()) {
-        end(Job::ToolMissing, message);
+    if (refuse(Job::ToolMissing, tools.errorString()))
         return;
-    }
-    m_process = std::make_unique<QProcess>();
-    QObject::connect(m_process.get(), qOverload<int, QProcess::ExitStatus>(&QProcess::finished), q,
-                     [this](int exitCode, QProcess::ExitStatus status) { onFinished(exitCode, status); });
-    QObject::connect(m_process.get(), &QProcess::errorOccurred, q, [this](QProcess::ProcessError cause) {
-        if (cause == QProcess::FailedToStart)
-            end(isStopping() ? Job::Cancelled : Job::ToolMissing, FailureText::extraction(cause));
+    m_process = std::make_unique<JobProcess>();
+    QObject::connect(m_process.get(), &JobProcess::lineRead, q, [this](const QByteArray &line) {
+        if (m_firstLine.isEmpty())
+            m_firstLine = TextSanitizer::line(QString::fromUtf8(line));
+    });
+    QObject::connect(m_process.get(), &JobProcess::ended, q, [this](bool isDone) {
+        if (isStopping())
+            endStopped();
+        else
+            end(isDone && !m_firstLine.isEmpty() ? Job::NoError : Job::OtherError);
+    });
+    QObject::connect(m_process.get(), &JobProcess::failedToStart, q, [this] {
+        if (isStopping())
+            endStopped();
+        else
+            end(Job::ToolMissing, FailureText::extraction(QProcess::FailedToStart));
     });
     expectNews(answerMs);
-    m_process->start(GetPythonExecPath(),
-                     {QStringLiteral("-X"), QStringLiteral("pycache_prefix=") + tools.pycacheFolder(), tools.toolFile(),
-                      QStringLiteral("--version")},
-                     QIODevice::ReadOnly);
-}
-
-void ToolVersionJob::Private::onFinished(int exitCode, QProcess::ExitStatus status)
-{
-    if (isStopping()) {
-        end(Job::Cancelled);
-        return;
-    }
-    version = TextSanitizer::line(QString::fromUtf8(m_process->readAllStandardOutput()));
-    toolOutput = QString::fromUtf8(m_process->readAllStandardError());
-    if (status == QProcess::NormalExit && exitCode == 0 && !version.isEmpty()) {
-        end(Job::NoError);
-    } else {
-        version.clear();
-        end(Job::OtherError);
-    }
+    m_process->startTool(tools, {QStringLiteral("--version")});
 }
 
 bool ToolVersionJob::Private::clear()
 {
-    if (m_process != nullptr) {
-        m_process->disconnect();
-        m_process->kill();
-        m_process->waitForFinished();
-        m_process.reset();
-    }
+    if (m_process != nullptr)
+        toolOutput = m_process->errorOutput();
+    m_process.reset();
+    if (error == Job::NoError)
+        version = m_firstLine;
     return true;
 }
 

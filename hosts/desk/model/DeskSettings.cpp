@@ -50,8 +50,8 @@ void DeskSettings::setFolder(const QString &folder)
 Preferences DeskSettings::preferences() const
 {
     Preferences result;
-    StreamPreference &stream = result.stream;
-    stream.maximumLines = qMax(0, m_settings.value(linesKey, stream.maximumLines).toInt());
+    Nox::StreamPreference &stream = result.stream;
+    stream.maximumHeight = qMax(0, m_settings.value(linesKey, stream.maximumHeight).toInt());
     stream.withoutConversion = m_settings.value(withoutConversionKey, stream.withoutConversion).toBool();
     stream.soundOnly = m_settings.value(soundOnlyKey, stream.soundOnly).toBool();
     result.parallelDownloads =
@@ -64,7 +64,7 @@ Preferences DeskSettings::preferences() const
 
 void DeskSettings::setPreferences(const Preferences &preferences)
 {
-    m_settings.setValue(linesKey, preferences.stream.maximumLines);
+    m_settings.setValue(linesKey, preferences.stream.maximumHeight);
     m_settings.setValue(withoutConversionKey, preferences.stream.withoutConversion);
     m_settings.setValue(soundOnlyKey, preferences.stream.soundOnly);
     m_settings.setValue(parallelKey, preferences.parallelDownloads);

@@ -127,6 +127,8 @@ QString Download::phaseText() const
         return tr("Fetching audio");
     case DownloadJob::Joining:
         return tr("Joining video and audio");
+    case DownloadJob::Converting:
+        return tr("Converting the sound");
     }
     return tr("Starting");
 }

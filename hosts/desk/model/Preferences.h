@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/desk/model/StreamPreference.h"
+#include <nox/jobs/StreamPreference.h>
 
 #include <QString>
 
@@ -11,7 +11,7 @@ struct Preferences {
     static constexpr int leastParallel = 1;
     static constexpr int mostParallel = 10;
 
-    StreamPreference stream;
+    Nox::StreamPreference stream;
     int parallelDownloads = 3; ///< at a time, from leastParallel to mostParallel
     bool offersClipboard = true;
     QString toolFile; ///< the tool's archive; empty for the usual one

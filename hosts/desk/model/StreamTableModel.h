@@ -1,8 +1,7 @@
 #pragma once
 
-#include "hosts/desk/model/StreamPreference.h"
-
 #include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/StreamPreference.h>
 
 #include <QAbstractTableModel>
 #include <QHash>
@@ -29,7 +28,7 @@ public:
     void setStreams(const Nox::StreamChoice &streams, qint64 duration);
 
     /** Which stream startRow() begins with. */
-    void setPreference(const StreamPreference &preference) { m_preference = preference; }
+    void setPreference(const Nox::StreamPreference &preference) { m_preference = preference; }
 
     void setShowsAll(bool all); ///< Whether near duplicates are shown.
     bool showsAll() const { return m_showsAll; }
@@ -59,7 +58,7 @@ private:
     void show();
 
     Nox::StreamChoice m_streams;
-    StreamPreference m_preference;
+    Nox::StreamPreference m_preference;
     qint64 m_duration = -1;
     QHash<QString, qint64> m_sizes;
     QList<Nox::MediaProfile> m_shown;

@@ -93,7 +93,7 @@ void PreferencesDialog::addStreams(QFormLayout &form)
     m_lines->addItem(tr("the best there is"), 0);
     for (const int lines : {2160, 1440, 1080, 720, 480, 360})
         m_lines->addItem(tr("at most %1p").arg(lines), lines);
-    m_lines->setCurrentIndex(qMax(0, m_lines->findData(m_settings.preferences().stream.maximumLines)));
+    m_lines->setCurrentIndex(qMax(0, m_lines->findData(m_settings.preferences().stream.maximumHeight)));
     form.addRow(tr("&Quality proposed:"), m_lines);
     form.addRow(QString(), m_withoutConversion);
     form.addRow(QString(), m_soundOnly);
