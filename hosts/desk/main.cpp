@@ -66,7 +66,7 @@ int main(int argc, char *argv[])
     Desk desk(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
     MainWindow window(desk);
     const NoxHost::InterruptWatcher interrupts;
-    QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::cancelAllAndClose);
+    QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::closeAtOnce);
     QObject::connect(&instance, &SingleInstance::handedOver, &window, &MainWindow::takeOver);
     window.show();
     window.takeOver(commandLine.addresses);

@@ -1,3 +1,4 @@
+#include "hosts/desk/model/AddressList.h"
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/model/ProgramLog.h"
 #include "hosts/desk/model/StreamTableModel.h"
@@ -380,8 +381,9 @@ void DeskModelTest::addresses_data()
     row("text", "", " https://x/y \n", "https://x/y");
     row("mended", "", "www.x/y", "https://www.x/y");
     row("local file", "file:///etc/passwd");
-    row("prose", "", "see https://x/y");
-    row("two", "", "https://x/y https://x/z");
+    row("prose", "", "see (https://x/y), and <https://x/a_(b)>.", "https://x/y https://x/a_(b)");
+    row("lines", "", "https://x/y\n# example.org/watch?v=1\nhttps://x/y\n", "https://x/y https://example.org/watch?v=1");
+    row("no addresses", "", "setup.py, e.g. 1.5/2 a@b.org/c");
     row("prose that begins so", "", "http://" + QByteArray(5000, 'x'));
     row("nothing", "");
 }
@@ -396,7 +398,7 @@ void DeskModelTest::addresses()
     } else if (!text.isEmpty()) {
         data.setText(text);
     }
-    QTEST(AddressOffer::addressIn(&data), "address");
+    QTEST(AddressList::in(&data).join(QLatin1Char(' ')), "address");
 }
 
 void DeskModelTest::offer()
@@ -407,15 +409,15 @@ void DeskModelTest::offer()
     QSignalSpy changes(&offer, &AddressOffer::changed);
     clipboard.setText("http://x/1"_s);
     QTRY_COMPARE(changes.size(), 1);
-    QCOMPARE(offer.address(), "http://x/1"_s);
+    QCOMPARE(offer.addresses(), QStringList("http://x/1"_s));
     offer.setKnown(" http://x/1"_s);
-    QCOMPARE(offer.address(), QString());
+    QCOMPARE(offer.addresses(), QStringList());
     offer.setKnown(QString());
-    QCOMPARE(offer.address(), "http://x/1"_s);
+    QCOMPARE(offer.addresses(), QStringList("http://x/1"_s));
     offer.dismiss();
-    QCOMPARE(offer.address(), QString());
+    QCOMPARE(offer.addresses(), QStringList());
     offer.check();
-    QCOMPARE(offer.address(), QString());
+    QCOMPARE(offer.addresses(), QStringList());
 }
 
 void DeskModelTest::possibleRequests()

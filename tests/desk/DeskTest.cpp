@@ -16,6 +16,7 @@ void DeskTest::init()
     HostSandbox::installStandIns();
     static const QByteArray path = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(m_stage->path("bin"_s)) + ':' + path);
+    qputenv("XDG_STATE_HOME", QFile::encodeName(m_stage->path("state"_s)));
     qunsetenv("NOX_OPENED");
     installScript("xdg-open"_s, R"(printf '%s\n' "$1" >>"$NOX_STAGE/opened"; exit "${NOX_OPENED:-0}")"_s);
     QGuiApplication::clipboard()->clear();

@@ -28,6 +28,7 @@ public:
     void setPage(const QString &url, const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams);
 
     void setFolder(const QString &folder);           ///< Sets where files are proposed.
+    void setSound(Nox::SoundFormat sound);           ///< Sets what sound without a picture becomes.
     void setTaken(const QStringList &paths);         ///< Tells what other downloads are going to make.
     void setSize(const QString &code, qint64 bytes); ///< Tells the size of a stream.
 
@@ -85,6 +86,7 @@ private:
     Nox::WebMediaInfo m_page;
     Nox::StreamChoice m_streams;
     QString m_folder;
+    Nox::SoundFormat m_sound = Nox::SoundFormat::AsIs;
     QStringList m_taken;
     QHash<QString, qint64> m_sizes;
     Nox::MediaProfile m_stream;          // its preferred audio code is the chosen one

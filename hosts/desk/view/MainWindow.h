@@ -30,11 +30,14 @@ public:
     /** Reads the page at @p address, as if the user had typed it. */
     void read(const QString &address);
 
-    /** Another start of the program has handed over these addresses: brings the window up, and reads the page. */
+    /** Reads the page of a single address; several are read and downloaded one after the other. */
+    void use(const QStringList &addresses);
+
+    /** Another start of the program has handed over these addresses: brings the window up, and uses them. */
     void takeOver(const QStringList &addresses);
 
-    /** Stops all that runs, and closes when nothing of it is left. */
-    void cancelAllAndClose();
+    /** Closes without a question. What runs can be gone on with at the next start. */
+    void closeAtOnce();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -46,7 +49,9 @@ private:
     void layOut();
     void addShortcuts();
     void addMenu();
-    void pasteAddress();
+    void useText(const QString &text);
+    void openList();
+    void askToRepeat();
     void applySettings();
     void notice(const QString &title, const QString &words);
     void showProgress();
@@ -69,7 +74,7 @@ private:
     Notifier *m_notifier;
     TaskbarProgress m_taskbar;
     QPointer<QMessageBox> m_question;
-    bool m_isClosing = false;
+    bool m_isClosing = false; // without a question
 };
 
 } // namespace NoxDesk

@@ -38,7 +38,11 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     , m_withoutConversion(newBox(tr("&MP4 without conversion, where there is one"), QStringLiteral("withoutConversion"),
                                  settings.preferences().stream.withoutConversion))
     , m_soundOnly(newBox(tr("S&ound only"), QStringLiteral("soundOnly"), settings.preferences().stream.soundOnly))
+    , m_mp3(newBox(tr("Save sound without a picture as MP&3, which encodes it anew"), QStringLiteral("mp3"),
+                   settings.preferences().makesMp3))
     , m_parallel(new QSpinBox)
+    , m_goesOn(newBox(tr("&Go on with unfinished downloads when the program starts"), QStringLiteral("goesOnAtStart"),
+                      settings.preferences().goesOnAtStart))
     , m_clipboard(newBox(tr("Offer addresses on the &clipboard"), QStringLiteral("offersClipboard"),
                          settings.preferences().offersClipboard))
     , m_limitRate(new QLineEdit(m_toolSettings.value(ToolSettings::limitRate)))
@@ -97,11 +101,13 @@ void PreferencesDialog::addStreams(QFormLayout &form)
     form.addRow(tr("&Quality proposed:"), m_lines);
     form.addRow(QString(), m_withoutConversion);
     form.addRow(QString(), m_soundOnly);
+    form.addRow(QString(), m_mp3);
     m_parallel->setObjectName(QStringLiteral("parallel"));
     m_parallel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_parallel->setRange(Preferences::leastParallel, Preferences::mostParallel);
     m_parallel->setValue(m_settings.preferences().parallelDownloads);
     form.addRow(tr("Downloads at a &time:"), m_parallel);
+    form.addRow(QString(), m_goesOn);
 }
 
 void PreferencesDialog::addAddresses(QFormLayout &form)
@@ -252,6 +258,8 @@ void PreferencesDialog::accept()
         {{m_lines->currentData().toInt(), m_withoutConversion->isChecked(), m_soundOnly->isChecked()},
          m_parallel->value(),
          m_clipboard->isChecked(),
+         m_goesOn->isChecked(),
+         m_mp3->isChecked(),
          m_toolFile->text().trimmed()});
     QDialog::accept();
 }

@@ -51,7 +51,9 @@ private:
     QComboBox *m_lines;
     QCheckBox *m_withoutConversion;
     QCheckBox *m_soundOnly;
+    QCheckBox *m_mp3;
     QSpinBox *m_parallel;
+    QCheckBox *m_goesOn;
     QCheckBox *m_clipboard;
     QLineEdit *m_limitRate;
     QLineEdit *m_proxy;
