@@ -1,7 +1,5 @@
 #include "hosts/desk/model/Desk.h"
 
-#include <nox/jobs/Destination.h>
-
 #include <QFileInfo>
 #include <QSet>
 
@@ -29,7 +27,10 @@ Desk::Desk(const QString &logFolder, QObject *parent)
     connect(&m_downloads, &DownloadListModel::ended, this, &Desk::onEnded);
     connect(&m_downloads, &DownloadListModel::countsChanged, this, &Desk::watchLog);
     connect(&m_reader, &PageReader::stateChanged, this, &Desk::watchLog);
-    m_downloads.setChooser([this](const Nox::PageJob &page) { return choose(page); });
+    m_downloads.setChooser([this](const Nox::PageJob &page) {
+        m_saveTimer.start(); // it will be known what is downloaded
+        return choose(page);
+    });
     restoreDownloads();
 }
 
@@ -63,7 +64,7 @@ DownloadRequest Desk::choose(const Nox::PageJob &page) const
     const Nox::MediaProfile stream = streams.withAudio(preferences.stream.pick(streams));
     const Nox::SoundFormat sound = preferences.makesMp3 ? Nox::SoundFormat::Mp3 : Nox::SoundFormat::AsIs;
     const QString file =
-        Nox::Destination::proposed(page.page(), stream, m_settings.folder(), m_downloads.activeFiles(), sound);
+        DownloadPlan::proposed(page.page(), stream, m_settings.folder(), m_downloads.activeFiles(), sound);
     return {page.url(), stream, file, page.page().getDuration(), sound};
 }
 

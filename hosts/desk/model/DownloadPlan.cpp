@@ -142,8 +142,13 @@ QString DownloadPlan::destination() const
         return QDir::toNativeSeparators(numberedOnce(Destination::free(chosenPath(), m_taken), m_taken));
     if (!m_stream.isValid())
         return {};
-    const QString proposed = Destination::proposed(m_page, m_stream, m_folder, m_taken, m_sound);
-    return QDir::toNativeSeparators(numberedOnce(proposed, m_taken));
+    return QDir::toNativeSeparators(proposed(m_page, m_stream, m_folder, m_taken, m_sound));
+}
+
+QString DownloadPlan::proposed(const Nox::WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
+                               const QStringList &taken, Nox::SoundFormat sound)
+{
+    return numberedOnce(Destination::proposed(page, stream, folder, taken, sound), taken);
 }
 
 /** The path that the user has chosen, with the stream's suffix where it has none. */

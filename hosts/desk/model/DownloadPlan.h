@@ -70,6 +70,10 @@ public:
     /** What the user means by @p text, which may be relative to @p folder or begin with "~/"; empty without a text. */
     static QString absolutePath(const QString &text, const QString &folder);
 
+    /** As Nox::Destination::proposed(), but a name that ends in a number gets no second one. */
+    static QString proposed(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream, const QString &folder,
+                            const QStringList &taken, Nox::SoundFormat sound);
+
     /** Whether a download can begin. */
     bool isComplete() const;
 
