@@ -118,7 +118,7 @@ void download(const Place &place)
 void fetch(const Place &place)
 {
     runBare({place.program("nox-fetch").toStdString(), "-q", "--pycache", place.file("pycache").toStdString(), "-f",
-             videoCode, "-a", audioCode, "-o", place.file("clip.mp4").toStdString(), place.url().toStdString()});
+             videoCode, "-A", audioCode, "-o", place.file("clip.mp4").toStdString(), place.url().toStdString()});
 }
 
 // The same work by hand: both streams, then the joining, then the files that are not wanted any more.

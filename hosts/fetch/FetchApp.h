@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/common/LibraryLog.h"
+#include "hosts/fetch/ItemLister.h"
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/PageRun.h"
 
@@ -8,6 +9,7 @@
 #include <nox/jobs/ToolVersionJob.h>
 
 #include <QObject>
+#include <QStringList>
 
 #include <memory>
 
@@ -34,8 +36,16 @@ Q_SIGNALS:
     void ended(int exitCode);
 
 private:
-    void startPage();
+    void startNext();
+    void startAddress();
+    void startItem();
+    void startPage(const PageRun::Task &task);
     void onPageEnded(int exitCode);
+    void onListed();
+    bool showItems();
+    void count(const QString &url, int exitCode, const QString &message = {});
+    void refuse(const QString &url, int exitCode, const QString &message, const QString &details = {});
+    void finish();
     void askVersion();
     void onVersion();
     void fail(int exitCode, const QString &message, const QString &details = {});
@@ -46,8 +56,14 @@ private:
     Nox::ToolSetup m_tools;
     Nox::ToolVersionJob m_version;
     std::unique_ptr<PageRun> m_page;
-    int m_pageNumber = 0;
+    PageRun::Task m_task;                 // of m_page
+    std::unique_ptr<ItemLister> m_lister; // of the last address, where videos of it are asked for
+    QList<Nox::PlaylistEntry> m_items;    // those that have been listed and not begun
+    int m_addressNumber = 0;              // of the last address, counted from 1
+    int m_doneCount = 0;
+    QStringList m_failures; // one line for each page that failed
     bool m_isInterrupted = false;
+    bool m_hasStopped = false; // what ran last, for that
     int m_exitCode = 0; // of the first page that failed
 };
 

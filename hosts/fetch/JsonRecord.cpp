@@ -46,19 +46,19 @@ QJsonObject streamObject(const Nox::MediaProfile &stream, Nox::Conversion::Kind 
     return object;
 }
 
-QJsonObject choiceObject(const Nox::StreamChoice &streams)
+QJsonObject choiceObject(const Nox::StreamChoice &streams, const Nox::StreamPreference &preference)
 {
-    const Nox::MediaProfile best = streams.best();
+    const Nox::MediaProfile best = preference.pick(streams);
     QJsonObject object{{QStringLiteral("format"), best.getName()}};
-    const Nox::MediaProfile companion = streams.audioFor(best);
-    if (companion.isValid())
-        object.insert(QStringLiteral("audio"), companion.getName());
+    if (const Nox::MediaProfile audio = streams.audioFor(best); audio.isValid())
+        object.insert(QStringLiteral("audio"), audio.getName());
     return object;
 }
 
 } // namespace
 
-QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams)
+QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams,
+                   const Nox::StreamPreference &preference)
 {
     QJsonArray array;
     const QList<Nox::MediaProfile> all = streams.all();
@@ -71,7 +71,7 @@ QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &strea
         {QStringLiteral("duration"), page.getDuration()},
         {QStringLiteral("thumbnail"), page.getThumbnailUrl()},
         {QStringLiteral("streams"), array},
-        {QStringLiteral("choice"), choiceObject(streams)},
+        {QStringLiteral("choice"), choiceObject(streams, preference)},
     };
     return QString::fromUtf8(QJsonDocument(record).toJson(QJsonDocument::Indented)).trimmed();
 }

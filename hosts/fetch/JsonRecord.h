@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/StreamPreference.h>
 #include <nox/model/WebMediaInfo.h>
 
 #include <QString>
@@ -8,6 +9,7 @@
 namespace NoxFetch {
 
 /** What is known of @p page as a JSON document: the page, its streams best first, and the choice. */
-QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams);
+QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams,
+                   const Nox::StreamPreference &preference);
 
 } // namespace NoxFetch

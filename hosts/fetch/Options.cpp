@@ -1,5 +1,6 @@
 #include "hosts/fetch/Options.h"
 
+#include "hosts/fetch/AddressFile.h"
 #include "hosts/fetch/ExitCode.h"
 
 #include <nox/jobs/Destination.h>
@@ -21,7 +22,7 @@ QString description()
     return QStringLiteral("Downloads the videos of web pages. Without options: the best stream that is saved without\n"
                           "conversion, joined with the audio that goes with it, into a file named after the page's\n"
                           "title. Prints the file's path. Several pages are taken one after the other.\n"
-                          "With -f, -a and -o nothing is looked up on the page, which saves one run of the tool.\n"
+                          "With -f, -A and -o nothing is looked up on the page, which saves one run of the tool.\n"
                           "\n"
                           "Exit code: 0 done, 1 page not readable, 2 wrong usage, 3 download failed, 130 interrupted;\n"
                           "of several pages that of the first that failed.");
@@ -31,11 +32,19 @@ QList<QCommandLineOption> optionList()
 {
     const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
     return {
-        {{text("l"), text("list")}, text("Show the streams in a table; download nothing.")},
+        {{text("l"), text("list")}, text("Show the streams in a table; with --items the page's videos. No download.")},
         {text("json"), text("Print what is known of the page as JSON; download nothing.")},
         {{text("f"), text("format")}, text("Download the stream with this code."), text("CODE")},
-        {{text("a"), text("audio")}, text("Join the video with the sound of the stream with this code."), text("CODE")},
+        {{text("A"), text("audio")}, text("Join the video with the sound of the stream with this code."), text("CODE")},
         {text("no-audio"), text("Leave a video without sound as it is.")},
+        {text("max-height"), text("Take no picture that is higher, where there is another."), text("LINES")},
+        {text("mp3"), text("Save the sound alone, as MP3.")},
+        {text("items"), text("Videos of a page with several, such as 2,5-7 or all."), text("LIST")},
+        {{text("a"), text("batch-file")},
+         text("Take the addresses of this file, one a line; - for standard input."),
+         text("FILE")},
+        {{text("c"), text("continue")},
+         text("Keep what has been fetched of a download that stops, and go on with it.")},
         {{text("o"), text("output")}, text("File to make; it must not exist."), text("FILE")},
         {{text("P"), text("folder")}, text("Folder for the files (default: the working folder)."), text("DIR")},
         {text("tool"), text("The download tool (default: your own, or else yt.zip beside this program)."),
@@ -63,50 +72,82 @@ CommandLine refused(const QString &reason)
     return ended(UsageError, reason + QStringLiteral("\nTry --help."));
 }
 
-Options optionsFrom(const QCommandLineParser &parser)
+/** A parsed command line, asked by names in Latin-1. */
+class Parsed
 {
-    const auto isSet = [&parser](const char *name) { return parser.isSet(QString::fromLatin1(name)); };
-    const auto value = [&parser](const char *name) { return parser.value(QString::fromLatin1(name)); };
+public:
+    explicit Parsed(const QCommandLineParser &parser)
+        : m_parser(parser)
+    {
+    }
+
+    bool isSet(const char *name) const { return m_parser.isSet(QString::fromLatin1(name)); }
+    QString value(const char *name) const { return m_parser.value(QString::fromLatin1(name)); }
+    QStringList addresses() const { return m_parser.positionalArguments(); }
+
+    /** A sentence about two options of which both are set; empty when that is allowed. */
+    QString conflict() const;
+
+private:
+    const QCommandLineParser &m_parser;
+};
+
+QString Parsed::conflict() const
+{
+    constexpr std::pair<const char *, const char *> pairs[] = {
+        {"list", "json"},         {"audio", "no-audio"}, {"verbose", "quiet"},     {"mp3", "audio"},
+        {"format", "max-height"}, {"items", "output"},   {"batch-file", "output"},
+    };
+    for (const auto &[first, second] : pairs)
+        if (isSet(first) && isSet(second))
+            return QStringLiteral("--%1 and --%2 exclude each other.").arg(QLatin1String(first), QLatin1String(second));
+    return {};
+}
+
+Options optionsFrom(const Parsed &line)
+{
     Options options;
-    options.mode = isSet("tool-version") ? Options::Mode::ToolVersion
-        : isSet("json")                  ? Options::Mode::Json
-        : isSet("list")                  ? Options::Mode::List
-                                         : Options::Mode::Download;
-    const QStringList addresses = parser.positionalArguments();
+    options.mode = line.isSet("tool-version") ? Options::Mode::ToolVersion
+        : line.isSet("json")                  ? Options::Mode::Json
+        : line.isSet("list")                  ? Options::Mode::List
+                                              : Options::Mode::Download;
+    const QStringList addresses = line.addresses();
     for (const QString &address : addresses)
         options.urls += Nox::UrlCheck::corrected(address);
-    options.formatCode = value("format");
-    options.audioCode = value("audio");
-    options.noAudio = isSet("no-audio");
-    options.folder = QDir::cleanPath(QDir::current().absoluteFilePath(value("folder")));
-    options.output = isSet("output") ? QDir(options.folder).absoluteFilePath(value("output")) : QString();
-    options.toolFile = value("tool");
-    options.pycacheFolder = value("pycache");
-    options.logFile = value("log");
-    options.verbose = isSet("verbose");
-    options.quiet = isSet("quiet");
+    options.items = ItemSelection::fromText(line.value("items"));
+    options.formatCode = line.value("format");
+    options.audioCode = line.value("audio");
+    options.noAudio = line.isSet("no-audio");
+    options.preference.maximumHeight = line.value("max-height").toInt();
+    options.preference.soundOnly = line.isSet("mp3");
+    options.sound = line.isSet("mp3") ? Nox::SoundFormat::Mp3 : Nox::SoundFormat::AsIs;
+    options.keepsParts = line.isSet("continue");
+    options.folder = QDir::cleanPath(QDir::current().absoluteFilePath(line.value("folder")));
+    options.output = line.isSet("output") ? QDir(options.folder).absoluteFilePath(line.value("output")) : QString();
+    options.toolFile = line.value("tool");
+    options.pycacheFolder = line.value("pycache");
+    options.logFile = line.value("log");
+    options.verbose = line.isSet("verbose");
+    options.quiet = line.isSet("quiet");
     return options;
 }
 
-QString conflict(const QCommandLineParser &parser)
+/** What is wrong with the options, as far as the files do not tell; empty when nothing is. */
+QString errorIn(const Parsed &line)
 {
-    const auto isSet = [&parser](const char *name) { return parser.isSet(QString::fromLatin1(name)); };
-    const auto value = [&parser](const char *name) { return parser.value(QString::fromLatin1(name)); };
-    if (isSet("list") && isSet("json"))
-        return QStringLiteral("--list and --json exclude each other.");
-    if (isSet("audio") && isSet("no-audio"))
-        return QStringLiteral("--audio and --no-audio exclude each other.");
-    if (isSet("verbose") && isSet("quiet"))
-        return QStringLiteral("--verbose and --quiet exclude each other.");
-    if (value("output") == QLatin1String("-"))
+    for (const char *name : {"format", "audio", "output", "folder", "tool", "pycache", "log", "batch-file"})
+        if (line.isSet(name) && line.value(name).isEmpty())
+            return QStringLiteral("--%1 needs a value.").arg(QString::fromLatin1(name));
+    if (line.value("output") == QLatin1String("-"))
         return QStringLiteral(
             "Standard output cannot take the file, which ffmpeg has to write to the disk: name a file.");
-    if (isSet("output") && parser.positionalArguments().size() > 1)
+    if (line.isSet("output") && line.addresses().size() > 1)
         return QStringLiteral("--output names one file: give one address with it, or use --folder.");
-    for (const char *name : {"format", "audio", "output", "folder", "tool", "pycache", "log"})
-        if (isSet(name) && value(name).isEmpty())
-            return QStringLiteral("--%1 needs a value.").arg(QString::fromLatin1(name));
-    return {};
+    if (line.isSet("items") && !ItemSelection::fromText(line.value("items")))
+        return QStringLiteral("--items takes numbers from 1 and ranges, such as 2,5-7, or all.");
+    if (line.isSet("max-height") && line.value("max-height").toInt() <= 0)
+        return QStringLiteral("--max-height takes a number of lines, such as 720.");
+    return line.conflict();
 }
 
 QString destinationErrorString(const Options &options)
@@ -136,17 +177,24 @@ CommandLine CommandLine::read(const QStringList &arguments)
         return ended(Done, parser.helpText().trimmed());
     if (parser.isSet(QStringLiteral("version")))
         return ended(Done, QStringLiteral("nox-fetch " NOX_FETCH_VERSION));
-    if (const QString message = conflict(parser); !message.isEmpty())
+    const Parsed line(parser);
+    if (const QString message = errorIn(line); !message.isEmpty())
         return refused(message);
     CommandLine result;
-    result.options = optionsFrom(parser);
+    result.options = optionsFrom(line);
     if (result.options.mode == Options::Mode::ToolVersion)
         return result;
-    if (result.options.urls.isEmpty())
-        return refused(QStringLiteral("Give at least one address."));
     for (const QString &url : std::as_const(result.options.urls))
         if (const QString message = Nox::UrlCheck::errorString(url); !message.isEmpty())
             return refused(result.options.urls.size() == 1 ? message : QStringLiteral("\"%1\": %2").arg(url, message));
+    if (const QString name = line.value("batch-file"); !name.isEmpty()) {
+        const AddressFile file = AddressFile::read(name);
+        if (!file.errorString.isEmpty())
+            return refused(file.errorString);
+        result.options.urls += file.urls;
+    }
+    if (result.options.urls.isEmpty())
+        return refused(QStringLiteral("Give at least one address."));
     if (result.options.mode == Options::Mode::Download)
         if (const QString message = destinationErrorString(result.options); !message.isEmpty())
             return ended(UsageError, message);

@@ -1,5 +1,10 @@
 #pragma once
 
+#include "hosts/fetch/ItemSelection.h"
+
+#include <nox/jobs/SoundFormat.h>
+#include <nox/jobs/StreamPreference.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -12,15 +17,19 @@ struct Options {
     enum class Mode { Download, List, Json, ToolVersion };
 
     Mode mode = Mode::Download;
-    QStringList urls;   ///< At least one, but for Mode::ToolVersion.
-    QString formatCode; ///< Empty for the best stream.
-    QString audioCode;  ///< Empty for the best companion.
+    QStringList urls;                   ///< At least one, but for Mode::ToolVersion. Those of a file may be none.
+    std::optional<ItemSelection> items; ///< Which videos of a page; nothing for the page's own choice.
+    QString formatCode;                 ///< Empty for the best stream.
+    QString audioCode;                  ///< Empty for the best companion.
     bool noAudio = false;
-    QString folder;        ///< Absolute path of the folder for files that are named after the title.
-    QString output;        ///< Absolute path, or empty for a name from the title.
-    QString toolFile;      ///< Empty for the default.
-    QString pycacheFolder; ///< Empty for the default.
-    QString logFile;       ///< Empty for none.
+    Nox::StreamPreference preference; ///< Where no code says otherwise.
+    Nox::SoundFormat sound = Nox::SoundFormat::AsIs;
+    bool keepsParts = false; ///< What has been fetched stays, and the next run goes on with it.
+    QString folder;          ///< Absolute path of the folder for files that are named after the title.
+    QString output;          ///< Absolute path, or empty for a name from the title.
+    QString toolFile;        ///< Empty for the default.
+    QString pycacheFolder;   ///< Empty for the default.
+    QString logFile;         ///< Empty for none.
     bool verbose = false;
     bool quiet = false;
 };

@@ -14,15 +14,15 @@ namespace NoxFetch {
 
 using Nox::DownloadJob;
 
-PageRun::PageRun(const Options &options, const QString &url, const Nox::ToolSetup &tools, Console &console,
+PageRun::PageRun(const Options &options, const Task &task, const Nox::ToolSetup &tools, Console &console,
                  QObject *parent)
     : QObject(parent)
     , m_options(options)
-    , m_url(url)
+    , m_task(task)
     , m_tools(tools)
     , m_console(console)
     , m_progress(console)
-    , m_page(url, tools)
+    , m_page(task.url, tools)
 {
     connect(&m_page, &Nox::Job::finished, this, &PageRun::onPageRead);
 }
@@ -39,7 +39,9 @@ void PageRun::start()
 
 void PageRun::interrupt()
 {
-    if (m_download != nullptr)
+    if (m_download != nullptr && m_options.keepsParts)
+        m_download->pause();
+    else if (m_download != nullptr)
         m_download->cancel();
     else
         m_page.cancel();
@@ -55,15 +57,15 @@ void PageRun::onPageRead()
     const QStringList warnings = m_page.warnings();
     for (const QString &warning : warnings)
         m_console.note(warning);
-    const Nox::WebMediaInfo page = m_page.page();
+    Nox::WebMediaInfo page = m_page.page();
     const Nox::StreamChoice streams = m_page.streams();
-    showPage(page);
+    showPage();
     switch (m_options.mode) {
     case Options::Mode::Json:
-        printDescription(jsonRecord(page, streams));
+        printDescription(jsonRecord(page, streams, m_options.preference));
         return;
     case Options::Mode::List:
-        printDescription(streamTable(streams));
+        printDescription(streamTable(streams, m_options.preference));
         return;
     case Options::Mode::Download:
     case Options::Mode::ToolVersion:
@@ -78,16 +80,20 @@ void PageRun::onPageRead()
     const QString warning = Nox::Conversion::warning(request.conversion, request.stream, page.getDuration());
     if (!warning.isEmpty())
         m_console.note(warning);
+    page.setFileName(m_task.prefix + page.getFileName());
     startDownload(request,
-                  m_options.output.isEmpty() ? Nox::Destination::proposed(page, request.stream, m_options.folder)
-                                             : m_options.output);
+                  m_options.output.isEmpty()
+                      ? Nox::Destination::proposed(page, request.stream, m_options.folder, {}, m_options.sound)
+                      : m_options.output);
 }
 
 void PageRun::startDownload(const StreamRequest &request, const QString &destination)
 {
     m_console.note(QStringLiteral("Fetching %1").arg(request.text()));
-    m_download = std::make_unique<DownloadJob>(m_url, request.stream, destination, m_tools);
+    m_download = std::make_unique<DownloadJob>(m_task.url, request.stream, destination, m_tools);
     m_download->setDuration(request.duration);
+    m_download->setKeepsParts(m_options.keepsParts);
+    m_download->setSoundFormat(m_options.sound);
     connect(m_download.get(), &DownloadJob::phaseChanged, this, &PageRun::showPhase);
     connect(m_download.get(), &DownloadJob::figuresChanged, &m_progress, &ProgressReporter::advance);
     connect(m_download.get(), &DownloadJob::waitingTextChanged, this, [this] {
@@ -122,6 +128,8 @@ void PageRun::onDownloaded()
 {
     m_progress.stop();
     const QString file = m_download->filePath();
+    if (m_download->hasParts())
+        m_console.note(QStringLiteral("What has been fetched is kept: the same command goes on with it."));
     if (m_download->error() != Nox::Job::NoError)
         endWithError(DownloadFailed, *m_download);
     else if (m_console.result(file))
@@ -132,11 +140,18 @@ void PageRun::onDownloaded()
                  .arg(file));
 }
 
-void PageRun::showPage(const Nox::WebMediaInfo &page)
+void PageRun::showPage()
 {
-    const QString duration = Nox::TransferFigures::timeText(page.getDuration());
+    const qint64 seconds = m_page.page().getDuration();
+    const QString duration = Nox::TransferFigures::timeText(seconds);
     if (const QString title = m_page.title(); !title.isEmpty())
-        m_console.note(page.getDuration() > 0 ? QStringLiteral("%1 (%2)").arg(title, duration) : title);
+        m_console.note(seconds > 0 ? QStringLiteral("%1 (%2)").arg(title, duration) : title);
+    const int count = m_page.videoCount();
+    if (count == 1 || m_options.items)
+        return;
+    const QString kind = m_page.isInParts() ? QStringLiteral("parts of a video") : QStringLiteral("videos");
+    m_console.note(QStringLiteral("1 of %1 %2; --items takes others, and \"--list --items all\" shows which there are")
+                       .arg(count > 0 ? QString::number(count) : QStringLiteral("several"), kind));
 }
 
 void PageRun::printDescription(const QString &text)
@@ -150,7 +165,7 @@ void PageRun::printDescription(const QString &text)
 /** Ends after a @p job that did not succeed; @p exitCode is for a failure. */
 void PageRun::endWithError(int exitCode, const Nox::Job &job)
 {
-    if (job.error() == Nox::Job::Cancelled) {
+    if (job.error() == Nox::Job::Cancelled || job.error() == Nox::Job::Paused) {
         m_console.note(QStringLiteral("Interrupted."));
         Q_EMIT ended(Interrupted);
     } else {
@@ -161,7 +176,8 @@ void PageRun::endWithError(int exitCode, const Nox::Job &job)
 void PageRun::fail(int exitCode, const QString &message, const QString &details)
 {
     m_progress.stop();
-    m_console.error(m_options.urls.size() == 1 ? message : QStringLiteral("%1: %2").arg(m_url, message), details);
+    m_errorString = message;
+    m_console.error(m_task.isOneOf ? QStringLiteral("%1: %2").arg(m_task.url, message) : message, details);
     Q_EMIT ended(exitCode);
 }
 

@@ -22,8 +22,14 @@ class PageRun : public QObject
     Q_OBJECT
 
 public:
-    /** @param url one of the addresses in @p options */
-    PageRun(const Options &options, const QString &url, const Nox::ToolSetup &tools, Console &console,
+    /** Which page it is. */
+    struct Task {
+        QString url;
+        QString prefix;       ///< In front of a file's name that comes from the page's title.
+        bool isOneOf = false; ///< Of several pages, so that errors name theirs.
+    };
+
+    PageRun(const Options &options, const Task &task, const Nox::ToolSetup &tools, Console &console,
             QObject *parent = nullptr);
 
     /** Begins; ended() follows. */
@@ -31,6 +37,8 @@ public:
 
     /** Stops whatever runs; ended() follows. */
     void interrupt();
+
+    QString errorString() const { return m_errorString; } ///< What went wrong; empty when nothing did.
 
 Q_SIGNALS:
     /** All is done, for better or worse. */
@@ -41,13 +49,14 @@ private:
     void startDownload(const StreamRequest &request, const QString &destination);
     void showPhase();
     void onDownloaded();
-    void showPage(const Nox::WebMediaInfo &page);
+    void showPage();
     void printDescription(const QString &text);
     void endWithError(int exitCode, const Nox::Job &job);
     void fail(int exitCode, const QString &message, const QString &details = {});
 
     Options m_options;
-    QString m_url;
+    Task m_task;
+    QString m_errorString;
     Nox::ToolSetup m_tools;
     Console &m_console;
     ProgressReporter m_progress;

@@ -57,15 +57,17 @@ StreamRequest StreamRequest::choose(const Options &options, const Nox::StreamCho
         return refused(reason.arg(Nox::TextSanitizer::line(options.audioCode), codesOf(streams.audio())));
     }
     StreamRequest request;
-    if (!options.formatCode.isEmpty())
-        request.stream = streams.find(options.formatCode);
-    else
-        request.stream = audio.isValid() ? streams.bestFor(audio) : streams.best();
+    request.stream =
+        options.formatCode.isEmpty() ? options.preference.pick(streams, audio) : streams.find(options.formatCode);
     if (!request.stream.isValid() && options.formatCode.isEmpty())
         return refused(QStringLiteral("The page has no video without sound: --audio does not apply to it."));
     if (!request.stream.isValid()) {
         return refused(QStringLiteral("The page has no stream with the code \"%1\"; it has: %2")
                            .arg(options.formatCode, codesOf(streams.all())));
+    }
+    if (options.sound == Nox::SoundFormat::Mp3 && request.stream.getMediaType() != Nox::MEDIA_TYPE_AUDIO) {
+        return refused(QStringLiteral("Stream \"%1\" is no stream of sound alone: --mp3 does not apply to it.")
+                           .arg(Nox::TextSanitizer::line(request.stream.getName())));
     }
     if (audio.isValid() && !StreamChoice::needsAudio(request.stream)) {
         return refused(QStringLiteral("Stream \"%1\" is no video without sound: --audio does not apply to it.")

@@ -44,9 +44,9 @@ QString joined(const QStringList &cells, const QVector<int> &widths)
 
 } // namespace
 
-QString streamTable(const Nox::StreamChoice &streams)
+QString streamTable(const Nox::StreamChoice &streams, const Nox::StreamPreference &preference)
 {
-    const MediaProfile best = streams.best();
+    const MediaProfile best = preference.pick(streams);
     const QStringList chosen{best.getName(), streams.audioFor(best).getName()};
     QVector<QStringList> rows{{QString(), QStringLiteral("CODE"), QStringLiteral("KIND"), QStringLiteral("CONTAINER"),
                                QStringLiteral("QUALITY"), QStringLiteral("SIZE"), QStringLiteral("DASH/3D"),

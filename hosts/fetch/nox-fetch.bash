@@ -12,7 +12,7 @@ _nox_fetch()
     fi
     previous=${previous%=}
     case $previous in
-        -o | --output | --tool | --log)
+        -a | --batch-file | -o | --output | --tool | --log)
             mapfile -t COMPREPLY < <(compgen -f -- "$word")
             return
             ;;
@@ -20,13 +20,13 @@ _nox_fetch()
             mapfile -t COMPREPLY < <(compgen -d -- "$word")
             return
             ;;
-        -f | --format | -a | --audio)
+        -f | --format | -A | --audio | --items | --max-height)
             return
             ;;
     esac
     if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "-l --list --json -f --format -a --audio --no-audio -o --output -P --folder
-            --tool --pycache --log -v --verbose -q --quiet -h --help --version --tool-version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "-l --list --json -f --format -A --audio --no-audio --max-height --mp3 --items
+            -a --batch-file -c --continue -o --output -P --folder --tool --pycache --log -v --verbose -q --quiet -h --help --version --tool-version" -- "$word")
     fi
 }
 

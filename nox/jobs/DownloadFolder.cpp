@@ -4,6 +4,7 @@
 #include <nox/jobs/PartsFolder.h>
 #include <nox/util/FileRename.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QStorageInfo>
@@ -33,11 +34,22 @@ QString lockFile(const QString &path)
     return path + QStringLiteral("/.lock");
 }
 
-/** The lock of the folder @p path. It does not become free by age: downloads may take days. */
+/**
+ * The lock of the folder @p path. It does not become free by age: downloads may take days. A power cut can leave it
+ * without its text, which is written right after it has been made.
+ */
 std::unique_ptr<QLockFile> lockOf(const QString &path)
 {
+    constexpr int writingSeconds = 60;
     auto lock = std::make_unique<QLockFile>(lockFile(path));
     lock->setStaleLockTime(0);
+    const QFileInfo file(lockFile(path));
+    const bool isOld = file.exists() && file.lastModified().secsTo(QDateTime::currentDateTime()) > writingSeconds;
+    qint64 process = 0;
+    QString host;
+    QString program;
+    if (isOld && !lock->getLockInfo(&process, &host, &program))
+        QFile::remove(file.filePath());
     return lock;
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int mebibyte = 1024 * 1024;
 constexpr int longestLine = 4 * mebibyte;
-constexpr qint64 mostOutput = 256LL * mebibyte;
+constexpr qint64 mostOutput = 64LL * mebibyte;
 constexpr int mostErrors = 16 * 1024;
 
 QString quoted(QString argument)

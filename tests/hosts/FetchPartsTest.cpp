@@ -1,3 +1,5 @@
+#include "hosts/fetch/AddressFile.h"
+#include "hosts/fetch/ItemSelection.h"
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/ProgressLine.h"
 #include "tests/util/Rows.h"
@@ -21,6 +23,8 @@ private Q_SLOTS:
     void commandLines_data();
     void commandLines();
     void allOptions();
+    void items();
+    void addressFile();
     void documents();
     void completion();
     void statusLines();
@@ -46,7 +50,19 @@ void FetchPartsTest::commandLines_data()
     row("-f", 2, "value");
     row("-f= http://a/", 2, "--format needs");
     row("-l --json http://a/", 2, "exclude");
-    row("-a 1 --no-audio http://a/", 2, "exclude");
+    row("-A 1 --no-audio http://a/", 2, "exclude");
+    row("-f 1 --max-height 9 http://a/", 2, "exclude");
+    row("--mp3 -A 1 http://a/", 2, "exclude");
+    row("--items all -o x http://a/", 2, "exclude");
+    row("--max-height -5 http://a/", 2, "720");
+    row("--max-height 720p http://a/", 2, "720");
+    row("--items 0 http://a/", 2, "2,5-7");
+    row("--items 5-2 http://a/", 2, "2,5-7");
+    row("--items 1,,2 http://a/", 2, "2,5-7");
+    row("--items 99999999 http://a/", 2, "2,5-7");
+    row("-a /none/list", 2, "\"/none/list\" cannot be read: No such file");
+    row("-a 140 -f 137 http://a/", 2, "chosen by -A");
+    row("-a /dev/null http://a/", 2, "holds no address");
     row("-v -q http://a/", 2, "exclude");
     row("-o /none/x http://a/", 2, "does not exist");
     row("-o x. http://a/", 2, "dot");
@@ -70,14 +86,51 @@ void FetchPartsTest::commandLines()
 
 void FetchPartsTest::allOptions()
 {
-    const QString all = "nox-fetch -v -f 1 -a 2 -P / -o out --tool t --pycache p --log l HTTPS://a/"_s;
+    const QString all = "nox-fetch -v -f 1 -A 2 -c -P / -o out --tool t --pycache p --log l HTTPS://a/"_s;
     const CommandLine line = CommandLine::read(all.split(QLatin1Char(' ')));
     QVERIFY(!line.exitCode);
     const Options &options = line.options;
     QCOMPARE(QStringList({options.formatCode, options.audioCode, options.output, options.toolFile,
                           options.pycacheFolder, options.logFile, options.urls.join(QLatin1Char(' '))}),
              QStringList({"1"_s, "2"_s, "/out"_s, "t"_s, "p"_s, "l"_s, "https://a/"_s}));
-    QVERIFY(options.verbose && !options.quiet && !options.noAudio && options.mode == Options::Mode::Download);
+    QVERIFY(options.keepsParts && options.verbose && !options.quiet && !options.noAudio
+            && options.mode == Options::Mode::Download);
+}
+
+void FetchPartsTest::items()
+{
+    const auto chosen = [](const char *text, int count) {
+        const auto selection = ItemSelection::fromText(QLatin1String(text));
+        QString numbers;
+        for (int number = selection->next(0); number > 0 && number <= count; number = selection->next(number))
+            numbers += QString::number(number) + QLatin1Char(' ');
+        for (int number = 1; number <= count; ++number)
+            if (selection->contains(number) != (" "_s + numbers).contains(" %1 "_s.arg(number)))
+                return "not %1"_s.arg(number);
+        return numbers.trimmed();
+    };
+    QCOMPARE(chosen("all", 4), "1 2 3 4"_s);
+    QCOMPARE(chosen("2,5-7", 12), "2 5 6 7"_s);
+    QCOMPARE(chosen("9-11, 1,2-10", 10), "1 2 3 4 5 6 7 8 9 10"_s);
+    QCOMPARE(ItemSelection::fromText("2,1-9000000"_s)->last().value_or(0), 9000000);
+    QVERIFY(!ItemSelection::fromText("all"_s)->last());
+}
+
+// Comments, empty lines, a byte order mark and the ends of lines of another system; what is no address stays one line.
+void FetchPartsTest::addressFile()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("list"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("\xef\xbb\xbf# ours\r\nhttp://a/#b\r\n\n  www.c \n #http://d/\nno address\n\nhttp://e/");
+    file.close();
+    const AddressFile read = AddressFile::read(file.fileName());
+    QCOMPARE(read.urls.mid(0, 3), (QStringList{"http://a/#b"_s, "https://www.c"_s, "no address"_s}));
+    QCOMPARE(read.urls.last(), "http://e/"_s);
+    QVERIFY(AddressFile::read(folder.path()).errorString.contains("cannot be read"_s));
+    QVERIFY(file.resize(20 * 1024 * 1024) && AddressFile::read(file.fileName()).errorString.contains("too large"_s));
+    const CommandLine line = CommandLine::read({"nox-fetch"_s, "-a"_s, "/dev/null"_s, "--max-height"_s, "5"_s});
+    QCOMPARE(line.exitCode.value_or(-1), 2);
 }
 
 // The manual page and the completion know the options that the program has, and no others.
@@ -127,6 +180,7 @@ void FetchPartsTest::completion()
     QCOMPARE(completed("--folder ="), "my videos"_s);
     QCOMPARE(completed("--tool = my\\ f"), "my file"_s);
     QCOMPARE(completed("-f m"), QString());
+    QCOMPARE(completed("-a my\\ f"), "my file"_s);
 }
 
 void FetchPartsTest::statusLines()

@@ -39,13 +39,13 @@ void addSuccesses(const TextTable &row)
         "dump 137 140 ffmpeg", "Clip.mp4=137+140");
     row("format", "", "-f|18", "0", done, "video", "dump 18", "Clip.mp4=18");
     row("no audio", "", "--no-audio", "0", done, "!joining", "dump 137", "Clip.mp4=137");
-    row("other audio", "251: announce webm", "-a|251", "0", done, "audio must be converted|: 2 min.",
+    row("other audio", "251: announce webm", "-A|251", "0", done, "audio must be converted|: 2 min.",
         "dump 137 251 ffmpeg", "Clip.mp4=137+251");
     row("audio alone", "", "-f|140", "0", "DIR/Clip.m4a\n", "audio", "dump 140", "Clip.m4a=140");
     row("output", "", "-f|18|-o|my %(id)s.x", "0", "DIR/my %(id)s.x\n", "", "dump 18", "my %(id)s.x=18");
-    row("both codes and output", "", "-f|137|-a|140|-o|x.mp4", "0", "DIR/x.mp4\n",
+    row("both codes and output", "", "-f|137|-A|140|-o|x.mp4", "0", "DIR/x.mp4\n",
         "137 (video only) with audio 140|!1:01:01", "137 140 ffmpeg", "x.mp4=137+140");
-    row("both codes, output and list", "", "-f|137|-a|140|-o|x.mp4|-q|-l", "0", list, "", "dump");
+    row("both codes, output and list", "", "-f|137|-A|140|-o|x.mp4|-q|-l", "0", list, "", "dump");
     row("name taken", "", "-f|18", "0", "DIR/Clip(1).mp4\n", "", "dump 18", "Clip(1).mp4=18, Clip.mp4=old");
     row("taken meanwhile", "18: announce mp4|touch ../Clip.mp4", "-f|18", "0", "DIR/Clip(1).mp4\n", "", "dump 18",
         "Clip(1).mp4=18, Clip.mp4=new");
@@ -59,6 +59,31 @@ void addSuccesses(const TextTable &row)
         "1 of 2: http://127.0.0.1/first|2 of 2: http://127.0.0.1/page", "dump 18 dump 18",
         "Clip(1).mp4=18, Clip.mp4=18");
     row("folder", "", "-f|18|-P|../tmp", "0", "ROOT/tmp/Clip.mp4\n", "", "dump 18");
+    const char two[] = R"(list: out {"nox_index":1,"nox_url":"http://x/1","title":"One","duration":61,"nox_count":2}\n)"
+                       R"({"nox_index":2,"nox_url":"http://x/2#nox-item=2"}\n)";
+    row("limit of the picture", "", "-l|--max-height|400", "0",
+        "   CODE  KIND        CONTAINER  QUALITY  SIZE  DASH/3D\n"
+        "   137   video only  MP4        720P     -     DASH\n"
+        "*  18    video       MP4        360P     -     -\n"
+        "   251   audio       WEBM       160K     -     DASH\n"
+        "   140   audio       M4A        128K     -     DASH\n",
+        "", "dump");
+    row("sound as MP3", "", "--mp3|-f|140", "0", "DIR/Clip.mp3\n", "audio|converting", "dump 140 ffmpeg",
+        "Clip.mp3=140");
+    row("best sound as MP3", "251: announce webm", "--mp3", "0", "DIR/Clip.mp3\n", "audio", "dump 251 ffmpeg",
+        "Clip.mp3=251");
+    row("first of several", R"(dump: err WARNING: [nox:videos] 12\n|json Clip 18)", "-f|18", "0", "DIR/Clip.mp4\n",
+        "1 of 12 videos|--items|![nox:", "dump 18", "Clip.mp4=18");
+    row("list of several parts", R"(dump: err WARNING: [nox:parts] many\n|json Clip 18)", "-l|-f|18", "0",
+        "   CODE  KIND        CONTAINER  QUALITY  SIZE  DASH/3D\n*  18    video only  MP4        -        -     DASH\n",
+        "1 of several parts of a video", "dump");
+    row("list of the videos", two, "-l|--items|all", "0",
+        "01   0:01:01  http://x/1  One\n02            http://x/2#nox-item=2\n", "!downloaded", "list");
+    row("all videos", two, "--items|all|-f|18", "0", "DIR/01 Clip.mp4\nDIR/02 Clip.mp4\n",
+        "Video 1 of 2: One|Video 2 of 2: http://x/2#nox-item=2|2 downloaded, 0 failed", "list dump 18 dump 18",
+        "01 Clip.mp4=18, 02 Clip.mp4=18");
+    row("some videos", two, "--items|2|-f|18", "0", "DIR/02 Clip.mp4\n", "!Video 1|!downloaded", "list dump 18",
+        "02 Clip.mp4=18");
     row("tool's version", "dump: out 2026.01.02\\n", "--tool-version", "0", "2026.01.02\n", "", "dump");
 }
 
@@ -67,16 +92,25 @@ void addFailures(const TextTable &row)
     row("output taken", "", "-o|Clip.mp4", "2", "", "exists already", "", "Clip.mp4=old");
     row("two pages that fail", "dump: err ERROR: gone\\n|exit 1", "http://127.0.0.1/first", "1", "",
         "nox-fetch: http://127.0.0.1/first: |nox-fetch: http://127.0.0.1/page: |\n  ERROR: gone", "dump dump");
+    row("no such video",
+        R"(list: out {"nox_index":1,"nox_url":"http://x/1","nox_count":2}\n{"nox_index":2,"nox_url":"http://x/2"}\n)",
+        "--items|2,5|-f|18", "2", "DIR/02 Clip.mp4\n", "has no video 5; the last one has the number 2", "list dump 18",
+        "02 Clip.mp4=18");
+    row("no list", R"(list: err ERROR: [nox:login] Members only\n|exit 1)", "--items|all", "1", "",
+        "tool.conf|ERROR: Members only", "list");
+    row("MP3 of a video", "", "--mp3|-f|18", "2", "", "--mp3 does not apply", "dump");
+    row("MP3 fails", "ffmpeg: err Unknown encoder\\n|exit 1", "--mp3|-f|140", "3", "", "ffmpeg failed|Unknown encoder",
+        "dump 140 ffmpeg");
     row("no version", "dump: err ERROR: odd\\n|exit 1", "--tool-version", "1", "", "version|ERROR: odd", "dump");
     row("log in no folder", "", "--log|none/log", "2", "", "log file");
     row("unknown format", "", "-f|999", "2", "", "\"999\"; it has: 137, 18, 251, 140", "dump");
-    row("unknown code taken at its word", "999: err ERROR: no such format\\n|exit 1", "-f|137|-a|999|-o|x.mp4", "3", "",
+    row("unknown code taken at its word", "999: err ERROR: no such format\\n|exit 1", "-f|137|-A|999|-o|x.mp4", "3", "",
         "tool gave up|ERROR: no such format", "137 999");
-    row("codes that are options", "", "-f|--exec=x|-a|140|-o|x.mp4", "2", "", "--exec=x", "dump");
-    row("unknown audio", "", "-a|999", "2", "", "\"999\"; it has: 251, 140", "dump");
-    row("audio with a picture", "18: announce mp4", "-a|18", "2", "", "\"18\" holds a picture|has: 251, 140", "dump");
-    row("audio that is silent", "", "-f|137|-a|137", "2", "", "\"137\" holds a picture|has: 251, 140", "dump");
-    row("audio for a stream with sound", "", "-f|18|-a|140", "2", "", "\"18\"", "dump");
+    row("codes that are options", "", "-f|--exec=x|-A|140|-o|x.mp4", "2", "", "--exec=x", "dump");
+    row("unknown audio", "", "-A|999", "2", "", "\"999\"; it has: 251, 140", "dump");
+    row("audio with a picture", "18: announce mp4", "-A|18", "2", "", "\"18\" holds a picture|has: 251, 140", "dump");
+    row("audio that is silent", "", "-f|137|-A|137", "2", "", "\"137\" holds a picture|has: 251, 140", "dump");
+    row("audio for a stream with sound", "", "-f|18|-A|140", "2", "", "\"18\"", "dump");
 
     row("page error", R"(dump: err ERROR: no such video\n|exit 1)", "", "1", "", "could not read|ERROR: no such video",
         "dump");
@@ -124,6 +158,11 @@ private Q_SLOTS:
     void missingPrograms();
     void interrupts_data();
     void interrupts();
+    void goesOn_data();
+    void goesOn();
+    void batch_data();
+    void batch();
+    void thousands();
     void ignoredHangup();
     void killedRun();
     void lostOutput();
@@ -240,6 +279,103 @@ void FetchTest::interrupts()
     QCOMPARE(leftInFolder(stage), QStringList());
     QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
     QCOMPARE(QDir(stage.path("tmp"_s)).entryList({"nox*"_s}), QStringList());
+}
+
+void FetchTest::goesOn_data()
+{
+    const TextTable row{"script", "signal", "exitCode", "continued"};
+    const char some[] = "touch parts/a.part|announce mp4|spawn|hang";
+    row("killed", "touch parts/a.part|announce mp4|hang", QByteArray::number(SIGKILL), "-1", "yes");
+    row("interrupted", some, QByteArray::number(SIGINT), "130", "yes");
+    row("failed", "touch parts/a.part|err ERROR: [nox:network] x\\n|exit 1", "", "3", "yes");
+    row("interrupted with nothing fetched", "announce mp4|hang", QByteArray::number(SIGTERM), "130", "no");
+}
+
+// The same command finds what the last one has fetched, and leaves nothing but the file.
+void FetchTest::goesOn()
+{
+    QFETCH(QString, script);
+    QFETCH(QString, signal);
+    QFETCH(QString, continued);
+    TestSandbox stage;
+    const QString scenario = QLatin1String(page) + "\n137: %1"_s;
+    stage.play(scenario.arg(script));
+    FetchProgram first(stage.folder());
+    first.start({"-c"_s, url()});
+    if (!signal.isEmpty()) {
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs("137"_s), TestSandbox::Patience);
+        first.interrupt(signal.toInt());
+    }
+    QVERIFY(first.waitForEnd());
+    QTEST(QString::number(first.exitCode()), "exitCode");
+    const bool goesOn = continued == "yes"_s;
+    QCOMPARE(leftInFolder(stage).size(), goesOn ? 1 : 0);
+    QCOMPARE(first.errors().contains("the same command goes on"_s), goesOn && first.exitCode() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.isQuiet(), TestSandbox::GraceAfterKill);
+
+    stage.play(scenario.arg("touch parts/b.part|announce mp4"_s));
+    FetchProgram second(stage.folder());
+    QVERIFY(second.run({"-c"_s, url()}));
+    QCOMPARE(stage.plain(second.output()), "DIR/Clip.mp4\n"_s);
+    QCOMPARE(leftInFolder(stage), QStringList("Clip.mp4"_s));
+    QStringList folders;
+    const QList<TestSandbox::Run> runs = stage.runs();
+    for (const TestSandbox::Run &run : runs)
+        if (run.key == "137"_s)
+            folders += QFileInfo(run.arguments.value(run.arguments.indexOf("-o"_s) + 1)).path();
+    QCOMPARE(folders.size(), 2);
+    QCOMPARE(folders.first() == folders.last(), goesOn);
+}
+
+void FetchTest::batch_data()
+{
+    const TextTable row{"arguments", "lines", "exitCode", "files", "error"};
+    row("file", "-a|list", "# two\n\nhttp://x/1\r\nwww.x\n", "0", "2",
+        "1 of 2: http://x/1|2 of 2: https://www.x|2 downloaded, 0 failed");
+    row("standard input", "-a|-", "http://x/1\nhttp://x/2", "0", "2", "2 downloaded, 0 failed");
+    row("a bad line", "-a|list", "http://x/1\nftp://x\nhttp://x/3\n", "2", "2",
+        "ftp://x: An address must start|2 downloaded, 1 failed\n  ftp://x: An address must start");
+    row("addresses on the command line first", "-a|list|http://x/0", "http://x/1\n", "0", "2", "1 of 2: http://x/0");
+}
+
+void FetchTest::batch()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, lines);
+    QFETCH(QString, error);
+    TestSandbox stage;
+    stage.play(QLatin1String(page));
+    QFile list(stage.path("list"_s));
+    QVERIFY(list.open(QIODevice::WriteOnly) && list.write(lines.toUtf8()) > 0);
+    list.close();
+    FetchProgram fetch(stage.folder());
+    fetch.process().setStandardInputFile(list.fileName());
+    const QStringList given = arguments.replace("list"_s, list.fileName()).split(QLatin1Char('|'));
+    QVERIFY(fetch.run(QStringList{"-f"_s, "18"_s} + given));
+    QTEST(QString::number(fetch.exitCode()), "exitCode");
+    QTEST(QString::number(leftInFolder(stage).size()), "files");
+    for (const QString &text : error.split(QLatin1Char('|')))
+        QVERIFY2(fetch.errors().contains(text), qPrintable(text + " in: "_s + fetch.errors()));
+}
+
+// A page with more videos than one list holds: each list is asked for when its turn comes.
+void FetchTest::thousands()
+{
+    TestSandbox stage;
+    stage.play(R"(list: lines 1000 {"nox_url":"http://x/a","nox_count":5000})"_s);
+    FetchProgram fetch(stage.folder());
+    QVERIFY(fetch.run({"-l"_s, "--items"_s, "199-201,4100,6000"_s, url()}));
+    QCOMPARE(fetch.output(),
+             "0199            http://x/a\n0200            http://x/a\n0201            http://x/a\n"
+             "4100            http://x/a\n"_s);
+    QVERIFY2(fetch.errors().contains("has no video 6000; the last one has the number 5000"_s),
+             qPrintable(fetch.errors()));
+    QCOMPARE(fetch.exitCode(), 2);
+    QStringList ranges;
+    const QList<TestSandbox::Run> runs = stage.runs();
+    for (const TestSandbox::Run &run : runs)
+        ranges += run.arguments.value(run.arguments.indexOf("--playlist-items"_s) + 1);
+    QCOMPARE(ranges, (QStringList{"199:398"_s, "4100:4299"_s}));
 }
 
 // As nohup starts it: a terminal that goes away does not end it.

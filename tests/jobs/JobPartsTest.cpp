@@ -5,10 +5,12 @@
 #include <nox/jobs/Conversion.h>
 #include <nox/jobs/Destination.h>
 #include <nox/jobs/DownloadFolder.h>
+#include <nox/jobs/DownloadRecord.h>
 #include <nox/jobs/FailureText.h>
 #include <nox/jobs/JoinProgress.h>
 #include <nox/jobs/ServerWait.h>
 #include <nox/jobs/StreamChoice.h>
+#include <nox/jobs/StreamPreference.h>
 #include <nox/jobs/StreamText.h>
 #include <nox/jobs/TextSanitizer.h>
 #include <nox/jobs/ToolMessage.h>
@@ -16,6 +18,8 @@
 #include <nox/jobs/UrlCheck.h>
 
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -53,6 +57,9 @@ class JobPartsTest : public QObject
 private Q_SLOTS:
     void choice_data();
     void choice();
+    void preferences_data();
+    void preferences();
+    void records();
     void conversions_data();
     void conversions();
     void streamTexts();
@@ -117,6 +124,52 @@ void JobPartsTest::choice()
     QTEST(codes(choice.thinned()), "thinned");
     const MediaProfile best = choice.best();
     QTEST(codes({best, choice.audioFor(best)}).trimmed(), "picked");
+}
+
+void JobPartsTest::preferences_data()
+{
+    const TextTable row{"streams", "height", "audio", "picked"};
+    const char streams[] =
+        "x MP4 >1080p,h MP4 1920x1080 dash,m MP4 1280x720 dash,w WEBM 640x480 dash,a M4A 1K,o WEBM 9K";
+    row("no limit", streams, "0", "", "x");
+    row("label above the limit", streams, "1080", "", "h");
+    row("between", streams, "1000", "", "m");
+    row("what is converted, where nothing else is within the limit", streams, "500", "", "w");
+    row("below all", streams, "100", "", "x");
+    row("with the audio that is chosen", streams, "720", "o", "m"); // all of them must be converted: the largest
+    row("with audio and no limit", streams, "0", "a", "h");
+    row("sound alone", "a M4A 1K,o WEBM 9K", "720", "", "a");
+    row("unknown size", "u MP4,h MP4 1920x1080", "720", "", "u");
+    row("silence is no choice", "s MP4 640x360 dash,h MP4 1920x1080", "720", "", "h");
+    row("nothing", "", "720", "", "");
+}
+
+void JobPartsTest::preferences()
+{
+    QFETCH(QString, streams);
+    QFETCH(QString, height);
+    QFETCH(QString, audio);
+    const StreamChoice choice(SampleStreams::page(streams));
+    QTEST(StreamPreference{height.toInt()}.pick(choice, choice.find(audio)).getName(), "picked");
+}
+
+void JobPartsTest::records()
+{
+    DownloadRecord record{"http://x/#nox-item=3"_s, SampleStreams::stream("137 MP4 1280x720 dash 3d +140"_s),
+                          "/v/\xc3\xa9 \"1\".mp4"_s, 3725, SoundFormat::Mp3};
+    record.stream.setSize(5000000000);
+    const DownloadRecord read =
+        DownloadRecord::fromJson(QJsonDocument::fromJson(QJsonDocument(record.toJson()).toJson()).object());
+    QCOMPARE(read.toJson(), record.toJson());
+    QVERIFY(read.isComplete() && read.hasSameStreams(record) && read.stream == record.stream);
+    QVERIFY(read.stream.isDash() && read.stream.is3D() && read.stream.getSize() == 5000000000);
+    QCOMPARE(StreamText::label(read.stream), "720P"_s);
+    for (const QString &key : record.toJson().keys()) { // each of them counts
+        QJsonObject damaged = record.toJson();
+        damaged.insert(key, QJsonArray());
+        const bool isNeeded = key != "duration"_s && key != "sound"_s;
+        QVERIFY2(DownloadRecord::fromJson(damaged).isComplete() != isNeeded, qPrintable(key));
+    }
 }
 
 void JobPartsTest::conversions_data()
@@ -261,7 +314,8 @@ void JobPartsTest::proposedNames()
     QTEST(QFileInfo(path).fileName(), "name");
     QCOMPARE(Destination::errorString(path), QString());
 
-    QCOMPARE(Destination::suffix(SampleStreams::stream("1 WEBM 9x9 dash +2"_s)), "mp4"_s);
+    QCOMPARE(Destination::suffix(SampleStreams::stream("1 WEBM 9x9 dash +2"_s), SoundFormat::Mp3), "mp4"_s);
+    QCOMPARE(Destination::suffix(SampleStreams::stream("1 M4A 9K"_s), SoundFormat::Mp3), "mp3"_s);
 }
 
 void JobPartsTest::nameProblems()

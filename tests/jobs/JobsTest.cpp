@@ -97,6 +97,14 @@ std::unique_ptr<Job> JobsTest::newJob(const QString &kind) const
         return std::make_unique<PageJob>(url);
     if (kind == "version"_s)
         return std::make_unique<ToolVersionJob>();
+    if (kind == "playlist"_s)
+        return std::make_unique<PlaylistJob>(url);
+    if (kind == "mp3"_s) {
+        auto job =
+            std::make_unique<DownloadJob>(url, SampleStreams::stream("140 M4A 128K"_s), m_sandbox->video("clip.mp4"_s));
+        job->setSoundFormat(SoundFormat::Mp3);
+        return job;
+    }
     if (kind == "bad address"_s)
         return std::make_unique<PageJob>("x y"_s);
     return newDownload(kind == "failing"_s ? "bad" : "137");
@@ -119,6 +127,9 @@ void JobsTest::reactions_data()
     row("version begins", "version", "Running", "-", "-", stopped, ok, ok, ok, "-");
     row("version ends", "version", "Ended", "-", ok, ok, ok, ok, ok, "-");
     row("version is finished", "version", "finished", ok, ok, ok, ok, ok, ok, ok);
+    row("list begins", "playlist", "Running", "-", "-", stopped, ok, ok, ok, "-");
+    row("list grows", "playlist", "entry", "-", "-", stopped, ok, ok, ok, "-");
+    row("list is finished", "playlist", "finished", ok, ok, ok, ok, ok, ok, ok);
     row("no address, begins", "bad address", "Running", "-", "-", stopped, "AddressError", "AddressError",
         "AddressError", "-");
     row("no address, finished", "bad address", "finished", "AddressError", "AddressError", "AddressError",
@@ -130,6 +141,8 @@ void JobsTest::reactions_data()
     row("audio begins", "download", "Audio", "-", "-", stopped, saved, saved, saved, "-");
     row("joining begins", "download", "Joining", "-", "-", stopped, saved, saved, saved, "-");
     row("joining has no figures", "download", "figures of joining", "-", "-", stopped, saved, saved, saved, "-");
+    row("encoding begins", "mp3", "Converting", "-", "-", stopped, saved, saved, saved, "-");
+    row("encoding has figures", "mp3", "figures of encoding", "-", "-", stopped, saved, saved, saved, "-");
     row("download ends", "download", "Ended", left, saved, saved, saved, saved, saved, left);
     row("download is finished", "download", "finished", saved, saved, saved, saved, saved, saved, saved);
     row("download stops", "stopping", "Stopping", "-", "-", stopped, stopped, stopped, stopped, ""); // "": any
@@ -147,10 +160,17 @@ QString JobsTest::moment() const
     const auto isSignal = [signal](const QMetaMethod &method) { return method.methodIndex() == signal; };
     if (isSignal(QMetaMethod::fromSignal(&Job::finished)))
         return "finished"_s;
+    if (qobject_cast<const PlaylistJob *>(m_job.get()) != nullptr
+        && isSignal(QMetaMethod::fromSignal(&PlaylistJob::entryFound)))
+        return "entry"_s;
+    if (download == nullptr)
+        return QString::fromLatin1(QMetaEnum::fromType<Job::State>().valueToKey(m_job->state()));
     if (isSignal(QMetaMethod::fromSignal(&DownloadJob::phaseChanged)))
         return QString::fromLatin1(QMetaEnum::fromType<DownloadJob::Phase>().valueToKey(download->phase()));
     if (isSignal(QMetaMethod::fromSignal(&DownloadJob::figuresChanged)))
-        return download->phase() == DownloadJob::Joining ? "figures of joining"_s : "figures"_s;
+        return download->phase() == DownloadJob::Joining   ? "figures of joining"_s
+            : download->phase() == DownloadJob::Converting ? "figures of encoding"_s
+                                                           : "figures"_s;
     if (isSignal(QMetaMethod::fromSignal(&DownloadJob::waitingTextChanged)))
         return download->waitingText().isEmpty() ? QString() : "waiting"_s;
     return QString::fromLatin1(QMetaEnum::fromType<Job::State>().valueToKey(m_job->state()));
@@ -201,9 +221,12 @@ void JobsTest::reactions()
         connect(m_job.get(), &Job::finished, this, [this](Job *job) { m_outcomes += nameOf(job->error()); });
         if (kind == "version"_s || kind == "page"_s)
             HostSandbox::play("dump: json Clip 18"_s);
+        if (kind == "playlist"_s)
+            HostSandbox::play(R"(list: lines 1000 {"nox_url":"http://x/a"})"_s);
         for (const char *signal :
              {SIGNAL(stateChanged()), SIGNAL(finished(Nox::Job *)), SIGNAL(waitingTextChanged()),
-              SIGNAL(phaseChanged(Nox::DownloadJob::Phase)), SIGNAL(figuresChanged(Nox::TransferFigures))}) {
+              SIGNAL(entryFound(Nox::PlaylistEntry)), SIGNAL(phaseChanged(Nox::DownloadJob::Phase)),
+              SIGNAL(figuresChanged(Nox::TransferFigures))}) {
             if (m_job->metaObject()->indexOfSignal(QMetaObject::normalizedSignature(signal + 1).constData()) >= 0)
                 connect(m_job.get(), signal, this, SLOT(react()));
         }
@@ -252,6 +275,9 @@ void JobsTest::outcomes_data()
     row("joining", "download", R"(ffmpeg: err ERROR: [nox:login] x\n|exit 1)", "ConversionFailed", "ffmpeg reported",
         "ERROR: x", "3");
     row("joining crashes", "download", "ffmpeg: kill SIGSEGV", "ConversionFailed", "ffmpeg crashed", "", "3");
+    row("encoding", "mp3", R"(ffmpeg: err Unknown encoder 'libmp3lame'\n|exit 1)", "ConversionFailed", "ffmpeg failed",
+        "Unknown encoder 'libmp3lame'", "2");
+    row("encoding crashes", "mp3", "ffmpeg: kill SIGSEGV", "ConversionFailed", "ffmpeg failed", "", "2");
     row("no file", "download", "ffmpeg: exit 0", "DestinationError", "final name", "", "3");
 }
 

@@ -2,10 +2,11 @@ import unittest
 from typing import List, Tuple
 
 from noxfront import command_line
-from noxfront.command_line import Describe, Download
+from noxfront.command_line import Describe, Download, ListEntries
 
 URL = "http://127.0.0.1/page"
 SWITCH = "--no-check-certificate"
+LIST = ["--flat-playlist", "--dump-json", "--playlist-items"]
 TEMPLATE = "/videos/my clips/{0b6f}YDTMP_.%(ext)s"
 
 
@@ -16,6 +17,8 @@ class CommandLineTest(unittest.TestCase):
             (["--dump-json", SWITCH, URL], Describe(URL, [SWITCH])),
             (["-f", "137", "-o", TEMPLATE, URL], Download(URL, [], "137", TEMPLATE)),
             (["-f", "hls-1080p", SWITCH, "-o", TEMPLATE, URL], Download(URL, [SWITCH], "hls-1080p", TEMPLATE)),
+            ([*LIST, "1:200", URL], ListEntries(URL, [], 1, 200)),
+            ([*LIST[:2], SWITCH, LIST[2], "3:4", URL], ListEntries(URL, [SWITCH], 3, 4)),
         ]
         for words, expected in rows:
             with self.subTest(words=words):
@@ -41,6 +44,9 @@ class CommandLineTest(unittest.TestCase):
             ["-f", "137", "-o", TEMPLATE, URL, URL],
             ["-o", TEMPLATE, "-f", "137", URL],
             [URL],
+            [*LIST[:2], URL],
+            *([*LIST, items, URL] for items in ("1", "0:5", "1:", "a:b")),
+            [*LIST, "1:2", "-x"],
         ]
         for words in rows:
             with self.subTest(words=words):

@@ -1,7 +1,8 @@
-"""The two command lines by which the library drives the tool."""
+"""The command lines by which the library and the jobs drive the tool."""
 
 from __future__ import annotations
 
+import re
 from typing import NamedTuple, Optional, Sequence, Union
 
 CERTIFICATE_SWITCH = "--no-check-certificate"
@@ -23,11 +24,23 @@ class Download(NamedTuple):
     template: str
 
 
-Command = Union[Describe, Download]
+class ListEntries(NamedTuple):
+    """--flat-playlist --dump-json [--no-check-certificate] --playlist-items FIRST:LAST URL"""
+
+    url: str
+    tool_options: list[str]
+    first: int  # from 1
+    last: int
+
+
+Command = Union[Describe, Download, ListEntries]
+_RANGE = re.compile(r"([1-9][0-9]{0,8}):([1-9][0-9]{0,8})")
 
 
 def parse(words: Sequence[str]) -> Optional[Command]:
     """The command that the words are; None when they are none of the library's."""
+    if words[:1] == ["--flat-playlist"]:
+        return _parse_list(words)
     place = 1 if words[:1] == ["--dump-json"] else 2
     switch = [word for word in words[place:place + 1] if word == CERTIFICATE_SWITCH]
     rest = [*words[:place], *words[place + len(switch):]]
@@ -36,6 +49,15 @@ def parse(words: Sequence[str]) -> Optional[Command]:
     if rest[0:4:2] == ["-f", "-o"] and _are_values([*rest[1:4:2], *rest[4:]], 3):
         return Download(rest[4], switch, rest[1], rest[3])
     return None
+
+
+def _parse_list(words: Sequence[str]) -> Optional[ListEntries]:
+    rest = [word for word in words if word != CERTIFICATE_SWITCH]
+    numbers = _RANGE.fullmatch(rest[3]) if len(rest) == 5 else None
+    if numbers is None or rest[1:3] != ["--dump-json", "--playlist-items"] or not _are_values(rest[4:], 1):
+        return None
+    switch = [CERTIFICATE_SWITCH] if len(words) > len(rest) else []
+    return ListEntries(rest[4], switch, int(numbers.group(1)), int(numbers.group(2)))
 
 
 def _are_values(words: Sequence[str], count: int) -> bool:

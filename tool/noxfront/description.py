@@ -16,7 +16,7 @@ _STREAM_NUMBERS = ("width", "height")
 def of_page(page: Info) -> Info:
     """The description of a page's record. Members that are missing or make no sense are left out."""
     document = _texts(page, ("title", "thumbnail", "description"))
-    duration = _whole(page.get("duration")) or _length_of_segments(page)
+    duration = whole(page.get("duration")) or _length_of_segments(page)
     if duration is not None:
         document["duration"] = duration
     document["formats"] = [_of_stream(stream) for stream in streams.of_page(page) if streams.is_usable(stream)]
@@ -27,7 +27,7 @@ def _length_of_segments(page: Info) -> Optional[int]:
     """The longest of the page's streams, for sites whose duration the tool does not find."""
     if streams.is_live(page):
         return None
-    return _whole(max((_play_time(stream) for stream in streams.of_page(page)), default=0))
+    return whole(max((_play_time(stream) for stream in streams.of_page(page)), default=0))
 
 
 def _play_time(stream: Info) -> float:
@@ -40,7 +40,7 @@ def _play_time(stream: Info) -> float:
 def _of_stream(stream: Info) -> Info:
     entry = _texts(stream, _STREAM_TEXTS)
     for name in _STREAM_NUMBERS:
-        number = _whole(stream.get(name))
+        number = whole(stream.get(name))
         if number is not None:
             entry[name] = number
     rate = _number(stream.get("abr"))
@@ -63,7 +63,7 @@ def _number(value: Any) -> Optional[float]:
     return number if math.isfinite(number) and 0 < number < _INT_LIMIT else None
 
 
-def _whole(value: Any) -> Optional[int]:
+def whole(value: Any) -> Optional[int]:
     """To the nearest whole number, but never zero, which means unknown."""
     number = _number(value)
     return None if number is None else min(max(int(number + 0.5), 1), _INT_LIMIT - 1)

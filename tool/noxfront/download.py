@@ -11,7 +11,7 @@ from typing import Any, Optional
 
 import yt_dlp
 
-from . import error_tags, messages, playlists, retries, segments, streams, tool
+from . import entries, error_tags, failures, messages, parts, playlists, resuming, retries, segments, streams, tool
 from .command_line import Download
 from .page_memory import PageMemory
 from .progress import Reporter
@@ -32,7 +32,7 @@ class Failure(Exception):
         :param is_stale: whether the server does not give the stream under this address, so that a new one may help
         """
         super().__init__()
-        causes = list(retries.causes(cause))
+        causes = list(failures.causes(cause))
         is_local = any(
             isinstance(error, OSError) and error.errno in _LOCAL_FAILURES
             or isinstance(error, yt_dlp.utils.PostProcessingError)
@@ -94,7 +94,7 @@ class _Job:
 
     def fetch_anew(self, memory: PageMemory) -> None:
         with tool.PageReader(self._settings(), auto_init="no_verbose_header") as reader:
-            page = reader.first_video(self._command.url)
+            page = reader.first_video(*entries.split(self._command.url))
             if page is None:
                 if not self._log.errors:
                     self._log.fail(error_tags.NOTHING, "There is no video on this page")
@@ -106,7 +106,7 @@ class _Job:
             self._fetch(reader, page)
 
     def remove_leftovers(self) -> None:
-        """Removes what the tool keeps to go on with another time, which under these names never comes."""
+        """Removes what the tool keeps to go on with another time, which under these names never comes. Parts stay."""
         for file in dict.fromkeys(self._log.files):
             root, extension = os.path.splitext(file)
             parts = glob.glob(glob.escape(file) + ".part*")
@@ -128,7 +128,9 @@ class _Job:
         """Makes the tool fetch as we want it: waiting for servers, and several segments at once."""
         policy = retries.RetryPolicy(plain_tool.params, self._options, self._log.notice)
         retries.install(policy, plain_tool)
-        segments.install(plain_tool.params, policy.call)
+        folder = parts.folder_beside(self._command.template)
+        resumer = resuming.Resumer(plain_tool, folder, self._command.url, self._log) if folder else None
+        segments.install(plain_tool.params, policy.call, resumer)
         playlists.install(plain_tool, page)
         return policy
 

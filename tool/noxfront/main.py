@@ -8,8 +8,8 @@ import pathlib
 import sys
 from typing import NoReturn, Sequence
 
-from . import command_line, configuration, error_tags, lean_start, messages, terminal
-from .command_line import Command, Describe
+from . import command_line, configuration, entries, error_tags, lean_start, messages, terminal
+from .command_line import Command, Describe, ListEntries
 from .page_memory import PageMemory
 
 # In the environment of a program that has begun anew. Settings never travel so, nor by the command line, which every
@@ -33,7 +33,7 @@ def main(words: Sequence[str]) -> int:
         return _refuse(error)
     _put_own_programs_first()
     if os.environ.pop(_WITHOUT_FRONT, None):
-        return _plain_tool(["--ignore-config", *settings.options, *words])
+        return _plain_tool(["--ignore-config", *settings.options, *entries.plain_words(words)])
     try:
         return _run(command, settings)
     except configuration.ConfigurationError as error:
@@ -69,6 +69,11 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
         from . import describe
 
         return describe.run(command, settings.options, memory, messages.Collector(settings.warnings))
+    if isinstance(command, ListEntries):
+        _load_tool()
+        from . import listing
+
+        return listing.run(command, settings.options, messages.Collector(settings.warnings))
     page = None if _ANEW in os.environ else memory.recall(command.url)
     if page is not None:
         lean_start.prepare_stream(page, command.code)

@@ -6,7 +6,7 @@ import os
 import re
 import select
 import sys
-from typing import Callable, Iterable, List, NamedTuple, Optional, Set
+from typing import Callable, Dict, Iterable, List, NamedTuple, Optional, Set
 
 from . import advice, error_tags as tags, failures, tool_age
 
@@ -52,6 +52,7 @@ class Collector:
     def __init__(self, warnings: Iterable[str] = ()) -> None:
         self.errors: List[Complaint] = []
         self.warnings = list(warnings)
+        self.notices: List[str] = []  # the front's own, for a success; they may begin with a tag
         self._lacks_runtime = False
 
     def debug(self, message: str) -> None:
@@ -90,7 +91,8 @@ class Collector:
             note = tool_age.note() if tag in _OF_OLD_TOOLS else None
             end = f"{_NOTE}{note}\n" if note else ""
         else:
-            lines = [_line(_WARNING, text) for _, text in errors] + lines
+            notices = [f"{_WARNING}{text}\n" for text in self.notices]
+            lines = notices + [_line(_WARNING, text) for _, text in errors] + lines
         self.errors, self.warnings = [], []
         text = "".join(dict.fromkeys(lines))
         if text:
@@ -122,6 +124,7 @@ class DownloadLog(Collector):
     ) -> None:
         super().__init__(warnings)
         self.files: list[str] = []  # those that the tool has begun to write
+        self.names: Dict[str, str] = {}  # by the tool's name of a file, that which the library knows
         self._warned: Set[str] = set()
         self._told = ""  # the name that the library has been told last
         self.say = say or (lambda text: write(STANDARD_OUTPUT, text + "\n"))
@@ -134,7 +137,7 @@ class DownloadLog(Collector):
             self.say(_DESTINATION + file)
 
     def debug(self, message: str) -> None:
-        text = message.strip("\r\n")
+        text = self._renamed(message.strip("\r\n"))
         for start, end in ((_DESTINATION, ""), (f"{_TAG} ", " has already been downloaded")):
             if text.startswith(start) and text.endswith(end):
                 file = text[len(start):len(text) - len(end)]
@@ -150,14 +153,23 @@ class DownloadLog(Collector):
     info = debug
 
     def warning(self, message: str) -> None:
-        text = self._useful(message)
+        text = self._useful(self._renamed(message))
         if text and text not in self._warned:
             self._warned.add(text)
             report_warning(text)
 
+    def error(self, message: str) -> None:
+        super().error(self._renamed(message))
+
     def notice(self, message: str) -> None:
         """A message of the front's own, which may begin with a tag; it goes out at once, as often as it is given."""
         write(STANDARD_ERROR, f"{_WARNING}{message}\n")
+
+    def _renamed(self, message: str) -> str:
+        message = str(message)
+        for file, name in self.names.items():
+            message = message.replace(file, name)
+        return message
 
 
 def report_failure(tag: str, text: str) -> None:

@@ -13,7 +13,7 @@ import socket
 import threading
 import time
 import urllib.error
-from typing import Any, Callable, Dict, Iterator, Optional, Sequence
+from typing import Any, Callable, Dict, Optional, Sequence
 
 from yt_dlp.downloader.common import FileDownloader
 from yt_dlp.downloader.http import HttpFD
@@ -28,20 +28,6 @@ _NETWORK_ERRORS = (ConnectionError, TimeoutError, socket.gaierror, urllib.error.
 _EXPIRY = re.compile(r"(?i)(?<![a-z])(?:expires?|exp)(?:=|/|~|%3D)(\d{10})(?!\d)")
 
 Tell = Callable[[str], None]
-
-
-def causes(error: Optional[BaseException]) -> Iterator[BaseException]:
-    """The error and all those that led to it. The tool keeps some aside, in "exc_info"."""
-    waiting = [error]
-    seen = set()
-    while waiting:
-        current = waiting.pop()
-        if current is None or id(current) in seen:
-            continue
-        seen.add(id(current))
-        yield current
-        kept_aside = getattr(current, "exc_info", None) or (None, None)
-        waiting += [current.__cause__, current.__context__, kept_aside[1]]
 
 
 def status_of(error: BaseException) -> Optional[int]:

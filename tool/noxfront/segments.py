@@ -2,7 +2,7 @@
 
 The tool keeps each segment in a file until its turn comes, all of them if it must. A program that is killed leaves
 these files behind, and nobody knows their names. Here the segments stay in memory, and no more of them are under way
-than are fetched at once.
+than are fetched at once. Where parts are kept, a run goes on behind the last segment that an earlier one has written.
 """
 
 from __future__ import annotations
@@ -19,16 +19,26 @@ from typing import Any, Callable, Deque, Dict, Iterable, Iterator, Optional, Tup
 from yt_dlp.downloader.common import FileDownloader
 from yt_dlp.downloader.fragment import FragmentFD, HttpQuietDownloader
 
+from .parts import Identity
+from .resuming import Resumer
+
 AT_ONCE = 4  # unless the user says otherwise
 _SPEED_TIME = 3.0  # seconds over which the speed is taken
 # In a segment's record, which goes through the tool's hands.
 _SEGMENT = "fragment_filename_sanitized"
+_PART = "nox_part"  # in the record of a stream's download: that which the segments are added to
 _NO_FILE = "-"  # the tool writes to what it is given under this name, and leaves all files alone
 # Each segment is a small download to the tool; what concerns a whole one has had its effect before.
 _SEGMENT_PARAMS = {"continuedl": False, "updatetime": False, "sleep_interval": 0, "max_sleep_interval": 0}
 
 
 Call = Callable[..., Any]  # calls a function with the arguments that follow, once more after each outage
+
+
+class Segment(io.BytesIO):
+    """What has been fetched of a segment, and what the server says it is."""
+
+    identity: Identity = {}
 
 
 class SegmentMeter:
@@ -44,6 +54,11 @@ class SegmentMeter:
         self._open: Dict[int, Tuple[int, int]] = {}  # by thread: bytes that are there, and bytes in all
         self._finished = self._finished_bytes = 0
         self._samples: Deque[Tuple[float, int]] = collections.deque([(clock(), 0)])
+
+    def begin_at(self, count: int, done: int) -> None:
+        """So many segments are there, of so many bytes in all."""
+        self._finished, self._finished_bytes = count, done
+        self._samples = collections.deque([(self._clock(), done)])
 
     def __call__(self, status: Dict[str, Any]) -> None:
         done = status.get("downloaded_bytes") or 0
@@ -82,21 +97,24 @@ class SegmentMeter:
 class SegmentDownloader(HttpQuietDownloader):  # type: ignore[misc]
     """Fetches segments into memory. Several threads use one object at once."""
 
-    def __init__(self, tool: Any, params: Dict[str, Any], call: Call) -> None:
+    def __init__(self, tool: Any, params: Dict[str, Any], call: Call, resumer: Optional[Resumer]) -> None:
         super().__init__(tool, {**params, **_SEGMENT_PARAMS})
         self._call = call
+        self._resumer = resumer
         self._thread = threading.local()
 
-    def fetch(self, info: Dict[str, Any]) -> Optional[io.BytesIO]:
-        self._thread.buffer = buffer = io.BytesIO()
+    def fetch(self, info: Dict[str, Any]) -> Optional[Segment]:
+        self._thread.buffer = buffer = Segment()
         try:
             is_there, _ = self._call(self.download, _NO_FILE, info)
         finally:
             del self._thread.buffer
+        if self._resumer is not None:
+            buffer.identity = self._resumer.last_identity()
         return buffer if is_there else None
 
-    def sanitize_open(self, filename: str, open_mode: str) -> Tuple[io.BytesIO, str]:
-        buffer: io.BytesIO = self._thread.buffer
+    def sanitize_open(self, filename: str, open_mode: str) -> Tuple[Segment, str]:
+        buffer: Segment = self._thread.buffer
         if open_mode != "ab":  # begun anew: the server does not send the rest alone
             buffer.seek(0)
             buffer.truncate()
@@ -133,17 +151,20 @@ class SegmentPool(concurrent.futures.ThreadPoolExecutor):
 class _Segments:
     """What takes the place of the tool's own functions, by their names there."""
 
-    def __init__(self, at_once: int, call: Call) -> None:
+    def __init__(self, at_once: int, call: Call, resumer: Optional[Resumer]) -> None:
         self._at_once = at_once
         self._call = call
+        self._resumer = resumer
         self._prepare = FragmentFD._prepare_frag_download
         self._fetch_all = FragmentFD.download_and_append_fragments
 
     def prepare(self, downloader: Any, ctx: Dict[str, Any]) -> None:
-        with contextlib.suppress(OSError):
-            os.unlink(downloader.temp_name(ctx["filename"]))  # of an attempt before this one; nothing is added to it
+        part = self._resumer.part if self._resumer else None
+        if part is None or part.segments == 0:
+            with contextlib.suppress(OSError):
+                os.unlink(downloader.temp_name(ctx["filename"]))  # of an attempt before; nothing is added to it
         self._prepare(downloader, ctx)
-        ctx["dl"] = SegmentDownloader(downloader.ydl, ctx["dl"].params, self._call)
+        ctx["dl"] = SegmentDownloader(downloader.ydl, ctx["dl"].params, self._call, self._resumer)
         downloader.nox_meter = SegmentMeter(ctx.get("total_frags") or 0)
         ctx["dl"].add_progress_hook(downloader.nox_meter)
 
@@ -155,6 +176,12 @@ class _Segments:
                     ctx["dl"].params[limit] /= self._at_once
             # What the tool warns of here, that its speed is of one thread alone, does not hold for these figures.
             downloader.report_warning = downloader.write_debug
+        part = self._resumer.part if self._resumer else None
+        # Subtitles are packed; what that needs to know of the segments before is not kept.
+        if self._resumer and part and not ctx.get("live") and "pack_func" not in more:
+            fragments = self._resumer.remaining(downloader, ctx["dest_stream"], fragments, info_dict, self._call)
+            downloader.nox_meter.begin_at(part.segments, part.length)
+            ctx[_PART] = part
         return self._fetch_all(downloader, ctx, fragments, info_dict, **more)
 
 
@@ -178,9 +205,11 @@ def _read(downloader: Any, ctx: Dict[str, Any]) -> Optional[bytes]:
 
 
 def _append(downloader: Any, ctx: Dict[str, Any], frag_content: bytes) -> None:
-    ctx.pop(_SEGMENT, None)
+    segment = ctx.pop(_SEGMENT, None)
     ctx["dest_stream"].write(frag_content)
     ctx["dest_stream"].flush()
+    if _PART in ctx:
+        ctx[_PART].add_segment(ctx["dest_stream"].tell(), segment.identity)
 
 
 def _hook_progress(downloader: Any, status: Dict[str, Any], info_dict: Dict[str, Any]) -> None:
@@ -189,10 +218,13 @@ def _hook_progress(downloader: Any, status: Dict[str, Any], info_dict: Dict[str,
     FileDownloader._hook_progress(downloader, status, info_dict)
 
 
-def install(params: Dict[str, Any], call: Call) -> None:
-    """From now on the tool fetches segments as this module does."""
+def install(params: Dict[str, Any], call: Call, resumer: Optional[Resumer]) -> None:
+    """From now on the tool fetches segments as this module does.
+
+    :param resumer: where parts are kept
+    """
     params["_no_ytdl_file"] = True  # to go on another time, which under these names never comes
-    segments = _Segments(params.get("concurrent_fragment_downloads") or 1, call)
+    segments = _Segments(params.get("concurrent_fragment_downloads") or 1, call, resumer)
     FragmentFD._prepare_frag_download = lambda downloader, ctx: segments.prepare(downloader, ctx)
     FragmentFD.download_and_append_fragments = lambda downloader, *arguments, **more: segments.fetch_all(
         downloader, *arguments, **more)

@@ -12,8 +12,9 @@ from typing import Any, Callable, Dict, Iterator, List, Optional
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
 
-from . import addresses, configuration, playlists, segments, streams
+from . import addresses, configuration, entries, playlists, segments, streams
 from .configuration import ConfigurationError
+from .entries import Entries
 from .streams import Info
 
 # Of a page that holds many videos none of which can be described, no more than these are tried.
@@ -126,10 +127,21 @@ class FirstVideo(DownloadCancelled):  # type: ignore[misc]
 
 
 class PageReader(Tool):
-    """Reads a page up to the first video that can be described."""
+    """Reads a page up to the first video that can be described, or a certain one."""
 
-    def first_video(self, url: str) -> Optional[Info]:
-        """The video's record; None if there is none, for reasons that the logger has been told."""
+    entries: Optional[Entries] = None  # of the page, where it has several
+    _item = 0
+    _on_entries: Optional[Callable[[Entries], None]] = None
+
+    def first_video(
+        self, url: str, item: int = 0, on_entries: Optional[Callable[[Entries], None]] = None
+    ) -> Optional[Info]:
+        """The video's record; None if there is none, for reasons that the logger has been told.
+
+        :param item: the number of the page's entry that is wanted, from 1; 0 for the first that can be described
+        :param on_entries: gets the entries of a page that has several; then none is read, and the result is the page's
+        """
+        self._item, self._on_entries = item, on_entries
         self.params.update(ignoreerrors=True, skip_playlist_after_errors=MAXIMUM_FAILURES)
         self.format_selector = _any_stream
         try:
@@ -141,7 +153,23 @@ class PageReader(Tool):
             self.params["ignoreerrors"] = False
         return None
 
+    def process_ie_result(self, ie_result: Info, download: bool = True, extra_info: Optional[Info] = None) -> Info:
+        if not download and self.entries is None and ie_result.get("_type") in entries.KINDS:
+            found = Entries(ie_result)
+            if found.count != 1:
+                self.entries = found
+                if self._on_entries:
+                    self._on_entries(found)
+                    raise FirstVideo(ie_result)
+                if self._item:
+                    found.all = [entry for _, entry in found.range(self._item, self._item)]
+            ie_result = {**ie_result, "entries": found.all}
+        result: Info = super().process_ie_result(ie_result, download, extra_info)
+        return result
+
     def process_video_result(self, info_dict: Info, download: bool = True) -> Info:
+        if self._item > 1 and self.entries is None:
+            raise yt_dlp.utils.ExtractorError(f"There is no video {self._item} on this page", expected=True)
         page: Info = super().process_video_result(info_dict, download)
         if download:
             return page

@@ -1,0 +1,151 @@
+"""Pages with several videos.
+
+The environment's NOX_TOOL_PACKAGES names folders with other packages of the tool to try, divided by colons.
+"""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+from typing import Any, Dict, Iterator, List, Optional, Tuple
+
+from noxfront import entries
+from noxfront.entries import Entries
+from yt_dlp.utils import OnDemandPagedList
+
+HERE = pathlib.Path(__file__).resolve().parent
+FRONT = HERE.parents[1] / "tool"
+PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":"))]
+SITE = "http://shapes.invalid/"
+
+
+def video(number: int) -> Dict[str, Any]:
+    return {"id": str(number), "title": f"Video {number}", "duration": number * 10,
+            "formats": [{"format_id": "1", "url": f"http://127.0.0.1:9/{number}.mp4", "ext": "mp4"}]}
+
+
+TWELVE = [*({"_type": "url", "url": f"{SITE}one", "title": "\ud83d\n\"", "thumbnails": [{"url": "http://t/"}, {}]}
+            for _ in range(2)), *map(video, range(3, 13))]
+PAGES: Dict[str, Any] = {
+    "twelve": {"entries": TWELVE}, "many": {"lazy": 5000}, "parts": {"lazy": 3, "parts": True}, "one": video(1),
+    "nested": {"entries": [{"_type": "url", "url": f"{SITE}twelve"}]}, "lazy-one": {"lazy": 1}, "1": video(1),
+    "smuggled": {"entries": [{"_type": "url", "url": f"{SITE}one#__youtubedl_smuggle=x"}, {"_type": "url", "url": "x"}]}
+}
+
+
+class ProgramTest(unittest.TestCase):
+    def setUp(self) -> None:
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.folder = pathlib.Path(scratch.name)
+        (self.folder / "pages.json").write_text(json.dumps(PAGES))
+
+    def run_front(self, package: str, *words: str) -> Tuple[int, str, str, int]:
+        """The exit code, standard output, standard error and kilobytes of memory."""
+        path = os.pathsep.join(filter(None, [package, str(HERE / "plugin")]))
+        environment = {**os.environ, "PYTHONPATH": path, "NOX_SHAPES": str(self.folder / "pages.json"),
+                       "XDG_CONFIG_HOME": str(self.folder)}
+        with open(self.folder / "out", "w+") as output, open(self.folder / "err", "w+") as errors:
+            child = subprocess.Popen([sys.executable, str(FRONT), *words], stdout=output, stderr=errors,
+                                     env=environment)
+            _, status, usage = os.wait4(child.pid, 0)
+            child.returncode = os.waitstatus_to_exitcode(status)
+            output.seek(0)
+            errors.seek(0)
+            return child.returncode, output.read(), errors.read(), usage.ru_maxrss
+
+    def test_which_video_is_described_and_how_many_there_are(self) -> None:
+        rows: List[Tuple[str, Optional[str], str]] = [
+            # page, title of what is described, standard error
+            ("twelve", "Video 1", "WARNING: [nox:videos] 12\n"), ("twelve#nox-item=12", "Video 12", ""),
+            ("twelve#a#nox-item=3", "Video 3", ""), ("twelve#nox-item=13", None, "There is no video"),
+            ("many", "Video 1", "WARNING: [nox:videos] many\n"), ("parts", "Video 1", "WARNING: [nox:parts] many\n"),
+            ("one", "Video 1", ""), ("one#nox-item=1", "Video 1", ""), ("one#nox-item=2", None, "There is no video 2"),
+            ("lazy-one", "Video 1", ""), ("nested", "Video 1", "WARNING: [nox:videos] 12\n"),
+            ("nested#nox-item=4", "Video 4", ""),
+        ]
+        for package in PACKAGES:
+            for page, title, complaint in rows:
+                with self.subTest(package=package, page=page):
+                    code, output, errors, _ = self.run_front(package, "--dump-json", SITE + page)
+                    self.assertEqual(json.loads(output)["title"] if output else None, title)
+                    self.assertEqual(code, 0 if title else 1)
+                    if title:
+                        self.assertEqual(errors, complaint)
+                    self.assertIn(complaint, errors)
+
+    def test_lists(self) -> None:
+        rows: List[Tuple[str, str, List[int], bool, Optional[int], Dict[int, Any]]] = [
+            # page, range, numbers, whether there are more, how many there are, addresses by number
+            ("twelve", "1:200", list(range(1, 13)), False, 12, {2: f"{SITE}one", 12: f"{SITE}twelve#nox-item=12"}),
+            ("twelve", "3:4", [3, 4], True, 12, {3: f"{SITE}twelve#nox-item=3"}),
+            ("twelve", "13:20", [], False, None, {}),
+            ("nested", "12:12", [12], False, 12, {12: f"{SITE}nested#nox-item=12"}),
+            ("many", "4999:5198", [4999, 5000], False, None, {5000: f"{SITE}5000"}),
+            ("parts", "1:2", [1, 2], True, None, {}),
+            ("one", "1:200", [1], False, 1, {1: f"{SITE}one"}), ("one#nox-item=3", "1:5", [1], False, 1, {}),
+            ("smuggled", "1:5", [1, 2], False, 2, {number: f"{SITE}smuggled#nox-item={number}" for number in (1, 2)}),
+        ]
+        for package in PACKAGES:
+            for page, numbers, expected, has_more, count, addresses in rows:
+                with self.subTest(package=package, page=page, numbers=numbers):
+                    code, output, errors, _ = self.run_front(
+                        package, "--flat-playlist", "--dump-json", "--playlist-items", numbers, SITE + page)
+                    self.assertEqual((code, errors), (0, ""))
+                    lines = [json.loads(line) for line in output.splitlines()]
+                    self.assertEqual(lines[len(expected):], [{"nox_more": True}] if has_more else [])
+                    found = lines[:len(expected)]
+                    self.assertEqual([line["nox_index"] for line in found], expected)
+                    self.assertEqual(found[0].get("nox_count") if found else None, count)
+                    self.assertEqual({line["nox_index"]: line["nox_url"] for line in found
+                                      if line["nox_index"] in addresses}, addresses)
+                    self.assertEqual([line.get("nox_parts") for line in found],
+                                     [True if page == "parts" else None] * len(found))
+                    self.assertTrue(all(len(line) < 2000 for line in output.splitlines()))
+                    if page == "twelve" and numbers == "1:200":
+                        self.assertEqual({key: found[0][key] for key in ("title", "duration", "thumbnail")},
+                                         {"title": "\ufffd\n\"", "duration": None, "thumbnail": "http://t/"})
+                        self.assertEqual((found[11]["title"], found[11]["duration"]), ("Video 12", 120))
+
+    def test_memory_does_not_grow_with_the_list(self) -> None:
+        words = ("--flat-playlist", "--dump-json", "--playlist-items")
+        for package in PACKAGES:
+            begin, end = (self.run_front(package, *words, numbers, f"{SITE}many")[3]
+                          for numbers in ("1:9", "4992:5000"))
+            self.assertLess(end, begin + 3000)  # 5,000 entries have more than 5 MB
+
+    def test_what_a_faulty_front_leaves_to_the_tool(self) -> None:
+        self.assertEqual(entries.plain_words(["--dump-json", "http://a/#nox-item=7"]),
+                         ["--dump-json", "--playlist-items", "7", "http://a/"])
+        for address in ("http://a/", "http://a/#nox-item=0", "http://a/#nox-item=\u0663", "http://a/#nox-item=3#x"):
+            self.assertEqual(entries.plain_words(["-f", address]), ["-f", address])
+
+
+class EntriesTest(unittest.TestCase):
+    def test_entries_that_come_page_by_page_are_asked_for_when_they_are_used(self) -> None:
+        asked: List[int] = []
+
+        def page(number: int) -> Iterator[Dict[str, int]]:
+            asked.append(number)
+            return iter([{"id": number * 10 + place} for place in range(10 if number < 20 else 3)])
+
+        found = Entries({"entries": OnDemandPagedList(page, 10)})
+        self.assertEqual((found.count, asked), (None, [0]))
+        self.assertEqual([number for number, _ in found.range(199, 300)], [199, 200, 201, 202, 203])
+        self.assertEqual(set(asked), {0, 19, 20})
+
+    def test_counts(self) -> None:
+        def failing() -> Iterator[Dict[str, int]]:
+            yield {"id": 1}
+            raise ConnectionError
+
+        rows: List[Tuple[Dict[str, Any], Optional[int]]] = [
+            ({}, 0), ({"entries": [{}, {}]}, 2), ({"entries": iter([{}])}, 1), ({"entries": iter([{}, {}])}, None),
+            ({"entries": iter([{}, {}, {}]), "playlist_count": 3}, 3), ({"entries": failing()}, 1),
+            ({"entries": OnDemandPagedList(lambda number: [{}], 5)}, 1),
+        ]
+        for page, count in rows:
+            self.assertEqual(Entries(page).count, count)
