@@ -86,9 +86,9 @@ void JobProcess::readOutput()
     m_outputSize += output.size();
     if (m_outputSize > mostOutput)
         m_process->killGroup();
-    for (qsizetype begin = 0; begin < output.size() && !alive.isNull();) {
-        const qsizetype end = output.indexOf('\n', begin);
-        const qsizetype length = (end < 0 ? output.size() : end) - begin;
+    for (decltype(output.size()) begin = 0; begin < output.size() && !alive.isNull();) {
+        const auto end = output.indexOf('\n', begin);
+        const auto length = (end < 0 ? output.size() : end) - begin;
         m_skipsLine = m_skipsLine || m_line.size() + length > longestLine;
         if (m_skipsLine)
             m_line.clear();

@@ -42,7 +42,7 @@ void AddressOfferBar::show(const QStringList &addresses)
 {
     const auto count = addresses.size();
     m_address->setText(count > 1 ? tr("%1 addresses").arg(count) : addresses.value(0));
-    m_useButton->setText(count > 1 ? tr("&Download all") : tr("&Use copied address"));
+    m_useButton->setText(count > 1 ? tr("Do&wnload all") : tr("&Use copied address"));
     setVisible(count > 0);
 }
 

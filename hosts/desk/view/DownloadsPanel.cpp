@@ -49,10 +49,10 @@ QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name,
 
 QLayout *DownloadsPanel::makeHead()
 {
-    m_pauseAllButton = newButton(tr("Pa&use all"), QStringLiteral("pauseAll"),
+    m_pauseAllButton = newButton(tr("&Pause all"), QStringLiteral("pauseAll"),
                                  tr("Stops the downloads that run or wait, and keeps what they have"),
                                  &DownloadListModel::pauseAll);
-    m_resumeAllButton = newButton(tr("Resu&me all"), QStringLiteral("resumeAll"),
+    m_resumeAllButton = newButton(tr("Resume all"), QStringLiteral("resumeAll"),
                                   tr("Goes on with the downloads that are paused"), &DownloadListModel::resumeAll);
     m_cancelAllButton =
         newButton(tr("Ca&ncel all"), QStringLiteral("cancelAll"),
