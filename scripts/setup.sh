@@ -29,7 +29,7 @@ declare -A packages=(
     [docs]="doxygen"
     [package]="binutils debhelper devscripts dpkg-dev fakeroot lintian"
     [release]="debootstrap"
-    [desk]="appstream fonts-dejavu-core"
+    [desk]="appstream dbus-daemon fonts-dejavu-core"
 )
 readonly groups=(build qt5 quick run lint sanitizers fuzz bench coverage docs package release desk)
 

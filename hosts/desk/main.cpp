@@ -1,5 +1,6 @@
 #include "hosts/common/InterruptWatcher.h"
 #include "hosts/common/Locale.h"
+#include "hosts/desk/SingleInstance.h"
 #include "hosts/desk/Translation.h"
 #include "hosts/desk/model/Desk.h"
 #include "hosts/desk/view/MainWindow.h"
@@ -14,17 +15,27 @@
 
 namespace {
 
-/** The page address on the command line; empty when there is none. Ends the program for --help and mistakes. */
-QString addressFrom(const QStringList &arguments)
+/** What the command line asks for. */
+struct CommandLine {
+    QStringList addresses;
+    bool wantsNewWindow = false;
+};
+
+/** Reads the command line. Ends the program for --help and mistakes. */
+CommandLine read(const QStringList &arguments)
 {
     QCommandLineParser parser;
+    const QCommandLineOption newWindow(
+        QStringLiteral("new-window"),
+        QCoreApplication::translate("main", "Open a window of its own, also when there is one already."));
+    parser.addOption(newWindow);
     parser.setApplicationDescription(QCoreApplication::translate("main", "Downloads videos from web pages."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("URL"), QCoreApplication::translate("main", "Page to read at once."),
-                                 QStringLiteral("[URL]"));
+                                 QStringLiteral("[URL...]"));
     parser.process(arguments);
-    return parser.positionalArguments().value(0);
+    return {parser.positionalArguments(), parser.isSet(newWindow)};
 }
 
 } // namespace
@@ -46,15 +57,18 @@ int main(int argc, char *argv[])
     // On the debug channel the library traces; QT_LOGGING_RULES brings it back.
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     installTranslation(QLocale());
-    const QString address = addressFrom(QCoreApplication::arguments());
+    const CommandLine commandLine = read(QCoreApplication::arguments());
+    SingleInstance instance;
+    if (!commandLine.wantsNewWindow && !instance.begin(commandLine.addresses))
+        return EXIT_SUCCESS;
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nox-desk.png")));
 
     Desk desk(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
     MainWindow window(desk);
     const NoxHost::InterruptWatcher interrupts;
-    QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::cancelAllAndClose);
+    QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::closeAtOnce);
+    QObject::connect(&instance, &SingleInstance::handedOver, &window, &MainWindow::takeOver);
     window.show();
-    if (!address.isEmpty())
-        window.read(address);
+    window.takeOver(commandLine.addresses);
     return QApplication::exec();
 }

@@ -2,6 +2,8 @@
 
 #include <nox/util/Utilities.h>
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace Nox {
@@ -12,7 +14,9 @@ QString UrlCheck::corrected(const QString &text)
     for (const QLatin1String scheme : {QLatin1String("http://"), QLatin1String("https://")})
         if (url.startsWith(scheme, Qt::CaseInsensitive))
             url.replace(0, scheme.size(), scheme);
-    if (url.startsWith(QLatin1String("www."), Qt::CaseInsensitive))
+    static const QRegularExpression server(QStringLiteral("^([\\w-]+\\.)+[a-zA-Z]{2,}(:\\d+)?(/|$)"),
+                                           QRegularExpression::UseUnicodePropertiesOption);
+    if (url.startsWith(QLatin1String("www."), Qt::CaseInsensitive) || server.match(url).hasMatch())
         url.prepend(QLatin1String("https://"));
     return url.replace(QLatin1Char('\''), QLatin1String("%27"));
 }

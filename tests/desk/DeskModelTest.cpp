@@ -1,6 +1,8 @@
+#include "hosts/desk/model/AddressList.h"
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/model/ProgramLog.h"
 #include "hosts/desk/model/StreamTableModel.h"
+#include "hosts/desk/network/ThumbnailLoader.h"
 #include "hosts/desk/network/WebRequest.h"
 #include "hosts/desk/view/AddressOffer.h"
 #include "hosts/desk/view/ShownText.h"
@@ -9,10 +11,13 @@
 #include "tests/util/Rows.h"
 
 #include <QAbstractItemModelTester>
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QtTest>
@@ -76,6 +81,8 @@ private Q_SLOTS:
     void addresses();
     void offer();
     void possibleRequests();
+    void thumbnails_data();
+    void thumbnails();
 
 private:
     QString path(const QString &name) const { return m_root->filePath(name); }
@@ -380,8 +387,9 @@ void DeskModelTest::addresses_data()
     row("text", "", " https://x/y \n", "https://x/y");
     row("mended", "", "www.x/y", "https://www.x/y");
     row("local file", "file:///etc/passwd");
-    row("prose", "", "see https://x/y");
-    row("two", "", "https://x/y https://x/z");
+    row("prose", "", "see (https://x/y), and <https://x/a_(b)>.", "https://x/y https://x/a_(b)");
+    row("lines", "", "https://x/y\n# example.org/watch?v=1\nhttps://x/y\n", "https://x/y https://example.org/watch?v=1");
+    row("no addresses", "", "setup.py, e.g. 1.5/2 a@b.org/c");
     row("prose that begins so", "", "http://" + QByteArray(5000, 'x'));
     row("nothing", "");
 }
@@ -396,7 +404,7 @@ void DeskModelTest::addresses()
     } else if (!text.isEmpty()) {
         data.setText(text);
     }
-    QTEST(AddressOffer::addressIn(&data), "address");
+    QTEST(AddressList::in(&data).join(QLatin1Char(' ')), "address");
 }
 
 void DeskModelTest::offer()
@@ -407,15 +415,15 @@ void DeskModelTest::offer()
     QSignalSpy changes(&offer, &AddressOffer::changed);
     clipboard.setText("http://x/1"_s);
     QTRY_COMPARE(changes.size(), 1);
-    QCOMPARE(offer.address(), "http://x/1"_s);
+    QCOMPARE(offer.addresses(), QStringList("http://x/1"_s));
     offer.setKnown(" http://x/1"_s);
-    QCOMPARE(offer.address(), QString());
+    QCOMPARE(offer.addresses(), QStringList());
     offer.setKnown(QString());
-    QCOMPARE(offer.address(), "http://x/1"_s);
+    QCOMPARE(offer.addresses(), QStringList("http://x/1"_s));
     offer.dismiss();
-    QCOMPARE(offer.address(), QString());
+    QCOMPARE(offer.addresses(), QStringList());
     offer.check();
-    QCOMPARE(offer.address(), QString());
+    QCOMPARE(offer.addresses(), QStringList());
 }
 
 void DeskModelTest::possibleRequests()
@@ -423,6 +431,47 @@ void DeskModelTest::possibleRequests()
     QVERIFY(WebRequest::isPossible("https://x/a.jpg"_s));
     for (const char *url : {"", "file:///etc/passwd", "a.jpg", "ftp://x/a.jpg", "http:///a.jpg", "data:,a"})
         QVERIFY2(!WebRequest::isPossible(QString::fromLatin1(url)), url);
+}
+
+void DeskModelTest::thumbnails_data()
+{
+    const TextTable row{"path", "asked"}; // the server has p.jpg only, and answers "?" to what ends in ".webp"
+    row("readable", "/p.jpg?1", "/p.jpg?1");
+    row("as JPEG", "/vi_webp/p.webp?1", "/vi_webp/p.webp?1 /vi/p.jpg?1");
+    row("not there", "/q.webp", "/q.webp /q.jpg");
+}
+
+/** A picture of a kind that cannot be read is asked for as JPEG; one that cannot be had is told as such. */
+void DeskModelTest::thumbnails()
+{
+    QFETCH(QString, path);
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    QVERIFY(QImage(8, 8, QImage::Format_RGB32).save(&buffer, "JPEG"));
+    QStringList asked;
+    QTcpServer server;
+    connect(&server, &QTcpServer::newConnection, this, [&] {
+        QTcpSocket *socket = server.nextPendingConnection();
+        connect(socket, &QTcpSocket::readyRead, this, [&jpeg, &asked, socket] {
+            const QByteArray target = socket->readAll().split(' ').value(1);
+            asked += QString::fromLatin1(target);
+            const bool isThere = target.contains("p.jpg") || target.contains(".webp");
+            const QByteArray body = target.contains("p.jpg") ? jpeg : isThere ? "?" : "";
+            socket->write((isThere ? "HTTP/1.1 200 OK" : "HTTP/1.1 404 Not found")
+                          + QByteArray("\r\nConnection: close\r\nContent-Length: ") + QByteArray::number(body.size())
+                          + "\r\n\r\n" + body);
+            socket->disconnectFromHost();
+        });
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    });
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    QNetworkAccessManager network;
+    ThumbnailLoader loader(network);
+    loader.load("http://127.0.0.1:%1%2"_s.arg(server.serverPort()).arg(path));
+    QVERIFY(loader.isLoading());
+    QTRY_VERIFY_WITH_TIMEOUT(!loader.isLoading(), 30000);
+    QTEST(asked.join(QLatin1Char(' ')), "asked");
+    QCOMPARE(loader.picture().isNull(), path == "/q.webp"_s);
 }
 
 QTEST_MAIN(DeskModelTest)

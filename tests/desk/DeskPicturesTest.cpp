@@ -4,6 +4,7 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QDir>
+#include <QListWidget>
 #include <QPainter>
 #include <QSplitter>
 #include <QStyle>
@@ -92,6 +93,7 @@ private Q_SLOTS:
     void firstRun();
     void longTitle();
     void queue();
+    void videos();
     void preferences();
 
 private:
@@ -243,6 +245,24 @@ void DeskPicturesTest::queue()
     QCOMPARE(downloads.rowCount(), 6);
     QCOMPARE(downloads.runningCount(), 3);
     photograph(m_user->window(), "queue"_s);
+}
+
+/** A page with twelve videos, of which three are ticked. */
+void DeskPicturesTest::videos()
+{
+    open();
+    QString list = page("Harbour lights"_s, m_pictures.url()).trimmed() + R"(|err WARNING: [nox:videos] 12\n)"_s + "\nlist: "_s;
+    for (int i = 1; i <= 12; ++i)
+        list += R"(out {"nox_index":%1,"nox_url":"http://x/%1","title":"Harbour lights, part %1","duration":%2,)"
+                R"("nox_count":12}\n|)"_s.arg(i).arg(500 + 37 * i);
+    HostSandbox::play(list.chopped(1));
+    m_user->readPage("https://video.example/list/1"_s);
+    QTRY_SOON(m_user->press("showVideos"));
+    auto *videos = qobject_cast<QListWidget *>(m_user->find("videos"));
+    QTRY_SOON_COMPARE(videos->count(), 12);
+    for (const int row : {1, 4, 5})
+        videos->item(row)->setCheckState(Qt::Checked);
+    photograph(*videos->window(), "videos"_s);
 }
 
 void DeskPicturesTest::preferences()

@@ -84,7 +84,7 @@ QString DeskQueueTest::states() const
     QMap<QString, QChar> states;
     for (int row = 0; row < model.rowCount(); ++row) {
         const auto state = model.index(row).data(DownloadListModel::StateRole).value<Download::State>();
-        states.insert(model.index(row).data().toString(), "WR-FEC"_s.at(static_cast<int>(state)));
+        states.insert(model.index(row).data().toString(), "WR-FECPp"_s.at(static_cast<int>(state)));
     }
     QString result;
     for (const QChar state : std::as_const(states))
@@ -224,8 +224,23 @@ void DeskQueueTest::sixAddresses()
     QTRY_SOON(m_user->canPress("closeAnyway"));
     QVERIFY(m_user->press("closeAnyway"));
     QTRY_SOON(!m_user->window().isVisible());
-    QCOMPARE(m_stage->files(), QStringList({"Clip-1.mp4"_s, "Clip-2.mp4"_s, "Clip-5.mp4"_s}));
+    m_user.reset();
     QTRY_SOON(m_stage->isQuiet());
+    QCOMPARE(m_stage->files().filter("Clip"_s), QStringList({"Clip-1.mp4"_s, "Clip-2.mp4"_s, "Clip-5.mp4"_s}));
+
+    // The list is there again; what was not finished goes on when the user wants it.
+    m_user = std::make_unique<DeskUser>();
+    QCOMPARE(states(), "FFppFp"_s);
+    QCOMPARE(files(), "Clip-6 Clip-3 Clip-4 Clip-2 Clip-5 Clip-1"_s);
+    HostSandbox::play("c3: announce mp4\nc4: announce mp4|hang\nc6: announce mp4"_s);
+    QVERIFY(m_user->press("resumeAll"));
+    QTRY_SOON_COMPARE(states(), "FFFRFF"_s);
+    QVERIFY(!m_user->sees("resumeAll"));
+    QTRY_SOON(m_stage->hangs("c4"_s));
+    QVERIFY(m_user->press("pause", 0));
+    QTRY_SOON_COMPARE(states(), "FFFpFF"_s);
+    QVERIFY(m_user->press("remove", 0)); // leaves nothing
+    QCOMPARE(m_stage->files().size(), 5);
 }
 
 void DeskQueueTest::failureIsToldBesideOthers_data()

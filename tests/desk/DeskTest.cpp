@@ -14,6 +14,11 @@ void DeskTest::init()
 {
     m_stage = std::make_unique<HostSandbox>();
     HostSandbox::installStandIns();
+    static const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(m_stage->path("bin"_s)) + ':' + path);
+    qputenv("XDG_STATE_HOME", QFile::encodeName(m_stage->path("state"_s)));
+    qunsetenv("NOX_OPENED");
+    installScript("xdg-open"_s, R"(printf '%s\n' "$1" >>"$NOX_STAGE/opened"; exit "${NOX_OPENED:-0}")"_s);
     QGuiApplication::clipboard()->clear();
     m_user = std::make_unique<DeskUser>();
 }
@@ -24,4 +29,20 @@ void DeskTest::cleanup()
     qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>());
     QTRY_SOON(m_stage->isQuiet());
     m_stage.reset();
+}
+
+void DeskTest::installScript(const QString &name, const QString &body)
+{
+    QDir().mkpath(m_stage->path("bin"_s));
+    QFile script(m_stage->path("bin/"_s + name));
+    if (!script.open(QIODevice::WriteOnly) || script.write("#!/bin/sh\n" + body.toUtf8() + '\n') < 0)
+        qFatal("cannot write %s", qPrintable(script.fileName()));
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+QStringList DeskTest::opened() const
+{
+    QFile file(m_stage->path("notes/opened"_s));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+                                          : QStringList();
 }

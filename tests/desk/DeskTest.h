@@ -22,6 +22,11 @@ protected Q_SLOTS:
     void cleanup();
 
 protected:
+    /** Puts a shell script into the folder where programs are found first. */
+    void installScript(const QString &name, const QString &body);
+
+    QStringList opened() const; ///< What xdg-open was asked to open; it fails with NOX_OPENED as its exit code.
+
     std::unique_ptr<HostSandbox> m_stage;
     std::unique_ptr<DeskUser> m_user;
 };

@@ -6,7 +6,6 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QMimeData>
@@ -57,8 +56,6 @@ class DeskWindowTest : public DeskTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase() { QDesktopServices::unsetUrlHandler("file"_s); }
     void describesPage();
     void unusedSettings();
     void manyStreams();
@@ -80,22 +77,8 @@ private Q_SLOTS:
     void remembers();
     void failedPageKeepsTheOther();
     void fileAppears();
-    void openingFails();
-    void preferredFolder();
     void logOpensAtItsEnd();
-
-public Q_SLOTS:
-    void openedUrl(const QUrl &url) { m_opened += url.toLocalFile(); }
-
-private:
-    QStringList m_opened;
 };
-
-void DeskWindowTest::initTestCase()
-{
-    DeskTest::initTestCase();
-    QDesktopServices::setUrlHandler("file"_s, this, "openedUrl");
-}
 
 void DeskWindowTest::describesPage()
 {
@@ -223,9 +206,11 @@ void DeskWindowTest::downloadsJoined()
     QTRY_SOON(m_user->text("status", 0).startsWith("Finished, 7 bytes"_s)); // "137+140"
     const QString file = m_stage->video("Clip.mp4"_s);
     QCOMPARE(m_stage->files(), QStringList("Clip.mp4"_s));
-    QVERIFY(m_user->press("openFile", 0) && m_user->press("showFolder", 0));
+    QVERIFY(m_user->press("openFile", 0));
+    QTRY_SOON(opened().size() == 1);
+    QVERIFY(m_user->press("showFolder", 0));
     // There is no session bus, and so no file manager that would select the file.
-    QTRY_COMPARE(m_opened, QStringList({file, m_stage->videos()}));
+    QTRY_SOON_COMPARE(opened(), QStringList({"file://"_s + file, "file://"_s + m_stage->videos()}));
     QVERIFY(m_user->text("notice").startsWith("Download finished"_s));
     QVERIFY(m_user->find("notice")->width() > m_user->window().width() * 4 / 5);
     m_user->window().findChild<QTimer *>("noticeTimer"_s)->setInterval(0);
@@ -357,7 +342,7 @@ void DeskWindowTest::closing()
     QTRY_SOON(m_user->canPress("closeAnyway"));
     QVERIFY(m_user->press("closeAnyway"));
     QTRY_SOON(!m_user->window().isVisible());
-    QCOMPARE(m_stage->files(), QStringList());
+    m_user.reset();
     QTRY_SOON(m_stage->isQuiet());
 }
 
@@ -435,42 +420,6 @@ void DeskWindowTest::fileAppears()
     QVERIFY(m_user->press("download"));
     QTRY_SOON(m_user->text("destinationProblem").contains("exists already"_s));
     QCOMPARE(m_user->downloads().rowCount(), 1);
-}
-
-void DeskWindowTest::openingFails()
-{
-    QVERIFY(m_user->beginDownload("360P"_s));
-    QTRY_SOON(m_user->sees("openFile", 0));
-    QDesktopServices::unsetUrlHandler("file"_s); // the tests' platform opens nothing
-    QVERIFY(m_user->press("openFile", 0));
-    QTRY_SOON(m_user->text("warning").contains("No program"_s));
-    qobject_cast<QDialog *>(m_user->find("warning"))->reject();
-    QTRY_SOON(!m_user->sees("warning"));
-    QVERIFY(QFile::remove(m_stage->video("Clip.mp4"_s)));
-    QVERIFY(m_user->press("openFile", 0));
-    QCOMPARE(m_user->text("status", 0), "The file is not there any more"_s);
-    QVERIFY(!m_user->sees("warning"));
-    QDesktopServices::setUrlHandler("file"_s, this, "openedUrl");
-}
-
-/** A folder that cannot be used is not passed over in silence; one that is missing is made when it is asked for. */
-void DeskWindowTest::preferredFolder()
-{
-    m_user->openMenu(0);
-    QTRY_SOON(m_user->sees("preferredFolder"));
-    auto *dialog = qobject_cast<QDialog *>(m_user->find("preferredFolder")->window());
-    m_user->type("preferredFolder", "/dev/null"_s);
-    dialog->accept();
-    QVERIFY(m_user->sees("preferredFolderProblem") && !m_user->sees("makePreferredFolder"));
-    m_user->type("preferredFolder", "~/new/deep "_s);
-    dialog->accept();
-    QVERIFY(dialog->isVisible());
-    QVERIFY(m_user->text("preferredFolderProblem").contains(m_stage->path("new/deep"_s)));
-    QVERIFY(m_user->press("makePreferredFolder"));
-    QVERIFY(!dialog->isVisible());
-    QCOMPARE(m_user->desk().settings().folder(), m_stage->path("new/deep"_s));
-    QVERIFY(m_user->seesPage());
-    QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp4"_s));
 }
 
 void DeskWindowTest::logOpensAtItsEnd()

@@ -38,6 +38,14 @@
         <source>Dismiss the copied address</source>
         <translation>Kopierte Adresse nicht verwenden</translation>
     </message>
+    <message>
+        <source>%1 addresses</source>
+        <translation>%1 Adressen</translation>
+    </message>
+    <message>
+        <source>Do&amp;wnload all</source>
+        <translation>Alle &amp;herunterladen</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::Desk</name>
@@ -109,6 +117,22 @@
     <message>
         <source>The file is not there any more</source>
         <translation>Die Datei ist nicht mehr vorhanden</translation>
+    </message>
+    <message>
+        <source>Reading the page</source>
+        <translation>Seite wird gelesen</translation>
+    </message>
+    <message>
+        <source>Pausing…</source>
+        <translation>Wird angehalten …</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Converting the sound</source>
+        <translation>Ton wird umgewandelt</translation>
     </message>
 </context>
 <context>
@@ -205,6 +229,21 @@
         <source>More</source>
         <translation>Mehr</translation>
     </message>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Fortsetzen</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::DownloadStore</name>
+    <message>
+        <source>The list of downloads could not be read. It has been set aside as &quot;%1&quot;.</source>
+        <translation>Die Liste der Downloads war nicht lesbar. Sie wurde als „%1“ beiseitegelegt.</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadsPanel</name>
@@ -231,6 +270,22 @@
     <message>
         <source>Cancels the downloads that run and those that wait</source>
         <translation>Bricht die laufenden und die wartenden Downloads ab</translation>
+    </message>
+    <message>
+        <source>Stops the downloads that run or wait, and keeps what they have</source>
+        <translation>Hält laufende und wartende Downloads an und behält, was sie haben</translation>
+    </message>
+    <message>
+        <source>Goes on with the downloads that are paused</source>
+        <translation>Setzt die angehaltenen Downloads fort</translation>
+    </message>
+    <message>
+        <source>&amp;Pause all</source>
+        <translation>Alle an&amp;halten</translation>
+    </message>
+    <message>
+        <source>Resume all</source>
+        <translation>Alle fortsetzen</translation>
     </message>
 </context>
 <context>
@@ -292,18 +347,6 @@
         <translation>Nox Desk</translation>
     </message>
     <message>
-        <source>What has been fetched so far will be removed.</source>
-        <translation>Was bisher geladen wurde, wird entfernt.</translation>
-    </message>
-    <message>
-        <source>Cancel &amp;downloads and close</source>
-        <translation>&amp;Downloads abbrechen und schließen</translation>
-    </message>
-    <message>
-        <source>Downloads still running: %1. Cancel them and close?</source>
-        <translation>Noch laufende Downloads: %1. Abbrechen und schließen?</translation>
-    </message>
-    <message>
         <source>&amp;Preferences…</source>
         <translation>&amp;Einstellungen …</translation>
     </message>
@@ -314,10 +357,6 @@
     <message>
         <source>Keyboard &amp;shortcuts…</source>
         <translation>&amp;Tastenkürzel …</translation>
-    </message>
-    <message>
-        <source>&amp;About…</source>
-        <translation>&amp;Über …</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -393,6 +432,53 @@
         <source>&amp;Keep downloading</source>
         <translation>&amp;Weiter herunterladen</translation>
     </message>
+    <message>
+        <source>&amp;Addresses from a file…</source>
+        <translation>&amp;Adressen aus einer Datei …</translation>
+    </message>
+    <message>
+        <source>A&amp;bout…</source>
+        <translation>Ü&amp;ber …</translation>
+    </message>
+    <message>
+        <source>Addresses from a file</source>
+        <translation>Adressen aus einer Datei</translation>
+    </message>
+    <message>
+        <source>There are no addresses in &quot;%1&quot;.</source>
+        <translation>In „%1“ stehen keine Adressen.</translation>
+    </message>
+    <message>
+        <source>This stream of this page is in the list of downloads already.</source>
+        <translation>Dieser Datenstrom dieser Seite steht schon in der Liste der Downloads.</translation>
+    </message>
+    <message>
+        <source>Download &amp;again</source>
+        <translation>&amp;Noch einmal herunterladen</translation>
+    </message>
+    <message>
+        <source>Downloads still running: %1. Stop them and close?</source>
+        <translation>Noch laufende Downloads: %1. Stoppen und schließen?</translation>
+    </message>
+    <message>
+        <source>They stay in the list, and go on later where they have stopped.</source>
+        <translation>Sie bleiben in der Liste und machen später dort weiter, wo sie stehen geblieben sind.</translation>
+    </message>
+    <message>
+        <source>&amp;Stop and close</source>
+        <translation>&amp;Stoppen und schließen</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::Notifier</name>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>Nox Desk</source>
+        <translation>Nox Desk</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::PagePanel</name>
@@ -437,6 +523,18 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>This is still the page before:</source>
         <translation>Dies ist noch die vorige Seite:</translation>
+    </message>
+    <message>
+        <source>This is the first of %1 parts. Choose…</source>
+        <translation>Dies ist der erste von %1 Teilen. Auswählen …</translation>
+    </message>
+    <message>
+        <source>This is the first of %1 videos. Choose…</source>
+        <translation>Dies ist das erste von %1 Videos. Auswählen …</translation>
+    </message>
+    <message>
+        <source>This is the first of several videos. Choose…</source>
+        <translation>Dies ist das erste von mehreren Videos. Auswählen …</translation>
     </message>
 </context>
 <context>
@@ -497,6 +595,51 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>unknown quality (%1)</source>
         <translation>unbekannte Qualität (%1)</translation>
+    </message>
+</context>
+<context>
+    <name>NoxDesk::PlaylistDialog</name>
+    <message>
+        <source>&amp;List more</source>
+        <translation>&amp;Weitere auflisten</translation>
+    </message>
+    <message>
+        <source>Videos of the page</source>
+        <translation>Videos der Seite</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>&amp;Herunterladen</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>&amp;Alle</translation>
+    </message>
+    <message>
+        <source>&amp;None</source>
+        <translation>&amp;Keine</translation>
+    </message>
+    <message>
+        <source>%1. %2</source>
+        <comment>number, title</comment>
+        <translation>%1. %2</translation>
+    </message>
+    <message>
+        <source>%1. %2 (%3)</source>
+        <comment>number, title, duration</comment>
+        <translation>%1. %2 (%3)</translation>
+    </message>
+    <message>
+        <source>%1 of %2 videos are listed.</source>
+        <translation>%1 von %2 Videos sind aufgelistet.</translation>
+    </message>
+    <message>
+        <source>%1 videos are listed.</source>
+        <translation>%1 Videos sind aufgelistet.</translation>
+    </message>
+    <message>
+        <source>The videos are being listed…</source>
+        <translation>Die Videos werden aufgelistet …</translation>
     </message>
 </context>
 <context>
@@ -581,6 +724,66 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <source>Browse for the archive</source>
         <translation>Archiv auswählen</translation>
     </message>
+    <message>
+        <source>Save sound without a picture as MP&amp;3, which encodes it anew</source>
+        <translation>Ton ohne Bild als MP&amp;3 speichern, wozu er neu kodiert wird</translation>
+    </message>
+    <message>
+        <source>&amp;Go on with unfinished downloads when the program starts</source>
+        <translation>Beim Start unfertige Downloads &amp;fortsetzen</translation>
+    </message>
+    <message>
+        <source>none; or bytes a second, such as 500K or 2M</source>
+        <translation>keine; oder Bytes pro Sekunde, etwa 500K oder 2M</translation>
+    </message>
+    <message>
+        <source>&amp;Limit of speed:</source>
+        <translation>&amp;Höchste Geschwindigkeit:</translation>
+    </message>
+    <message>
+        <source>as the system has it; or such as socks5://127.0.0.1:9050</source>
+        <translation>wie im System; oder etwa socks5://127.0.0.1:9050</translation>
+    </message>
+    <message>
+        <source>&amp;Proxy:</source>
+        <translation>&amp;Proxy:</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keinem</translation>
+    </message>
+    <message>
+        <source>Cookies from the &amp;browser:</source>
+        <translation>Cookies aus dem &amp;Browser:</translation>
+    </message>
+    <message>
+        <source>When the tool was renewed</source>
+        <translation>Wann das Werkzeug erneuert wurde</translation>
+    </message>
+    <message>
+        <source>Fetching the newest tool…</source>
+        <translation>Das neueste Werkzeug wird geholt …</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>It came with the program.</source>
+        <translation>Es kam mit dem Programm.</translation>
+    </message>
+    <message>
+        <source>It was renewed on %1.</source>
+        <translation>Es wurde am %1 erneuert.</translation>
+    </message>
+    <message>
+        <source>Rene&amp;w the tool</source>
+        <translation>Werkzeug &amp;erneuern</translation>
+    </message>
+    <message>
+        <source>The settings of the tool cannot be written to &quot;%1&quot;.</source>
+        <translation>Die Einstellungen des Werkzeugs können nicht in „%1“ geschrieben werden.</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::StreamPanel</name>
@@ -662,6 +865,25 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     </message>
 </context>
 <context>
+    <name>NoxDesk::ToolRenewal</name>
+    <message>
+        <source>The command nox-renew-tool is not installed.</source>
+        <translation>Der Befehl nox-renew-tool ist nicht installiert.</translation>
+    </message>
+    <message>
+        <source>Cancelled. The tool is the one as before.</source>
+        <translation>Abgebrochen. Das Werkzeug ist dasselbe wie vorher.</translation>
+    </message>
+    <message>
+        <source>Renewed: %1</source>
+        <translation>Erneuert: %1</translation>
+    </message>
+    <message>
+        <source>The tool could not be renewed: %1</source>
+        <translation>Das Werkzeug konnte nicht erneuert werden: %1</translation>
+    </message>
+</context>
+<context>
     <name>NoxDesk::ToolVersionLabel</name>
     <message>
         <source>asking the tool…</source>
@@ -677,6 +899,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Page to read at once.</source>
         <translation>Seite, die sofort gelesen wird.</translation>
+    </message>
+    <message>
+        <source>Open a window of its own, also when there is one already.</source>
+        <translation>Ein eigenes Fenster öffnen, auch wenn es schon eines gibt.</translation>
     </message>
 </context>
 </TS>

@@ -14,6 +14,8 @@ const QLatin1String linesKey("streams/maximumLines");
 const QLatin1String withoutConversionKey("streams/withoutConversion");
 const QLatin1String soundOnlyKey("streams/soundOnly");
 const QLatin1String parallelKey("downloads/parallel");
+const QLatin1String goOnKey("downloads/goOnAtStart");
+const QLatin1String mp3Key("streams/mp3");
 const QLatin1String clipboardKey("addresses/offerClipboard");
 const QLatin1String recentKey("addresses/recent");
 const QLatin1String toolKey("tool/file");
@@ -58,6 +60,8 @@ Preferences DeskSettings::preferences() const
         qBound(Preferences::leastParallel, m_settings.value(parallelKey, result.parallelDownloads).toInt(),
                Preferences::mostParallel);
     result.offersClipboard = m_settings.value(clipboardKey, result.offersClipboard).toBool();
+    result.goesOnAtStart = m_settings.value(goOnKey, result.goesOnAtStart).toBool();
+    result.makesMp3 = m_settings.value(mp3Key, result.makesMp3).toBool();
     result.toolFile = m_settings.value(toolKey).toString();
     return result;
 }
@@ -69,6 +73,8 @@ void DeskSettings::setPreferences(const Preferences &preferences)
     m_settings.setValue(soundOnlyKey, preferences.stream.soundOnly);
     m_settings.setValue(parallelKey, preferences.parallelDownloads);
     m_settings.setValue(clipboardKey, preferences.offersClipboard);
+    m_settings.setValue(goOnKey, preferences.goesOnAtStart);
+    m_settings.setValue(mp3Key, preferences.makesMp3);
     m_settings.setValue(toolKey, preferences.toolFile);
 }
 

@@ -2,64 +2,190 @@
 
 #include <QFileInfo>
 #include <QLocale>
+#include <QMetaEnum>
 #include <QStringList>
 
 namespace NoxDesk {
 
 using Nox::DownloadJob;
 
+namespace {
+
+const QLatin1String urlKey("url");
+const QLatin1String fileKey("file");
+const QLatin1String stateKey("state");
+const QLatin1String errorKey("error");
+const QLatin1String detailsKey("details");
+const QLatin1String jobKey("job");
+
+QJsonObject recordOf(const DownloadRequest &request)
+{
+    DownloadJob job(request.url, request.stream, request.destination);
+    job.setDuration(request.duration);
+    job.setSoundFormat(request.sound);
+    return job.record();
+}
+
+} // namespace
+
 Download::Download(const DownloadRequest &request, QObject *parent)
     : QObject(parent)
-    , m_request(request)
+    , m_url(request.url)
     , m_file(request.destination)
+    , m_record(request.stream.isValid() ? recordOf(request) : QJsonObject())
 {
 }
 
-void Download::start(const Nox::ToolSetup &tools)
+Download::Download(const QJsonObject &stored, QObject *parent)
+    : QObject(parent)
+    , m_url(stored.value(urlKey).toString())
+    , m_file(stored.value(fileKey).toString())
+    , m_record(stored.value(jobKey).toObject())
+    , m_error(stored.value(errorKey).toString())
+    , m_errorDetails(stored.value(detailsKey).toString())
+{
+    const QByteArray name = stored.value(stateKey).toString().toLatin1();
+    const auto state = static_cast<State>(QMetaEnum::fromType<State>().keyToValue(name.constData()));
+    const bool isOver = state == State::Finished || state == State::Failed || state == State::Cancelled;
+    m_state = isOver ? state : State::Paused;
+}
+
+Download::Download(const QJsonObject &record, const QString &url, const QString &file, QObject *parent)
+    : QObject(parent)
+    , m_url(url)
+    , m_file(file)
+    , m_record(record)
+    , m_state(State::Paused)
+{
+}
+
+QJsonObject Download::toJson() const
+{
+    return {{urlKey, m_url},
+            {fileKey, m_file},
+            {stateKey, QLatin1String(QMetaEnum::fromType<State>().valueToKey(static_cast<int>(m_state)))},
+            {errorKey, m_error},
+            {detailsKey, m_errorDetails},
+            {jobKey, m_record}};
+}
+
+void Download::start(const Nox::ToolSetup &tools, const Chooser &choose)
 {
     if (m_state != State::Waiting)
         return;
-    m_job = std::make_unique<DownloadJob>(m_request.url, m_request.stream, m_file, tools);
-    m_job->setDuration(m_request.duration);
+    m_tools = tools;
+    m_choose = choose;
+    if (m_record.isEmpty()) {
+        m_page = std::make_unique<Nox::PageJob>(m_url, tools);
+        connect(m_page.get(), &Nox::Job::finished, this, &Download::onPageRead);
+        m_page->start();
+    } else {
+        startJob();
+    }
+    setState(State::Running);
+}
+
+void Download::onPageRead()
+{
+    Nox::PageJob *page = m_page.release();
+    page->deleteLater(); // it is the sender
+    const DownloadRequest request = page->error() == Nox::Job::NoError ? m_choose(*page) : DownloadRequest();
+    if (!request.stream.isValid()) {
+        end(*page);
+        return;
+    }
+    m_file = request.destination;
+    m_record = recordOf(request);
+    startJob();
+    Q_EMIT changed();
+}
+
+void Download::startJob()
+{
+    m_job = std::make_unique<DownloadJob>(m_record, m_tools);
     connect(m_job.get(), &DownloadJob::phaseChanged, this, &Download::changed);
     connect(m_job.get(), &DownloadJob::figuresChanged, this, &Download::changed);
     connect(m_job.get(), &DownloadJob::waitingTextChanged, this, &Download::changed);
     connect(m_job.get(), &DownloadJob::finished, this, &Download::onFinished);
     m_job->start();
-    setState(State::Running);
 }
 
 void Download::onFinished()
 {
-    switch (m_job->error()) {
+    m_file = m_job->error() == Nox::Job::NoError ? m_job->filePath() : m_job->destination();
+    end(*m_job);
+}
+
+void Download::end(const Nox::Job &job)
+{
+    switch (job.error()) {
     case Nox::Job::NoError:
-        m_file = m_job->filePath();
         end(State::Finished);
         break;
-    case Nox::Job::Cancelled:
-        end(State::Cancelled);
+    case Nox::Job::Cancelled: // a page that was being read is read anew later
+        end(m_state == State::Pausing ? State::Paused : State::Cancelled);
+        break;
+    case Nox::Job::Paused:
+        end(State::Paused);
         break;
     default:
+        m_error = job.errorString();
+        m_errorDetails = job.errorDetails();
         end(State::Failed);
+    }
+}
+
+void Download::pause()
+{
+    if (m_state == State::Waiting) {
+        end(State::Paused);
+    } else if (m_state == State::Running) {
+        setState(State::Pausing);
+        if (m_page != nullptr) {
+            m_page->cancel();
+        } else {
+            m_job->pause();
+        }
     }
 }
 
 void Download::cancel()
 {
     if (m_state == State::Waiting) {
+        discard();
         end(State::Cancelled);
     } else if (m_state == State::Running) {
         setState(State::Cancelling);
-        m_job->cancel();
+        if (m_page != nullptr) {
+            m_page->cancel();
+        } else {
+            m_job->cancel();
+        }
     }
 }
 
-void Download::retry(const QString &file)
+void Download::retry()
 {
     if (canRetry()) {
-        m_file = file;
+        m_error.clear();
+        m_errorDetails.clear();
         setState(State::Waiting);
     }
+}
+
+void Download::discard()
+{
+    if (!isRunning() && m_state != State::Finished && !m_record.isEmpty())
+        DownloadJob::discard(m_record);
+}
+
+bool Download::isSameAs(const DownloadRequest &request) const
+{
+    if (request.url != m_url || m_record.isEmpty())
+        return false;
+    const Nox::MediaProfile stream = DownloadJob(m_record).stream();
+    return stream.getName() == request.stream.getName()
+        && stream.getPreferredDashAudioYdCode() == request.stream.getPreferredDashAudioYdCode();
 }
 
 void Download::end(State state)
@@ -74,24 +200,21 @@ void Download::setState(State state)
     Q_EMIT changed();
 }
 
+QString Download::name() const
+{
+    return m_file.isEmpty() ? m_url : QFileInfo(m_file).fileName();
+}
+
 int Download::percent() const
 {
     if (m_state == State::Finished)
         return 100;
+    if (m_page != nullptr)
+        return -1;
     if (m_job == nullptr || m_state == State::Waiting)
         return 0;
     const Nox::TransferFigures figures = m_job->figures();
     return m_state == State::Running && figures.total() == 0 ? -1 : figures.percent();
-}
-
-QString Download::errorString() const
-{
-    return m_state == State::Failed ? m_job->errorString() : QString();
-}
-
-QString Download::errorDetails() const
-{
-    return m_state == State::Failed ? m_job->errorDetails() : QString();
 }
 
 QString Download::status() const
@@ -100,9 +223,11 @@ QString Download::status() const
     case State::Waiting:
         return tr("Waiting for others to end");
     case State::Running:
-        return phaseText() + figuresText();
+        return m_page != nullptr ? tr("Reading the page") : phaseText() + figuresText();
     case State::Cancelling:
         return tr("Cancelling…");
+    case State::Pausing:
+        return tr("Pausing…");
     case State::Finished:
         if (!QFileInfo::exists(m_file))
             return tr("The file is not there any more");
@@ -112,6 +237,8 @@ QString Download::status() const
         return tr("Failed: %1").arg(errorString().simplified());
     case State::Cancelled:
         return tr("Cancelled");
+    case State::Paused:
+        return tr("Paused");
     }
     return {};
 }

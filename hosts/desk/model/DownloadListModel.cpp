@@ -1,9 +1,5 @@
 #include "hosts/desk/model/DownloadListModel.h"
 
-#include <nox/jobs/Destination.h>
-
-#include <QFileInfo>
-
 #include <algorithm>
 #include <functional>
 
@@ -14,7 +10,7 @@ namespace {
 /** Which part of the list the download belongs to. */
 int part(const Download *download)
 {
-    return download->isRunning() ? 0 : download->isActive() ? 1 : 2;
+    return download->isRunning() ? 0 : download->isActive() ? 1 : download->isEnded() ? 3 : 2;
 }
 
 } // namespace
@@ -34,13 +30,48 @@ void DownloadListModel::setLimit(int limit)
 void DownloadListModel::add(const DownloadRequest &request)
 {
     auto *download = new Download(request, this);
+    insert(activeCount(), download);
+    enqueue(download);
+}
+
+void DownloadListModel::insert(int row, Download *download)
+{
     connect(download, &Download::changed, this, [this, download] { onChanged(download); });
     connect(download, &Download::ended, this, [this, download] { onEnded(download); });
-    const int row = activeCount();
     beginInsertRows({}, row, row);
     m_downloads.insert(row, download);
     endInsertRows();
-    enqueue(download);
+}
+
+void DownloadListModel::restore(const QJsonArray &stored)
+{
+    for (const QJsonValue &value : stored) {
+        auto *download = new Download(value.toObject(), this);
+        insert(download->isEnded() ? rowCount() : rowCount() - endedCount(), download);
+    }
+    Q_EMIT countsChanged();
+}
+
+void DownloadListModel::addInterrupted(const QString &folder)
+{
+    const QList<QJsonObject> records = Nox::DownloadJob::interrupted(folder);
+    for (const QJsonObject &record : records) {
+        const Nox::DownloadJob job(record);
+        const bool isKnown = std::any_of(m_downloads.cbegin(), m_downloads.cend(), [&job](const Download *download) {
+            return download->isSameAs({job.url(), job.stream(), job.destination()});
+        });
+        if (!isKnown)
+            insert(rowCount() - endedCount(), new Download(record, job.url(), job.destination(), this));
+    }
+    Q_EMIT countsChanged();
+}
+
+QJsonArray DownloadListModel::toJson() const
+{
+    QJsonArray result;
+    for (const Download *download : m_downloads)
+        result += download->toJson();
+    return result;
 }
 
 void DownloadListModel::enqueue(Download *download)
@@ -59,7 +90,29 @@ void DownloadListModel::enqueue(Download *download)
 void DownloadListModel::startNext()
 {
     for (int running = runningCount(); running < m_limit && running < activeCount(); running = runningCount())
-        m_downloads.at(running)->start(m_tools);
+        m_downloads.at(running)->start(m_tools, m_choose);
+}
+
+void DownloadListModel::pause(int row)
+{
+    if (Download *download = m_downloads.value(row))
+        download->pause();
+}
+
+void DownloadListModel::pauseAll()
+{
+    const QList<Download *> downloads = m_downloads;
+    for (auto download = downloads.crbegin(); download != downloads.crend(); ++download) // as in cancelAll()
+        (*download)->pause();
+}
+
+void DownloadListModel::resumeAll()
+{
+    const QList<Download *> downloads = m_downloads;
+    for (Download *download : downloads) {
+        if (download->state() == Download::State::Paused)
+            retry(static_cast<int>(m_downloads.indexOf(download)));
+    }
 }
 
 void DownloadListModel::cancel(int row)
@@ -80,7 +133,7 @@ void DownloadListModel::retry(int row)
 {
     Download *download = m_downloads.value(row);
     if (download != nullptr && download->canRetry()) {
-        download->retry(Nox::Destination::free(download->request().destination, activeFiles()));
+        download->retry();
         enqueue(download);
     }
 }
@@ -104,6 +157,7 @@ void DownloadListModel::remove(int row)
         return;
     beginRemoveRows({}, row, row);
     m_downloads.removeAt(row);
+    download->discard();
     m_batch.removeOne(download);
     endRemoveRows();
     download->deleteLater();
@@ -112,7 +166,7 @@ void DownloadListModel::remove(int row)
 
 void DownloadListModel::removeEnded()
 {
-    for (int row = rowCount() - 1; row >= 0; --row)
+    for (int row = rowCount() - 1; row >= 0 && m_downloads.at(row)->isEnded(); --row)
         remove(row);
 }
 
@@ -124,6 +178,19 @@ int DownloadListModel::activeCount() const
 int DownloadListModel::runningCount() const
 {
     return static_cast<int>(std::count_if(m_downloads.cbegin(), m_downloads.cend(), std::mem_fn(&Download::isRunning)));
+}
+
+int DownloadListModel::endedCount() const
+{
+    return static_cast<int>(std::count_if(m_downloads.cbegin(), m_downloads.cend(), std::mem_fn(&Download::isEnded)));
+}
+
+bool DownloadListModel::contains(const DownloadRequest &request) const
+{
+    return std::any_of(m_downloads.cbegin(), m_downloads.cend(), [&request](const Download *download) {
+        const bool isGivenUp = download->isEnded() && download->state() != Download::State::Finished;
+        return !isGivenUp && download->isSameAs(request);
+    });
 }
 
 QStringList DownloadListModel::activeFiles() const
@@ -164,11 +231,11 @@ QVariant DownloadListModel::data(const QModelIndex &index, int role) const
     const Download *download = m_downloads.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return QFileInfo(download->file()).fileName();
+        return download->name();
     case Qt::AccessibleTextRole:
-        return tr("%1: %2", "file, status").arg(QFileInfo(download->file()).fileName(), download->status());
+        return tr("%1: %2", "file, status").arg(download->name(), download->status());
     case AddressRole:
-        return download->request().url;
+        return download->url();
     case FileRole:
         return download->file();
     case StateRole:

@@ -3,13 +3,14 @@
 #include "hosts/desk/model/Download.h"
 
 #include <QAbstractListModel>
+#include <QJsonArray>
 #include <QStringList>
 
 namespace NoxDesk {
 
 /**
- * All downloads since the program began. Owns them. First come those that run, then those that wait, in the order in
- * which they will begin, then those that have ended, the last one first.
+ * All downloads that have not been taken off the list. Owns them. First come those that run, then those that wait, in
+ * the order in which they will begin, then those that are paused, then those that have ended, the last one first.
  */
 class DownloadListModel : public QAbstractListModel
 {
@@ -34,17 +35,34 @@ public:
     /** How many run at a time, at least one. More begin at once where there is room. */
     void setLimit(int limit);
 
+    /** For pages that are read before their download. */
+    void setChooser(const Download::Chooser &choose) { m_choose = choose; }
+
     void add(const DownloadRequest &request); ///< Begins a download, or lets it wait behind the others.
+
+    /** Adds the downloads of an earlier time. @param stored what toJson() told; whatever is unfinished is paused */
+    void restore(const QJsonArray &stored);
+
+    /** Adds, paused, what killed programs have left in @p folder and is not in the list. */
+    void addInterrupted(const QString &folder);
+
+    QJsonArray toJson() const; ///< In a form to be stored.
+
+    void pause(int row);
+    void pauseAll();
     void cancel(int row);
     void cancelAll();
-    void retry(int row);        ///< Begins a download that has failed or been cancelled once more, or lets it wait.
+    void retry(int row);        ///< Goes on with a download that is paused, has failed or been cancelled, or lets it wait.
+    void resumeAll();           ///< Goes on with all that are paused.
     void move(int row, int by); ///< Moves a download that waits up (below 0) or down among those that wait.
     void remove(int row);       ///< Takes a download that has ended off the list.
     void removeEnded();         ///< Takes all that have ended off the list.
 
     int activeCount() const; ///< Those that run or wait.
     int runningCount() const;
-    int endedCount() const { return rowCount() - activeCount(); }
+    int endedCount() const;
+    int pausedCount() const { return rowCount() - activeCount() - endedCount(); }
+    bool contains(const DownloadRequest &request) const; ///< Whether one that has not been given up asks for the same.
     QStringList activeFiles() const; ///< What is being made, or will be.
 
     /** Of the downloads asked for since none was active last: how many there are, and how many have ended. */
@@ -58,7 +76,7 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
 Q_SIGNALS:
-    /** A download has been asked for, has begun or ended, or has left the list. */
+    /** A download has been asked for, has begun or ended, or has come to the list or left it. */
     void countsChanged();
 
     /** The download in @p row has ended. */
@@ -68,6 +86,7 @@ Q_SIGNALS:
     void allEnded();
 
 private:
+    void insert(int row, Download *download);
     void enqueue(Download *download);
     void startNext();
     void place(int row);
@@ -75,6 +94,7 @@ private:
     void onEnded(Download *download);
 
     Nox::ToolSetup m_tools;
+    Download::Chooser m_choose;
     QList<Download *> m_downloads;
     QList<Download *> m_batch;
     int m_limit = 1;

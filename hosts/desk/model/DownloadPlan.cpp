@@ -68,6 +68,13 @@ void DownloadPlan::setFolder(const QString &folder)
     Q_EMIT changed();
 }
 
+void DownloadPlan::setSound(Nox::SoundFormat sound)
+{
+    const QString oldSuffix = suffix();
+    m_sound = sound;
+    follow(oldSuffix);
+}
+
 void DownloadPlan::setTaken(const QStringList &paths)
 {
     m_taken = paths;
@@ -81,14 +88,14 @@ void DownloadPlan::setSize(const QString &code, qint64 bytes)
 
 void DownloadPlan::setStream(const MediaProfile &stream)
 {
-    const QString oldSuffix = Destination::suffix(m_stream);
+    const QString oldSuffix = Destination::suffix(m_stream, m_sound);
     m_stream = m_streams.withAudio(stream);
     follow(oldSuffix);
 }
 
 void DownloadPlan::setCompanion(const QString &code)
 {
-    const QString oldSuffix = Destination::suffix(m_stream);
+    const QString oldSuffix = Destination::suffix(m_stream, m_sound);
     m_stream.setPreferredDashAudioYdCode(code);
     follow(oldSuffix);
 }
@@ -135,8 +142,13 @@ QString DownloadPlan::destination() const
         return QDir::toNativeSeparators(numberedOnce(Destination::free(chosenPath(), m_taken), m_taken));
     if (!m_stream.isValid())
         return {};
-    const QString proposed = Destination::proposed(m_page, m_stream, m_folder, m_taken);
-    return QDir::toNativeSeparators(numberedOnce(proposed, m_taken));
+    return QDir::toNativeSeparators(proposed(m_page, m_stream, m_folder, m_taken, m_sound));
+}
+
+QString DownloadPlan::proposed(const Nox::WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
+                               const QStringList &taken, Nox::SoundFormat sound)
+{
+    return numberedOnce(Destination::proposed(page, stream, folder, taken, sound), taken);
 }
 
 /** The path that the user has chosen, with the stream's suffix where it has none. */
@@ -164,7 +176,7 @@ QString DownloadPlan::companion() const
 
 QString DownloadPlan::suffix() const
 {
-    return Destination::suffix(m_stream);
+    return Destination::suffix(m_stream, m_sound);
 }
 
 QString DownloadPlan::path() const
@@ -184,7 +196,8 @@ QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
 
 QString DownloadPlan::soundProblem() const
 {
-    return companion().isEmpty() ? QString() : Nox::ToolSetup::joiningErrorString();
+    const bool needsFfmpeg = !companion().isEmpty() || suffix() != Destination::suffix(m_stream);
+    return needsFfmpeg ? Nox::ToolSetup::joiningErrorString() : QString();
 }
 
 QString DownloadPlan::destinationProblem() const
@@ -253,7 +266,7 @@ DownloadRequest DownloadPlan::request() const
         bytes = bytes > 0 && soundBytes > 0 ? bytes + soundBytes : 0;
     }
     stream.setSize(bytes);
-    return {m_url, stream, path(), m_page.getDuration()};
+    return {m_url, stream, path(), m_page.getDuration(), m_sound};
 }
 
 } // namespace NoxDesk

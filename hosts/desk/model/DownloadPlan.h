@@ -28,6 +28,7 @@ public:
     void setPage(const QString &url, const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams);
 
     void setFolder(const QString &folder);           ///< Sets where files are proposed.
+    void setSound(Nox::SoundFormat sound);           ///< Sets what sound without a picture becomes.
     void setTaken(const QStringList &paths);         ///< Tells what other downloads are going to make.
     void setSize(const QString &code, qint64 bytes); ///< Tells the size of a stream.
 
@@ -69,6 +70,10 @@ public:
     /** What the user means by @p text, which may be relative to @p folder or begin with "~/"; empty without a text. */
     static QString absolutePath(const QString &text, const QString &folder);
 
+    /** As Nox::Destination::proposed(), but a name that ends in a number gets no second one. */
+    static QString proposed(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream, const QString &folder,
+                            const QStringList &taken, Nox::SoundFormat sound);
+
     /** Whether a download can begin. */
     bool isComplete() const;
 
@@ -85,6 +90,7 @@ private:
     Nox::WebMediaInfo m_page;
     Nox::StreamChoice m_streams;
     QString m_folder;
+    Nox::SoundFormat m_sound = Nox::SoundFormat::AsIs;
     QStringList m_taken;
     QHash<QString, qint64> m_sizes;
     Nox::MediaProfile m_stream;          // its preferred audio code is the chosen one

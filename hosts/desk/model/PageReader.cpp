@@ -51,6 +51,8 @@ void PageReader::onFinished()
         m_page = m_job->page();
         m_streams = m_job->streams();
         m_warnings = m_job->warnings();
+        m_videoCount = m_job->videoCount();
+        m_isInParts = m_job->isInParts();
         Q_EMIT pageChanged();
         setState(State::Ready);
     } else if (m_job->error() == Nox::Job::Cancelled) {

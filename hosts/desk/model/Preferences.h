@@ -14,6 +14,8 @@ struct Preferences {
     Nox::StreamPreference stream;
     int parallelDownloads = 3; ///< at a time, from leastParallel to mostParallel
     bool offersClipboard = true;
+    bool goesOnAtStart = false; ///< with downloads that were not finished
+    bool makesMp3 = false;      ///< of sound that is saved without a picture
     QString toolFile; ///< the tool's archive; empty for the usual one
 };
 

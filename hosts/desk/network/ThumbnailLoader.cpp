@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QImageReader>
 #include <QNetworkReply>
+#include <QRegularExpression>
 
 namespace NoxDesk {
 
@@ -29,6 +30,13 @@ QImage decoded(const QByteArray &bytes)
     return reader.read();
 }
 
+/** Where sites that serve the same picture in both forms have the JPEG. */
+QString jpegUrl(QString url)
+{
+    static const QRegularExpression ending(QStringLiteral("\\.webp(?=$|\\?)"));
+    return url.replace(ending, QStringLiteral(".jpg")).replace(QLatin1String("/vi_webp/"), QLatin1String("/vi/"));
+}
+
 } // namespace
 
 ThumbnailLoader::ThumbnailLoader(QNetworkAccessManager &network, QObject *parent)
@@ -46,10 +54,17 @@ void ThumbnailLoader::load(const QString &url)
 {
     stop();
     m_picture = {};
+    if (WebRequest::isPossible(url))
+        fetch(url);
     Q_EMIT changed();
-    if (!WebRequest::isPossible(url))
-        return;
-    m_reply = m_network.get(WebRequest::make(url));
+}
+
+void ThumbnailLoader::fetch(const QString &url)
+{
+    QNetworkRequest request = WebRequest::make(url);
+    if (!QImageReader::supportedImageFormats().contains("webp"))
+        request.setRawHeader("Accept", "image/jpeg,image/png;q=0.9,image/*;q=0.1");
+    m_reply = m_network.get(request);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &ThumbnailLoader::onProgress);
     connect(m_reply, &QNetworkReply::finished, this, &ThumbnailLoader::onFinished);
 }
@@ -66,18 +81,24 @@ void ThumbnailLoader::stop()
 
 void ThumbnailLoader::onProgress(qint64 received)
 {
-    if (received > maximumBytes)
+    if (received > maximumBytes) {
         stop();
+        Q_EMIT changed();
+    }
 }
 
 void ThumbnailLoader::onFinished()
 {
     const QByteArray bytes = m_reply->error() == QNetworkReply::NoError ? m_reply->readAll() : QByteArray();
+    const QString url = m_reply->request().url().toString(QUrl::FullyEncoded);
     m_reply->deleteLater();
     m_reply = nullptr;
     m_picture = decoded(bytes);
-    if (!m_picture.isNull())
+    if (const QString other = jpegUrl(url); m_picture.isNull() && !bytes.isEmpty() && other != url) {
+        fetch(other);
+    } else {
         Q_EMIT changed();
+    }
 }
 
 } // namespace NoxDesk

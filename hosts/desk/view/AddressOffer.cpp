@@ -1,16 +1,8 @@
 #include "hosts/desk/view/AddressOffer.h"
 
-#include <nox/jobs/UrlCheck.h>
-
-#include <QUrl>
+#include "hosts/desk/model/AddressList.h"
 
 namespace NoxDesk {
-
-namespace {
-
-constexpr int maximumLength = 4096; // whatever is longer is text that happens to begin like an address
-
-} // namespace
 
 AddressOffer::AddressOffer(QClipboard &clipboard, QObject *parent)
     : QObject(parent)
@@ -21,12 +13,12 @@ AddressOffer::AddressOffer(QClipboard &clipboard, QObject *parent)
 
 void AddressOffer::check()
 {
-    QString address = m_isEnabled ? addressIn(m_clipboard.mimeData()) : QString();
-    if (address == m_known || address == m_dismissed)
-        address.clear();
-    if (address != m_address) {
-        m_address = address;
-        Q_EMIT changed(address);
+    QStringList addresses = m_isEnabled ? AddressList::in(m_clipboard.mimeData()) : QStringList();
+    if (addresses == QStringList(m_known) || addresses == m_dismissed)
+        addresses.clear();
+    if (addresses != m_addresses) {
+        m_addresses = addresses;
+        Q_EMIT changed(addresses);
     }
 }
 
@@ -44,21 +36,8 @@ void AddressOffer::setEnabled(bool isEnabled)
 
 void AddressOffer::dismiss()
 {
-    m_dismissed = m_address;
+    m_dismissed = m_addresses;
     check();
-}
-
-QString AddressOffer::addressIn(const QMimeData *data)
-{
-    if (data == nullptr)
-        return {};
-    QString text;
-    if (data->hasUrls() && !data->urls().isEmpty()) {
-        text = data->urls().constFirst().toString(QUrl::FullyEncoded);
-    } else if (data->hasText()) {
-        text = Nox::UrlCheck::corrected(data->text());
-    }
-    return text.size() <= maximumLength && Nox::UrlCheck::errorString(text).isEmpty() ? text : QString();
 }
 
 } // namespace NoxDesk

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QClipboard>
-#include <QMimeData>
 #include <QObject>
+#include <QStringList>
 
 namespace NoxDesk {
 
-/** An address on the clipboard, offered as long as it is news. */
+/** The addresses on the clipboard, offered as long as they are news. */
 class AddressOffer : public QObject
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ class AddressOffer : public QObject
 public:
     explicit AddressOffer(QClipboard &clipboard, QObject *parent = nullptr);
 
-    QString address() const { return m_address; } ///< The offered address; empty when there is none.
+    QStringList addresses() const { return m_addresses; } ///< Those offered; empty when there is none.
 
     /** Looks at the clipboard again; systems may show it to the active window only. */
     void check();
@@ -24,21 +24,18 @@ public:
 
     void setEnabled(bool isEnabled); ///< Whether addresses are offered at all.
 
-    /** No offer of this address any more. */
+    /** No offer of these addresses any more. */
     void dismiss();
 
-    /** The address that dropped or copied data holds; empty when it holds none that can be read. */
-    static QString addressIn(const QMimeData *data);
-
 Q_SIGNALS:
-    void changed(const QString &address);
+    void changed(const QStringList &addresses);
 
 private:
     QClipboard &m_clipboard;
-    QString m_address;
+    QStringList m_addresses;
     QString m_known;
     bool m_isEnabled = true;
-    QString m_dismissed;
+    QStringList m_dismissed;
 };
 
 } // namespace NoxDesk

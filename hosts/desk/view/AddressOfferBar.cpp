@@ -13,11 +13,11 @@ AddressOfferBar::AddressOfferBar(AddressOffer &offer, QWidget *parent)
     : QWidget(parent)
     , m_offer(offer)
     , m_address(new ElidedLabel(Qt::ElideMiddle))
+    , m_useButton(new QPushButton)
 {
     m_address->setObjectName(QStringLiteral("offeredAddress"));
     m_address->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    auto *useButton = new QPushButton(tr("&Use copied address"));
-    useButton->setObjectName(QStringLiteral("clipboardOffer"));
+    m_useButton->setObjectName(QStringLiteral("clipboardOffer"));
     auto *dismissButton = new QToolButton;
     dismissButton->setObjectName(QStringLiteral("dismissOffer"));
     dismissButton->setText(QStringLiteral("✕"));
@@ -29,19 +29,21 @@ AddressOfferBar::AddressOfferBar(AddressOffer &offer, QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_address, 1);
-    layout->addWidget(useButton);
+    layout->addWidget(m_useButton);
     layout->addWidget(dismissButton);
 
-    connect(useButton, &QPushButton::clicked, this, [this] { Q_EMIT accepted(m_offer.address()); });
+    connect(m_useButton, &QPushButton::clicked, this, [this] { Q_EMIT accepted(m_offer.addresses()); });
     connect(dismissButton, &QToolButton::clicked, &m_offer, &AddressOffer::dismiss);
     connect(&m_offer, &AddressOffer::changed, this, &AddressOfferBar::show);
-    show(m_offer.address());
+    show(m_offer.addresses());
 }
 
-void AddressOfferBar::show(const QString &address)
+void AddressOfferBar::show(const QStringList &addresses)
 {
-    m_address->setText(address);
-    setVisible(!address.isEmpty());
+    const auto count = addresses.size();
+    m_address->setText(count > 1 ? tr("%1 addresses").arg(count) : addresses.value(0));
+    m_useButton->setText(count > 1 ? tr("Do&wnload all") : tr("&Use copied address"));
+    setVisible(count > 0);
 }
 
 } // namespace NoxDesk

@@ -2,12 +2,14 @@
 
 #include <QWidget>
 
+class QPushButton;
+
 namespace NoxDesk {
 
 class AddressOffer;
 class ElidedLabel;
 
-/** The offer to use the address on the clipboard. Takes its room also while there is none, so that nothing moves. */
+/** The offer to use the addresses on the clipboard. Takes its room also while there is none, so that nothing moves. */
 class AddressOfferBar : public QWidget
 {
     Q_OBJECT
@@ -17,13 +19,14 @@ public:
     explicit AddressOfferBar(AddressOffer &offer, QWidget *parent = nullptr);
 
 Q_SIGNALS:
-    void accepted(const QString &address);
+    void accepted(const QStringList &addresses);
 
 private:
-    void show(const QString &address);
+    void show(const QStringList &addresses);
 
     AddressOffer &m_offer;
     ElidedLabel *m_address;
+    QPushButton *m_useButton;
 };
 
 } // namespace NoxDesk

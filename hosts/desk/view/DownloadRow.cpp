@@ -3,12 +3,11 @@
 #include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
-#include "hosts/desk/view/FileManager.h"
+#include "hosts/desk/view/Opener.h"
 #include "hosts/desk/view/WrappedText.h"
 
 #include <QAction>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -45,6 +44,7 @@ DownloadRow::DownloadRow(QWidget *parent)
     , m_status(new ElidedLabel(Qt::ElideRight))
     , m_bar(new QProgressBar)
     , m_buttons(new QStackedWidget)
+    , m_pauseButton(newButton(tr("Pause"), QStringLiteral("pause"), &DownloadRow::pauseRequested))
     , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel"), &DownloadRow::cancelRequested))
     , m_retryButton(newButton(tr("Retry"), QStringLiteral("retry"), &DownloadRow::retryRequested))
     , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile"), &DownloadRow::openFile))
@@ -90,6 +90,8 @@ void DownloadRow::addActions()
         newAction(tr("Show in folder"), QStringLiteral("showFolder"), keys("Ctrl+Shift+O"), [this] { showFolder(); });
     m_retryAction =
         newAction(tr("Retry"), QStringLiteral("retryAction"), keys("Ctrl+T"), [this] { Q_EMIT retryRequested(); });
+    m_pauseAction =
+        newAction(tr("Pause"), QStringLiteral("pauseAction"), keys("Ctrl+P"), [this] { Q_EMIT pauseRequested(); });
     m_cancelAction =
         newAction(tr("Cancel"), QStringLiteral("cancelAction"), keys("Ctrl+Del"), [this] { Q_EMIT cancelRequested(); });
     m_upAction =
@@ -98,10 +100,8 @@ void DownloadRow::addActions()
         newAction(tr("Move down"), QStringLiteral("moveDown"), keys("Alt+Down"), [this] { Q_EMIT moveRequested(1); });
     newAction(tr("Copy address of the page"), QStringLiteral("copyAddress"), keys("Ctrl+C"),
               [this] { QGuiApplication::clipboard()->setText(m_address); });
-    newAction(tr("Open page in the browser"), QStringLiteral("openPage"), keys("Ctrl+B"), [this] {
-        if (!QDesktopServices::openUrl(QUrl(m_address)))
-            Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(m_address));
-    });
+    newAction(tr("Open page in the browser"), QStringLiteral("openPage"), keys("Ctrl+B"),
+              [this] { newOpener()->open(QUrl(m_address)); });
     newAction(tr("Read page again"), QStringLiteral("readAgain"), keys("Ctrl+R"),
               [this] { Q_EMIT readRequested(m_address); });
     newAction(tr("Details"), QStringLiteral("detailsAction"), keys("Ctrl+D"), [this] { m_detailsButton->toggle(); });
@@ -132,6 +132,7 @@ void DownloadRow::layOut()
     line->addWidget(m_title, 4);
     line->addWidget(m_bar);
     line->addWidget(m_status, 5);
+    line->addWidget(m_pauseButton); // not among those of which one is seen
     line->addWidget(m_buttons);
     line->addWidget(m_menuButton);
     auto *layout = new QVBoxLayout(this);
@@ -160,11 +161,17 @@ void DownloadRow::refresh(const QModelIndex &index)
 void DownloadRow::showState(Download::State state)
 {
     const bool isFinished = state == Download::State::Finished;
-    const bool canRetry = state == Download::State::Failed || state == Download::State::Cancelled;
+    const bool isPaused = state == Download::State::Paused;
+    const bool canRetry = isPaused || state == Download::State::Failed || state == Download::State::Cancelled;
     const bool isActive = !isFinished && !canRetry;
     QPushButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
-    const bool hadFocus = m_buttons->isAncestorOf(window()->focusWidget());
+    const QWidget *focused = window()->focusWidget();
+    const bool hadFocus = m_buttons->isAncestorOf(focused) || (focused == m_pauseButton && !isActive);
     m_buttons->setCurrentWidget(button);
+    m_pauseButton->setVisible(isActive);
+    m_pauseAction->setEnabled(isActive);
+    m_retryButton->setText(isPaused ? tr("Resume") : tr("Retry"));
+    m_retryAction->setText(m_retryButton->text());
     if (hadFocus)
         button->setFocus();
     m_openAction->setEnabled(isFinished);
@@ -212,7 +219,7 @@ void DownloadRow::focusFirst()
 
 QList<QWidget *> DownloadRow::tabStops() const
 {
-    QList<QWidget *> stops{m_detailsButton, m_cancelButton, m_retryButton, m_openButton, m_menuButton};
+    QList<QWidget *> stops{m_detailsButton, m_pauseButton, m_cancelButton, m_retryButton, m_openButton, m_menuButton};
     if (m_failure != nullptr)
         stops += m_failure->tabStops() + QList<QWidget *>{m_details};
     return stops;
@@ -222,7 +229,7 @@ QList<QWidget *> DownloadRow::tabStops() const
 void DownloadRow::nameControls(const QString &title)
 {
     const auto name = [&title](const QString &text) { return tr("%1: %2", "button, file").arg(text, title); };
-    for (QPushButton *button : {m_cancelButton, m_retryButton, m_openButton})
+    for (QPushButton *button : {m_pauseButton, m_cancelButton, m_retryButton, m_openButton})
         button->setAccessibleName(name(button->text()));
     m_detailsButton->setAccessibleName(name(tr("Details")));
     m_menuButton->setAccessibleName(name(tr("More")));
@@ -232,7 +239,8 @@ void DownloadRow::nameControls(const QString &title)
 
 void DownloadRow::showBar(int percent, Download::State state)
 {
-    const bool isRunning = state == Download::State::Running || state == Download::State::Cancelling;
+    const bool isRunning = state == Download::State::Running || state == Download::State::Cancelling
+        || state == Download::State::Pausing;
     m_bar->setVisible(isRunning);
     m_bar->setMaximum(percent < 0 ? 0 : 100);
     m_bar->setValue(percent);
@@ -241,7 +249,7 @@ void DownloadRow::showBar(int percent, Download::State state)
 void DownloadRow::openFile()
 {
     if (QFileInfo::exists(m_file)) {
-        open(m_file);
+        newOpener()->open(QUrl::fromLocalFile(m_file));
     } else {
         refresh(QModelIndex(m_index)); // tells that it has gone; a copy, since the index is set anew
     }
@@ -249,23 +257,26 @@ void DownloadRow::openFile()
 
 void DownloadRow::showFolder()
 {
-    if (!QFileInfo::exists(m_file)) {
-        refresh(QModelIndex(m_index)); // a copy, since the index is set anew
-        open(QFileInfo(m_file).absolutePath());
+    const QString folder = QFileInfo(m_file).absolutePath();
+    if (QFileInfo::exists(m_file)) {
+        newOpener()->showInFolder(m_file);
         return;
     }
-    auto *manager = new FileManager(this);
-    connect(manager, &FileManager::failed, this, [this] { open(QFileInfo(m_file).absolutePath()); });
-    manager->select(m_file);
+    refresh(QModelIndex(m_index)); // a copy, since the index is set anew
+    if (QFileInfo::exists(folder)) {
+        newOpener()->open(QUrl::fromLocalFile(folder));
+    } else {
+        Q_EMIT openingFailed(tr("\"%1\" is not there any more.").arg(folder));
+    }
 }
 
-void DownloadRow::open(const QString &path)
+Opener *DownloadRow::newOpener()
 {
-    if (!QFileInfo::exists(path)) {
-        Q_EMIT openingFailed(tr("\"%1\" is not there any more.").arg(path));
-    } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(path));
-    }
+    auto *opener = new Opener(this);
+    connect(opener, &Opener::failed, this, [this](const QString &name) {
+        Q_EMIT openingFailed(tr("No program could be started that opens \"%1\".").arg(name));
+    });
+    return opener;
 }
 
 } // namespace NoxDesk

@@ -17,6 +17,7 @@ namespace NoxDesk {
 
 class ElidedLabel;
 class FailureBox;
+class Opener;
 class WrappedText;
 
 /**
@@ -39,6 +40,7 @@ public:
     void focusFirst(); ///< Moves the keyboard to the button that is needed most.
 
 Q_SIGNALS:
+    void pauseRequested();
     void cancelRequested();
     void retryRequested();
     void removeRequested();
@@ -60,13 +62,14 @@ private:
     void showDetails();
     void openFile();
     void showFolder();
-    void open(const QString &path);
+    Opener *newOpener();
 
     QToolButton *m_detailsButton;
     ElidedLabel *m_title;
     ElidedLabel *m_status;
     QProgressBar *m_bar;
     QStackedWidget *m_buttons;
+    QPushButton *m_pauseButton;
     QPushButton *m_cancelButton;
     QPushButton *m_retryButton;
     QPushButton *m_openButton;
@@ -76,6 +79,7 @@ private:
     QAction *m_openAction = nullptr;
     QAction *m_folderAction = nullptr;
     QAction *m_retryAction = nullptr;
+    QAction *m_pauseAction = nullptr;
     QAction *m_cancelAction = nullptr;
     QAction *m_upAction = nullptr;
     QAction *m_downAction = nullptr;

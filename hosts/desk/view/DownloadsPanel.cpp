@@ -37,20 +37,33 @@ DownloadsPanel::DownloadsPanel(DownloadListModel &model, QWidget *parent)
     showCounts();
 }
 
+QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name, const QString &description,
+                                       void (DownloadListModel::*run)())
+{
+    auto *button = new QPushButton(text);
+    button->setObjectName(name);
+    button->setAccessibleDescription(description);
+    connect(button, &QPushButton::clicked, &m_model, run);
+    return button;
+}
+
 QLayout *DownloadsPanel::makeHead()
 {
-    m_removeEndedButton = new QPushButton(tr("Remove &ended"));
-    m_removeEndedButton->setObjectName(QStringLiteral("removeEnded"));
-    m_removeEndedButton->setAccessibleDescription(tr("Takes ended downloads off the list; files stay"));
-    connect(m_removeEndedButton, &QPushButton::clicked, &m_model, &DownloadListModel::removeEnded);
-    m_cancelAllButton = new QPushButton(tr("Ca&ncel all"));
-    m_cancelAllButton->setObjectName(QStringLiteral("cancelAll"));
-    m_cancelAllButton->setAccessibleDescription(tr("Cancels the downloads that run and those that wait"));
-    connect(m_cancelAllButton, &QPushButton::clicked, &m_model, &DownloadListModel::cancelAll);
+    m_pauseAllButton = newButton(tr("&Pause all"), QStringLiteral("pauseAll"),
+                                 tr("Stops the downloads that run or wait, and keeps what they have"),
+                                 &DownloadListModel::pauseAll);
+    m_resumeAllButton = newButton(tr("Resume all"), QStringLiteral("resumeAll"),
+                                  tr("Goes on with the downloads that are paused"), &DownloadListModel::resumeAll);
+    m_cancelAllButton =
+        newButton(tr("Ca&ncel all"), QStringLiteral("cancelAll"),
+                  tr("Cancels the downloads that run and those that wait"), &DownloadListModel::cancelAll);
+    m_removeEndedButton = newButton(tr("Remove &ended"), QStringLiteral("removeEnded"),
+                                    tr("Takes ended downloads off the list; files stay"),
+                                    &DownloadListModel::removeEnded);
     auto *head = new QHBoxLayout;
     head->addWidget(new QLabel(tr("Downloads:")), 1);
-    head->addWidget(m_cancelAllButton);
-    head->addWidget(m_removeEndedButton);
+    for (QPushButton *button : {m_pauseAllButton, m_resumeAllButton, m_cancelAllButton, m_removeEndedButton})
+        head->addWidget(button);
     return head;
 }
 
@@ -70,6 +83,7 @@ QWidget *DownloadsPanel::makeList()
 DownloadRow *DownloadsPanel::newRow()
 {
     auto *row = new DownloadRow;
+    connect(row, &DownloadRow::pauseRequested, this, [this, row] { m_model.pause(rowOf(row)); });
     connect(row, &DownloadRow::cancelRequested, this, [this, row] { m_model.cancel(rowOf(row)); });
     connect(row, &DownloadRow::retryRequested, this, [this, row] { m_model.retry(rowOf(row)); });
     connect(row, &DownloadRow::removeRequested, this, [this, row] { m_model.remove(rowOf(row)); });
@@ -152,6 +166,8 @@ void DownloadsPanel::refreshRows(int first, int last)
 
 void DownloadsPanel::showCounts()
 {
+    m_pauseAllButton->setEnabled(m_model.activeCount() > 0);
+    m_resumeAllButton->setVisible(m_model.pausedCount() > 0);
     m_cancelAllButton->setEnabled(m_model.activeCount() > 0);
     m_removeEndedButton->setEnabled(m_model.endedCount() > 0);
 }

@@ -34,6 +34,8 @@ Q_SIGNALS:
 
 private:
     QLayout *makeHead();
+    QPushButton *newButton(const QString &text, const QString &name, const QString &description,
+                           void (DownloadListModel::*run)());
     QWidget *makeList();
     void insertRows(int first, int last);
     void moveRow(int from, int to);
@@ -48,6 +50,8 @@ private:
     QList<DownloadRow *> m_rows;
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
+    QPushButton *m_pauseAllButton = nullptr;
+    QPushButton *m_resumeAllButton = nullptr;
     QPushButton *m_cancelAllButton = nullptr;
     QPushButton *m_removeEndedButton = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "hosts/desk/view/MainWindow.h"
 
+#include "hosts/desk/model/AddressList.h"
 #include "hosts/desk/model/Desk.h"
 #include "hosts/desk/view/AddressBar.h"
 #include "hosts/desk/view/AddressOfferBar.h"
@@ -7,16 +8,18 @@
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/InfoDialog.h"
 #include "hosts/desk/view/LogDialog.h"
+#include "hosts/desk/view/Notifier.h"
 #include "hosts/desk/view/PagePanel.h"
+#include "hosts/desk/view/PlaylistDialog.h"
 #include "hosts/desk/view/PreferencesDialog.h"
 #include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
-#include "hosts/desk/view/TrayNotifier.h"
 
 #include <QAccessible>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPushButton>
@@ -44,20 +47,18 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     , m_downloads(new DownloadsPanel(desk.downloads()))
     , m_notice(new ElidedLabel(Qt::ElideMiddle))
     , m_noticeTimer(new QTimer(this))
-    , m_notifier(new TrayNotifier(this))
+    , m_notifier(new Notifier(this))
 {
     setAcceptDrops(true);
     layOut();
     addShortcuts();
     addMenu();
     restore();
-    connect(m_addressBar, &AddressBar::readRequested, &m_desk.reader(), &PageReader::read);
+    connect(m_addressBar, &AddressBar::readRequested, this, &MainWindow::useText);
     connect(&m_desk.reader(), &PageReader::refused, m_addressBar, &AddressBar::showProblem);
     connect(m_addressBar, &AddressBar::addressChanged, &m_offer, &AddressOffer::setKnown);
-    connect(&m_desk.downloads(), &DownloadListModel::allEnded, this, [this] {
-        if (m_isClosing)
-            close();
-    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { m_isClosing = true; }); // the user logs out
+    connect(&m_desk, &Desk::startedTwice, this, &MainWindow::askToRepeat);
     connect(&m_desk, &Desk::noticed, this, &MainWindow::notice);
     connect(&m_desk.downloads(), &DownloadListModel::countsChanged, this, &MainWindow::showProgress);
     connect(&m_desk.downloads(), &QAbstractItemModel::dataChanged, this, &MainWindow::showProgress);
@@ -65,6 +66,8 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     showProgress();
     applySettings();
     m_addressBar->focusField();
+    if (const QString error = m_desk.storeError(); !error.isEmpty())
+        QTimer::singleShot(0, this, [this, error] { warn(error); });
 }
 
 void MainWindow::layOut()
@@ -76,6 +79,11 @@ void MainWindow::layOut()
     });
     connect(m_downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
     connect(m_downloads, &DownloadsPanel::readRequested, this, &MainWindow::read);
+    connect(page, &PagePanel::listRequested, this, [this] {
+        auto *dialog = new PlaylistDialog(m_desk.reader().url(), m_desk.tools(), this);
+        connect(dialog, &PlaylistDialog::chosen, &m_desk, &Desk::addPages);
+        dialog->open();
+    });
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
     connect(m_downloads, &DownloadsPanel::logRequested, this, &MainWindow::showLog);
 
@@ -93,7 +101,7 @@ void MainWindow::layOut()
     setCentralWidget(centre);
 
     auto *offerBar = new AddressOfferBar(m_offer);
-    connect(offerBar, &AddressOfferBar::accepted, this, &MainWindow::read);
+    connect(offerBar, &AddressOfferBar::accepted, this, &MainWindow::use);
     m_notice->setObjectName(QStringLiteral("notice"));
     m_noticeTimer->setObjectName(QStringLiteral("noticeTimer"));
     m_noticeTimer->setSingleShot(true);
@@ -114,33 +122,76 @@ void MainWindow::addShortcuts()
     auto *again = new QShortcut(Qt::Key_F5, this, &m_desk.reader(), &PageReader::readAgain);
     again->setAutoRepeat(false);
     // A field that has the focus pastes for itself.
-    new QShortcut(QKeySequence::Paste, this, this, &MainWindow::pasteAddress);
+    new QShortcut(QKeySequence::Paste, this, this, [this] { use(AddressList::in(QGuiApplication::clipboard()->mimeData())); });
 }
 
 void MainWindow::addMenu()
 {
     auto *menu = new QMenu(this);
     menu->addAction(tr("&Preferences…"), this, &MainWindow::showPreferences);
+    menu->addAction(tr("&Addresses from a file…"), this, &MainWindow::openList);
     menu->addAction(tr("&Log…"), this, &MainWindow::showLog);
     menu->addAction(tr("Keyboard &shortcuts…"), this, &MainWindow::showShortcuts);
-    menu->addAction(tr("&About…"), this, &MainWindow::showAbout);
+    menu->addAction(tr("A&bout…"), this, &MainWindow::showAbout);
     menu->addSeparator();
     menu->addAction(tr("&Quit"), this, &QWidget::close);
     m_addressBar->addMenu(menu);
 }
 
-void MainWindow::pasteAddress()
+/** What the user has typed or pasted into the field: one address as a rule, or a text with some in it. */
+void MainWindow::useText(const QString &text)
 {
-    const QString address = AddressOffer::addressIn(QGuiApplication::clipboard()->mimeData());
-    const QString text = address.isEmpty() ? QGuiApplication::clipboard()->text().trimmed() : address;
-    if (!text.isEmpty())
-        read(text);
+    const QStringList addresses = AddressList::in(text);
+    if (addresses.isEmpty()) {
+        m_desk.reader().read(text); // mends it, or tells what is wrong with it
+    } else {
+        use(addresses);
+    }
+}
+
+void MainWindow::use(const QStringList &addresses)
+{
+    if (addresses.size() == 1) {
+        read(addresses.first());
+    } else if (!addresses.isEmpty()) {
+        m_addressBar->setAddress(QString());
+        m_desk.addPages(addresses);
+    }
+}
+
+void MainWindow::openList()
+{
+    auto *dialog = new QFileDialog(this, tr("Addresses from a file"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
+        const QStringList addresses = AddressList::inFile(path);
+        if (addresses.isEmpty()) {
+            warn(tr("There are no addresses in \"%1\".").arg(path));
+        } else {
+            use(addresses);
+        }
+    });
+    dialog->open();
+}
+
+void MainWindow::askToRepeat()
+{
+    auto *question = new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
+                                     tr("This stream of this page is in the list of downloads already."),
+                                     QMessageBox::Cancel, this);
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    QPushButton *button = question->addButton(tr("Download &again"), QMessageBox::AcceptRole);
+    button->setObjectName(QStringLiteral("downloadAgain"));
+    connect(button, &QPushButton::clicked, &m_desk, &Desk::startAgain);
+    question->open();
 }
 
 void MainWindow::showProgress()
 {
     const QString progress = m_desk.progressText();
     m_downloads->setVisible(m_desk.downloads().rowCount() > 0);
+    m_taskbar.show(progress.isEmpty() ? -1 : m_desk.downloads().batchPercent());
     setWindowTitle(progress.isEmpty() ? tr("Nox Desk") : tr("%1 – Nox Desk", "progress").arg(progress));
 }
 
@@ -186,17 +237,21 @@ void MainWindow::read(const QString &address)
     m_desk.reader().read(address);
 }
 
+void MainWindow::takeOver(const QStringList &addresses)
+{
+    m_notifier->showWindow();
+    use(addresses);
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     remember();
-    if (m_desk.downloads().activeCount() == 0) {
-        m_desk.cancelAll();
+    if (m_isClosing || m_desk.downloads().activeCount() == 0) {
         QMainWindow::closeEvent(event);
-        return;
-    }
-    event->ignore();
-    if (!m_isClosing)
+    } else {
+        event->ignore();
         askToClose();
+    }
 }
 
 void MainWindow::askToClose()
@@ -204,31 +259,26 @@ void MainWindow::askToClose()
     if (const QMessageBox *shown = m_question.data(); shown != nullptr && shown->isVisible())
         return;
     const int count = m_desk.downloads().activeCount();
-    auto *question = new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
-                                     tr("Downloads still running: %1. Cancel them and close?").arg(count),
-                                     QMessageBox::NoButton, this);
+    auto *question =
+        new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
+                        tr("Downloads still running: %1. Stop them and close?").arg(count), QMessageBox::NoButton, this);
     m_question = question;
     question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setInformativeText(tr("What has been fetched so far will be removed."));
-    QPushButton *closeButton = question->addButton(tr("Cancel &downloads and close"), QMessageBox::DestructiveRole);
+    question->setInformativeText(tr("They stay in the list, and go on later where they have stopped."));
+    QPushButton *closeButton = question->addButton(tr("&Stop and close"), QMessageBox::DestructiveRole);
     closeButton->setObjectName(QStringLiteral("closeAnyway"));
     QPushButton *stayButton = question->addButton(tr("&Keep downloading"), QMessageBox::RejectRole);
     stayButton->setObjectName(QStringLiteral("stay"));
     question->setDefaultButton(stayButton);
     question->setEscapeButton(stayButton);
-    connect(closeButton, &QPushButton::clicked, this, &MainWindow::cancelAllAndClose);
+    connect(closeButton, &QPushButton::clicked, this, &MainWindow::closeAtOnce);
     question->open();
 }
 
-void MainWindow::cancelAllAndClose()
+void MainWindow::closeAtOnce()
 {
     m_isClosing = true;
-    if (m_desk.downloads().activeCount() == 0) {
-        close();
-    } else {
-        setEnabled(false);
-        m_desk.cancelAll();
-    }
+    close();
 }
 
 void MainWindow::warn(const QString &words)
@@ -302,16 +352,16 @@ void MainWindow::changeEvent(QEvent *event)
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!AddressOffer::addressIn(event->mimeData()).isEmpty())
+    if (!AddressList::in(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent *event)
 {
-    const QString address = AddressOffer::addressIn(event->mimeData());
-    if (!address.isEmpty()) {
+    const QStringList addresses = AddressList::in(event->mimeData());
+    if (!addresses.isEmpty()) {
         event->acceptProposedAction();
-        read(address);
+        use(addresses);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/desk/view/AddressOffer.h"
+#include "hosts/desk/view/TaskbarProgress.h"
 
 #include <QMainWindow>
 #include <QMessageBox>
@@ -15,7 +16,7 @@ class AddressBar;
 class Desk;
 class DownloadsPanel;
 class ElidedLabel;
-class TrayNotifier;
+class Notifier;
 
 /** The window: address above, page in the middle, downloads below. */
 class MainWindow : public QMainWindow
@@ -29,8 +30,14 @@ public:
     /** Reads the page at @p address, as if the user had typed it. */
     void read(const QString &address);
 
-    /** Stops all that runs, and closes when nothing of it is left. */
-    void cancelAllAndClose();
+    /** Reads the page of a single address; several are read and downloaded one after the other. */
+    void use(const QStringList &addresses);
+
+    /** Another start of the program has handed over these addresses: brings the window up, and uses them. */
+    void takeOver(const QStringList &addresses);
+
+    /** Closes without a question. What runs can be gone on with at the next start. */
+    void closeAtOnce();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -42,7 +49,9 @@ private:
     void layOut();
     void addShortcuts();
     void addMenu();
-    void pasteAddress();
+    void useText(const QString &text);
+    void openList();
+    void askToRepeat();
     void applySettings();
     void notice(const QString &title, const QString &words);
     void showProgress();
@@ -62,9 +71,10 @@ private:
     DownloadsPanel *m_downloads;
     ElidedLabel *m_notice;
     QTimer *m_noticeTimer; // runs while the notice is seen
-    TrayNotifier *m_notifier;
+    Notifier *m_notifier;
+    TaskbarProgress m_taskbar;
     QPointer<QMessageBox> m_question;
-    bool m_isClosing = false;
+    bool m_isClosing = false; // without a question
 };
 
 } // namespace NoxDesk

@@ -168,12 +168,17 @@ QWidget *PagePanel::makeCard()
     m_warnings->setObjectName(QStringLiteral("pageWarnings"));
     m_warnings->setAccessibleName(tr("Warnings of the download tool"));
 
+    m_videosButton = new QPushButton;
+    m_videosButton->setObjectName(QStringLiteral("showVideos"));
+    connect(m_videosButton, &QPushButton::clicked, this, &PagePanel::listRequested);
+
     auto *texts = new QVBoxLayout;
     texts->addStretch();
     texts->addWidget(m_title);
     texts->addWidget(m_duration);
     texts->addWidget(m_address);
     texts->addWidget(m_warnings);
+    texts->addWidget(m_videosButton, 0, Qt::AlignLeft);
     texts->addStretch();
     auto *card = new QWidget;
     auto *layout = new QHBoxLayout(card);
@@ -181,8 +186,10 @@ QWidget *PagePanel::makeCard()
     layout->addWidget(m_thumbnail);
     layout->addSpacing(fontMetrics().averageCharWidth());
     layout->addLayout(texts, 1);
-    connect(&m_desk.thumbnail(), &ThumbnailLoader::changed, m_thumbnail,
-            [this] { m_thumbnail->setPicture(m_desk.thumbnail().picture()); });
+    connect(&m_desk.thumbnail(), &ThumbnailLoader::changed, m_thumbnail, [this] {
+        m_thumbnail->setPicture(m_desk.thumbnail().picture());
+        m_thumbnail->setVisible(m_desk.thumbnail().isLoading() || !m_desk.thumbnail().picture().isNull());
+    });
     return card;
 }
 
@@ -224,6 +231,11 @@ void PagePanel::showPage()
                                     : tr("Duration unknown"));
     m_address->setText(m_desk.reader().url());
     m_warnings->explain(m_desk.reader().warnings().join(QLatin1Char('\n')), *m_address);
+    const int count = m_desk.reader().videoCount();
+    m_videosButton->setVisible(count != 1);
+    m_videosButton->setText(m_desk.reader().isInParts() ? tr("This is the first of %1 parts. Choose…").arg(count)
+                                : count > 1 ? tr("This is the first of %1 videos. Choose…").arg(count)
+                                            : tr("This is the first of several videos. Choose…"));
 }
 
 void PagePanel::focusStreams()

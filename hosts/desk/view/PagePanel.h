@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QLabel;
+class QPushButton;
 class QStackedWidget;
 
 namespace NoxDesk {
@@ -35,6 +36,7 @@ public:
 
 Q_SIGNALS:
     void logRequested();
+    void listRequested(); ///< The user wants to see all videos of the page.
 
 private:
     QWidget *makeHint();
@@ -58,6 +60,7 @@ private:
     QLabel *m_outdated = nullptr; // above the card
     ElidedLabel *m_address = nullptr;
     ReasonLabel *m_warnings = nullptr;
+    QPushButton *m_videosButton = nullptr;
     StreamPanel *m_streams = nullptr;
     QWidget *m_hint;
     QWidget *m_card;

@@ -4,6 +4,7 @@
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
+#include "hosts/desk/view/VerticalScrollArea.h"
 
 #include <nox/jobs/Destination.h>
 
@@ -15,50 +16,56 @@
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QScreen>
 #include <QSpinBox>
 
 namespace NoxDesk {
+
+namespace {
+
+constexpr int renewalLines = 4;
+
+} // namespace
 
 PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     : QDialog(parent)
     , m_settings(settings)
     , m_folder(new QLineEdit(QDir::toNativeSeparators(settings.folder())))
-    , m_folderProblem(new ReasonLabel)
+    , m_problem(new ReasonLabel)
     , m_makeButton(new QPushButton(tr("Cr&eate folder")))
     , m_lines(new QComboBox)
     , m_withoutConversion(newBox(tr("&MP4 without conversion, where there is one"), QStringLiteral("withoutConversion"),
                                  settings.preferences().stream.withoutConversion))
     , m_soundOnly(newBox(tr("S&ound only"), QStringLiteral("soundOnly"), settings.preferences().stream.soundOnly))
+    , m_mp3(newBox(tr("Save sound without a picture as MP&3, which encodes it anew"), QStringLiteral("mp3"),
+                   settings.preferences().makesMp3))
     , m_parallel(new QSpinBox)
+    , m_goesOn(newBox(tr("&Go on with unfinished downloads when the program starts"), QStringLiteral("goesOnAtStart"),
+                      settings.preferences().goesOnAtStart))
     , m_clipboard(newBox(tr("Offer addresses on the &clipboard"), QStringLiteral("offersClipboard"),
                          settings.preferences().offersClipboard))
+    , m_limitRate(new QLineEdit(m_toolSettings.value(ToolSettings::limitRate)))
+    , m_proxy(new QLineEdit(m_toolSettings.value(ToolSettings::proxy)))
+    , m_browser(new QComboBox)
     , m_toolFile(new QLineEdit(settings.preferences().toolFile))
     , m_version(new ToolVersionLabel)
+    , m_renewButton(new QPushButton)
+    , m_renewalText(new WrappedText(renewalLines))
 {
     setWindowTitle(tr("Preferences"));
     setAttribute(Qt::WA_DeleteOnClose);
-    auto *form = new QFormLayout;
+    auto *content = new QWidget;
+    auto *form = new QFormLayout(content);
+    form->setContentsMargins({});
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(tr("&Folder for downloads:"), withBrowse(m_folder, QStringLiteral("preferredFolder"), true));
     addStreams(*form);
-    m_parallel->setObjectName(QStringLiteral("parallel"));
-    m_parallel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    m_parallel->setRange(Preferences::leastParallel, Preferences::mostParallel);
-    m_parallel->setValue(settings.preferences().parallelDownloads);
-    form->addRow(tr("Downloads at a &time:"), m_parallel);
-    auto *forgetButton = new QPushButton(tr("Forget the addresses &used"));
-    forgetButton->setObjectName(QStringLiteral("forgetAddresses"));
-    forgetButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    forgetButton->setEnabled(!settings.recentAddresses().isEmpty());
-    connect(forgetButton, &QPushButton::clicked, this, [this, forgetButton] {
-        m_settings.clearRecentAddresses();
-        forgetButton->setEnabled(false);
-    });
-    form->addRow(tr("Addresses:"), m_clipboard);
-    form->addRow(QString(), forgetButton);
+    addAddresses(*form);
+    addNetwork(*form);
     addTool(*form);
 
-    m_folderProblem->setObjectName(QStringLiteral("preferredFolderProblem"));
+    m_problem->setObjectName(QStringLiteral("preferredFolderProblem"));
     m_makeButton->setObjectName(QStringLiteral("makePreferredFolder"));
     m_makeButton->hide();
     connect(m_makeButton, &QPushButton::clicked, this, [this] {
@@ -69,12 +76,11 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
-    layout->addLayout(form);
-    layout->addStretch();
-    layout->addWidget(m_folderProblem);
+    layout->addWidget(new VerticalScrollArea(content), 1);
+    layout->addWidget(m_problem);
     layout->addWidget(m_makeButton, 0, Qt::AlignRight);
     layout->addWidget(buttons);
-    resize(fontMetrics().averageCharWidth() * 80, sizeHint().height());
+    resize(QSize(fontMetrics().averageCharWidth() * 80, sizeHint().height()).boundedTo(screen()->availableSize() * 0.9));
 }
 
 QCheckBox *PreferencesDialog::newBox(const QString &text, const QString &name, bool isChecked)
@@ -95,6 +101,49 @@ void PreferencesDialog::addStreams(QFormLayout &form)
     form.addRow(tr("&Quality proposed:"), m_lines);
     form.addRow(QString(), m_withoutConversion);
     form.addRow(QString(), m_soundOnly);
+    form.addRow(QString(), m_mp3);
+    m_parallel->setObjectName(QStringLiteral("parallel"));
+    m_parallel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_parallel->setRange(Preferences::leastParallel, Preferences::mostParallel);
+    m_parallel->setValue(m_settings.preferences().parallelDownloads);
+    form.addRow(tr("Downloads at a &time:"), m_parallel);
+    form.addRow(QString(), m_goesOn);
+}
+
+void PreferencesDialog::addAddresses(QFormLayout &form)
+{
+    auto *forgetButton = new QPushButton(tr("Forget the addresses &used"));
+    forgetButton->setObjectName(QStringLiteral("forgetAddresses"));
+    forgetButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    forgetButton->setEnabled(!m_settings.recentAddresses().isEmpty());
+    connect(forgetButton, &QPushButton::clicked, this, [this, forgetButton] {
+        m_settings.clearRecentAddresses();
+        forgetButton->setEnabled(false);
+    });
+    form.addRow(tr("Addresses:"), m_clipboard);
+    form.addRow(QString(), forgetButton);
+}
+
+/** These stand in the tool's own settings. */
+void PreferencesDialog::addNetwork(QFormLayout &form)
+{
+    static const QRegularExpression rate(QStringLiteral("(\\d+(\\.\\d+)?[kKmMgG]?)?"));
+    m_limitRate->setObjectName(QStringLiteral("limitRate"));
+    m_limitRate->setPlaceholderText(tr("none; or bytes a second, such as 500K or 2M"));
+    m_limitRate->setValidator(new QRegularExpressionValidator(rate, m_limitRate));
+    form.addRow(tr("&Limit of speed:"), m_limitRate);
+    m_proxy->setObjectName(QStringLiteral("proxy"));
+    m_proxy->setPlaceholderText(tr("as the system has it; or such as socks5://127.0.0.1:9050"));
+    form.addRow(tr("&Proxy:"), m_proxy);
+    m_browser->setObjectName(QStringLiteral("browser"));
+    m_browser->addItem(tr("none"), QString());
+    for (const char *name : {"Firefox", "Chrome", "Chromium", "Brave", "Edge", "Opera", "Vivaldi"})
+        m_browser->addItem(QLatin1String(name), QString::fromLatin1(name).toLower());
+    const QString browser = m_toolSettings.value(ToolSettings::browser);
+    if (m_browser->findData(browser) < 0)
+        m_browser->addItem(browser, browser); // with a profile, for example
+    m_browser->setCurrentIndex(m_browser->findData(browser));
+    form.addRow(tr("Cookies from the &browser:"), m_browser);
 }
 
 void PreferencesDialog::addTool(QFormLayout &form)
@@ -103,8 +152,35 @@ void PreferencesDialog::addTool(QFormLayout &form)
     m_toolFile->setClearButtonEnabled(true);
     form.addRow(tr("&Archive of the download tool:"), withBrowse(m_toolFile, QStringLiteral("toolFile"), false));
     form.addRow(tr("Its version:"), m_version);
+    m_renewButton->setObjectName(QStringLiteral("renewTool"));
+    m_renewButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_renewalText->setObjectName(QStringLiteral("renewal"));
+    m_renewalText->setAccessibleName(tr("When the tool was renewed"));
+    form.addRow(QString(), m_renewButton);
+    form.addRow(QString(), m_renewalText);
+    connect(m_renewButton, &QPushButton::clicked, this, [this] {
+        if (m_renewal.isRunning()) {
+            m_renewal.cancel();
+        } else {
+            showRenewal(tr("Fetching the newest tool…"));
+            m_renewButton->setText(tr("Cancel"));
+            m_renewal.start();
+        }
+    });
+    connect(&m_renewal, &ToolRenewal::finished, this, [this](const QString &outcome) {
+        showRenewal(outcome);
+        askVersion();
+    });
     connect(m_toolFile, &QLineEdit::editingFinished, this, &PreferencesDialog::askVersion);
+    const QString date = ToolRenewal::dateText();
+    showRenewal(date.isEmpty() ? tr("It came with the program.") : tr("It was renewed on %1.").arg(date));
     askVersion();
+}
+
+void PreferencesDialog::showRenewal(const QString &outcome)
+{
+    m_renewButton->setText(tr("Rene&w the tool"));
+    m_renewalText->setWords(outcome);
 }
 
 QWidget *PreferencesDialog::withBrowse(QLineEdit *field, const QString &name, bool isFolder)
@@ -140,7 +216,10 @@ void PreferencesDialog::browse(QLineEdit *field, bool isFolder)
 
 void PreferencesDialog::askVersion()
 {
-    m_version->ask(Nox::ToolSetup(m_toolFile->text().trimmed()));
+    const QString file = m_toolFile->text().trimmed();
+    m_version->ask(Nox::ToolSetup(file));
+    m_renewButton->setVisible(file.isEmpty()); // another archive would not be the one that is used
+    m_renewalText->setVisible(file.isEmpty());
 }
 
 QString PreferencesDialog::folder() const
@@ -148,22 +227,39 @@ QString PreferencesDialog::folder() const
     return DownloadPlan::absolutePath(m_folder->text(), QDir::homePath());
 }
 
+/** Takes the folder over. @return whether it can be used; else it is told why not */
+bool PreferencesDialog::checkFolder()
+{
+    const bool isChanged = folder() != m_settings.folder();
+    const QString problem = isChanged ? Nox::Destination::folderErrorString(folder()) : QString();
+    m_problem->explain(problem, *m_folder);
+    m_makeButton->setVisible(isChanged && !folder().isEmpty() && !QFileInfo::exists(folder()));
+    if (!problem.isEmpty()) {
+        m_folder->setFocus();
+    } else if (isChanged) {
+        m_settings.setFolder(folder());
+    }
+    return problem.isEmpty();
+}
+
 void PreferencesDialog::accept()
 {
-    if (folder() != m_settings.folder()) {
-        const QString problem = Nox::Destination::folderErrorString(folder());
-        m_folderProblem->explain(problem, *m_folder);
-        m_makeButton->setVisible(!folder().isEmpty() && !QFileInfo::exists(folder()));
-        if (!problem.isEmpty()) {
-            m_folder->setFocus();
-            return;
-        }
-        m_settings.setFolder(folder());
+    if (!checkFolder())
+        return;
+    m_toolSettings.setValue(ToolSettings::limitRate, m_limitRate->text());
+    m_toolSettings.setValue(ToolSettings::proxy, m_proxy->text().trimmed());
+    m_toolSettings.setValue(ToolSettings::browser, m_browser->currentData().toString());
+    if (!m_toolSettings.save()) {
+        m_problem->explain(tr("The settings of the tool cannot be written to \"%1\".").arg(ToolSettings::fileName()),
+                           *m_limitRate);
+        return;
     }
     m_settings.setPreferences(
         {{m_lines->currentData().toInt(), m_withoutConversion->isChecked(), m_soundOnly->isChecked()},
          m_parallel->value(),
          m_clipboard->isChecked(),
+         m_goesOn->isChecked(),
+         m_mp3->isChecked(),
          m_toolFile->text().trimmed()});
     QDialog::accept();
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "hosts/desk/model/ToolRenewal.h"
+#include "hosts/desk/model/ToolSettings.h"
+
 #include <QDialog>
 
 class QCheckBox;
@@ -14,8 +17,9 @@ namespace NoxDesk {
 class DeskSettings;
 class ReasonLabel;
 class ToolVersionLabel;
+class WrappedText;
 
-/** What the user prefers. Written to the settings when it is accepted. */
+/** What the user prefers. Written to the settings, and to those of the tool, when it is accepted. */
 class PreferencesDialog : public QDialog
 {
     Q_OBJECT
@@ -28,24 +32,37 @@ public:
 
 private:
     void addStreams(QFormLayout &form);
+    void addAddresses(QFormLayout &form);
+    void addNetwork(QFormLayout &form);
     void addTool(QFormLayout &form);
+    bool checkFolder();
     QCheckBox *newBox(const QString &text, const QString &name, bool isChecked);
     QWidget *withBrowse(QLineEdit *field, const QString &name, bool isFolder);
     void browse(QLineEdit *field, bool isFolder);
     void askVersion();
+    void showRenewal(const QString &outcome);
     QString folder() const;
 
     DeskSettings &m_settings;
+    ToolSettings m_toolSettings;
     QLineEdit *m_folder;
-    ReasonLabel *m_folderProblem;
+    ReasonLabel *m_problem;
     QPushButton *m_makeButton;
     QComboBox *m_lines;
     QCheckBox *m_withoutConversion;
     QCheckBox *m_soundOnly;
+    QCheckBox *m_mp3;
     QSpinBox *m_parallel;
+    QCheckBox *m_goesOn;
     QCheckBox *m_clipboard;
+    QLineEdit *m_limitRate;
+    QLineEdit *m_proxy;
+    QComboBox *m_browser;
     QLineEdit *m_toolFile;
     ToolVersionLabel *m_version;
+    QPushButton *m_renewButton;
+    WrappedText *m_renewalText;
+    ToolRenewal m_renewal;
 };
 
 } // namespace NoxDesk

@@ -1,0 +1,86 @@
+#include "hosts/desk/SingleInstance.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLocalSocket>
+#include <QStandardPaths>
+
+namespace NoxDesk {
+
+namespace {
+
+constexpr int answerMs = 3000;
+constexpr qint64 maximumBytes = 4LL * 1024 * 1024;
+const QByteArray received("ok\n");
+
+/** Programs on different displays do not know each other: the user may not see the other one's window. */
+QString displayName()
+{
+    const QByteArray display = qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? qgetenv("WAYLAND_DISPLAY")
+                                                                            : qgetenv("DISPLAY");
+    return QString::fromLatin1(display.toHex());
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString &folder, QObject *parent)
+    : QObject(parent)
+{
+    const QDir runtime(folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) : folder);
+    m_path = runtime.filePath(QStringLiteral("nox-desk-%1").arg(displayName()));
+    m_lock = std::make_unique<QLockFile>(m_path + QStringLiteral(".lock"));
+    m_lock->setStaleLockTime(0); // it is stale only when its process has gone
+    connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::accept);
+}
+
+bool SingleInstance::begin(const QStringList &addresses)
+{
+    if (m_lock->tryLock(0)) {
+        QLocalServer::removeServer(m_path); // of a program that was killed
+        m_server.setSocketOptions(QLocalServer::UserAccessOption);
+        m_server.listen(m_path);
+        return true;
+    }
+    return !send(QJsonDocument(QJsonArray::fromStringList(addresses)).toJson(QJsonDocument::Compact) + '\n');
+}
+
+bool SingleInstance::send(const QByteArray &message) const
+{
+    QLocalSocket socket;
+    socket.connectToServer(m_path);
+    if (!socket.waitForConnected(answerMs))
+        return false;
+    socket.write(message);
+    while (!socket.canReadLine()) {
+        if (!socket.waitForReadyRead(answerMs))
+            return false;
+    }
+    return socket.readLine() == received;
+}
+
+void SingleInstance::accept()
+{
+    while (QLocalSocket *socket = m_server.nextPendingConnection()) {
+        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { receive(socket); });
+    }
+}
+
+void SingleInstance::receive(QLocalSocket *socket)
+{
+    if (socket->bytesAvailable() > maximumBytes) {
+        socket->abort();
+    } else if (socket->canReadLine()) {
+        const QJsonArray message = QJsonDocument::fromJson(socket->readLine()).array();
+        socket->write(received);
+        socket->disconnectFromServer();
+        QStringList addresses;
+        for (const QJsonValue address : message)
+            addresses += address.toString();
+        Q_EMIT handedOver(addresses);
+    }
+}
+
+} // namespace NoxDesk

@@ -1,0 +1,68 @@
+#include "hosts/desk/model/AddressList.h"
+
+#include <nox/jobs/UrlCheck.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSet>
+#include <QUrl>
+
+namespace NoxDesk {
+
+namespace {
+
+constexpr int maximumLength = 4096; // whatever is longer is text that happens to begin like an address
+constexpr qint64 maximumBytes = 4LL * 1024 * 1024;
+
+/** Takes what belongs to the sentence around an address off its end. */
+QString trimmed(QString word)
+{
+    while (!word.isEmpty() && QStringLiteral(".,;:!?)]}>\"'").contains(word.back())) {
+        if (word.back() == QLatin1Char(')') && word.count(QLatin1Char('(')) >= word.count(QLatin1Char(')')))
+            break;
+        word.chop(1);
+    }
+    return word;
+}
+
+} // namespace
+
+QStringList AddressList::in(const QString &text)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("https?://[^\\s<>\"]+|(?<![^\\s<(\"])(?:www\\.|(?:[\\w-]+\\.)+[a-zA-Z]{2,}/)[^\\s<>\"]*"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    QStringList result;
+    QSet<QString> known;
+    auto matches = pattern.globalMatch(text);
+    while (matches.hasNext()) {
+        const QString url = Nox::UrlCheck::corrected(trimmed(matches.next().captured()));
+        if (url.size() <= maximumLength && Nox::UrlCheck::errorString(url).isEmpty() && !known.contains(url)) {
+            known += url;
+            result += url;
+        }
+    }
+    return result;
+}
+
+QStringList AddressList::in(const QMimeData *data)
+{
+    if (data == nullptr || !data->hasUrls())
+        return data != nullptr && data->hasText() ? in(data->text().left(maximumBytes)) : QStringList();
+    QStringList result;
+    const QList<QUrl> urls = data->urls();
+    for (const QUrl &url : urls)
+        result += url.isLocalFile() ? inFile(url.toLocalFile()) : in(url.toString(QUrl::FullyEncoded));
+    result.removeDuplicates();
+    return result;
+}
+
+QStringList AddressList::inFile(const QString &path)
+{
+    QFile file(path);
+    const bool isUsable = QFileInfo(path).isFile() && file.size() <= maximumBytes && file.open(QIODevice::ReadOnly);
+    return isUsable ? in(QString::fromUtf8(file.readAll())) : QStringList();
+}
+
+} // namespace NoxDesk

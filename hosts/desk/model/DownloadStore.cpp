@@ -1,0 +1,98 @@
+#include "hosts/desk/model/DownloadStore.h"
+
+#include <nox/jobs/Destination.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
+namespace NoxDesk {
+
+namespace {
+
+constexpr int version = 1;
+constexpr int mostPrograms = 9;
+const QLatin1String versionKey("version");
+const QLatin1String downloadsKey("downloads");
+
+QDir folder()
+{
+    const QString state = qEnvironmentVariable("XDG_STATE_HOME");
+    return QDir(QDir::isAbsolutePath(state) ? state : QDir::home().filePath(QStringLiteral(".local/state")))
+        .filePath(QStringLiteral("noxwebmedia"));
+}
+
+QString fileOf(int program)
+{
+    return folder().filePath(QStringLiteral("nox-desk-downloads-%1.json").arg(program));
+}
+
+std::unique_ptr<QLockFile> newLock(int program)
+{
+    auto lock = std::make_unique<QLockFile>(fileOf(program) + QStringLiteral(".lock"));
+    lock->setStaleLockTime(0); // a lock is stale only when its program has gone
+    return lock->tryLock(0) ? std::move(lock) : nullptr;
+}
+
+} // namespace
+
+DownloadStore::DownloadStore()
+{
+    folder().mkpath(QStringLiteral("."));
+    for (int program = 1; program <= mostPrograms && m_lock == nullptr; ++program) {
+        m_lock = newLock(program);
+        m_file = m_lock == nullptr ? QString() : fileOf(program);
+    }
+}
+
+QJsonArray DownloadStore::load()
+{
+    QJsonArray result = m_lock == nullptr ? QJsonArray() : read(m_file);
+    QStringList taken;
+    for (int program = 1; program <= mostPrograms && m_lock != nullptr; ++program) {
+        const QString file = fileOf(program);
+        const std::unique_ptr<QLockFile> lock = QFile::exists(file) && file != m_file ? newLock(program) : nullptr;
+        if (lock == nullptr)
+            continue;
+        const QJsonArray others = read(file);
+        for (const QJsonValue &download : others)
+            result += download;
+        taken += file;
+    }
+    if (!taken.isEmpty())
+        save(result);
+    for (const QString &file : std::as_const(taken))
+        QFile::remove(file);
+    return result;
+}
+
+QJsonArray DownloadStore::read(const QString &name)
+{
+    QFile file(name);
+    if (!file.exists())
+        return {};
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QJsonObject list = QJsonDocument::fromJson(text).object();
+    if (list.value(versionKey).toInt() == version && list.value(downloadsKey).isArray())
+        return list.value(downloadsKey).toArray();
+    const QString aside = Nox::Destination::free(name + QStringLiteral(".unreadable"));
+    file.rename(aside);
+    m_error = QCoreApplication::translate("NoxDesk::DownloadStore",
+                                          "The list of downloads could not be read. It has been set aside as \"%1\".")
+                  .arg(aside);
+    return {};
+}
+
+void DownloadStore::save(const QJsonArray &downloads)
+{
+    QSaveFile file(m_file);
+    if (m_lock == nullptr || !file.open(QIODevice::WriteOnly))
+        return;
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    file.write(QJsonDocument(QJsonObject{{versionKey, version}, {downloadsKey, downloads}}).toJson());
+    file.commit();
+}
+
+} // namespace NoxDesk

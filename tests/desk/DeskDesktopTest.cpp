@@ -1,0 +1,139 @@
+#include "hosts/desk/SingleInstance.h"
+#include "tests/desk/DeskTest.h"
+
+#include <QDBusConnection>
+#include <QDialog>
+#include <QThread>
+
+using namespace NoxDesk;
+
+/** The desktop's services, played on a bus of the test's own. */
+class FakeDesktop : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public Q_SLOTS:
+    QStringList GetCapabilities() { return {"actions"_s, "body-markup"_s}; }
+
+    uint Notify(const QString &, uint, const QString &, const QString &title, const QString &body,
+                const QStringList &actions, const QVariantMap &hints, int)
+    {
+        notified += title + QLatin1Char('|') + body + QLatin1Char('|') + actions.value(0) + QLatin1Char('|')
+            + hints.value("desktop-entry"_s).toString();
+        return static_cast<uint>(notified.size()) + 6;
+    }
+
+    void CloseNotification(uint id) { closed += id; }
+
+Q_SIGNALS:
+    void ActionInvoked(uint id, const QString &action);
+
+public:
+    QStringList notified;
+    QList<uint> closed;
+};
+
+/** What the desktop offers, and what starts of the program have to do with each other. */
+class DeskDesktopTest : public DeskTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void notifies();
+    void openingFails_data();
+    void openingFails();
+    void secondStart();
+
+public Q_SLOTS:
+    void onUpdate(const QString &, const QVariantMap &values)
+    {
+        m_taskbar += values.value("progress-visible"_s).toBool() ? qRound(values.value("progress"_s).toDouble() * 100)
+                                                                  : -1;
+    }
+
+private:
+    FakeDesktop m_desktop;
+    QList<int> m_taskbar;
+};
+
+void DeskDesktopTest::initTestCase()
+{
+    DeskTest::initTestCase();
+    QGuiApplication::setDesktopFileName("nox-desk"_s);
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "services"_s);
+    QVERIFY(bus.registerObject("/org/freedesktop/Notifications"_s, &m_desktop, QDBusConnection::ExportAllContents));
+    QVERIFY(bus.registerService("org.freedesktop.Notifications"_s));
+    QVERIFY(bus.connect(QString(), QString(), "com.canonical.Unity.LauncherEntry"_s, "Update"_s, this,
+                        SLOT(onUpdate(QString, QVariantMap))));
+}
+
+/** While the window is not looked at, the desktop tells what has happened, and a click brings the window up. */
+void DeskDesktopTest::notifies()
+{
+    HostSandbox::playPage("18: announce mp4|progress 50.0 100|wait go"_s);
+    QVERIFY(m_user->seesPage());
+    m_user->choose("360P"_s);
+    m_user->type("destination", "a & b.mp4"_s);
+    QVERIFY(m_user->press("download"));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_SOON(!m_user->window().isActiveWindow());
+    QTRY_SOON(m_taskbar.contains(50));
+    m_stage->let("go"_s);
+    QTRY_SOON_COMPARE(m_desktop.notified, QStringList("Download finished|a &amp; b.mp4|default|nox-desk"_s));
+    QTRY_SOON_COMPARE(m_taskbar.last(), -1);
+    Q_EMIT m_desktop.ActionInvoked(99, "default"_s); // of another program
+    m_user->window().showMinimized();
+    QTRY_SOON(m_user->window().isMinimized());
+    Q_EMIT m_desktop.ActionInvoked(7, "default"_s);
+    QTRY_SOON(!m_user->window().isMinimized() && m_user->window().isActiveWindow());
+    QTRY_SOON_COMPARE(m_desktop.closed, QList<uint>{7});
+}
+
+void DeskDesktopTest::openingFails_data()
+{
+    QTest::addColumn<bool>("isFile");
+    QTest::newRow("file") << true;
+    QTest::newRow("page") << false;
+}
+
+/** The program that opens things starts, and tells a moment later that it found none. */
+void DeskDesktopTest::openingFails()
+{
+    QFETCH(bool, isFile);
+    QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_user->sees("openFile", 0));
+    qputenv("NOX_OPENED", "3");
+    QVERIFY(m_user->press(isFile ? "openFile" : "openPage", 0));
+    QTRY_SOON(m_user->text("warning").contains("No program"_s));
+    qobject_cast<QDialog *>(m_user->find("warning"))->reject();
+    QTRY_SOON(!m_user->sees("warning"));
+    QVERIFY(QFile::remove(m_stage->video("Clip.mp4"_s)));
+    QVERIFY(m_user->press("openFile", 0));
+    QCOMPARE(m_user->text("status", 0), "The file is not there any more"_s);
+    QVERIFY(!m_user->sees("warning"));
+}
+
+/** A second start hands its addresses over; what a killed one left behind does not disturb. */
+void DeskDesktopTest::secondStart()
+{
+    const QString folder = m_stage->path(QString());
+    SingleInstance first(folder);
+    QSignalSpy handedOver(&first, &SingleInstance::handedOver);
+    QVERIFY(first.begin({"http://x/0"_s}));
+    bool goesOn = true;
+    const std::unique_ptr<QThread> second(QThread::create([folder, &goesOn] {
+        goesOn = SingleInstance(folder).begin({"http://x/1"_s, "http://x/\n2"_s});
+    }));
+    second->start();
+    QTRY_SOON_COMPARE(handedOver.size(), 1);
+    QCOMPARE(handedOver.at(0).at(0).toStringList(), QStringList({"http://x/1"_s, "http://x/\n2"_s}));
+    QVERIFY(second->wait(HostSandbox::Patience));
+    QVERIFY(!goesOn);
+}
+
+QTEST_MAIN(DeskDesktopTest)
+#include "DeskDesktopTest.moc"
