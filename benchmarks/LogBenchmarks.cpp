@@ -14,7 +14,7 @@ namespace {
 constexpr size_t capacity = 128000;
 constexpr int runs = 20'000;
 
-// As a logger would call it: the arguments come as a list.
+// With the arguments as a list, as in a logger.
 [[gnu::noinline, gnu::format(printf, 1, 2)]] void formatOnly(const char *format, ...)
 {
     char message[capacity];

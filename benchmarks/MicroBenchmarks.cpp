@@ -8,14 +8,13 @@
 
 int main(int argc, char *argv[])
 {
-    // The library's notes and records are not what is measured, but for where the log is.
+    // Without the library's debug messages and log records.
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
     Nox::Logger::init("/dev/null", Nox::LOG_FATAL, 0);
 
-    // First, while the process is small: it is forked for the measurement.
+    // First, because it forks the process, which is still small.
     MicroBenchmarks::addMemory();
-    // Then what makes long lists, which get fresh memory from the system each time, as in most hosts. Large
-    // pages would leave so much free memory behind that a copy of a list would look cheap beside all else.
+    // Before the large pages, whose freed memory would make a copy of a list cheaper than in most hosts.
     MicroBenchmarks::addLists();
     MicroBenchmarks::addLog();
     MicroBenchmarks::addStatusTexts();

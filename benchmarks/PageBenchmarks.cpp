@@ -1,7 +1,6 @@
 #include "benchmarks/MicroBenchmarks.h"
 #include "benchmarks/Paired.h"
 #include "benchmarks/PeakMemory.h"
-#include "benchmarks/QtJsonPage.h"
 #include "benchmarks/SamplePage.h"
 
 #include <nox/model/WebMediaInfo.h>
@@ -26,8 +25,8 @@ struct Inputs {
     {
     }
 
-    QString text;        // what the library's parser gets
-    QByteArray prepared; // what it gives the JSON reader
+    QString text;        // for the library's parser
+    QByteArray prepared; // for jsoncpp
 };
 
 void parseWithLibrary(const QString &text, WebMediaInfo &info)
@@ -56,45 +55,15 @@ double readerTime(const QByteArray &document)
     return Paired::processorTimeOf([&document] { parseWithReader(document); });
 }
 
-double qtJsonTime(const QByteArray &document)
-{
-    WebMediaInfo info;
-    return Paired::processorTimeOf([&] { QtJsonPage::parse(document, info); });
-}
-
 Sides againstReader(const SamplePage &page)
 {
     const auto inputs = std::make_shared<Inputs>(page);
     return {[inputs] { return libraryTime(inputs->text); }, [inputs] { return readerTime(inputs->prepared); }};
 }
 
-bool isSameRecord(const WebMediaInfo &a, const WebMediaInfo &b)
-{
-    const auto isSameProfile = [](const Nox::MediaProfile &x, const Nox::MediaProfile &y) {
-        return x == y && x.getUrl() == y.getUrl() && x.getDescription() == y.getDescription()
-            && x.isDash() == y.isDash() && x.getOriResStr() == y.getOriResStr() && x.getABitRate() == y.getABitRate();
-    };
-    const auto profiles = a.getMediaProfileList();
-    const auto others = b.getMediaProfileList();
-    return a.getTitle() == b.getTitle() && a.getFileName() == b.getFileName() && a.getDuration() == b.getDuration()
-        && a.getThumbnailUrl() == b.getThumbnailUrl() && !profiles.isEmpty()
-        && std::equal(profiles.begin(), profiles.end(), others.begin(), others.end(), isSameProfile);
-}
-
-Sides againstQtJson()
-{
-    const auto inputs = std::make_shared<Inputs>(SamplePage::ordinary());
-    WebMediaInfo byLibrary;
-    WebMediaInfo byQt;
-    parseWithLibrary(inputs->text, byLibrary);
-    if (!QtJsonPage::parse(inputs->prepared, byQt) || !isSameRecord(byLibrary, byQt))
-        throw Mismatch("Qt's classes and the library read the page differently");
-    return {[inputs] { return libraryTime(inputs->text); }, [inputs] { return qtJsonTime(inputs->prepared); }};
-}
-
 constexpr int formatsOfTenMegabytes = 13'300;
 
-// Beyond what the caller holds: the text itself, and the room that the program takes anyway.
+// Without the memory of the text and of the program.
 double parseGrowth()
 {
     QString text;
@@ -121,9 +90,6 @@ void MicroBenchmarks::addPages()
     Paired::add({"page: 1 MB / bare JSON reader", 0.4, 60, [] { return againstReader(SamplePage::ordinary()); }});
     Paired::add(
         {"page: 1 MB, unusual / bare JSON reader", 1.6, 60, [] { return againstReader(SamplePage::unusual()); }});
-    Paired::add(
-        {"page: 800 kB of escapes / bare JSON reader", 1.0, 60, [] { return againstReader(SamplePage::described()); }});
-    Paired::add({"page: 1 MB / QJsonDocument and a walk", 0.7, 60, againstQtJson});
     Paired::add({"page: 100,000 formats / bare JSON reader", 0.7, 9,
                  [] { return againstReader(SamplePage::withFormats(100'000)); }});
 }

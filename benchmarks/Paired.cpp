@@ -58,8 +58,7 @@ void report(benchmark::State &state, const Samples &samples, double bar)
 {
     const std::vector<double> ratios = samples.sortedRatios();
     const auto count = static_cast<double>(ratios.size());
-    // Of as many ratios as there are, the number below the true median is binomial: half of them, give or
-    // take 1.96 standard deviations.
+    // The number of ratios below the true median is binomial: half of them, plus or minus 1.96 standard deviations.
     const double spread = 0.98 * std::sqrt(count);
     const auto at = [&ratios, count](double position) {
         return ratios[static_cast<size_t>(std::clamp(position, 0.0, count - 1))];
@@ -76,7 +75,7 @@ void compare(benchmark::State &state, const Comparison &comparison)
 {
     try {
         const Sides sides = comparison.make();
-        // The first run of either side pays for what is loaded and allocated only once.
+        // Not measured: the first run of each side also loads and allocates what is needed only once.
         sides.baseline();
         sides.subject();
         Samples samples;
@@ -104,7 +103,7 @@ double wallTime()
 
 void add(Comparison comparison)
 {
-#ifndef __clang_analyzer__ // which does not see that the object is kept
+#ifndef __clang_analyzer__ // does not see that the object is stored
     const std::string name = comparison.name;
     const int pairs = comparison.pairs;
     const auto work = [comparison = std::move(comparison)](benchmark::State &state) { compare(state, comparison); };

@@ -1,4 +1,4 @@
-// What the library and the command line add to whole runs of the external programs.
+// Compares whole runs of the library and of nox-fetch with bare runs of the external programs.
 
 #include "benchmarks/BareProgram.h"
 #include "benchmarks/Paired.h"
@@ -22,7 +22,7 @@ using Command = std::vector<std::string>;
 constexpr char videoCode[] = "137";
 constexpr char audioCode[] = "140";
 
-// Where everything is: the page to read, the programs beside this one, and a folder for what is made.
+// The page, the programs in the folder of this one, and a temporary folder.
 class Place
 {
 public:
@@ -40,7 +40,7 @@ public:
 
     QString file(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 
-    // The tool as the library calls it, with further arguments around the certificate switch; with its front, or plain.
+    // The library's command line of the tool, with more arguments before and after the certificate switch.
     Command toolCommand(const Command &arguments, const Command &more = {}, const char *tool = "yt.zip") const
     {
         Command command{GetPythonExecPath().toStdString(), "-X", "pycache_prefix=" + file("pycache").toStdString(),
@@ -121,7 +121,7 @@ void fetch(const Place &place)
              videoCode, "-A", audioCode, "-o", place.file("clip.mp4").toStdString(), place.url().toStdString()});
 }
 
-// The same work by hand: both streams, then the joining, then the files that are not wanted any more.
+// The same work without the library: download both streams, join them, remove them.
 void downloadBare(const Place &place)
 {
     const std::string video = place.file("bare-video").toStdString();
@@ -134,14 +134,14 @@ void downloadBare(const Place &place)
     remove(place.file("bare-audio.m4a"));
 }
 
-// What a person gets who gives nothing but the address.
+// nox-fetch with only the address.
 void fetchPage(const Place &place)
 {
     runBare({place.program("nox-fetch").toStdString(), "-q", "--pycache", place.file("pycache").toStdString(), "-o",
              place.file("clip.mp4").toStdString(), place.url().toStdString()});
 }
 
-// The plain tool does all of it in one run.
+// One run of the plain tool.
 void fetchPageBare(const Place &place)
 {
     runBare(place.toolCommand({"--ignore-config", "-f", std::string(videoCode) + '+' + audioCode},
@@ -185,13 +185,13 @@ constexpr Run runs[] = {
     {"nox-fetch / tool twice, ffmpeg", fetch, downloadBare, 1.03, 21, 2, timeOfMakingClip},
 };
 
-// A page that answers at once, and one that takes a second, as pages do.
+// A page that answers at once, and one that takes a second.
 constexpr Run pageRuns[] = {
     {"nox-fetch URL / one run of the plain tool", fetchPage, fetchPageBare, 2.2, 11, 1, timeOfMakingClip},
     {"nox-fetch URL / the same, page takes 1 s", fetchPage, fetchPageBare, 1.45, 11, 1, timeOfMakingClip},
 };
 
-// With the real programs, whose own time wavers by more than the bars leave room for.
+// With the real programs, whose own time varies more than the bars allow.
 void addReal(const Run &run, const Place &place)
 {
     Paired::add({std::string("run: ") + run.name, run.bar, run.pairs, [&]() -> Sides {
@@ -199,8 +199,8 @@ void addReal(const Run &run, const Place &place)
                  }});
 }
 
-// With programs that do nothing, what is added shows by itself. It may be the share that the bar leaves of the
-// time that the real tool takes at least.
+// With programs that do nothing, only the added time is measured. The bar allows a share of the shortest time of the
+// real tool.
 void addAdded(const Run &run, const Place &place)
 {
     constexpr double toolTime = 1.25; // seconds for the demonstration's page, with nothing else on the machine

@@ -153,12 +153,6 @@ SamplePage SamplePage::unusual()
     return SamplePage(Writer().page(200, 120, 60, true) + "WARNING: something else\n");
 }
 
-SamplePage SamplePage::described()
-{
-    constexpr int paragraphs = 2500; // of some 320 bytes
-    return SamplePage(Writer().page(10, 0, paragraphs, false));
-}
-
 SamplePage SamplePage::withFormats(int formats)
 {
     return SamplePage(Writer().page(formats, 0, 4, false));

@@ -13,11 +13,8 @@ public:
     /** Some 1 MB: 200 formats with full-length URLs, captions, thousands of escapes. */
     static SamplePage ordinary();
 
-    /** The same with text behind the page, so that it takes the JSON reader. */
+    /** The same with text behind the page, which jsoncpp has to read. */
     static SamplePage unusual();
-
-    /** A page whose description has some 800 kB, most of them escapes and references. */
-    static SamplePage described();
 
     /** A page of @p formats short formats of some 750 bytes each. */
     static SamplePage withFormats(int formats);
@@ -28,7 +25,7 @@ public:
     /** The tool's output as the parser takes it. */
     QString text() const;
 
-    /** What the parser gives the JSON reader: references and "\u" escapes replaced, in UTF-8. */
+    /** The input of the JSON readers: references and "\u" escapes replaced, in UTF-8. */
     QByteArray preparedBytes() const;
 
 private:

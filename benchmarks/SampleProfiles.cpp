@@ -2,8 +2,6 @@
 
 #include "benchmarks/Numbers.h"
 
-#include <nox/model/WebMediaInfo.h>
-
 #include <iterator>
 
 using Nox::MediaProfile;
@@ -64,35 +62,4 @@ QList<MediaProfile> SampleProfiles::shuffled(int count)
         profiles.append(video);
     }
     return profiles;
-}
-
-QList<MediaProfile> SampleProfiles::sorted(int count)
-{
-    Nox::WebMediaInfo info;
-    for (const MediaProfile &entry : shuffled(count))
-        info.addMediaProfile(entry);
-    info.sortProfileDesc();
-    return deepCopy(info.getMediaProfileList());
-}
-
-QList<MediaProfile> SampleProfiles::twins(int count)
-{
-    const QString description = QStringLiteral("What the page says of its video");
-    QList<MediaProfile> profiles;
-    profiles.reserve(count);
-    for (int i = 0; i < count; ++i) {
-        MediaProfile video = videoProfile(i, description, QSize(1920, count - i / 2), "MP4");
-        video.setDash(i % 2 == 0);
-        profiles.append(video);
-    }
-    return profiles;
-}
-
-QList<MediaProfile> SampleProfiles::deepCopy(const QList<MediaProfile> &profiles)
-{
-    QList<MediaProfile> copy;
-    copy.reserve(profiles.size());
-    for (const MediaProfile &entry : profiles)
-        copy.append(entry);
-    return copy;
 }

@@ -41,7 +41,7 @@ QString repeated(const QString &piece, int length)
     return text;
 }
 
-// Half progress lines, half tags that nothing ends, and the one line that counts at the very end.
+// Half progress lines, half tags without a line, and a destination line at the end.
 QString mixedText(int length)
 {
     const QString end = QStringLiteral("\n[download] Destination: /tmp/clip.mp4\n");
@@ -49,7 +49,7 @@ QString mixedText(int length)
     return repeated(QString::fromUtf16(progressLine), half) + repeated(QStringLiteral("[download] "), half) + end;
 }
 
-// Nothing that counts at all, but the beginning of it over and over.
+// Only beginnings of lines.
 QString fruitlessText(int length)
 {
     return repeated(QStringLiteral("[download] Destination: [download] 45.3% of 12.34MiB at 9/s/s has already been"),

@@ -7,7 +7,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 if(NOT PROJECT_IS_TOP_LEVEL)
-    # Another project's rules for its own code.
+    # A project may have this for its own code.
     set(CMAKE_COMPILE_WARNING_AS_ERROR OFF)
 else()
     set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
@@ -21,8 +21,8 @@ add_library(nox_options INTERFACE)
 # Every header of the tree is included by its path in the tree.
 target_include_directories(nox_options INTERFACE ${PROJECT_SOURCE_DIR})
 
-# No folder of this machine gets into what is built. What the sources need is asked for where a project that holds this
-# tree has turned it off for its own.
+# The libraries do not contain the path of the sources. They need exceptions and run-time type information even if the
+# project around this tree disables both.
 target_compile_options(nox_options INTERFACE -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/= -fexceptions -frtti)
 
 target_compile_definitions(nox_options INTERFACE
@@ -42,12 +42,12 @@ if(NOX_SANITIZE)
     add_link_options(-fsanitize=${NOX_SANITIZE})
 endif()
 
-# Everything from here on is for our own work and for builds of this tree alone.
+# The rest is only for builds in which this tree is the top level.
 if(NOT PROJECT_IS_TOP_LEVEL)
     return()
 endif()
 
-# The waiting macros of Qt Test 6.8 convert a count of milliseconds to int, for which gcc blames the file that uses them.
+# The waiting macros of Qt Test 6.8 convert milliseconds to int, and gcc warns about it in the files that use them.
 set(uses_qt_test $<IN_LIST:${NOX_QT}::Test,$<TARGET_PROPERTY:LINK_LIBRARIES>>)
 set(tests_of_gcc $<AND:$<CXX_COMPILER_ID:GNU>,${uses_qt_test}>)
 
@@ -59,8 +59,7 @@ target_compile_options(nox_options INTERFACE
     $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op -Wduplicated-branches>
 )
 
-# Our own work, in which warnings are errors, uses nothing that the installed Qt deprecates; other builds must not fail
-# because a later Qt deprecates something.
+# If warnings are errors, nothing is used that the installed Qt deprecates. Other builds must not fail with a later Qt.
 if(CMAKE_COMPILE_WARNING_AS_ERROR)
     set(qt_interface ${${NOX_QT}_VERSION})
 else()
@@ -77,8 +76,8 @@ target_compile_definitions(nox_options INTERFACE
     QT_WARN_DEPRECATED_UP_TO=${qt_interface}
 )
 
-# What Debian builds its packages with, in every build that is not for debugging. Fortified functions need optimisation,
-# which a build of type "None" has from outside, together with their switch.
+# The hardening of Debian's packages, in every build that is not for debugging. Fortified functions need optimisation. A
+# build of type "None" gets that and their definition from outside.
 if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT NOX_SANITIZE)
     include(CheckCXXCompilerFlag)
     include(CheckLinkerFlag)

@@ -1,7 +1,6 @@
-# What the library is built on: Qt Core and Gui of the chosen major version, jsoncpp, and
-# simdjson, which only the library itself sees.
+# Dependencies: Qt Core and Gui of the chosen major version, jsoncpp, and simdjson, which is private to the library.
 
-# A project that has found one Qt before it adds this one gets the library for that Qt.
+# The default is the Qt that the project has already found.
 if(TARGET Qt5::Core AND NOT TARGET Qt6::Core)
     set(default_qt 5)
 else()
@@ -27,10 +26,9 @@ endif()
 if(NOT TARGET Nox::JsonCpp)
     message(FATAL_ERROR "jsoncpp 1.9 or later was not found; Debian's package is libjsoncpp-dev")
 endif()
-# Without a number: its package takes only the very same minor version.
+# Without a version: its package accepts only the same minor version.
 if(NOT TARGET simdjson::simdjson)
     find_package(simdjson REQUIRED)
 endif()
 
-# What the hosts run; an installation with NOX_SYSTEM_PROGRAMS holds a link to it.
 set(NOX_PYTHON /usr/bin/python3 CACHE FILEPATH "Python interpreter that runs the tool, the tests of the tool and scripts")

@@ -1,6 +1,6 @@
 # Installation of the hosts and of the documents. nox_add_library() installs the libraries.
 
-# nox_install_command(NAME PROGRAM COMPONENT): a relative link among the commands to a program that is installed elsewhere.
+# nox_install_command(NAME PROGRAM COMPONENT): installs a relative link in bin/ to a program in another folder.
 function(nox_install_command name program component)
     nox_relative_path(target ${CMAKE_INSTALL_BINDIR} ${program})
     set(link ${CMAKE_CURRENT_BINARY_DIR}/link/${name})
@@ -9,8 +9,8 @@ function(nox_install_command name program component)
     install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component})
 endfunction()
 
-# nox_install_host(TARGET COMPONENT): a host program with a folder of its own, in which it finds the programs that the
-# library drives, and a link among the commands.
+# nox_install_host(TARGET COMPONENT): installs a host program in a folder of its own, which also has the programs that the
+# library runs, and a link in bin/.
 function(nox_install_host target component)
     if(NOT NOX_INSTALL)
         return()
@@ -35,7 +35,7 @@ if(NOT NOX_INSTALL)
     return()
 endif()
 
-# The tool's archive holds our front alone, which calls the module that the system keeps up to date.
+# The tool's archive has only our front, which uses the tool's package of the system.
 if(NOX_SYSTEM_PROGRAMS)
     set(nox_programs ${PROJECT_BINARY_DIR}/programs)
     file(MAKE_DIRECTORY ${nox_programs}/python3.10/bin)
@@ -62,7 +62,7 @@ install(
 if(PROJECT_IS_TOP_LEVEL)
     add_custom_target(uninstall
         COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR} -P ${CMAKE_CURRENT_LIST_DIR}/Uninstall.cmake
-        COMMENT "Removing what the last installation from this folder has put in place"
+        COMMENT "Removing the files of the last installation from this folder"
         VERBATIM
     )
 endif()

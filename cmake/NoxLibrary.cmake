@@ -1,15 +1,13 @@
-# nox_add_library(): a library of this tree with all that belongs to it: visibility, soname, version script, CMake package,
-# pkg-config file and installation.
+# nox_add_library() makes a library of this tree: visibility, soname, version script, CMake package, pkg-config file and
+# installation.
 #
-# The builds for Qt 6 and Qt 5 can be installed side by side. The one for Qt 6 has the plain names. For Qt 5 the library,
-# the pkg-config file and the folders carry the version. The headers are the same. They stand in a folder of their own, so
-# that each development package is whole and never meets the headers of another version.
+# The builds for Qt 6 and Qt 5 can be installed side by side. For Qt 5, the names of the library, of the pkg-config file and
+# of the folders contain the version. Each build has its own copy of the headers.
 
 include(CMakePackageConfigHelpers)
 include(CheckLinkerFlag)
 
-# nox_relative_path(VARIABLE FROM TO): from one installed folder to another. It is relative where both move with the
-# prefix, and absolute otherwise.
+# nox_relative_path(VARIABLE FROM TO): the path from one installed folder to another. It is absolute if one of them is.
 function(nox_relative_path variable from to)
     cmake_path(IS_ABSOLUTE from from_is_absolute)
     cmake_path(IS_ABSOLUTE to to_is_absolute)
@@ -27,11 +25,11 @@ endfunction()
 #     PREFIX PREFIX            PREFIX_objects: the objects. PREFIX_internals: the same as an archive, with which tests,
 #                              benchmarks and fuzz targets reach the private classes
 #     DESCRIPTION TEXT         for the pkg-config file
-#     VERSION_SCRIPT FILE      which names the shared library exports
+#     VERSION_SCRIPT FILE      lists the exported names
 #     BUILDS_ON LIBRARY...     libraries of this tree that programs link along with this one
 #     LIBRARIES TARGET...      other libraries that programs link along with it
 #     PRIVATE_LIBRARIES TARGET...
-#                              libraries that only the library itself sees; who links it statically links them, too
+#                              libraries for its own sources; programs that link it statically link them, too
 #     REQUIRES MODULE...       LIBRARIES as modules of pkg-config
 #     PRIVATE_REQUIRES MODULE...
 #                              PRIVATE_LIBRARIES as modules of pkg-config
@@ -98,8 +96,8 @@ function(nox_add_library target)
     endif()
 endfunction()
 
-# Instantiations of the standard library's templates are visible by default. The script keeps all but the public interface
-# inside. Not every linker takes one.
+# Instantiations of the standard library's templates are visible by default. The script hides them. Not every linker
+# supports one.
 function(nox_restrict_exports target version_script)
     cmake_path(ABSOLUTE_PATH version_script)
     check_linker_flag(CXX LINKER:--version-script=${version_script} NOX_LINKER_TAKES_VERSION_SCRIPT)
@@ -115,8 +113,8 @@ endfunction()
 
 # Called by nox_add_library(), whose variables it reads.
 #
-# find_package(NoxWebMedia) looks into every folder whose name begins so, and takes the one whose version file agrees.
-# find_package(NoxWebMediaQt6) and find_package(NoxWebMediaQt5) take the one that they name.
+# find_package(NoxWebMedia) searches all folders whose names begin with this name, and uses the one whose version file
+# accepts the project's Qt. find_package(NoxWebMediaQt6) and find_package(NoxWebMediaQt5) use the one that they name.
 function(nox_install_library)
     set(cmake_folder ${CMAKE_INSTALL_LIBDIR}/cmake)
     set(package_folder ${cmake_folder}/${output_name})
@@ -133,7 +131,7 @@ function(nox_install_library)
     configure_file(${templates}/NamedConfig.cmake.in ${generated}/${named_package}Config.cmake @ONLY)
     configure_file(${generated}/${target}ConfigNumber.cmake ${generated}/${named_package}ConfigVersion.cmake COPYONLY)
 
-    # Relative to the file's own place, so that an installation can be put anywhere.
+    # Relative to the file, so that an installation can be moved.
     nox_relative_path(prefix_from_pc ${CMAKE_INSTALL_LIBDIR}/pkgconfig .)
     cmake_path(IS_RELATIVE prefix_from_pc is_relocatable)
     if(is_relocatable)

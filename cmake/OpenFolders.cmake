@@ -1,5 +1,5 @@
-# Run at the end of an installation: everybody may read the folders that it has made, whatever the umask is. Permissions
-# are added, none is taken away, since some of the folders may have been there before.
+# Run at the end of an installation: lets everybody read its folders, whatever the umask is. Permissions are only added,
+# because a folder may have existed before.
 
 cmake_policy(VERSION 3.25)
 

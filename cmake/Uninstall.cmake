@@ -1,4 +1,4 @@
-# cmake -D BUILD=DIR -P Uninstall.cmake: removes the files that "cmake --install DIR" has installed last. Folders stay.
+# cmake -D BUILD=DIR -P Uninstall.cmake: removes the files of the last "cmake --install DIR". Folders stay.
 
 file(GLOB manifests ${BUILD}/install_manifest*.txt)
 if(NOT manifests)

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// The same for every target: keeps the library's log and Qt's messages quiet.
+// For every target: without the library's log and Qt's messages.
 extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/)
 {
     Nox::Logger::init("/dev/null", Nox::LOG_FATAL, 0);
@@ -31,7 +31,7 @@ QString Check::text(const std::uint8_t *data, size_t size)
 
 bool Check::isComparable(const QString &text)
 {
-    constexpr auto longest = 2000; // beyond which backtracking meets its limits
+    constexpr auto longest = 2000; // backtracking reaches its limits with longer texts
     constexpr char16_t firstBeyond = 0x800;
     return text.size() <= longest
         && std::all_of(text.cbegin(), text.cend(), [](QChar character) { return character.unicode() < firstBeyond; });

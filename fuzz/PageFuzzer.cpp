@@ -1,4 +1,4 @@
-// The page description, against a reading by the JSON reader alone, member by member.
+// Compares the record of a page with a simple reading by jsoncpp.
 
 #include "fuzz/Check.h"
 #include "fuzz/PlainPage.h"
@@ -13,7 +13,7 @@ namespace {
 using Nox::MediaProfile;
 using Nox::WebMediaInfo;
 
-// A record that holds something already.
+// A record that is not empty.
 WebMediaInfo usedRecord()
 {
     MediaProfile profile;

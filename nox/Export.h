@@ -4,10 +4,10 @@
 
 /**
  * @file
- * Marks what the shared library exports; everything without the mark stays hidden inside it.
+ * Marks what the shared library exports. Everything else is hidden.
  */
 /** @def NOX_EXPORT
- * Stands before every class and function of the public interface.
+ * Marks a class or function of the public interface.
  */
 #if defined(NOX_BUILDING_LIBRARY)
 #  define NOX_EXPORT Q_DECL_EXPORT

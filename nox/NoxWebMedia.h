@@ -2,11 +2,11 @@
 
 /**
  * @file
- * Every public header of the library in one.
+ * Includes all public headers of the library.
  */
 
 /** @namespace Nox
- * The library's classes and types. The free functions for hosts stand outside it.
+ * The library's classes and types. The free functions are outside this namespace.
  */
 #include <nox/Export.h>
 #include <nox/front/DownloadError.h>

@@ -1,24 +1,21 @@
 #!/usr/bin/env bash
-# Measures what the library costs, and prints each ratio beside its bar.
+# Runs the benchmarks, and prints each ratio with its bar.
 #
 #   scripts/bench.sh [--qt 6|5] [--runs | --no-runs | --pages] [--package P]... [-- BENCHMARK-OPTION...]
 #
 #   --qt N       with this version of Qt; 6 unless given
 #   --runs       only the whole runs of the external programs
 #   --no-runs    only what needs no external program
-#   --pages      only the pages of which nox-fetch must be as fast as the plain tool, or faster
-#   --package P  these pages with that version of the tool as well: a folder that holds the yt_dlp package, a wheel, or an
+#   --pages      only the pages on which nox-fetch must not be slower than the plain tool
+#   --package P  also with another version of the tool on these pages: a folder with the yt_dlp package, a wheel, or an
 #                archive of its sources; can be given several times
 #
-# The two sides of a ratio are measured in turn, in one program, in changing order; the median of the ratios of all pairs
-# counts. Next to it stands the interval that holds the true median with 95 % probability. A bar counts as exceeded, and
-# the script fails, when the whole interval lies above it: a median above the bar whose interval still reaches below is
-# noise, and marked as such. All but the whole runs are measured in processor time, which other programs do not raise,
-# though they take away memory bandwidth: measure on a quiet machine. The whole runs waver by more than their bars leave
-# room for, so what the library adds to them is also measured with stand-ins that do nothing ("added"), as a share of what
-# the bar allows.
+# docs/performance.md explains how the ratios are measured. A bar is exceeded, and the script fails, when the whole 95 %
+# interval of the median is above it. Measure on a quiet machine. The whole runs vary more than their bars allow, so the
+# time that the library adds to them is also measured with fakes that do nothing ("added"), as a share of what the bar
+# allows.
 #
-# The figures also go to build/bench-qtN/*.json. What follows "--" goes to the programs, as in:
+# The figures also go to build/bench-qtN/*.json. The options after "--" go to the programs, as in:
 # scripts/bench.sh --no-runs -- --benchmark_filter=list
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
@@ -59,7 +56,7 @@ if [[ " ${programs[*]} " == *" nox_bench_runs "* ]]; then
     export NOX_BENCH_URL=$url
 fi
 
-# Runs a program of the build, or of the folder given; its figures go to the build.
+# measure NAME FOLDER PROGRAM [OPTION...]
 failed=0
 measure() {
     local name=$1 folder=$2 program=$3
@@ -68,7 +65,7 @@ measure() {
     "$folder/$program" --benchmark_out="$build/$name.json" --benchmark_out_format=json "$@" || failed=1
 }
 
-# The same programs beside stand-ins that do nothing.
+# A folder with the same programs and with fakes that do nothing.
 stage_empty() {
     mkdir -p "$1/python3.10/bin"
     cp -f "$build/bin/nox_bench_runs" "$build/bin/nox-fetch" "$root/benchmarks/empty/ffmpeg" "$1"

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""Checks that the documents' links lead to files that exist, and that what they quote is what stands in the tree.
+"""Checks the links and the quotations in the documents.
 
-    check-documents.py             an error for every dead link and every quotation that differs
-    check-documents.py --update    writes the quotations anew
+    check-documents.py             an error for every dead link and every quotation that differs from its file
+    check-documents.py --update    updates the quotations
 
-A quotation is the code block behind a comment that names the file: <!-- examples/titles/titles.cpp -->
+A quotation is the code block behind a comment with the name of the file: <!-- examples/titles/titles.cpp -->
 """
 
 import pathlib

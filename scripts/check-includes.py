@@ -1,46 +1,51 @@
 #!/usr/bin/python3
-"""Checks who includes whom.
+"""Checks the includes of the tree.
 
-    check-includes.py [TREE]     the folder with nox/ and hosts/; the one above this script unless given
+    check-includes.py [TREE]     the folder with nox/ and hosts/; by default the one above this script
 
-The folders of the first library lie on floors, and includes lead downwards only; only the factory knows the concrete
-workers. The second library, nox/jobs, sees the public headers of the first one. Hosts see the public headers of both.
-Public headers include public headers only, and NoxWebMedia.h and NoxWebMediaJobs.h name them all. No file includes
-itself by a detour. Everywhere an include names a file by its path in the tree: the library's between angle brackets,
-as its users write it, every other one of ours between quotes.
+The folders of the first library have an order, and a file includes only files of its own folder and of those that are
+listed for it below. The second library and the hosts include public headers only. Public headers include public
+headers only, and NoxWebMedia.h and NoxWebMediaJobs.h include them all. There are no circles. An include names a file by
+its path in the tree: those of the libraries in angle brackets, all others in quotes.
 """
+
+from __future__ import annotations
 
 import pathlib
 import posixpath
 import re
 import sys
+from collections.abc import Iterator
 
-MAY_INCLUDE = {
+LOW = {"nox/util", "nox/log", "nox/model"}
+HOST = {"nox", "hosts/common"}
+DESK = HOST | {"hosts/desk/model", "hosts/desk/network"}
+MAY_INCLUDE: dict[str, set[str]] = {
     "nox": {"nox/front", "nox/model", "nox/parse", "nox/log", "nox/util"},
     "nox/jobs": set(),
     "nox/util": set(),
     "nox/log": {"nox/util"},
     "nox/model": {"nox/util"},
-    "nox/parse": {"nox/util", "nox/log", "nox/model"},
+    "nox/parse": LOW,
     "nox/process": {"nox/util", "nox/log"},
-    "nox/front": {"nox/util", "nox/log", "nox/model", "nox/process"},
-    "nox/extract": {"nox/util", "nox/log", "nox/model", "nox/parse", "nox/process", "nox/front"},
-    "nox/download": {"nox/util", "nox/log", "nox/model", "nox/parse", "nox/process", "nox/front"},
+    "nox/front": LOW | {"nox/process"},
+    "nox/extract": LOW | {"nox/parse", "nox/process", "nox/front"},
+    "nox/download": LOW | {"nox/parse", "nox/process", "nox/front"},
     "hosts/common": {"nox"},
-    "hosts/fetch": {"nox", "hosts/common"},
-    "hosts/desk/model": {"nox", "hosts/common", "hosts/desk/network"},
-    "hosts/desk/network": {"nox", "hosts/common"},
-    "hosts/desk/view": {"nox", "hosts/common", "hosts/desk/model", "hosts/desk/network"},
-    "hosts/desk": {"nox", "hosts/common", "hosts/desk/model", "hosts/desk/network", "hosts/desk/view"},
+    "hosts/fetch": HOST,
+    "hosts/desk/model": HOST | {"hosts/desk/network"},
+    "hosts/desk/network": HOST,
+    "hosts/desk/view": DESK,
+    "hosts/desk": DESK | {"hosts/desk/view"},
 }
-# The top floor.
+# Single files that may include more.
 MAY_INCLUDE_TOO = {
     "nox/front/WebMediaDownloaderFactory.cpp": {"nox/extract", "nox/download"},
     "nox/NoxWebMediaJobs.h": {"nox/jobs"},
 }
-# The header that names all public ones of a library, and the folder whose CMakeLists.txt lists them.
+# The header that includes all public ones of a library, and the folder whose CMakeLists.txt lists them.
 LIBRARIES = {"nox/NoxWebMedia.h": "nox", "nox/NoxWebMediaJobs.h": "nox/jobs"}
-# Users of public headers alone, and of which libraries.
+# Folders that may include only public headers of other folders, and of which libraries.
 USERS = {"nox/jobs": ["nox/NoxWebMedia.h"], "hosts": list(LIBRARIES)}
 EXPORT = "nox/Export.h"
 # Private to the first library, but compiled into the second one as well.
@@ -49,122 +54,98 @@ SHARED_SOURCES = (
     ("nox/jobs/JobProcess.cpp", "nox/process/ChildProcess.h"),
 )
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
-
-
-def room(name):
-    return name.rpartition("/")[0]
-
-
-# Includes of these are checked for their form alone.
-OUTSIDE = ("examples", "tests", "benchmarks", "fuzz")
+CHECKED = ("nox", "hosts")
+# Only the form of their includes is checked.
+OTHERS = ("examples", "tests", "benchmarks", "fuzz")
 
 
 class Tree:
-    def __init__(self, root):
+    def __init__(self, root: pathlib.Path):
         self.root = root
         self.files = {
-            path.relative_to(root).as_posix(): path
-            for top in ("nox", "hosts")
+            path.relative_to(root).as_posix(): INCLUDE.findall(path.read_text())
+            for top in CHECKED + OTHERS
             for path in sorted((root / top).rglob("*"))
             if path.suffix in (".h", ".cpp")
         }
-        self.includes = {name: self.included_by(name, path) for name, path in self.files.items()}
-        self.public = {everything: self.listed(folder) for everything, folder in LIBRARIES.items()}
+        self.includes = {
+            name: [text for bracket, text in found
+                   if (bracket == '"' or text.startswith("nox/")) and not text.endswith(".moc")]
+            for name, found in self.files.items()
+            if name.startswith(CHECKED)
+        }
+        self.public = {header: self.listed(folder) for header, folder in LIBRARIES.items()}
 
-    def listed(self, folder):
+    def listed(self, folder: str) -> set[str]:
         listed = re.search(r"set\(public_headers\s([^)]*)\)", (self.root / folder / "CMakeLists.txt").read_text())
-        return {posixpath.normpath(f"{folder}/{header}") for header in listed.group(1).split()} if listed else set()
+        return {posixpath.normpath(f"{folder}/{header}") for header in listed[1].split()} if listed else set()
 
-    def visible(self, here):
-        """The headers of the libraries that a folder may include; None where it belongs to the first one."""
-        for folder, libraries in USERS.items():
-            if f"{here}/".startswith(f"{folder}/"):
-                return set().union(*(self.public[library] for library in libraries))
-        return None
-
-    def included_by(self, name, path):
-        """The files of the tree that this one includes; what is not in the tree is the system's."""
-        found = []
-        for bracket, text in INCLUDE.findall(path.read_text()):
-            ours = bracket == '"' or text.startswith("nox/")
-            if ours and not text.endswith(".moc"):
-                found.append(text)
-        return found
-
-
-def problems_of_rooms(tree):
-    for name, included in tree.includes.items():
-        here = room(name)
-        if here not in MAY_INCLUDE:
-            yield f"{name}: the folder {here} has no place in the order; give it one in check-includes.py"
-            continue
-        allowed = MAY_INCLUDE[here] | MAY_INCLUDE_TOO.get(name, set()) | {here}
-        visible = tree.visible(here)
-        for other in included:
-            if other not in tree.files:
-                yield f"{name} includes {other}, which does not exist"
-            elif other == EXPORT:
+    def problems_of_folders(self) -> Iterator[str]:
+        for name, included in self.includes.items():
+            here = posixpath.dirname(name)
+            if here not in MAY_INCLUDE:
+                yield f"{name}: check-includes.py does not know the folder {here}; add it to MAY_INCLUDE"
                 continue
-            elif visible is not None and other.startswith("nox/") and room(other) != here:
-                if other not in visible and (name, other) not in SHARED_SOURCES:
-                    yield f"{name} includes {other}, which is private to the library"
-            elif room(other) not in allowed:
-                yield f"{name} includes {other}: {here} may include {', '.join(sorted(allowed - {here})) or 'nothing'}"
+            allowed = MAY_INCLUDE[here] | MAY_INCLUDE_TOO.get(name, set()) | {here}
+            libraries: list[str] = next((USERS[top] for top in USERS if f"{here}/".startswith(f"{top}/")), [])
+            visible = set().union(*(self.public[library] for library in libraries))
+            for other in included:
+                if other not in self.includes:
+                    yield f"{name} includes {other}, which does not exist"
+                elif other == EXPORT or (name, other) in SHARED_SOURCES:
+                    continue
+                elif libraries and other.startswith("nox/") and posixpath.dirname(other) != here:
+                    if other not in visible:
+                        yield f"{name} includes {other}, which is private to the library"
+                elif posixpath.dirname(other) not in allowed:
+                    yield f"{name} includes {other}: {here} may include {', '.join(sorted(allowed))}"
 
-
-def problems_of_public_headers(tree):
-    all_public = set().union(*tree.public.values())
-    for everything, public in tree.public.items():
-        if not public:
-            yield f"{LIBRARIES[everything]}/CMakeLists.txt: no list of public headers found"
-        for header in sorted(public):
-            if header not in tree.files:
-                yield f"{header} is listed as public, but does not exist"
-                continue
-            for other in tree.includes[header]:
-                if other not in all_public:
+    def problems_of_public_headers(self) -> Iterator[str]:
+        all_public = set().union(*self.public.values())
+        for everything, public in self.public.items():
+            if not public:
+                yield f"{LIBRARIES[everything]}/CMakeLists.txt: no list of public headers found"
+            for header in sorted(public):
+                if header not in self.includes:
+                    yield f"{header} is listed as public, but does not exist"
+                for other in set(self.includes.get(header, [])) - all_public:
                     yield f"{header} is public, but includes the private {other}"
-        for header in sorted(public - set(tree.includes.get(everything, [])) - {everything}):
-            yield f"{header} is public, but {everything} does not include it"
+            for header in sorted(public - set(self.includes.get(everything, [])) - {everything}):
+                yield f"{header} is public, but {everything} does not include it"
+
+    def problems_of_circles(self) -> Iterator[str]:
+        done = set()
+
+        def visit(name: str, path: list[str]) -> Iterator[str]:
+            if name in path:
+                yield "circle: " + " -> ".join([*path[path.index(name):], name])
+            elif name not in done:
+                for other in self.includes.get(name, []):
+                    yield from visit(other, [*path, name])
+                done.add(name)
+
+        for name in self.includes:
+            yield from visit(name, [])
+
+    def problems_of_form(self) -> Iterator[str]:
+        for name, included in self.files.items():
+            for bracket, text in included:
+                if bracket == '"' and not text.endswith(".moc"):
+                    if not (self.root / text).is_file() or text.startswith("nox/"):
+                        yield f'{name} includes "{text}"; the path in the tree is missing, or angle brackets'
+                elif text.startswith(tuple(f"{top}/" for top in CHECKED[1:] + OTHERS)):
+                    yield f"{name} includes <{text}>; only headers of the libraries have angle brackets"
 
 
-def problems_of_circles(tree):
-    done = set()
-
-    def visit(name, path):
-        if name in path:
-            yield "circle: " + " -> ".join([*path[path.index(name):], name])
-        elif name not in done:
-            for other in tree.includes.get(name, []):
-                yield from visit(other, [*path, name])
-            done.add(name)
-
-    for name in tree.files:
-        yield from visit(name, [])
-
-
-def problems_of_form(tree):
-    others = [path for top in OUTSIDE for path in sorted((tree.root / top).rglob("*")) if path.suffix in (".h", ".cpp")]
-    for path in [*tree.files.values(), *others]:
-        name = path.relative_to(tree.root).as_posix()
-        for bracket, text in INCLUDE.findall(path.read_text()):
-            if bracket == '"' and not text.endswith(".moc"):
-                if not (tree.root / text).is_file() or text.startswith("nox/"):
-                    yield f'{name} includes "{text}"; a header of ours is named by its path in the tree'
-
-
-def main():
+def main() -> None:
     if len(sys.argv) > 2 or any(argument.startswith("-") for argument in sys.argv[1:]):
         sys.exit(__doc__)
-    root = pathlib.Path(sys.argv[1] if len(sys.argv) == 2 else pathlib.Path(__file__).parent.parent).resolve()
-    tree = Tree(root)
-    problems = [*problems_of_rooms(tree), *problems_of_public_headers(tree)]
-    problems += [*problems_of_circles(tree), *problems_of_form(tree)]
-    for problem in problems:
-        print(problem, file=sys.stderr)
+    tree = Tree(pathlib.Path(sys.argv[1] if len(sys.argv) == 2 else pathlib.Path(__file__).parent.parent).resolve())
+    problems = [*tree.problems_of_folders(), *tree.problems_of_public_headers(),
+                *tree.problems_of_circles(), *tree.problems_of_form()]
     if problems:
-        sys.exit(f"check-includes.py: {len(problems)} includes that go the wrong way")
-    print(f"{len(tree.files)} files, {sum(map(len, tree.includes.values()))} includes, all in order")
+        sys.exit("\n".join([*problems, f"check-includes.py: {len(problems)} wrong includes"]))
+    print(f"{len(tree.includes)} files, {sum(map(len, tree.includes.values()))} includes, all in order")
 
 
 if __name__ == "__main__":

@@ -1,12 +1,11 @@
 #!/usr/bin/python3
-"""Runs clang-tidy on a source file, and remembers the files that it found clean.
+"""Runs clang-tidy on a source file, unless the same file is known to be clean.
 
     clang-tidy-cache.py [CLANG-TIDY-OPTION...] FILE -- COMPILER ARGUMENT...
 
-CMake starts it so, as its CMAKE_CXX_CLANG_TIDY. A file is looked at anew only when what the compiler sees of it,
-comments included, or the configuration or clang-tidy itself has changed since it was clean: looking takes ten times as
-long as preprocessing. The memory is in the user's cache folder; without it nothing but time is lost. Generated files,
-which lie in the build folder, are not looked at.
+CMake starts it as its CMAKE_CXX_CLANG_TIDY. A file is checked again only when its preprocessed text (with comments),
+the configuration or clang-tidy has changed: a check takes ten times as long as preprocessing. The cache is in the
+user's cache folder and may be deleted. Generated files, which are in the build folder, are not checked.
 """
 
 from __future__ import annotations
@@ -23,24 +22,24 @@ CACHE = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / "
 
 
 def preprocessed(command: list[str]) -> bytes | None:
-    """What the compiler sees, without the places where it found it; None when it cannot be told."""
-    words = list(command)
+    """The text that the compiler sees, without file names; None when preprocessing fails."""
+    arguments = list(command)
     for option in ("-o", "-MF", "-MT"):
-        if option in words:
-            at = words.index(option)
-            del words[at:at + 2]
-    words = [word for word in words if word not in ("-c", "-MD")] + ["-E", "-P", "-C"]
-    run = subprocess.run(words, capture_output=True)
-    return run.stdout + shlex.join(words).encode() if run.returncode == 0 else None
+        if option in arguments:
+            at = arguments.index(option)
+            del arguments[at:at + 2]
+    arguments = [argument for argument in arguments if argument not in ("-c", "-MD")] + ["-E", "-P", "-C"]
+    run = subprocess.run(arguments, capture_output=True)
+    return run.stdout + shlex.join(arguments).encode() if run.returncode == 0 else None
 
 
-def memory_of(command: list[str]) -> pathlib.Path | None:
-    """The file whose existence says that what the command compiles is clean."""
+def cache_file(command: list[str]) -> pathlib.Path | None:
+    """The file that exists if the command's source is known to be clean."""
     seen = preprocessed(command)
     if seen is None:
         return None
     version = subprocess.run(["clang-tidy", "--version"], capture_output=True, check=True).stdout
-    # The same tree in another folder is the same tree.
+    # The folder of the tree does not matter.
     seen = seen.replace(os.fsencode(ROOT), b"ROOT")
     return CACHE / hashlib.sha256(version + (ROOT / ".clang-tidy").read_bytes() + seen).hexdigest()
 
@@ -51,15 +50,15 @@ def main() -> int:
     divider = sys.argv.index("--")
     if pathlib.Path(sys.argv[divider - 1]).resolve().is_relative_to(pathlib.Path.cwd()):
         return 0
-    memory = memory_of(sys.argv[divider + 1:])
-    if memory and memory.exists():
+    known = cache_file(sys.argv[divider + 1:])
+    if known and known.exists():
         return 0
     run = subprocess.run(["clang-tidy", "--quiet", *sys.argv[1:]], capture_output=True, text=True)
     if run.returncode != 0:
         print(run.stdout or run.stderr, end="")
-    elif memory:
-        memory.parent.mkdir(parents=True, exist_ok=True)
-        memory.touch()
+    elif known:
+        known.parent.mkdir(parents=True, exist_ok=True)
+        known.touch()
     return run.returncode
 
 

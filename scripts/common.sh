@@ -1,10 +1,10 @@
-# What the scripts beside this one share. To be sourced, not run.
+# Common functions of the scripts in this folder. To be sourced, not run.
 # shellcheck shell=bash
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 jobs=${NOX_JOBS:-$(nproc)}
 
-# Qt, the tool and ffmpeg take file names in the locale's encoding.
+# Qt, the tool and ffmpeg use the encoding of the locale for file names.
 [[ $(locale charmap) == UTF-8 ]] || export LC_ALL=C.UTF-8
 
 say() {
@@ -18,8 +18,8 @@ print_help() {
 
 export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$jobs
 
-# build_preset PRESET [TARGET...]: everything, unless targets are named; into build/PRESET, with ccache where it is installed.
-# What one checkout has compiled serves others, in whatever folder they lie.
+# build_preset PRESET [TARGET...]: builds the targets, or everything, in build/PRESET; with ccache if it is installed.
+# What was compiled in one checkout is reused in others, in any folder.
 build_preset() (
     export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
     local preset=$1
@@ -31,7 +31,7 @@ build_preset() (
     cmake --build --preset "$preset" "$@"
 )
 
-# copy_checkout DIR: the files of the checkout, as they are now; what git ignores is not among them.
+# copy_checkout DIR: copies the files of the checkout without those that git ignores.
 copy_checkout() {
     mkdir -p "$1"
     git -C "$root" ls-files --cached --others --exclude-standard -z |
@@ -47,7 +47,7 @@ clean_up() {
     [[ -z $scratch ]] || rm -rf "$scratch"
 }
 
-# Makes the folder in $scratch. It goes away, and the server with it, when the script ends.
+# Makes the folder $scratch. At the end of the script it is removed, and the server is stopped.
 make_scratch() {
     scratch=$(mktemp -d)
     trap clean_up EXIT
@@ -55,11 +55,10 @@ make_scratch() {
 
 # serve_clip BYTES_PER_SECOND: makes the clip and serves its page at $url. Needs $scratch.
 serve_clip() {
-    local media=$root/build/demo-media tries
-    "$root/scripts/make-clip.sh" "$media"
-    "$root/scripts/demo-server.py" --media "$media" --rate "$1" --port-file "$scratch/port" >/dev/null &
+    local tries
+    "$root/scripts/demo-server.py" --media "$root/build/demo-media" --rate "$1" --port-file "$scratch/port" >/dev/null &
     server=$!
-    for ((tries = 0; tries < 100; tries++)); do
+    for ((tries = 0; tries < 600; tries++)); do
         [[ ! -s $scratch/port ]] || break
         sleep 0.1
     done

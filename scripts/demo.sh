@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Shows the whole at work: installs what is missing, builds, makes a clip, serves it on a page of this machine, and lets
-# nox-fetch download its picture and its sound and join them.
+# A demonstration: installs what is missing, builds, makes a clip, serves it on a page of this machine, and downloads its
+# video and audio with nox-fetch into one file.
 #
-#   scripts/demo.sh                        the page made for the purpose; nothing is left behind
-#   scripts/demo.sh URL [FETCH-OPTION...]  a page of your own; its file goes to the current folder
-#   scripts/demo.sh --window [URL]         the same in the window of nox-desk, until that is closed
+#   scripts/demo.sh                        the demonstration page; the file is removed at the end
+#   scripts/demo.sh URL [FETCH-OPTION...]  a page of your own; the file goes to the current folder
+#   scripts/demo.sh --window [URL]         the same in the window of nox-desk
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
 
-# Slow enough that the progress can be watched: the clip takes some seven seconds.
+# Slow enough to see the progress: the clip takes about seven seconds.
 readonly bytes_per_second=600000
 
 program=nox-fetch
@@ -25,7 +25,7 @@ build_preset release $program
 bin=$root/build/release/bin
 "$root/scripts/stage-programs.sh" "$bin"
 
-# Downloads a page's clip, shows what it holds, and leaves its path in file.
+# Downloads a page's clip, shows its streams, and sets the variable file to its path.
 show_download() {
     say nox-fetch "${@:2}" "$1"
     file=$("$bin/nox-fetch" "${@:2}" "$1")
@@ -59,5 +59,5 @@ else
         echo "demo.sh: expected one video and one audio stream, found: $streams" >&2
         exit 1
     fi
-    printf '\nOne video and one audio stream, as it should be.\n'
+    printf '\nOne video and one audio stream, as expected.\n'
 fi

@@ -1,11 +1,10 @@
 #!/usr/bin/env bash
-# Throws made-up input at everything that reads the outside world, under the sanitizers.
+# Runs the fuzz targets, which test everything that reads input from outside, under the sanitizers.
 #
-#   scripts/fuzz.sh [SECONDS] [TARGET...]     each target for so long (20 s), one after the other; all targets
+#   scripts/fuzz.sh [SECONDS] [TARGET...]     each target for 20 seconds, or as given; all targets by default
 #
-# The seeds lie in fuzz/corpus/TARGET; what the fuzzer adds to them, and what it finds, goes to build/fuzz. Ends with an
-# error when something is found: a crash, undefined behaviour, a leak, a broken promise, or an input that takes longer
-# than 10 seconds.
+# The seeds are in fuzz/corpus/TARGET. New inputs and findings go to build/fuzz. Fails if something is found: a crash,
+# undefined behaviour, a leak, a failed check, or an input that takes longer than 10 seconds.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
@@ -15,7 +14,7 @@ case ${1-} in
 esac
 seconds=${1:-20}
 if [[ ! $seconds =~ ^[1-9][0-9]*$ ]]; then
-    echo "fuzz.sh: '$seconds' is no number of seconds; see --help" >&2
+    echo "fuzz.sh: '$seconds' is not a number of seconds; see --help" >&2
     exit 2
 fi
 shift $(($# > 0 ? 1 : 0))

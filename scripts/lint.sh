@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# Checks the sources without running them: formatting, spelling, the scripts, cppcheck.
-#
-# clang-tidy runs while the presets tidy and fuzz are built: scripts/test.sh tidy, scripts/fuzz.sh.
+# Checks formatting, spelling, scripts, Python, and the C++ sources with cppcheck. clang-tidy runs while the presets tidy
+# and fuzz are built: scripts/test.sh tidy, scripts/fuzz.sh.
 #
 #   scripts/lint.sh [CHECK...]     all of them, or those named: format scripts python spelling cppcheck
 set -euo pipefail
@@ -12,14 +11,8 @@ cd "$root"
 readonly checks=(format scripts python spelling cppcheck)
 mapfile -t code_folders < <(ls -d nox hosts examples tests benchmarks fuzz 2>/dev/null)
 
-# Prints the sources of ours that match the find expression given, each ended by a null character.
-sources() {
-    find "${code_folders[@]}" -type f \( "$@" \) -print0 | sort -z
-}
-
 check_format() {
-    sources -name '*.cpp' -o -name '*.h' | xargs -0 clang-format --dry-run -Werror
-    sources -name '*.cpp' -o -name '*.h' | xargs -0 scripts/check-braces.py
+    find "${code_folders[@]}" -name '*.cpp' -print0 -o -name '*.h' -print0 | xargs -0 clang-format --dry-run -Werror
 }
 
 check_scripts() {
@@ -34,14 +27,14 @@ check_scripts() {
 check_python() {
     flake8 tool tests/tool scripts/*.py
     MYPYPATH=tool:tests/tool mypy --config-file tool/mypy.ini --cache-dir "$root/build/mypy" tool tests/tool/*.py
-    mypy --strict --cache-dir "$root/build/mypy" scripts/check-documents.py scripts/clang-tidy-cache.py
+    mypy --strict --cache-dir "$root/build/mypy" scripts/check-documents.py scripts/check-includes.py scripts/clang-tidy-cache.py
 }
 
 check_spelling() {
     codespell --quiet-level 2 --ignore-words-list abitrate --skip '*.ts,*.metainfo.xml' "${code_folders[@]}" tool cmake docs scripts ./*.md
 }
 
-# Not over the tests: their macros return, which cppcheck does not see.
+# Without the tests: cppcheck does not know that their macros return.
 check_cppcheck() {
     cppcheck --quiet --error-exitcode=1 --inline-suppr --std=c++17 --library=qt -j "$jobs" \
         --enable=warning,performance,portability --suppress=passedByValue --suppress=returnByReference \

@@ -1,17 +1,17 @@
 #!/usr/bin/python3
-"""Packs the tool's front and the tool's package into one archive that the interpreter can run.
+"""Packs the front and the tool's package into one archive that the interpreter can run.
 
     make-tool-archive.py FILE [--package FOLDER|WHEEL|SOURCE-ARCHIVE]... [--front-only | --plain]
 
---package P     the yt_dlp package: its folder or the one it lies in, a wheel, or a source archive (.tar.*, .zip);
-                unless given, the package that is installed. Given several times, it adds packages in Python alone that
-                the tool uses where they are to be had, such as yt_dlp_ejs
---front-only    no package: the archive uses the one that is installed where it runs
---plain         no front: the tool as it is, for comparison
+--package P     the yt_dlp package: its folder or the folder that contains it, a wheel, or a source archive (.tar.*,
+                .zip); by default the installed package. Given several times, it adds pure Python packages that the
+                tool uses, such as yt_dlp_ejs
+--front-only    without a package: the archive uses the one that is installed where it runs
+--plain         without the front, for comparison
 
-The same contents give the same bytes: names are sorted and every time stamp is the archive format's zero. Beside each
-module lies its bytecode, without which the interpreter compiles hundreds of modules anew at every start. The archive's
-comment names what it was made from, and an archive whose comment still holds is left alone.
+The same contents give the same bytes: names are sorted and every time stamp is the zero of the archive format. The
+archive also has the bytecode of each module, because the interpreter would compile hundreds of modules at every start
+otherwise. The archive's comment identifies its contents, and an archive with the right comment is not made again.
 """
 
 import argparse
@@ -26,7 +26,7 @@ import tarfile
 import zipfile
 
 PACKAGE = "yt_dlp"
-# What is taken from a folder or from an archive of sources, which hold other things as well.
+# Packages that are taken from a folder or an archive of sources, which also have other contents.
 KNOWN_PACKAGES = (PACKAGE, "yt_dlp_ejs")
 EXTRACTOR_TABLE = PACKAGE + "/extractor/lazy_extractors.py"
 PLAIN_MAIN = b"""\
@@ -38,7 +38,7 @@ sys.exit(main())
 """
 FRONT = pathlib.Path(__file__).resolve().parent.parent / "tool"
 EPOCH = (1980, 1, 1, 0, 0, 0)
-# What interpreters leave, and what the package has for those who make a program of it.
+# Bytecode of interpreters, and a folder of the package that is only for building programs.
 NOT_PACKED = ("__pycache__", "__pyinstaller")
 
 
@@ -55,7 +55,7 @@ class Files(dict):
             self[name] = data
 
     def add_package(self, name, data):
-        """A member of a source archive, whose folders above the package vary."""
+        """Adds a member of a source archive, in which the package may be in another folder."""
         folders = name.split("/")
         for package in KNOWN_PACKAGES:
             if package in folders[:2]:
@@ -118,7 +118,7 @@ def installed_package():
 
 
 def digest(*paths):
-    """Of the files, and of all those in the folders."""
+    """The digest of the files, and of all files in the folders."""
     state = hashlib.sha256()
     for path in paths:
         files = path.rglob("*") if path.is_dir() else [path]
@@ -135,7 +135,7 @@ def installed_version():
 
 
 def origin_text(packages, options):
-    """What the archive depends on: the packages, the interpreter's bytecode, the front and this file."""
+    """Identifies the packages, the version of the bytecode, the front and this file."""
     source = not options.front_only and not options.package and installed_version() or digest(*packages)
     front = "none" if options.plain else digest(*FRONT.rglob("*.py"))
     recipe = digest(pathlib.Path(__file__))
@@ -192,7 +192,7 @@ def main():
     else:
         files.add_folder(FRONT, "", "*.py")
     read_packages(packages, files)
-    # Written beside its place and moved there whole: another run may be staging the same folder.
+    # Moved into place as a whole, because another run may use the same folder.
     unfinished = options.file.with_name(f"{options.file.name}.{os.getpid()}")
     try:
         write_archive(unfinished, files, origin)

@@ -1,13 +1,12 @@
 #!/usr/bin/env bash
-# Gives nox-fetch and nox-desk a newer yt-dlp than the one that they came with. It takes effect at their next start.
+# Installs a newer yt-dlp for nox-fetch and nox-desk, which use it from their next start on.
 #
-#   nox-renew-tool               the newest release and those of its extras that are Python alone; pip fetches them
-#   nox-renew-tool PACKAGE...    those in folders, wheels or archives of sources: yt_dlp, and what it uses (yt_dlp_ejs)
-#   nox-renew-tool --remove      back to the one that they came with
+#   nox-renew-tool               the newest release and its pure Python extras, downloaded by pip
+#   nox-renew-tool PACKAGE...    packages in folders, wheels or archives of sources: yt_dlp, and what it uses (yt_dlp_ejs)
+#   nox-renew-tool --remove      removes it, so that the installed one is used again
 #
-# The archive goes to $XDG_DATA_HOME/noxwebmedia/yt.zip (~/.local/share unless set). The hosts use it only while it and
-# its folder are your own and nobody else may write to them. Where the hosts are not installed, this command is
-# scripts/renew-tool.sh.
+# The archive is $XDG_DATA_HOME/noxwebmedia/yt.zip (by default in ~/.local/share). The hosts use it only if it and its
+# folder belong to you and nobody else can write to them. In a checkout this command is scripts/renew-tool.sh.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$(readlink -f "$0")")/common.sh"
@@ -25,11 +24,11 @@ download() {
     "$python" -m pip download --quiet --disable-pip-version-check --dest "$scratch" "$@"
 }
 
-# Extras that hold machine code can not be loaded from the archive: of these the form in Python alone is taken, if there
-# is one. The tool does without the rest, or uses what is installed.
-fetch_packages() {
+# Extras with machine code cannot be loaded from the archive. Of these the pure Python version is used, if there is one.
+# The tool works without the others, or uses the installed ones.
+download_packages() {
     download 'yt-dlp[default]' 2>"$scratch/pip.log" || download --no-deps yt-dlp ||
-        { echo "${0##*/}: pip cannot fetch it; is python3-pip installed? A wheel or a folder can be named instead" >&2
+        { echo "${0##*/}: pip cannot download it; is python3-pip installed? A wheel or a folder can be named instead" >&2
           exit 1; }
     local wheel name version
     for wheel in "$scratch"/*.whl; do
@@ -42,7 +41,7 @@ fetch_packages() {
 
 make_scratch
 if [[ $# -eq 0 ]]; then
-    fetch_packages
+    download_packages
     mapfile -t packages < <(find "$scratch" -name '*-none-any.whl' -o -name 'yt_dlp-*.tar.*' | sort)
     set -- "${packages[@]}"
 fi

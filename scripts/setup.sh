@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and checking this project needs, as far as they are missing.
+# Installs the Debian packages for building, testing and checking this project that are missing.
 #
-#   scripts/setup.sh [GROUP...]     install the groups named (all of them by default)
+#   scripts/setup.sh [GROUP...]     install these groups (by default all)
 #   scripts/setup.sh --list         print the groups and their packages
 #
-# Nothing is asked of apt when nothing is missing, so that the other scripts can call this one every time.
+# Does not call apt if nothing is missing, so the other scripts call this one every time.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
 
-# Every package that the project needs stands here, in the group of what it is for, and nowhere else.
+# All packages that the project needs, in groups.
 declare -A packages=(
     [build]="build-essential ccache cmake ninja-build pkg-config git
              qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
@@ -80,7 +80,7 @@ for group in "$@"; do
 done
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-    echo "setup.sh: this machine has no apt; install by hand what matches: ${wanted[*]}" >&2
+    echo "setup.sh: this machine has no apt; install the equivalents of these by hand: ${wanted[*]}" >&2
     exit 1
 fi
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Puts the programs that the library drives into a host program's folder, made from what Debian has installed:
+# Puts the programs that the library runs into the folder of a host program, from Debian's packages:
 #
 #   DIR/python3.10/bin/python3.10   a link to the system's Python 3
 #   DIR/ffmpeg                      a link to the system's ffmpeg
@@ -7,11 +7,10 @@
 #
 #   scripts/stage-programs.sh DIR [--package FOLDER|WHEEL|SOURCE-ARCHIVE]...
 #
-# --package P   another yt-dlp than the one that is installed: a folder that holds the package, a wheel, or an archive of
-#               its sources. Given again, a package in Python alone that yt-dlp uses, such as yt_dlp_ejs, by which newer
-#               versions solve script challenges
+# --package P   another yt-dlp than the installed one: a folder with the package, a wheel, or an archive of its sources.
+#               Given again, a pure Python package that yt-dlp uses, such as yt_dlp_ejs for script challenges
 #
-# A second run changes nothing and takes no time, unless one of the packages has been upgraded.
+# A second run does nothing unless one of the packages has been upgraded.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
@@ -34,7 +33,7 @@ while [[ $# -gt 0 ]]; do
     shift 2
 done
 
-# The interpreter is named by its path: the first python3 on a PATH need not be Debian's, whose modules the tool uses.
+# With its path, because the tool uses modules of Debian's interpreter, which need not be the first in PATH.
 python=/usr/bin/python3
 ffmpeg=$(command -v ffmpeg) || true
 for program in "$python" "${ffmpeg:-/usr/bin/ffmpeg}"; do
@@ -44,7 +43,7 @@ for program in "$python" "${ffmpeg:-/usr/bin/ffmpeg}"; do
     fi
 done
 
-# Links are replaced in one step, so that a test which runs a program meanwhile never finds it missing.
+# Replaces a link in one step, because a test may start the program at the same time.
 link() {
     local target=$1 link=$2
     if [[ $(readlink "$link") != "$target" ]]; then

@@ -7,11 +7,10 @@
 # The commands are scripts/demo.sh and scripts/test.sh, or COMMAND, as in:
 # scripts/test-release.sh trixie -- scripts/test.sh tidy
 #
-# Every run begins with a root that holds debootstrap's minimal system and a copy of the checkout, so that a package
-# that scripts/setup.sh does not name is found to be missing. The minimal system, downloaded packages, compiled objects
-# and clang-tidy's memory are cached in ${XDG_CACHE_HOME:-~/.cache}/noxwebmedia/releases. Of this machine only the
-# network is used; the mirror is the one that apt is configured with. Needs root. Mounts exist in a mount namespace of
-# their own, and so end with the run, however it ends; so do its processes.
+# Every run begins with debootstrap's minimal system and a copy of the checkout, so a package that is missing in
+# scripts/setup.sh is noticed. The minimal system, downloaded packages, compiled objects and clang-tidy's cache are cached
+# in ${XDG_CACHE_HOME:-~/.cache}/noxwebmedia/releases. The mirror is that of this machine's apt. Needs root. The mounts are
+# in a mount namespace of their own and end with the run, as its processes do.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "$0")/common.sh"
@@ -52,8 +51,8 @@ mirror() {
         sed -n 's/^Debian|Debian|//p' | sed -n 1p
 }
 
-# Everything from here to enter_root runs in the mount namespace.
-# make_bare_root: in $cache/bare. It appears there only when it is whole.
+# The functions from here to enter_root run in the mount namespace.
+# make_bare_root: makes $cache/bare, which exists only if it is complete.
 make_bare_root() {
     local address
     address=$(mirror)
@@ -62,16 +61,16 @@ make_bare_root() {
     mkdir -p "$cache"
     debootstrap --variant=minbase "$release" "$cache/bare.new" "$address" >"$cache/debootstrap.log" ||
         { tail -n 20 "$cache/debootstrap.log" >&2; fail "debootstrap failed"; }
-    # How this machine reaches its mirror.
+    # This machine's access to its mirror.
     apt-config dump | grep -E '^Acquire::(http|https|Check)' >"$cache/bare.new/etc/apt/apt.conf.d/90mirror" || true
-    # Release files of unstable are valid for a week; a mirror that lags behind has an older one.
+    # Release files of unstable are valid for a week, and a mirror may be older.
     [[ $release != sid ]] || echo 'Acquire::Check-Valid-Until "false";' >"$cache/bare.new/etc/apt/apt.conf.d/92sid"
-    # Otherwise debootstrap's first download would be made again in every run.
+    # Otherwise every run would download the packages of the first one again.
     echo 'APT::Keep-Downloaded-Packages "true";' >"$cache/bare.new/etc/apt/apt.conf.d/91keep"
     mv "$cache/bare.new" "$cache/bare"
 }
 
-# mount_cache NAME PATH: shows a folder of the cache in the root.
+# mount_cache NAME PATH: mounts a folder of the cache in the root.
 mount_cache() {
     mkdir -p "$cache/$1" "$target$2"
     mount --bind "$cache/$1" "$target$2"
@@ -97,7 +96,7 @@ mount_file_systems() {
     mount_cache tidy /root/.cache/noxwebmedia/tidy
 }
 
-# enter_root COMMAND...: with nothing of this environment.
+# enter_root COMMAND...: runs the command in the root, with an environment of its own.
 enter_root() {
     local environment=(HOME=/root PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8
         CCACHE_DIR=/var/cache/ccache NOX_JOBS="$jobs")

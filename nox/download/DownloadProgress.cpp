@@ -10,20 +10,20 @@ DownloadProgress::DownloadProgress(int itemCount, qint64 expectedTotal)
 {
 }
 
-std::optional<DownloadProgress::Figures> DownloadProgress::fold(int itemIndex, const Figures &item)
+std::optional<DownloadProgress::Figures> DownloadProgress::update(int itemIndex, const Figures &item)
 {
     if (item.total <= 0)
         return std::nullopt;
     if (m_itemCount < 2)
         return item;
-    return foldTwo(itemIndex, item);
+    return combine(itemIndex, item);
 }
 
-std::optional<DownloadProgress::Figures> DownloadProgress::foldTwo(int itemIndex, Figures figures)
+std::optional<DownloadProgress::Figures> DownloadProgress::combine(int itemIndex, Figures figures)
 {
     if (itemIndex == 1) {
         m_item1Size = figures.total;
-        // As long as the audio's size is not known, it counts as a fifth of the video's.
+        // Until the audio's size is known, it is estimated as a fifth of the video's.
         if (m_totalSize < figures.total)
             m_totalSize = Saturation::fromDouble<qint64>(static_cast<double>(figures.total) * 1.2);
     } else if (itemIndex == 2) {
@@ -31,7 +31,7 @@ std::optional<DownloadProgress::Figures> DownloadProgress::foldTwo(int itemIndex
         figures.total = Saturation::sum(figures.total, m_item1Size);
         m_totalSize = qMax(m_totalSize, figures.total);
     }
-    // Only the merge completes the count.
+    // The count must not reach the total before the merge.
     if (m_totalSize <= figures.finish)
         m_totalSize = Saturation::sum(figures.finish, 1);
     if (m_totalSize <= 0)

@@ -7,14 +7,14 @@
 namespace Nox {
 
 /**
- * Folds the figures of a download's tool runs into what the host sees. A single item's figures pass
- * unchanged; those of two become one rising count over one expected total that the count stays below.
- * All figures are in bytes, speeds in bytes per second.
+ * Computes the progress of a download from the figures that the tool prints. The figures of a single item pass
+ * unchanged. Those of two items become one count that only rises and stays below the expected total.
+ * Sizes are in bytes, speeds in bytes per second.
  */
 class DownloadProgress
 {
 public:
-    /** Figures of the tool, or for the host. */
+    /** The figures of one progress line, or those that the host gets. */
     struct Figures {
         qint64 total;
         qint64 finish;
@@ -23,20 +23,20 @@ public:
 
     DownloadProgress() = default;
 
-    /** For @p itemCount items of which about @p expectedTotal bytes are known. */
+    /** For @p itemCount items; @p expectedTotal is what the profile says of their size, or 0. */
     DownloadProgress(int itemCount, qint64 expectedTotal);
 
     /**
      * Takes the figures that the tool printed for item @p itemIndex (1 or 2).
-     * @return figures for the host, if there is something to tell
+     * @return the figures for the host, or none when the ratio has not risen
      */
-    std::optional<Figures> fold(int itemIndex, const Figures &item);
+    std::optional<Figures> update(int itemIndex, const Figures &item);
 
-    /** What all items together are expected to hold. */
+    /** Expected size of all items together. */
     qint64 expectedTotal() const;
 
 private:
-    std::optional<Figures> foldTwo(int itemIndex, Figures figures);
+    std::optional<Figures> combine(int itemIndex, Figures figures);
 
     int m_itemCount = 0;
     qint64 m_totalSize = 0;

@@ -10,27 +10,27 @@ OwnFiles::OwnFiles(const QString &folder)
 {
 }
 
-bool OwnFiles::contain(const QString &file) const
+bool OwnFiles::mayModify(const QString &file) const
 {
-    // The system would take a name up to its first zero character, and so another file.
+    // The system reads a name up to its first zero character, which names another file.
     if (file.contains(QChar::Null))
         return false;
     const QFileInfo info(file);
     if ((!info.exists() && !info.isSymLink()) || isInside(info))
         return true;
-    // Of a link, only its target's time is known. The clock of the file system proceeds in steps of some
-    // milliseconds: what it stamps now is never later than this clock's time, and the first file of the tool comes
-    // later than one step. A time still to come is that of a clock that was wrong.
+    // For a link, birthTime() gives the time of its target. The file system's clock lags behind ours by some
+    // milliseconds, so a file from before the download never counts as new. The tool takes longer than that for its
+    // first file. A time in the future comes from a clock that was wrong.
     const QDateTime birth = info.birthTime();
     return !info.isSymLink() && birth.isValid() && birth > m_begin && birth <= QDateTime::currentDateTimeUtc();
 }
 
-// With all links on the way resolved, as the system does it when the file is renamed or removed.
+// Resolves links in the path, as the system does when the file is renamed or removed.
 bool OwnFiles::isInside(const QFileInfo &info) const
 {
     const QString name = info.fileName();
     if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String(".."))
-        return false; // another way to write a folder
+        return false; // a folder
     const QString home = QFileInfo(m_folder).canonicalFilePath();
     const QString place = QFileInfo(info.path()).canonicalFilePath();
     return !home.isEmpty()

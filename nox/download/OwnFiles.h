@@ -8,21 +8,20 @@ class QFileInfo;
 namespace Nox {
 
 /**
- * Tells the files that a download may rename or remove from those that it may not, since the tool's
- * output can be made to name any file of the user's. Own are all files inside the destination's
- * folder, and those elsewhere that were made after the download began. Where the file system does not keep the
- * time when a file was made, no file elsewhere is own.
+ * Decides which files a download may rename or remove. A page can make the tool's output name any file of the user's.
+ * The download owns all files in the destination's folder, and files elsewhere that were made after it began. If
+ * the file system does not record the time of creation, it owns no file elsewhere.
  */
 class OwnFiles
 {
 public:
     OwnFiles() = default;
 
-    /** For a download that begins now and writes into @p folder. */
+    /** For a download into @p folder that begins now. */
     explicit OwnFiles(const QString &folder);
 
-    /** Whether @p file is not there, or the download's own. A symbolic link elsewhere is not. */
-    bool contain(const QString &file) const;
+    /** Whether @p file is missing or belongs to the download. A symbolic link outside the folder never does. */
+    bool mayModify(const QString &file) const;
 
 private:
     bool isInside(const QFileInfo &info) const;

@@ -1,8 +1,8 @@
 #include <nox/download/YdDownloader.h>
 
 #include <nox/download/MergeCommand.h>
-#include <nox/log/LogCall.h>
-#include <nox/log/ModuleMarker.h>
+#include <nox/log/LogText.h>
+#include <nox/log/ModuleLog.h>
 #include <nox/parse/YdOutputParser.h>
 #include <nox/parse/YdStatusLines.h>
 #include <nox/process/ChildProcess.h>
@@ -11,6 +11,7 @@
 #include <nox/util/FileRename.h>
 #include <nox/util/Utilities.h>
 
+#include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -28,8 +29,8 @@ constexpr int teardownWait = 50; // milliseconds
 constexpr int longestRefusedList = 100;
 
 /*
- * ffmpeg takes a name such as "file:a" or "subfile,,:a" for an address, and one with a dash in front for an option or
- * for standard input. The names of resources of Qt begin with a colon. With "./" in front such a name is that of a
+ * ffmpeg reads a name such as "file:a" or "subfile,,:a" as an address, and a name that begins with a dash as an option
+ * or as standard input. Qt reads a name that begins with a colon as a resource. "./" in front makes it the name of a
  * file.
  */
 QString asFileName(const QString &name)
@@ -40,11 +41,19 @@ QString asFileName(const QString &name)
     return isAmbiguous ? QLatin1String("./") + name : name;
 }
 
+// Writes into the module log where the library has been and when, then an empty line.
+void writeModuleLog(int line)
+{
+    const QByteArray now = QDateTime::currentDateTime().toString(QStringLiteral("yyyy/MM/dd hh:mm:ss")).toLocal8Bit();
+    WriteLog(QStringLiteral("%s(%d) : %s %08x"), LogText::fileName(__FILE__), line, now.constData(), 0);
+    WriteLog(QLatin1String(""));
+}
+
 } // namespace
 
 /*
- * Looks, after a notification, whether the host has answered it by deleting the downloader, by
- * cancelling, or by starting anew: then nothing more may be done for the old download.
+ * Tells, after a notification, whether the same download still runs. The host may have answered by deleting the
+ * downloader, by cancelling, or by starting a new download.
  */
 class YdDownloader::RunGuard
 {
@@ -71,12 +80,13 @@ YdDownloader::YdDownloader(const QString &toolPath, const QString &pycacheDir)
     , m_ffmpegProcess(new ChildProcess)
     , m_toolPath(toolPath)
     , m_pycacheDir(pycacheDir)
+    , m_errorTail(this)
 {
 }
 
 YdDownloader::~YdDownloader()
 {
-    // From here on nothing that the processes report may notify the host or start another one.
+    // What the processes report from here on must not reach the host or start another process.
     m_ydProcess->disconnect(this);
     m_ffmpegProcess->disconnect(this);
     m_ydProcess->waitForFinished(teardownWait);
@@ -88,7 +98,7 @@ YdDownloader::~YdDownloader()
 void YdDownloader::download(QString url, MediaProfile profile, QString destFile)
 {
     if (m_isRunning) {
-        NOX_LOG_ERROR("Yd download is running already. url %s", LogCall::utf8(url).constData());
+        NOX_LOG_ERROR("Yd download is running already. url %s", LogText::utf8(url).constData());
         return;
     }
     reset();
@@ -96,9 +106,9 @@ void YdDownloader::download(QString url, MediaProfile profile, QString destFile)
     m_profile = std::move(profile);
     m_destFile = std::move(destFile);
     m_ownFiles = OwnFiles(QFileInfo(m_destFile).dir().absolutePath());
-    NOX_LOG_DEBUG("url %s \r\nresolution %s \r\nformat %s \r\ndestfile %s", LogCall::utf8(m_url).constData(),
-                  LogCall::utf8(MediaInfo::resolutionStringMix(m_profile.getVResolution())).constData(),
-                  LogCall::utf8(m_profile.getFormat()).constData(), LogCall::utf8(m_destFile).constData());
+    NOX_LOG_DEBUG("url %s \r\nresolution %s \r\nformat %s \r\ndestfile %s", LogText::utf8(m_url).constData(),
+                  LogText::utf8(MediaInfo::resolutionStringMix(m_profile.getVResolution())).constData(),
+                  LogText::utf8(m_profile.getFormat()).constData(), LogText::utf8(m_destFile).constData());
     initYdDownloaderCommand();
 }
 
@@ -133,20 +143,13 @@ void YdDownloader::clear()
     }
 }
 
-bool YdDownloader::isUsingYt() const
-{
-    return ToolCommand::needsCertificateSwitch(m_toolPath);
-}
-
-/*
- * What an earlier download has left in the object must not act on the next one. The processes are
- * replaced: an old one may still be dying, and one cannot be started again from its own error signal.
- */
+// Each download gets new processes. An old one may not have ended yet, and a process cannot be started again from its
+// own error signal.
 void YdDownloader::reset()
 {
     if (m_hasLeftovers)
         clear();
-    clearErrorTail();
+    m_errorTail.clear();
     for (ChildProcess *process : {m_ydProcess, m_ffmpegProcess}) {
         process->disconnect(this);
         process->dispose();
@@ -155,11 +158,8 @@ void YdDownloader::reset()
     m_ffmpegProcess = new ChildProcess;
     m_isRunning = true;
     ++m_run;
-    m_itemCount = 0;
-    m_itemIndex = 0;
     m_item1File.clear();
     m_item2File.clear();
-    m_outDir.clear();
     m_mergedFile.clear();
     m_refusedFiles.clear();
     m_hasLeftovers = true;
@@ -178,14 +178,14 @@ void YdDownloader::initYdDownloaderCommand()
     m_itemIndex = 1;
     m_progress = DownloadProgress(m_itemCount, m_profile.getSize());
     if (ydCode.isEmpty()) {
-        NOX_LOG_ERROR("Yd download format is empty. url %s", LogCall::utf8(m_url).constData());
+        NOX_LOG_ERROR("Yd download format is empty. url %s", LogText::utf8(m_url).constData());
         m_isRunning = false;
         fail(DownloadError::ProcessFailed);
         return;
     }
 
     const QString command = itemCommand(ydCode);
-    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    NOX_LOG_INFO("%s", LogText::utf8(command).constData());
     const RunGuard run(this);
     m_ydProcess->launch(command);
     if (run.isSame())
@@ -197,7 +197,7 @@ void YdDownloader::downloadNextItem()
     ++m_itemIndex;
     // There is a second item only where this code is not empty.
     const QString command = itemCommand(m_profile.getPreferredDashAudioYdCode());
-    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    NOX_LOG_INFO("%s", LogText::utf8(command).constData());
     const RunGuard run(this);
     m_ydProcess->launch(command);
     if (!run.isSame())
@@ -209,11 +209,11 @@ void YdDownloader::downloadNextItem()
 QString YdDownloader::itemCommand(const QString &ydCode)
 {
     QString command = ToolCommand::head(m_toolPath, m_pycacheDir) + QStringLiteral(" -f %1 ").arg(ydCode);
-    if (isUsingYt())
+    if (ToolCommand::needsCertificateSwitch(m_toolPath))
         command += ToolCommand::certificateSwitch;
-    m_outDir = QFileInfo(m_destFile).dir().absolutePath();
+    const QString folder = QFileInfo(m_destFile).dir().absolutePath();
     command += QStringLiteral("-o \"%1/%2%3%4\" ")
-                   .arg(ToolCommand::escaped(m_outDir), QUuid::createUuid().toString(), YD_TEMP_MARK,
+                   .arg(ToolCommand::escaped(folder), QUuid::createUuid().toString(), YD_TEMP_MARK,
                         QStringLiteral(".%(ext)s"));
     return command + Utilities::escapeUrl(m_url);
 }
@@ -221,20 +221,18 @@ QString YdDownloader::itemCommand(const QString &ydCode)
 void YdDownloader::ydReadOutputData()
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
-    QString text;
-    ProcessOutput::read(m_ydProcess, QProcess::StandardOutput,
-                        [this, &text] { text = ProcessOutput::fromUtf8(m_ydProcess->readAll()); });
-    NOX_LOG_DEBUG("Yd download output: %s", LogCall::latin1(text).constData());
+    const QString text = ProcessOutput::readText(m_ydProcess);
+    NOX_LOG_DEBUG("Yd download output: %s", LogText::latin1(text).constData());
     rememberItemFile(text);
 
     DownloadProgress::Figures item{0, 0, 0};
     YdOutputParser::instance()->parseDownloadeInfo(text, item.total, item.finish, item.speed);
     qDebug().noquote() << QStringLiteral("ydProgress : %1B %2B %3B/s").arg(item.total).arg(item.finish).arg(item.speed);
-    if (const auto figures = m_progress.fold(m_itemIndex, item))
+    if (const auto figures = m_progress.update(m_itemIndex, item))
         Q_EMIT progress(figures->total, figures->finish, figures->speed);
 }
 
-// Where a read names a file in both ways, the destination line wins.
+// When the text holds both kinds of line, the destination line counts.
 void YdDownloader::rememberItemFile(const QString &text)
 {
     const auto destination = YdStatusLines::findDestination(text);
@@ -244,15 +242,15 @@ void YdDownloader::rememberItemFile(const QString &text)
         takeItemFile(file->toString());
 }
 
-// A page can put such a line into the tool's output, as a part of a title for example.
+// The name may come from the page: a title can hold a line that looks like the tool's.
 bool YdDownloader::takeItemFile(const QString &name)
 {
     const QString file = asFileName(name);
-    if (!m_ownFiles.contain(file)) {
-        // One record for each name. A page can name any number of files: the list of the names has an end.
+    if (!m_ownFiles.mayModify(file)) {
+        // One record for each name. The list is limited because a page can name any number of files.
         if (!m_refusedFiles.contains(file) && m_refusedFiles.size() < longestRefusedList) {
             m_refusedFiles.append(file);
-            NOX_LOG_ERROR("Yd file was there before, not taken: %s", LogCall::utf8(file).constData());
+            NOX_LOG_ERROR("Yd file was there before, not taken: %s", LogText::utf8(file).constData());
         }
         return false;
     }
@@ -263,13 +261,13 @@ bool YdDownloader::takeItemFile(const QString &name)
     return true;
 }
 
-// QFile reports a missing file as a failure of its own; here it is the usual case.
+// A file that is missing is the usual case and no failure.
 bool YdDownloader::removeFile(const QString &file) const
 {
-    return !file.isEmpty() && QFile::exists(file) && m_ownFiles.contain(file) && QFile::remove(file);
+    return !file.isEmpty() && QFile::exists(file) && m_ownFiles.mayModify(file) && QFile::remove(file);
 }
 
-// The name under which the tool holds a file while it transfers it.
+// The tool adds ".part" to the name of a file while it transfers it.
 void YdDownloader::removePart(const QString &file) const
 {
     if (!file.isEmpty())
@@ -279,21 +277,16 @@ void YdDownloader::removePart(const QString &file) const
 void YdDownloader::ydReadError()
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
-    QString text;
-    ProcessOutput::read(m_ydProcess, QProcess::StandardError, [this, &text] {
-        const QByteArray output = m_ydProcess->readAllStandardError();
-        appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
-        text = ProcessOutput::fromLocal8Bit(output);
-    });
-    NOX_LOG_ERROR("Yd process read error: %s ", LogCall::latin1(text).constData());
+    const QString text = m_errorTail.read(m_ydProcess, ProcessOutput::fromLocal8Bit);
+    NOX_LOG_ERROR("Yd process read error: %s ", LogText::latin1(text).constData());
 }
 
 void YdDownloader::ydProcessError(QProcess::ProcessError error)
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
     NOX_LOG_ERROR("Yd process error: %d ", static_cast<int>(error));
-    // Only a program that could not be started has no end, which would decide. The process's state does not
-    // tell: it differs between the versions of Qt when a crash is reported.
+    // Only a program that could not be started gives no finished(). The state of the process does not tell: when a
+    // crash is reported, it differs between the versions of Qt.
     if (error == QProcess::FailedToStart)
         m_isRunning = false;
     fail(DownloadError::ProcessFailed);
@@ -303,7 +296,7 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
     const ChildProcess::SignalGuard guard(m_ydProcess);
     qDebug().noquote() << QStringLiteral("ydFinished : %1 %2").arg(exitCode).arg(exitStatus);
-    const QByteArray url = LogCall::utf8(Utilities::escapeUrl(m_url));
+    const QByteArray url = LogText::utf8(Utilities::escapeUrl(m_url));
     const bool isDone = exitCode == 0 && exitStatus == QProcess::NormalExit;
     if (isDone) {
         NOX_LOG_INFO("Yd download finished: %s", url.constData());
@@ -318,16 +311,16 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
     }
 
     m_isRunning = false;
-    if (isDone && m_ownFiles.contain(m_item1File) && FileRename::withoutReplacing(m_item1File, m_destFile)) {
+    if (isDone && m_ownFiles.mayModify(m_item1File) && FileRename::withoutReplacing(m_item1File, m_destFile)) {
         m_hasLeftovers = false;
         Q_EMIT finished();
         return;
     }
 
-    // Where every name was refused, the last of them tells more than no name.
+    // If all names were refused, the record shows the last one instead of an empty name.
     const QByteArray from =
-        LogCall::latin1(m_item1File.isEmpty() ? m_refusedFiles.value(m_refusedFiles.size() - 1) : m_item1File);
-    const QByteArray to = LogCall::latin1(m_destFile);
+        LogText::latin1(m_item1File.isEmpty() ? m_refusedFiles.value(m_refusedFiles.size() - 1) : m_item1File);
+    const QByteArray to = LogText::latin1(m_destFile);
     const RunGuard run(this);
     if (isDone) {
         fail(DownloadError::RenameFailed);
@@ -339,7 +332,7 @@ void YdDownloader::ydFinished(int exitCode, QProcess::ExitStatus exitStatus)
         NOX_LOG_ERROR("Yd process terminated abnormally: %s  \n ExitCode: %d", url.constData(), exitCode);
         fail(DownloadError::ExitedWithError);
     }
-    // A new download that the host has started meanwhile has done this itself.
+    // If the host has started a new download meanwhile, that has cleared already.
     if (run.isSame())
         clear();
 }
@@ -358,34 +351,27 @@ void YdDownloader::proceedMerge()
         return;
     }
     if (!MergeCommand::copiesVideo(m_item1File))
-        NOX_MODULE_MARKER();
+        writeModuleLog(__LINE__);
     m_mergedFile = MergeCommand::freeOutputName(m_item1File);
     const QStringList arguments = MergeCommand::arguments(m_item1File, m_item2File, m_mergedFile);
     qDebug() << arguments;
     const QString command = MergeCommand::text(arguments);
-    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    NOX_LOG_INFO("%s", LogText::utf8(command).constData());
     m_ffmpegProcess->launch(command);
 }
 
 void YdDownloader::ffmpegReadOutputData()
 {
     const ChildProcess::SignalGuard guard(m_ffmpegProcess);
-    QString text;
-    ProcessOutput::read(m_ffmpegProcess, QProcess::StandardOutput,
-                        [this, &text] { text = ProcessOutput::fromUtf8(m_ffmpegProcess->readAll()); });
-    NOX_LOG_INFO("FFMPEG read output: %s", LogCall::utf8(text).constData());
+    const QString text = ProcessOutput::readText(m_ffmpegProcess);
+    NOX_LOG_INFO("FFMPEG read output: %s", LogText::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegReadStandardError()
 {
     const ChildProcess::SignalGuard guard(m_ffmpegProcess);
-    QString text;
-    ProcessOutput::read(m_ffmpegProcess, QProcess::StandardError, [this, &text] {
-        const QByteArray output = m_ffmpegProcess->readAllStandardError();
-        appendToErrorTail(output, ProcessOutput::fromUtf8);
-        text = ProcessOutput::fromUtf8(output);
-    });
-    NOX_LOG_ERROR("FFMPEG read error: %s", LogCall::utf8(text).constData());
+    const QString text = m_errorTail.read(m_ffmpegProcess, ProcessOutput::fromUtf8);
+    NOX_LOG_ERROR("FFMPEG read error: %s", LogText::utf8(text).constData());
 }
 
 void YdDownloader::ffmpegProcessError(QProcess::ProcessError error)
@@ -414,12 +400,12 @@ void YdDownloader::ffmpegFinished(int exitCode, QProcess::ExitStatus exitStatus)
     }
 
     if (!removeFile(m_item1File))
-        NOX_MODULE_MARKER();
+        writeModuleLog(__LINE__);
     if (!removeFile(m_item2File))
-        NOX_MODULE_MARKER();
+        writeModuleLog(__LINE__);
     if (!FileRename::withoutReplacing(m_mergedFile, m_destFile)) {
-        const QByteArray from = LogCall::latin1(m_mergedFile);
-        const QByteArray to = LogCall::latin1(m_destFile);
+        const QByteArray from = LogText::latin1(m_mergedFile);
+        const QByteArray to = LogText::latin1(m_destFile);
         fail(DownloadError::RenameFailed);
         NOX_LOG_ERROR("Rename failed from %s to %s!", from.constData(), to.constData());
         return;

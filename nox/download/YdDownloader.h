@@ -4,7 +4,7 @@
 #include <nox/download/OwnFiles.h>
 #include <nox/front/DownloadError.h>
 #include <nox/front/WebMediaDownloader.h>
-#include <nox/process/WithErrorTail.h>
+#include <nox/process/ErrorTail.h>
 
 #include <QProcess>
 #include <QString>
@@ -15,13 +15,13 @@ namespace Nox {
 class ChildProcess;
 
 /**
- * The downloader that runs the tool once for each item (the chosen stream, and its audio companion
- * where one is named) and ffmpeg to join two items into one file.
+ * The downloader that runs the tool once for each item (the chosen stream, and the audio stream that is joined with
+ * it) and ffmpeg to join two items into one file.
  *
- * The tool writes beside the destination, under a name of its own; only a complete file gets the
- * destination's name.
+ * The tool writes into the destination's folder, under a temporary name. Only a complete file gets the destination's
+ * name.
  */
-class YdDownloader final : public WithErrorTail<WebMediaDownloader>
+class YdDownloader final : public WebMediaDownloader
 {
     Q_OBJECT
 
@@ -47,7 +47,6 @@ protected Q_SLOTS:
 private:
     class RunGuard;
 
-    bool isUsingYt() const;
     void reset();
     void initYdDownloaderCommand();
     void downloadNextItem();
@@ -71,13 +70,13 @@ private:
     DownloadProgress m_progress;
     QString m_item1File; // as the tool announced it
     QString m_item2File;
-    QString m_outDir;
     QString m_mergedFile;
     OwnFiles m_ownFiles;
-    QStringList m_refusedFiles;  // announced, but not the download's own
+    QStringList m_refusedFiles;  // named by the tool, but not files of this download
     bool m_hasLeftovers = false; // a download has begun and not succeeded
     QString m_toolPath;
     QString m_pycacheDir;
+    ErrorTail m_errorTail;
 };
 
 } // namespace Nox

@@ -1,6 +1,6 @@
 #include <nox/extract/YdExtractor.h>
 
-#include <nox/log/LogCall.h>
+#include <nox/log/LogText.h>
 #include <nox/parse/YdOutputParser.h>
 #include <nox/process/ChildProcess.h>
 #include <nox/process/ProcessOutput.h>
@@ -19,12 +19,13 @@ YdExtractor::YdExtractor(const QString &toolPath, const QString &pycacheDir)
     : m_tempDir(QDir::tempPath())
     , m_toolPath(toolPath)
     , m_pycacheDir(pycacheDir)
+    , m_errorTail(this)
 {
 }
 
 YdExtractor::~YdExtractor()
 {
-    // All of them: the host may be answering a signal of one that a newer request has replaced.
+    // Also those of earlier requests: the host may be answering a signal of one of them.
     const QObjectList owned = children();
     for (QObject *child : owned) {
         if (auto *process = dynamic_cast<ChildProcess *>(child)) {
@@ -37,7 +38,7 @@ YdExtractor::~YdExtractor()
 WebMediaInfo YdExtractor::getMediaInfo(QString url)
 {
     beginRequest(url);
-    NOX_LOG_DEBUG("url %s ", LogCall::utf8(url).constData());
+    NOX_LOG_DEBUG("url %s ", LogText::utf8(url).constData());
     // Nobody reads the tool's error output here; it must not pile up in memory meanwhile.
     m_process->setStandardErrorFile(QProcess::nullDevice());
     initYdExtractorCommand();
@@ -58,7 +59,7 @@ WebMediaInfo YdExtractor::getMediaInfo(QString url)
 void YdExtractor::getMediaInfoBySignal(QString url)
 {
     beginRequest(url);
-    NOX_LOG_DEBUG("url %s ", LogCall::utf8(url).constData());
+    NOX_LOG_DEBUG("url %s ", LogText::utf8(url).constData());
     connect(m_process, &QProcess::readyReadStandardError, this, &YdExtractor::ydReadError);
     connect(m_process, processFinished, this, &YdExtractor::ydFinished);
     connect(m_process, &QProcess::errorOccurred, this, &YdExtractor::ydProcessError);
@@ -75,8 +76,8 @@ void YdExtractor::cancel()
     m_process->discardOutput(QProcess::StandardOutput);
 }
 
-// The process of an earlier request must not report into the new one. It may still have something to
-// report when it runs no more: this may be an answer to the first of a crash's notifications.
+// The process of an earlier request must not report into the new one. After its end it may still report: a crash gives
+// several notifications, and this may be the host's answer to the first of them.
 void YdExtractor::beginRequest(const QString &url)
 {
     if (m_process != nullptr) {
@@ -85,7 +86,7 @@ void YdExtractor::beginRequest(const QString &url)
         m_process->discardOutput(QProcess::StandardOutput);
         m_process->discardOutput(QProcess::StandardError);
     }
-    clearErrorTail();
+    m_errorTail.clear();
     m_url = url;
     m_mediaInfo.setUrl(url);
     m_process = new ChildProcess(this);
@@ -99,11 +100,11 @@ void YdExtractor::initYdExtractorCommand()
     if (ToolCommand::needsCertificateSwitch(command))
         command += ToolCommand::certificateSwitch;
     command += Utilities::escapeUrl(m_url);
-    NOX_LOG_INFO("%s", LogCall::utf8(command).constData());
+    NOX_LOG_INFO("%s", LogText::utf8(command).constData());
     m_process->launch(command);
 }
 
-// The slots can be called by name, too, also before the first request, when nothing can be read.
+// A host can also call the slots by name, even before the first request.
 void YdExtractor::ydReadOutputData()
 {
     if (m_process == nullptr)
@@ -114,7 +115,7 @@ void YdExtractor::ydReadOutputData()
     });
     // What cannot be held is a page that cannot be read.
     if (isRead) {
-        NOX_LOG_DEBUG("%s \r\n%s ", LogCall::utf8(m_mediaInfo.getUrl()).constData(), LogCall::utf8(output).constData());
+        NOX_LOG_DEBUG("%s \r\n%s ", LogText::utf8(m_mediaInfo.getUrl()).constData(), LogText::utf8(output).constData());
         YdOutputParser::instance()->parseWebMediaInfo(std::move(output), m_mediaInfo, m_tempDir);
     }
     NOX_LOG_DEBUG("duration : %d", static_cast<int>(m_mediaInfo.getDuration()));
@@ -148,13 +149,8 @@ void YdExtractor::ydReadError()
     if (m_process == nullptr)
         return;
     const ChildProcess::SignalGuard guard(m_process);
-    QString text;
-    ProcessOutput::read(m_process, QProcess::StandardError, [this, &text] {
-        const QByteArray output = m_process->readAllStandardError();
-        appendToErrorTail(output, ProcessOutput::fromLocal8Bit);
-        text = ProcessOutput::fromLocal8Bit(output);
-    });
-    NOX_LOG_ERROR("Yd extract read error: %s", LogCall::latin1(text).constData());
+    const QString text = m_errorTail.read(m_process, ProcessOutput::fromLocal8Bit);
+    NOX_LOG_ERROR("Yd extract read error: %s", LogText::latin1(text).constData());
     m_mediaInfo.setErrorDetail(text);
     if (!text.startsWith(QLatin1String("WARNING")))
         reportFailure(-1);

@@ -2,7 +2,7 @@
 
 #include <nox/front/WebMediaInfoExtractor.h>
 #include <nox/model/WebMediaInfo.h>
-#include <nox/process/WithErrorTail.h>
+#include <nox/process/ErrorTail.h>
 
 #include <QProcess>
 #include <QString>
@@ -14,10 +14,10 @@ class ChildProcess;
 /**
  * The extractor that runs the downloader tool in its JSON-dump mode and parses what it prints.
  *
- * Each request makes a process object of its own, which stays with the extractor as its child; the
- * record is kept between requests, so that a second page's profiles stand before the first one's.
+ * Each request makes a process object of its own, which stays with the extractor as its child. The record is kept
+ * between requests: the profiles of a second page stand before those of the first one.
  */
-class YdExtractor final : public WithErrorTail<WebMediaInfoExtractor>
+class YdExtractor final : public WebMediaInfoExtractor
 {
     Q_OBJECT
 
@@ -47,6 +47,7 @@ private:
     QString m_toolPath;
     QString m_pycacheDir;
     WebMediaInfo m_mediaInfo;
+    ErrorTail m_errorTail;
 };
 
 } // namespace Nox

@@ -6,12 +6,12 @@
 
 /**
  * @file
- * Where the external programs are: both stand in the folder of the host's executable, the Python
- * interpreter at "python3.10/bin/python3.10" and "ffmpeg" directly in it.
+ * The place of the external programs: the folder of the host's executable holds the Python interpreter at
+ * "python3.10/bin/python3.10", and "ffmpeg".
  */
 
 /**
- * Path of the interpreter that runs the tool. Whether a file is there is not tested.
- * @return an absolute path; needs a QCoreApplication, which knows the folder
+ * Path of the interpreter that runs the tool. Does not test whether the file exists. Needs a QCoreApplication.
+ * @return an absolute path
  */
 NOX_EXPORT QString GetPythonExecPath();

@@ -6,7 +6,7 @@ namespace Nox {
 
 QString WebMediaDownloader::errorDetail() const
 {
-    return ErrorTail::of(this);
+    return ErrorTail::textOf(this);
 }
 
 } // namespace Nox

@@ -8,7 +8,7 @@
 
 namespace Nox {
 
-/** The host's way in: makes extractors and downloaders. */
+/** Makes extractors and downloaders. */
 class NOX_EXPORT WebMediaDownloaderFactory
 {
 public:

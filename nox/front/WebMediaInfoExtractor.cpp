@@ -6,7 +6,7 @@ namespace Nox {
 
 QString WebMediaInfoExtractor::errorDetail() const
 {
-    return ErrorTail::of(this);
+    return ErrorTail::textOf(this);
 }
 
 } // namespace Nox

@@ -30,7 +30,7 @@ std::string defaultLogFile()
     return path + "log" + ".1.log";
 }
 
-// A host may pass no name at all.
+// A host may pass a null pointer.
 const char *orEmpty(const char *text)
 {
     return text != nullptr ? text : "";
@@ -43,7 +43,7 @@ struct CallSite {
     int line;
 };
 
-// Built anew for each output: the time stamp is that of the writing.
+// Called for each output, so that the time stamp is that of the writing.
 std::string recordText(_NoxLogLevel level, const CallSite &site, const char *message)
 {
     std::string record = "\n" + Logger::getCurDateTime();
@@ -58,7 +58,7 @@ void write(_NoxLogLevel level, const CallSite &site, const char *message)
     if ((Logger::m_outType & LOG_OUT_CONSOLE) != 0)
         std::cout << recordText(level, site, message) << std::endl;
 
-    // Opened even when nothing goes to it, so that a host finds the file that it named.
+    // Opened in any case, so that the file that the host has named exists.
     std::ofstream file(Logger::m_logFileName, std::ios::app);
     if ((Logger::m_outType & LOG_OUT_FILE) != 0)
         file << recordText(level, site, message) << std::endl;
@@ -76,7 +76,7 @@ void Logger::init(std::string fileName, _NoxLogLevel level, int outType)
 
 int Logger::log(_NoxLogLevel level, const char *tag, const char *file, const char *func, int line, const char *fmt, ...)
 {
-    std::array<char, messageCapacity> message; // NOLINT: the formatting writes what is read of it
+    std::array<char, messageCapacity> message; // NOLINT: vsnprintf() initialises it
     message[0] = '\0';
     va_list arguments;
     va_start(arguments, fmt);
@@ -89,7 +89,7 @@ int Logger::log(_NoxLogLevel level, const char *tag, const char *file, const cha
         if (level >= m_curLogLevel)
             write(level, {orEmpty(tag), orEmpty(file), orEmpty(func), line}, message.data());
     } catch (const std::exception &) {
-        // Out of memory, or a host that made its streams throw: a log must not bring its caller down.
+        // Out of memory, or the host has made its streams throw. Logging must never end the caller.
         return 0;
     }
     return 0;
@@ -114,7 +114,7 @@ std::string Logger::getCurDateTime()
 {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
-    // localtime_r() reads the time zone once; the host may change it at any time.
+    // localtime_r() reads the time zone only once, but the host may change it.
     ::tzset();
     if (::localtime_r(&now, &local) == nullptr) {
         std::perror("localtime");

@@ -16,7 +16,7 @@
 
 namespace Nox {
 
-/** Level of a log record; a record below the threshold is dropped. */
+/** Level of a log record. Records below the threshold are dropped. */
 enum _NoxLogLevel : int {
     LOG_DEBUG = 0, ///< Traces, URLs, raw output of the tool.
     LOG_INFO = 1,  ///< Command lines and milestones.
@@ -28,11 +28,11 @@ constexpr int LOG_OUT_FILE = 1;    ///< Output flag: write to the log file.
 constexpr int LOG_OUT_CONSOLE = 2; ///< Output flag: write to standard output.
 
 /**
- * The levelled log that the whole library writes, open to the host as well.
+ * The log of the library. The host may write to it, too.
  *
  * Without init() the first record configures it: threshold #LOG_INFO, both outputs, the file
- * "log.1.log" in the folder named by TMPDIR (or in /tmp). A file is opened and closed for each
- * record, never rotated. There is no lock: a host that logs from several threads brings its own.
+ * "log.1.log" in the folder that TMPDIR names (or in /tmp). The file is opened and closed for each
+ * record and never rotated. Not thread-safe: a host that logs from several threads needs a lock.
  */
 class NOX_EXPORT Logger
 {
@@ -41,20 +41,20 @@ public:
 
     /**
      * Configures the log; each call replaces all three settings. Opens no file.
-     * @param fileName path of the log file as it stands, or empty for the default path
+     * @param fileName path of the log file, or empty for the default path
      * @param level threshold: the lowest level that is written
      * @param outType sum of #LOG_OUT_FILE and #LOG_OUT_CONSOLE, or 0 for no output
      */
     static void init(std::string fileName, _NoxLogLevel level, int outType);
 
     /**
-     * Writes one record. Failures to write are silent.
+     * Writes one record. Errors are not reported.
      * @param level level of the record
-     * @param tag free mark; the library passes ""
+     * @param tag any text; the library passes ""
      * @param file source file name
      * @param func function name
      * @param line line number
-     * @param fmt printf format for the arguments behind it; the message is cut to 127999 bytes
+     * @param fmt printf format of the arguments that follow; the message is cut to 127999 bytes
      * @return 0
      */
     static int log(_NoxLogLevel level, const char *tag, const char *file, const char *func, int line, const char *fmt,

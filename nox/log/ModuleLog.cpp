@@ -62,7 +62,7 @@ int WriteLog(QString fmt, ...)
     if (!file.open(QIODevice::Append))
         return 1;
 
-    // The buffer counts as Latin-1 and is written in the locale's encoding.
+    // The line is read as Latin-1 and written in the encoding of the locale.
     file.write(QString::fromLatin1(line.data()).toLocal8Bit() + '\n');
     file.flush();
     const qint64 size = file.size();

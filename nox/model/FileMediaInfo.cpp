@@ -20,7 +20,7 @@ bool FileMediaInfo::analyzeMediaFile()
 
 QString FileMediaInfo::toString() const
 {
-    // One after the other, as every record's text is filled: a marker inside a path is filled as well.
+    // With one arg() after the other, so that a marker inside a path is replaced as well.
     const QString text = QLatin1String("MediaFile = %1, duration = %2, ") + RecordText::streamTemplate;
     return RecordText::withStreamData(text.arg(m_mediaFile).arg(m_duration), *this);
 }

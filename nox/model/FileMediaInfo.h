@@ -5,8 +5,7 @@
 namespace Nox {
 
 /**
- * Description of a media file on the local disk, for the host's own use: the library neither makes
- * nor reads one. A value type.
+ * Description of a media file on the local disk, for the host's own use. The library does not use it. A value type.
  */
 class NOX_EXPORT FileMediaInfo final : public MediaInfo
 {
@@ -17,7 +16,7 @@ public:
     /** Whether at least one stream kind is known: the video or the audio codec is not empty. */
     bool isValidVideo();
 
-    /** Does nothing and returns true: files are described by the host. */
+    /** Does nothing and returns true. The host describes files itself. */
     bool analyzeMediaFile();
 
     /** One line of text with path, duration, kind and technical data, for logs. */

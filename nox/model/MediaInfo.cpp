@@ -99,8 +99,8 @@ QString MediaInfo::fileSuffix(QString format)
 
 bool MediaInfo::operator<(const MediaInfo &other) const
 {
-    const qint64 rank = PictureRank::of(*this);
-    const qint64 otherRank = PictureRank::of(other);
+    const qint64 rank = PictureRank::sizeKey(*this);
+    const qint64 otherRank = PictureRank::sizeKey(other);
     if (rank != otherRank)
         return rank < otherRank;
     if (m_format == other.m_format)

@@ -12,8 +12,8 @@ namespace Nox {
 /**
  * Description of one media stream: kind, container, picture, sound and quality label.
  *
- * A value type, the common base of MediaProfile and FileMediaInfo. Text that nothing has set is a
- * null string. Copies are independent; a record must not be shared between threads without a lock.
+ * A value type, the common base of MediaProfile and FileMediaInfo. A text that has not been set is a
+ * null string. Copies are independent. A record must not be shared between threads without a lock.
  *
  * The destructor is not virtual: destroy a record through its own type.
  */
@@ -75,16 +75,16 @@ public:
 
     /**
      * File-name suffix for a container format.
-     * @param format looked up as it stands; letter case counts
-     * @return the suffix without a dot, or an empty string for a format without an entry
+     * @param format the key; letter case counts
+     * @return the suffix without a dot, or an empty string for an unknown format
      *
      * Fills #FILE_FORMAT_SUFFIX_MAP when it is empty. Not thread-safe.
      */
     static QString fileSuffix(QString format);
 
     /**
-     * Orders records by picture: a smaller picture is less; at equal size the format decides by code
-     * units; at equal format a 3D stream is less than a 2D one. Nothing else takes part.
+     * Orders records by the size of their picture, then by format in code-unit order; at equal format a 3D stream is
+     * less than a 2D one. No other field is compared.
      *
      * A stream labelled ">1080p" without a known width ranks just above 1920 × 1080. This is a strict
      * weak ordering.
@@ -123,13 +123,12 @@ public:
     void setPreferredDashAudioYdCode(QString ydCode);
 
     /**
-     * Container format to file-name suffix. Empty until first use, then filled for the life of the
-     * process. Not guarded by a lock.
+     * Container format to file-name suffix. Filled on first use. Not thread-safe.
      */
     static QMap<QString, QString> FILE_FORMAT_SUFFIX_MAP;
 
 private:
-    friend class RecordAccess;
+    friend class RecordFields;
 
     MediaType m_mediaType = MEDIA_TYPE_UNKNOWN;
     QString m_format;

@@ -8,17 +8,16 @@
 
 /**
  * @file
- * Operations on a list of profiles, offered to the host; the library itself calls none of them. All
- * take linear time.
+ * Operations on a list of profiles for the host. The library itself does not use them. All take linear time.
  */
 
 /**
- * Thins out neighbouring video streams of one picture size, 3D flag and format, preferring streams
- * that carry their own sound over DASH ones.
+ * Of neighbouring video streams with the same picture size, 3D flag and format, keeps one. Streams with their own sound
+ * are preferred to DASH streams.
  *
- * Only neighbours are compared, so sort first (Nox::WebMediaInfo::sortProfileDesc()). The last entry
- * of the list always stays: a run of equal streams at the end of the list keeps two entries. Streams
- * labelled ">1080p" without a known width are left alone.
+ * Sort the list first (Nox::WebMediaInfo::sortProfileDesc()), because only neighbours are compared. The last entry of
+ * the list always stays, so that of equal streams at the end two entries stay. Streams labelled ">1080p" without a
+ * known width are not changed.
  */
 NOX_EXPORT void MediaListRemoveDuplicatedResolutions(QList<Nox::MediaProfile> &list);
 

@@ -32,7 +32,7 @@ bool MediaProfile::operator==(const MediaProfile &other) const
 
 QString MediaProfile::toString() const
 {
-    // One after the other, as every record's text is filled: a marker inside a name is filled as well.
+    // With one arg() after the other, so that a marker inside a name is replaced as well.
     const QString text = QLatin1String("Name = %1, description = %2, ") + RecordText::streamTemplate;
     return RecordText::withStreamData(text.arg(m_name).arg(m_description), *this);
 }

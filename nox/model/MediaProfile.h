@@ -41,7 +41,7 @@ public:
 
     /**
      * Whether both describe the same choice. Audio bit rate, URL, size, description, DASH and 3D
-     * flags, quality label and preferred audio code take no part; a NaN frame rate is never equal.
+     * flags, quality label and preferred audio code are not compared. A NaN frame rate is never equal.
      */
     bool operator==(const MediaProfile &other) const;
 
@@ -64,7 +64,7 @@ public:
     void setAutoBitRate(bool autoBitRate);       ///< Sets the host's choice flag.
 
 private:
-    friend class RecordAccess;
+    friend class RecordFields;
 
     QString m_name = QLatin1String("");
     QString m_url;

@@ -7,17 +7,17 @@ namespace Nox {
 
 class MediaInfo;
 
-/** How pictures compare by size. */
+/** The order of pictures by size. */
 namespace PictureRank {
 
-/** Whether a quality label says "larger than 1080p". */
+/** Whether a quality label means "larger than 1080p". */
 bool isAbove1080p(const QString &label);
 
 /**
- * The number by which pictures are ordered: the area, in 32 bits. A stream that the tool calls larger
- * than 1080p without saying how large comes just above 1920 × 1080.
+ * The number that pictures are ordered by: the area in pixels, in 32 bits. A stream that the tool labels larger than
+ * 1080p without a size comes just above 1920 × 1080.
  */
-qint64 of(const MediaInfo &info);
+qint64 sizeKey(const MediaInfo &info);
 
 } // namespace PictureRank
 

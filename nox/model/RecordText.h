@@ -7,7 +7,7 @@ namespace Nox {
 
 class MediaInfo;
 
-/** What the text forms of the records have in common. */
+/** The common part of the text forms of the records. */
 namespace RecordText {
 
 /** The template's part for a stream's data, from kind to sample rate, with markers 3 to 14. */

@@ -1,7 +1,7 @@
 #include <nox/model/WebMediaInfo.h>
 
 #include <nox/model/PictureRank.h>
-#include <nox/model/RecordAccess.h>
+#include <nox/model/RecordFields.h>
 
 #include <QStringView>
 
@@ -15,49 +15,31 @@ namespace {
 
 using Index = QList<MediaProfile>::size_type;
 
-// What decides about the place of a profile in a sorted list, and where it stands now.
+// What the order of profiles depends on, and the present position of the profile.
 struct SortKey {
-    qint64 rank;
-    quint64 formatHead;
+    qint64 size;
     const QString *format;
-    bool isHeadEnough;
     bool is3D;
     Index position;
 };
-
-// The first code units of a format as one number, as many as it has room for. Most formats have no more, and to compare
-// numbers is faster than to look up the texts.
-constexpr qsizetype headLength = 4;
-
-quint64 headOf(const QString &format)
-{
-    quint64 head = 0;
-    for (QString::size_type i = 0; i < headLength; ++i)
-        head = head << 16 | (i < format.size() ? format.at(i).unicode() : 0U);
-    return head;
-}
 
 std::vector<SortKey> sortKeys(const QList<MediaProfile> &profiles)
 {
     std::vector<SortKey> keys;
     keys.reserve(static_cast<size_t>(profiles.size()));
     for (const MediaProfile &profile : profiles) {
-        const QString &format = RecordAccess::format(profile);
-        const bool isHeadEnough = format.size() <= headLength && !format.contains(QChar(QChar::Null));
-        keys.push_back({PictureRank::of(profile), headOf(format), &format, isHeadEnough, RecordAccess::is3D(profile),
+        keys.push_back({PictureRank::sizeKey(profile), &RecordFields::format(profile), RecordFields::is3D(profile),
                         static_cast<Index>(keys.size())});
     }
     return keys;
 }
 
-// The order of MediaInfo, largest first.
+// MediaInfo's order in reverse.
 bool isBetter(const SortKey &a, const SortKey &b)
 {
-    if (a.rank != b.rank)
-        return a.rank > b.rank;
-    if (a.formatHead != b.formatHead)
-        return a.formatHead > b.formatHead;
-    if (const int order = a.isHeadEnough && b.isHeadEnough ? 0 : a.format->compare(*b.format); order != 0)
+    if (a.size != b.size)
+        return a.size > b.size;
+    if (const int order = a.format->compare(*b.format); order != 0)
         return order > 0;
     return !a.is3D && b.is3D;
 }
@@ -66,7 +48,7 @@ bool isBetter(const SortKey &a, const SortKey &b)
 Index findByUrl(const QList<MediaProfile> &profiles, const QString &url)
 {
     const auto found = std::find_if(profiles.cbegin(), profiles.cend(),
-                                    [&url](const MediaProfile &profile) { return RecordAccess::url(profile) == url; });
+                                    [&url](const MediaProfile &profile) { return RecordFields::url(profile) == url; });
     return found != profiles.cend() ? static_cast<Index>(found - profiles.cbegin()) : -1;
 }
 

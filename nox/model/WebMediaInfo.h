@@ -9,12 +9,10 @@
 namespace Nox {
 
 /**
- * What the library learns about one web page: title, duration, thumbnail, streams, and the tool's
- * words when it failed.
+ * Description of one web page: title, duration, thumbnail, streams, and the tool's error message.
  *
- * A value: copies are cheap (the profile list is shared until one side changes it) and independent.
- * The type is not registered with Qt's meta-type system: for a queued connection in Qt 5 the host
- * registers it itself.
+ * A value type: copies are cheap (the profile list is shared until one side changes it) and independent.
+ * The type is not registered with Qt's meta-type system. For a queued connection with Qt 5 the host has to register it.
  */
 class NOX_EXPORT WebMediaInfo
 {
@@ -25,7 +23,7 @@ public:
     /** An empty record for the page at @p url. */
     WebMediaInfo(QString url);
 
-    /** Whether the page was understood: it has a URL, a title and at least one profile. */
+    /** Whether the record has a URL, a title and at least one profile. */
     bool isValid() const;
 
     /** Appends a copy of @p profile to the list. @return true */
@@ -37,13 +35,13 @@ public:
     /**
      * Sorts the streams best first: larger picture, then format in reverse code-unit order, then 2D
      * before 3D. Audio streams and streams of unknown size come last; streams that are equal in all
-     * three have no defined order among themselves.
+     * three have no defined order.
      */
     void sortProfileDesc();
 
     /**
      * Records the size of a stream.
-     * @param url the stream's URL; the first profile whose URL is exactly this one is meant
+     * @param url the stream's URL; the first profile with exactly this URL is changed
      * @param size size in bytes
      * @return whether a profile has that URL
      */

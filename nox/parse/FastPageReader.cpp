@@ -10,7 +10,7 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-// Half of what the JSON reader takes. Pages have some five levels.
+// Half of what jsoncpp accepts. Pages have some five levels.
 constexpr size_t deepestNesting = 500;
 
 template <typename Value>
@@ -51,7 +51,7 @@ void readText(const dom::key_value_pair &member, const PageMembers::Text<Record>
     }
 }
 
-// Here and below, of a member that comes twice the last one counts, as it does for the JSON reader.
+// Here and below, the last of several members of one name counts, as with jsoncpp.
 FormatEntry formatEntry(const dom::object &object)
 {
     FormatEntry entry;
@@ -96,7 +96,7 @@ PageDescription page(const dom::object &object)
 bool parse(QByteArray &document, dom::document &parsed)
 {
     const auto size = static_cast<size_t>(document.size());
-    // The parser reads whole blocks, and so beyond the end.
+    // simdjson reads whole blocks, and so beyond the end.
     document.append(static_cast<QByteArray::size_type>(simdjson::SIMDJSON_PADDING), '\0');
     dom::parser parser;
     const bool ok = parser.allocate(size, deepestNesting) == simdjson::SUCCESS
@@ -110,7 +110,7 @@ bool parse(QByteArray &document, dom::document &parsed)
 std::optional<PageDescription> FastPageReader::read(QByteArray &document)
 {
     const std::string_view text(document.constData(), static_cast<size_t>(document.size()));
-    // A byte-order mark in front, and an escape of a NUL or of half a character, are matters for the JSON reader.
+    // jsoncpp differs on a byte-order mark in front, and on escapes of a NUL or of half a surrogate pair.
     if (text.empty() || text.front() != '{' || text.find("\\u") != std::string_view::npos)
         return std::nullopt;
     dom::document parsed;

@@ -9,11 +9,11 @@
 namespace Nox::FastPageReader {
 
 /**
- * Reads a page by simdjson, many times as fast as by the JSON reader that decides what a page says.
- * @param document the tool's text with its character references and escapes replaced, in UTF-8; the same
- *        again afterwards, and with some room behind it
- * @return what the JSON reader would give; nothing where it might give something else, or where the
- *         document is no JSON: it has to be asked then
+ * Reads a page with simdjson, which is many times as fast as jsoncpp.
+ * @param document the tool's output with its character references and escapes replaced, in UTF-8; it gets spare
+ *        capacity and keeps its content
+ * @return the result that jsoncpp would give; nothing if the result could differ from jsoncpp's, or if the document is
+ *         not standard JSON. JsonPageReader then has to read it
  */
 std::optional<PageDescription> read(QByteArray &document);
 

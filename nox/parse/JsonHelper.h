@@ -9,11 +9,11 @@
 namespace Nox {
 
 /**
- * Reads of JSON members that cannot fail, and UTF-8 text files with a byte-order mark. Static
- * functions without state; nothing is logged, nothing thrown.
+ * Reads members of JSON objects, and UTF-8 text files with a byte-order mark. Static functions without state, which log
+ * and throw nothing.
  *
- * A reader answers with the caller's default when the value is no object, or when the member is
- * missing, null or of another type.
+ * The getters return the caller's default when the value is no object, or when the member is missing, null or of
+ * another type.
  */
 class NOX_EXPORT JsonHelper
 {
@@ -23,14 +23,14 @@ public:
     /** Text of a string member, up to its first NUL character. */
     static QString getString(const Json::Value &object, QString key, QString defaultValue);
 
-    /** Value of a member written as a whole number within 32 bits; 1080.0 is not one. */
+    /** Value of a member that is written as a whole number within 32 bits, which 1080.0 is not. */
     static int getInt(const Json::Value &object, QString key, int defaultValue);
 
     /** Value of a number member, whole or not. */
     static double getDouble(const Json::Value &object, QString key, double defaultValue);
 
     /**
-     * Writes @p text in UTF-8 behind a byte-order mark, replacing the file.
+     * Writes a byte-order mark and @p text in UTF-8. Replaces the file.
      * @return whether the file could be opened for writing; later write errors are not reported
      */
     static bool writeUtf8Script(const QString &filePath, const QString &text);

@@ -1,6 +1,6 @@
 #include <nox/parse/JsonPageReader.h>
 
-#include <nox/parse/JsonMembers.h>
+#include <nox/parse/JsonHelper.h>
 
 #include <algorithm>
 #include <exception>
@@ -23,13 +23,13 @@ bool readDocument(const QByteArray &document, Json::Value &root, std::string &er
             error = reader.getFormattedErrorMessages();
         return ok;
     } catch (const std::exception &exception) {
-        // The reader throws on deep nesting.
+        // jsoncpp throws on deep nesting.
         error = exception.what();
         return false;
     }
 }
 
-// The end of the comment that begins here; the next character where none does.
+// The end of the comment that begins here, or the next character if no comment begins.
 const char *commentEnd(const char *begin, const char *end)
 {
     const std::string_view rest(begin, static_cast<size_t>(end - begin));
@@ -41,7 +41,7 @@ const char *commentEnd(const char *begin, const char *end)
     return begin + length;
 }
 
-// Newer versions of the reader refuse control characters in strings, but all take their escapes.
+// Newer versions of jsoncpp refuse control characters in strings. All versions read their escapes.
 QByteArray withEscapedControls(const QByteArray &document)
 {
     QByteArray result;
@@ -56,7 +56,7 @@ QByteArray withEscapedControls(const QByteArray &document)
         if (*at == '"')
             isInString = !isInString;
         else if (isInString && *at == '\\' && next != end)
-            ++next; // what is behind a backslash does not end the string, and is no control character of it
+            ++next; // the character behind a backslash never ends the string
         else if (!isInString && *at == '/')
             next = commentEnd(at, end);
         result.append(at, static_cast<QByteArray::size_type>(next - at));
@@ -65,7 +65,7 @@ QByteArray withEscapedControls(const QByteArray &document)
     return result;
 }
 
-// A failure is told of the document as it is, since the message names places in it.
+// The error is that of the unchanged document, because the message names positions in it.
 bool readAnyDocument(const QByteArray &document, Json::Value &root, std::string &error)
 {
     if (readDocument(document, root, error))
@@ -80,8 +80,8 @@ template <typename Record, size_t Size>
 void readTexts(const Json::Value &object, const PageMembers::Text<Record> (&texts)[Size], Record &record)
 {
     for (const PageMembers::Text<Record> &text : texts) {
-        const Json::Value *value = JsonMembers::find(object, text.name.data(), text.name.size());
-        record.*text.field = JsonMembers::toString(value, QLatin1String(""));
+        const QLatin1String name(text.name.data(), static_cast<int>(text.name.size()));
+        record.*text.field = JsonHelper::getString(object, name, QLatin1String(""));
     }
 }
 
@@ -89,9 +89,9 @@ FormatEntry formatEntry(const Json::Value &object)
 {
     FormatEntry entry;
     readTexts(object, PageMembers::ofFormat, entry);
-    entry.height = JsonMembers::toInt(JsonMembers::find(object, "height"), -1);
-    entry.width = JsonMembers::toInt(JsonMembers::find(object, "width"), -1);
-    entry.audioRate = JsonMembers::toDouble(JsonMembers::find(object, "abr"), 0.0);
+    entry.height = JsonHelper::getInt(object, QStringLiteral("height"), -1);
+    entry.width = JsonHelper::getInt(object, QStringLiteral("width"), -1);
+    entry.audioRate = JsonHelper::getDouble(object, QStringLiteral("abr"), 0.0);
     return entry;
 }
 
@@ -99,11 +99,10 @@ PageDescription pageDescription(const Json::Value &object)
 {
     PageDescription page;
     readTexts(object, PageMembers::ofPage, page);
-    page.duration = JsonMembers::toInt(JsonMembers::find(object, "duration"), 0);
-    const Json::Value *formats = JsonMembers::find(object, "formats");
-    if (formats == nullptr || !formats->isArray())
+    page.duration = JsonHelper::getInt(object, QStringLiteral("duration"), 0);
+    if (!object.isObject() || !object["formats"].isArray())
         return page;
-    for (const Json::Value &entry : *formats) {
+    for (const Json::Value &entry : object["formats"]) {
         if (entry.isObject())
             page.formats.push_back(formatEntry(entry));
     }

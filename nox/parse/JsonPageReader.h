@@ -9,11 +9,11 @@
 namespace Nox::JsonPageReader {
 
 /**
- * Reads a page by the JSON reader, which decides what a page says: it also takes comments, text behind the
- * page and much else that is no plain JSON.
- * @param document the tool's text with its character references and escapes replaced, in UTF-8
- * @param[out] page what the document says; left alone when the document cannot be read
- * @param[out] error why it cannot be read, in the JSON reader's words
+ * Reads a page with jsoncpp. Its result counts: it also accepts comments, text behind the page and more that is no
+ * standard JSON.
+ * @param document the tool's output with its character references and escapes replaced, in UTF-8
+ * @param[out] page what was read; unchanged when the document cannot be read
+ * @param[out] error jsoncpp's message when the document cannot be read
  * @return whether the document can be read
  */
 bool read(const QByteArray &document, PageDescription &page, std::string &error);

@@ -18,7 +18,7 @@ struct PageDescription {
     std::vector<FormatEntry> formats;
 };
 
-/** The members that are texts, by the names that they have in JSON. The rest is named where it is read. */
+/** The text members with their names in JSON. The names of the others stand in the two readers. */
 namespace PageMembers {
 
 template <typename Record>

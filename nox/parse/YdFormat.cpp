@@ -14,7 +14,7 @@ struct NamedSize {
 };
 
 // clang-format off
-// What the tool means by a resolution text; these replace the entry's own width and height.
+// Sizes that the tool means by a resolution text. They replace the width and height of the entry.
 const NamedSize namedSizes[] = {
     {QLatin1String("1080p"), 1920, 1080},
     {QLatin1String("720p"), 1280, 720},
@@ -39,7 +39,7 @@ bool isAudioOnly(const QString &note, const QString &audioCodec, const QString &
     return !audio.isEmpty() && audio != QLatin1String("none") && (video.isEmpty() || video == QLatin1String("none"));
 }
 
-// Bit rate in kbit/s: a whole number, else a real one, else a text such as 128k.
+// Bit rate in kbit/s: from the number, or from a text such as 128k.
 int audioKilobits(const FormatEntry &entry)
 {
     if (const int kilobits = Saturation::fromDouble<int>(entry.audioRate); kilobits != 0)
@@ -74,7 +74,7 @@ void describeVideo(MediaProfile &profile, const FormatEntry &entry, const QStrin
     const QSize size = pictureSize(entry);
     if (size.width() > 0 && size.height() > 0)
         profile.setVResolution(size);
-    // A stream without sound is a DASH stream even where its note does not say so.
+    // A stream without sound is a DASH stream, even if its note does not say so.
     profile.setDash(isDashVideo || entry.audioCodec == QLatin1String("none"));
     profile.set3D(!isDashVideo && note.contains(QLatin1String("3d")));
     profile.setOriResStr(isLabelled ? entry.resolution : QString(QLatin1String("")));

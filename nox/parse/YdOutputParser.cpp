@@ -1,6 +1,6 @@
 #include <nox/parse/YdOutputParser.h>
 
-#include <nox/log/LogCall.h>
+#include <nox/log/LogText.h>
 #include <nox/model/WebMediaInfo.h>
 #include <nox/parse/FastPageReader.h>
 #include <nox/parse/JsonPageReader.h>
@@ -25,7 +25,7 @@ namespace {
 
 bool readPage(QString output, PageDescription &page, std::string &error)
 {
-    // In steps, so that a large page stands in memory only once.
+    // In steps, so that memory holds only one copy of a large page.
     output = Utilities::convertHttpSpecificChar(std::move(output));
     output = Utilities::convertHttpSpecificChar2(std::move(output));
     QByteArray document = std::exchange(output, QString()).toUtf8();
@@ -97,7 +97,7 @@ void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QStri
 
 int YdOutputParser::parseDownloadeInfo(QString text, qint64 &total, qint64 &finish, qint64 &speed)
 {
-    // A read that names a file never counts as progress.
+    // Output that names a file never counts as progress.
     if (YdStatusLines::findAlreadyDownloaded(text) || YdStatusLines::findDestination(text))
         return 0;
     const auto line = YdStatusLines::findProgress(text);

@@ -10,8 +10,8 @@ namespace Nox {
 class WebMediaInfo;
 
 /**
- * Reads what the downloader tool prints: the JSON description of a page and the status lines of a
- * download. It keeps no state between calls.
+ * Reads the output of the tool: the JSON description of a page and the status lines of a download. It keeps no state
+ * between calls.
  */
 class NOX_EXPORT YdOutputParser
 {
@@ -26,31 +26,31 @@ public:
      * Fills @p info from the tool's JSON description of a page: title, file name, duration,
      * thumbnail, and one profile in front of the list for each usable stream.
      * @param output the tool's standard output
-     * @param info record to fill; not cleared first. A text that is not JSON leaves it untouched and
-     *        logs one error
+     * @param info record to fill, which is not cleared first. Text that is not JSON leaves it unchanged and
+     *        gives one log record
      * @param tempDir ignored
      */
     void parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir);
 
     /**
-     * Reads the first progress line of a status text. A text that also announces a destination, or
-     * that a file is there already, counts as having none.
-     * @param text what was read from the tool at once
+     * Reads the first progress line of the tool's output. Output that names a destination, or a file that is there
+     * already, counts as having no progress line.
+     * @param text output of the tool
      * @param[out] total size in bytes, or -1 for a size without a unit
      * @param[out] finish bytes done
      * @param[out] speed bytes per second
-     * @return 0 in every case; without a progress line the outputs keep their values
+     * @return always 0; without a progress line the outputs keep their values
      */
     int parseDownloadeInfo(QString text, qint64 &total, qint64 &finish, qint64 &speed);
 
-    /** Container name, such as MP4, of a legacy numeric format code; "FLV" for every other code. */
+    /** Container format, such as MP4, of an old numeric format code; "FLV" for every other code. */
     QString getYdFormat(QString ydCode);
 
     /** Length in characters of getYdFormat(). */
     int getYdFormatLen(QString ydCode);
 
     /**
-     * Waits until a file exists, looking 30 times at 100-millisecond intervals. Blocks the calling
+     * Waits until a file exists: tests 30 times at intervals of 100 milliseconds. Blocks the calling
      * thread for up to 3 seconds.
      * @return whether the file exists
      */

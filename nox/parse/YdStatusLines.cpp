@@ -10,16 +10,16 @@ namespace {
 
 using namespace TextScan;
 
-// What \w stands for.
+// The characters of \w.
 bool isWordCharacter(QChar character)
 {
     return character.isLetterOrNumber() || character.isMark() || character == QLatin1Char('_');
 }
 
 /*
- * Matches progress lines. Only two places of the pattern leave a choice, and both choices go to the
- * longest candidate: where the size ends (its word characters may swallow the "at" behind them), and
- * where the speed ends (its run of non-blank characters may hold several "/s").
+ * Matches progress lines. The pattern leaves a choice at two places, and the longest candidate wins at both: the end of
+ * the size (its word characters may include the "at" that follows), and the end of the speed (its run of non-blank
+ * characters may hold several "/s").
  */
 class ProgressMatcher
 {
@@ -78,7 +78,7 @@ private:
 
     std::optional<YdStatusLines::Progress> matchSpeed(qsizetype size, qsizetype numberEnd)
     {
-        // A run without blanks may hold many tags; it is scanned once for all of them.
+        // A run without blanks may hold many tags. It is scanned only once.
         if (!m_run.contains(size))
             m_run = scanRun(size);
 
@@ -123,7 +123,7 @@ std::optional<QStringView> YdStatusLines::findDestination(QStringView text)
         const QStringView name = text.mid(begin, end - begin);
         if (name.lastIndexOf(u'.') > 0)
             return name;
-        // A further tag on this line would need the same dot.
+        // Another tag on this line would need a dot, too.
         found = text.indexOf(tag, end);
     }
     return std::nullopt;

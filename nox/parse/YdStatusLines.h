@@ -7,16 +7,14 @@
 namespace Nox {
 
 /**
- * The three kinds of status line that the tool prints while it downloads, found in what was read from
- * it at once. The first line of a kind counts.
+ * Finds the three kinds of status line in the output of a download. The first line of each kind counts.
  *
- * Each search stands for a regular expression (letter case counts, "." crosses line breaks) and finds
- * what that finds, but in linear time, whatever the tool prints: backtracking over a large read that
- * never completes a match would take the square of it.
+ * Each function gives the same result as its regular expression (letter case counts, "." matches line breaks), but in
+ * linear time. Backtracking takes quadratic time on long output without a match.
  */
 namespace YdStatusLines {
 
-/** The figures of a progress line, as written. */
+/** The figures of a progress line as text. */
 struct Progress {
     QStringView percentage; ///< 45.3
     QStringView size;       ///< 12.34MiB

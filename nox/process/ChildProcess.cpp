@@ -1,6 +1,6 @@
 #include <nox/process/ChildProcess.h>
 
-#include <nox/log/LogCall.h>
+#include <nox/log/LogText.h>
 #include <nox/process/ProcessOutput.h>
 
 #include <csignal>
@@ -16,12 +16,12 @@ namespace Nox {
 
 namespace {
 
-// Asks in the child for a signal when the host dies.
+// Runs in the child: the kernel is to kill it when the host dies.
 void dieWithHost(pid_t host)
 {
 #if defined(Q_OS_LINUX)
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // The host may have died before the signal was asked for.
+    // The host may have died before this call.
     if (::getppid() != host)
         ::_exit(EXIT_FAILURE);
 #else
@@ -29,8 +29,8 @@ void dieWithHost(pid_t host)
 #endif
 }
 
-// The kernel sends that signal when the thread ends that has started the program. Only the main thread
-// lives as long as the host.
+// The kernel sends that signal when the thread ends that has started the child. Only the main thread lives as long as
+// the host.
 bool isMainThread()
 {
 #if defined(Q_OS_LINUX)
@@ -40,7 +40,7 @@ bool isMainThread()
 #endif
 }
 
-// Then the kernel removes ended children at once, and QProcess cannot learn how they have ended.
+// If it is ignored, the kernel removes ended children at once, and QProcess cannot learn how they have ended.
 bool isChildSignalIgnored()
 {
     struct sigaction action = {};
@@ -59,9 +59,8 @@ ChildProcess::SignalGuard::SignalGuard(ChildProcess *process)
 
 ChildProcess::SignalGuard::~SignalGuard()
 {
-    // QProcess goes on emitting after this. deleteLater() waits until the event handlers have returned that
-    // are active now, and this emission is one of them. Called from an event loop inside the slot it would
-    // wait for that loop's handlers only.
+    // The emission of the signal still uses the object after this. deleteLater() waits until the event handlers have
+    // returned that are active now, and this emission is one of them.
     if (m_process != nullptr && --m_process->m_guards == 0 && m_process->m_isDisposed)
         m_process->deleteLater();
 }
@@ -83,7 +82,7 @@ ChildProcess::~ChildProcess()
 {
     if (state() == QProcess::NotRunning)
         return;
-    // Nobody acts on a process that is being destroyed.
+    // No slot may run for an object that is being destroyed.
     disconnect();
     killGroup();
     waitForFinished();
@@ -93,7 +92,8 @@ void ChildProcess::launch(const QString &command)
 {
     QStringList arguments = splitCommand(command);
     m_hasCrashed = false;
-    // Runs between fork and exec, where little is allowed. The host as of now: it may have forked before.
+    // Runs between fork() and exec(), where only few calls are allowed. getpid() is called now because the host may
+    // have forked before.
     setChildProcessModifier([host = ::getpid(), isBound = isMainThread()] {
         ::setpgid(0, 0);
         if (isBound)
@@ -107,12 +107,12 @@ void ChildProcess::launch(const QString &command)
 
 void ChildProcess::killGroup()
 {
-    // The number of a program that has crashed may be another one's by now.
+    // After a crash the system may already have given the process id to another program.
     if (state() == QProcess::NotRunning || m_hasCrashed)
         return;
     m_group = processId();
     killDescendants();
-    // A child so young that it has no group yet has no descendants either.
+    // A child that has no group yet has no descendants either.
     kill();
 }
 
@@ -133,8 +133,8 @@ void ChildProcess::discardOutput(QProcess::ProcessChannel channel)
     ProcessOutput::drop(this, channel);
 }
 
-// The group's number stays taken as long as one of its members lives. That none does and the number has
-// been given away meanwhile is possible in theory, as for every signal sent by number.
+// The id of the group stays in use as long as one of its members lives. In theory the system may have given it away
+// before the call, as with every signal that is sent by id.
 void ChildProcess::killDescendants()
 {
     if (m_group > 0)

@@ -8,23 +8,22 @@ namespace Nox {
 inline constexpr auto processFinished = QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished);
 
 /**
- * An external program, started from a command text, in a process group of its own: whatever the
- * program starts itself is stopped with it and goes when it ends. On Linux a program that the main
- * thread has started does not outlive the host.
+ * An external program, started from a command text, in a process group of its own. Programs that it starts itself are
+ * killed with it, and also when it ends. On Linux a program that the main thread has started does not outlive the host.
  *
- * Destroying the object stops a program that still runs, and waits for its end.
+ * Destroying the object kills a program that still runs, and waits for its end.
  */
 class ChildProcess final : public ModifiableProcess
 {
 public:
     /**
-     * Held while a slot answers one of the process's signals. The process is not destroyed meanwhile,
-     * nor before the signal's emission has come to its end, whatever event loops run inside the slot.
+     * Kept by a slot while it handles a signal of the process. The process is not destroyed before the emission of the
+     * signal has ended, even if the slot runs an event loop.
      */
     class SignalGuard
     {
     public:
-        explicit SignalGuard(ChildProcess *process); ///< of no process: guards nothing
+        explicit SignalGuard(ChildProcess *process); ///< does nothing for a null pointer
         ~SignalGuard();
         Q_DISABLE_COPY_MOVE(SignalGuard)
 
@@ -37,18 +36,18 @@ public:
     Q_DISABLE_COPY_MOVE(ChildProcess)
 
     /**
-     * Starts the program for reading and writing. The text is split at blanks outside double quotes;
-     * three double quotes stand for one.
+     * Starts the program for reading and writing. The text is split at blanks outside double quotes; three double
+     * quotes are read as one.
      */
     void launch(const QString &command);
 
-    /** Kills the program with its whole process group; does nothing when it does not run (any more). */
+    /** Kills the program with its whole process group; does nothing when it does not run. */
     void killGroup();
 
-    /** Drops what the program has printed to @p channel and what it still prints. */
+    /** Discards what the program has printed to @p channel, and what it will print. */
     void discardOutput(QProcess::ProcessChannel channel);
 
-    /** Kills the program and destroys this object: at once, or, while a SignalGuard is held, after it. */
+    /** Kills the program and destroys this object, or destroys it after the last SignalGuard is gone. */
     void dispose();
 
 private:
@@ -56,8 +55,8 @@ private:
 
     int m_guards = 0;
     bool m_isDisposed = false;
-    bool m_hasCrashed = false; // the last program; with Qt 5 its state is still Running when it says so
-    qint64 m_group = 0;        // process group of the last program; 0 when nothing can be left of it
+    bool m_hasCrashed = false; // with Qt 5 the state is still Running when a crash is reported
+    qint64 m_group = 0;        // process group of the last program; 0 after it has been killed
 };
 
 } // namespace Nox

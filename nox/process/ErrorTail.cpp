@@ -2,12 +2,15 @@
 
 #include <nox/process/ProcessOutput.h>
 
+#include <QVariant>
+
 namespace Nox {
 
 namespace {
 
+constexpr char propertyName[] = "_nox_errorDetail";
 constexpr int textLimit = 4096; // bytes of UTF-8
-// More than the text needs: an encoding may read a character wrongly that has lost its first bytes.
+// Twice the limit, because cutting may split a multi-byte character.
 constexpr int outputLimit = 2 * textLimit;
 
 bool isContinuation(char byte)
@@ -30,19 +33,24 @@ QString tail(const QString &text)
 
 } // namespace
 
-QString ErrorTail::of(const QObject *worker)
+QString ErrorTail::textOf(const QObject *worker)
 {
-    const auto *kept = dynamic_cast<const ErrorTail *>(worker);
-    return kept != nullptr ? kept->text() : QString();
+    return worker->property(propertyName).toString();
 }
 
-void ErrorTail::clearErrorTail()
+ErrorTail::ErrorTail(QObject *worker)
+    : m_worker(worker)
+{
+}
+
+void ErrorTail::clear()
 {
     m_earlier.clear();
     m_output.clear();
+    m_worker->setProperty(propertyName, QVariant());
 }
 
-void ErrorTail::appendToErrorTail(const QByteArray &output, Decoder decoder)
+void ErrorTail::append(const QByteArray &output, Decoder decoder)
 {
     if (decoder != m_decoder) {
         m_earlier = text();
@@ -52,6 +60,18 @@ void ErrorTail::appendToErrorTail(const QByteArray &output, Decoder decoder)
     m_output += output.right(outputLimit);
     if (m_output.size() > outputLimit)
         m_output = m_output.right(outputLimit);
+    m_worker->setProperty(propertyName, text());
+}
+
+QString ErrorTail::read(QProcess *process, Decoder decoder)
+{
+    QString result;
+    ProcessOutput::read(process, QProcess::StandardError, [&] {
+        const QByteArray output = process->readAllStandardError();
+        append(output, decoder);
+        result = decoder(output);
+    });
+    return result;
 }
 
 QString ErrorTail::text() const

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QObject>
+#include <QProcess>
 #include <QString>
 
 namespace Nox {
@@ -9,8 +9,7 @@ namespace Nox {
 /**
  * The end of what a worker's programs have printed on standard error.
  *
- * A base class of the worker (see WithErrorTail) and no member, so that it can be found from the abstract
- * worker, which has neither members nor virtual functions for it.
+ * The text is kept as a dynamic property of the worker: the abstract worker, which has no members, reads it there.
  */
 class ErrorTail
 {
@@ -18,18 +17,24 @@ public:
     /** How the bytes of a program become text. */
     using Decoder = QString (*)(const QByteArray &);
 
-    /** The text of @p worker; empty for one that keeps none. */
-    static QString of(const QObject *worker);
+    /** The text that is kept for @p worker; empty for a worker without an error tail. */
+    static QString textOf(const QObject *worker);
 
-protected:
-    void clearErrorTail();
+    /** For @p worker, which is not owned and must outlive this object. */
+    explicit ErrorTail(QObject *worker);
+
+    void clear();
 
     /** Adds what a program has printed. A character may begin in one call and end in the next. */
-    void appendToErrorTail(const QByteArray &output, Decoder decoder);
+    void append(const QByteArray &output, Decoder decoder);
+
+    /** Reads what @p process has printed on standard error, adds it and returns it as text. */
+    QString read(QProcess *process, Decoder decoder);
 
 private:
     QString text() const;
 
+    QObject *m_worker;
     QString m_earlier; // of a program whose bytes were decoded in another way
     QByteArray m_output;
     Decoder m_decoder = nullptr;

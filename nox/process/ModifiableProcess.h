@@ -7,8 +7,8 @@
 namespace Nox {
 
 /** @class ModifiableProcess
- * A QProcess with setChildProcessModifier(), under which name Qt 6 has what Qt 5 has as a virtual
- * function: code that runs in the child between its birth and the start of the program.
+ * A QProcess with Qt 6's setChildProcessModifier(), which sets code that runs in the child before the program starts.
+ * Qt 5 has a virtual function for that.
  */
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 

@@ -1,6 +1,6 @@
 #include <nox/process/ProcessOutput.h>
 
-#include <nox/log/LogCall.h>
+#include <nox/log/LogText.h>
 
 #include <exception>
 
@@ -25,6 +25,13 @@ bool ProcessOutput::read(QProcess *process, QProcess::ProcessChannel channel, co
         NOX_LOG_ERROR("Output of a program is lost, it cannot be held in memory: %s", exception.what());
         return false;
     }
+}
+
+QString ProcessOutput::readText(QProcess *process)
+{
+    QString text;
+    read(process, process->readChannel(), [&] { text = fromUtf8(process->readAll()); });
+    return text;
 }
 
 } // namespace Nox

@@ -7,8 +7,8 @@
 #include <functional>
 
 /**
- * What a program has printed, as text. With the length given, since Qt 5 would otherwise end the text
- * at a zero byte and lose the rest.
+ * What a program has printed, as text. The length is given to the decoders because Qt 5 ends the text at a zero byte
+ * otherwise.
  */
 namespace Nox::ProcessOutput {
 
@@ -22,14 +22,17 @@ inline QString fromLocal8Bit(const QByteArray &output)
     return QString::fromLocal8Bit(output.constData(), output.size());
 }
 
-/** Drops what @p process has printed to @p channel. Unlike reading, this needs no memory. */
+/** Discards what @p process has printed to @p channel. Unlike reading, this needs no memory. */
 void drop(QProcess *process, QProcess::ProcessChannel channel);
 
 /**
- * Calls @p reader, which reads and treats what @p process has printed to @p channel. Where memory does not
- * suffice for that, what was printed is dropped, and one record at LOG_ERROR says so.
- * @return whether @p reader has come to its end
+ * Calls @p reader, which reads what @p process has printed to @p channel. If memory does not suffice, the output is
+ * dropped and one record at LOG_ERROR is written.
+ * @return whether @p reader has returned without an exception
  */
 bool read(QProcess *process, QProcess::ProcessChannel channel, const std::function<void()> &reader);
+
+/** What @p process has printed to its current read channel, decoded from UTF-8; empty when memory does not suffice. */
+QString readText(QProcess *process);
 
 } // namespace Nox::ProcessOutput

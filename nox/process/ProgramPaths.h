@@ -3,8 +3,7 @@
 #include <QString>
 
 /**
- * Where the external programs are: all stand in the folder of the host's executable. The paths are
- * worked out anew on every call, and whether a file is there is not tested.
+ * The paths of the external programs in the folder of the host's executable. Not tested for existence.
  */
 namespace Nox::ProgramPaths {
 

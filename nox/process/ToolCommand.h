@@ -4,22 +4,21 @@
 
 namespace Nox {
 
-/** In the name of every file that the tool downloads, so that such files can be told from finished ones. */
+/** Marks the names of temporary files. */
 extern const QString YD_TEMP_MARK;
 
-/** The pieces of which command texts are made; ChildProcess splits such a text into its arguments again. */
+/** Parts of command texts. ChildProcess splits such a text into arguments. */
 namespace ToolCommand {
 
 /**
- * @p text for a place between double quotes: a double quote in it is written as three, which the
- * splitting reads as one.
+ * @p text for use between double quotes: each double quote in it is tripled, which the splitting reads as one.
  */
 QString escaped(const QString &text);
 
 /** @p text between double quotes. */
 QString quoted(const QString &text);
 
-/** How every tool command begins: interpreter, cache option, tool file. It ends behind the last quote. */
+/** The beginning of every tool command: interpreter, cache option, tool file. Ends with a quote. */
 QString head(const QString &toolPath, const QString &pycacheDir);
 
 /** Whether @p text names the usual tool archive, which is run without certificate checks. */

@@ -12,7 +12,7 @@ namespace Nox {
 
 namespace {
 
-// Power of 1024 that a unit letter stands for, or -1.
+// The power of 1024 of a unit letter, or -1.
 int unitPower(QStringView text, qsizetype position)
 {
     constexpr QStringView letters(u"BKMGTPEZY");

@@ -3,10 +3,10 @@
 #include <QStringView>
 #include <QtGlobal>
 
-/** Reading of the figures that the tool prints, in place and without a copy of the text. */
+/** Reads the figures that the tool prints, without copying the text. */
 namespace Nox::ByteCount {
 
-/** A number such as 45.3 in single precision; 0 when it is none, infinite beyond the range. */
+/** A number such as 45.3 in single precision; 0 for other text, infinite beyond the range. */
 float toFloat(QStringView number);
 
 /** @see Utilities::getBytes() */

@@ -15,7 +15,7 @@ public:
 
     /**
      * Reads a whole count such as 700K, 12MB or 3G (letters in any case). Holds -1 when the text
-     * cannot be read; a fraction never can.
+     * cannot be read, as with a fraction.
      */
     ByteNumber(QString text);
 
@@ -24,7 +24,7 @@ public:
 
     /**
      * The count in the largest unit (T, G, M, K or none) that gives at least 1, cut to a whole number.
-     * A negative count becomes 0, in the text and in the object.
+     * A negative count becomes 0, in the text and also in the object.
      */
     QString toString();
 

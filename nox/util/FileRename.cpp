@@ -12,7 +12,7 @@ namespace Nox {
 
 bool FileRename::withoutReplacing(const QString &from, const QString &to)
 {
-    // The system would take a name up to its first zero character, and so another file.
+    // The system reads a name up to its first zero character, which names another file.
     if (from.contains(QChar::Null) || to.contains(QChar::Null))
         return false;
     const QByteArray source = QFile::encodeName(from);
@@ -20,7 +20,7 @@ bool FileRename::withoutReplacing(const QString &from, const QString &to)
 #if defined(RENAME_NOREPLACE)
     if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
         return true;
-    // Not every file system knows this call.
+    // Not every file system supports this call.
     if (errno != EINVAL && errno != ENOSYS && errno != EXDEV)
         return false;
 #endif

@@ -5,17 +5,17 @@
 #include <limits>
 
 /**
- * Arithmetic that stops at the range's ends. What the tool prints may hold any number, and neither a
- * wrapped count nor undefined behaviour may come of it.
+ * Saturating arithmetic. The tool's output may hold any number, which must give neither a wrapped result nor undefined
+ * behaviour.
  */
 namespace Nox::Saturation {
 
-/** @p value truncated toward zero; the nearest end beyond the range, 0 for NaN. */
+/** @p value truncated toward zero; beyond the range its nearest limit, 0 for NaN. */
 template <typename Integer>
 constexpr Integer fromDouble(double value)
 {
     using Limits = std::numeric_limits<Integer>;
-    // One beyond the largest value, which unlike that value itself always has an exact double.
+    // One more than the largest value. Unlike that value, it is always exact as a double.
     constexpr double upperBound = -static_cast<double>(Limits::min());
     if (value >= upperBound)
         return Limits::max();

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringView>
 
-/** Steps of the hand-written matchers: each takes a position in a text and returns where it ends. */
+/** Helpers of the parsers. Each function returns the position behind what it has skipped. */
 namespace Nox::TextScan {
 
 /** Behind the white space at @p position. */
@@ -22,7 +22,7 @@ inline qsizetype skipDigits(QStringView text, qsizetype position)
     return position;
 }
 
-/** Behind a number such as 12 or 12.34 at @p position; a dot without digits behind it stays outside. */
+/** Behind a number such as 12 or 12.34 at @p position. A dot without digits behind it is not part of the number. */
 inline qsizetype skipNumber(QStringView text, qsizetype position)
 {
     const qsizetype wholeEnd = skipDigits(text, position);

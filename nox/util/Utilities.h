@@ -12,8 +12,8 @@ class QFont;
 namespace Nox {
 
 /**
- * Size texts, paths, file names and URLs. Static functions without state, safe from any thread
- * unless noted; none of them fails in another way than by its result.
+ * Size texts, paths, file names and URLs. Static functions without state, thread-safe unless noted. They report
+ * failures only by their result.
  */
 class NOX_EXPORT Utilities
 {
@@ -26,8 +26,8 @@ public:
     /**
      * Short form in powers of 1000, cut to a whole number.
      * @param number count; a negative one gives "0"
-     * @param unit T, G, M or K in any case to use that unit where it gives at least 1; empty for the
-     *        largest that does; anything else gives the plain number
+     * @param unit T, G, M or K in any case to use only that unit, if it gives at least 1; empty for the
+     *        largest unit that does; any other text gives the plain number
      */
     static QString numberToKmgtString(qint64 number, QString unit);
 
@@ -50,7 +50,8 @@ public:
     /** @name Paths and file names */
     ///@{
 
-    /** Whether a folder or file path is acceptable: 1 to 247 characters, none forbidden, sane end. */
+    /** Whether a path has 1 to 247 characters, none that is forbidden, and ends neither in a dot nor in two separators.
+     */
     static bool isValidPath(QString path);
 
     /** Always 0: free space is not measured. */
@@ -63,17 +64,17 @@ public:
     static QString removePathLastSeperator(QString path);
 
     /**
-     * A file name that is free, made by numbering: name.ext, name(1).ext, name(2).ext and so on.
-     * @param filePath wanted path; a relative one is resolved against the working folder
+     * The first free file name of name.ext, name(1).ext, name(2).ext and so on.
+     * @param filePath wanted path; a relative one is resolved against the working directory
      * @param takenNames paths that count as taken besides those on disk
-     * @return absolute path of the first free name
+     * @return the absolute path
      */
     static QString addNumberToExistedFileName(QString filePath, QStringList takenNames);
 
-    /** Whether a file name without folder is acceptable: 1 to 247 characters, none forbidden, sane end. */
+    /** Whether a file name without a folder has 1 to 247 characters, none that is forbidden, and no dot at its end. */
     static bool isValidFileName(QString name);
 
-    /** @p name with each character that file names may not hold replaced by @p replacement. */
+    /** @p name with each character that is not allowed in file names replaced by @p replacement. */
     static QString filterInvalidCharsOfFileName(QString name, QString replacement);
 
     ///@}
@@ -86,7 +87,7 @@ public:
      */
     static QString elidedText(QString text, const QFont &font, Qt::TextElideMode mode, int width);
 
-    /** Whether @p url starts with http:// or https:// and holds more, but no white space. */
+    /** Whether @p url starts with http:// or https://, has more behind that, and holds no white space. */
     static bool isValidUrl(QString url);
 
     /** Replaces each "\uXXXX" escape by the character it names, in linear time. */
@@ -98,7 +99,7 @@ public:
     /** The items, each followed by one blank. */
     static QString stringList2String(QStringList &list);
 
-    /** A URL with "?v=" behind its first character is cut before its first "&"; others stay whole. */
+    /** Cuts a URL that holds "?v=" behind its first character before its first "&"; others are unchanged. */
     static QString escapeUrl(QString url);
 
     ///@}

@@ -11,7 +11,7 @@ namespace Nox {
 
 namespace {
 
-constexpr auto maximumLength = 247; // UTF-16 units: the longest path of a folder that Windows takes
+constexpr auto maximumLength = 247; // UTF-16 units; the longest path of a folder on Windows
 
 constexpr char16_t pathForbidden[] = {u'*', u'?', u'"', u'<', u'>', u'|', u'\0'};
 constexpr char16_t nameForbidden[] = {u'/', u'\\', u':', u'*', u'?', u'"', u'<', u'>', u'|', u'\0'};

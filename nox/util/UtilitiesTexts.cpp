@@ -2,8 +2,6 @@
 
 #include <nox/util/Utilities.h>
 
-#include <nox/util/TextEscape.h>
-
 #include <QFontMetrics>
 #include <QStringView>
 
@@ -14,17 +12,61 @@ namespace Nox {
 
 namespace {
 
-using TextEscape::Escape;
+// A decoded character and the length of its escape; length 0 if there is no escape.
+struct Escape {
+    QChar character;
+    qsizetype length = 0;
+};
+
+int hexDigitValue(QChar character)
+{
+    const char16_t unit = character.unicode();
+    if (unit >= u'0' && unit <= u'9')
+        return unit - u'0';
+    if (unit >= u'a' && unit <= u'f')
+        return unit - u'a' + 10;
+    if (unit >= u'A' && unit <= u'F')
+        return unit - u'A' + 10;
+    return -1;
+}
+
+// Decodes the "uXXXX" of \uXXXX in the tool's output.
+Escape readUnicodeEscape(QStringView text)
+{
+    constexpr qsizetype length = 5;
+    if (text.size() < length || text[0] != QLatin1Char('u'))
+        return {};
+    unsigned code = 0;
+    for (qsizetype i = 1; i < length; ++i) {
+        const int digit = hexDigitValue(text[i]);
+        if (digit < 0)
+            return {};
+        code = code * 16 + static_cast<unsigned>(digit);
+    }
+    return {QChar(static_cast<char16_t>(code)), length};
+}
+
+// Decodes the "#NNN;" of &#NNN; in the tool's output. Only the low 16 bits of the number count.
+Escape readCharacterReference(QStringView text)
+{
+    if (text.size() < 3 || text[0] != QLatin1Char('#'))
+        return {};
+    unsigned code = 0;
+    qsizetype i = 1;
+    for (; i < text.size() && text[i].isDigit(); ++i)
+        code = (code * 10 + static_cast<unsigned>(text[i].digitValue())) & 0xffffU;
+    if (i == 1 || i == text.size() || text[i] != QLatin1Char(';'))
+        return {};
+    return {QChar(static_cast<char16_t>(code)), i + 1};
+}
 
 void append(QString &result, QStringView text)
 {
     result.append(text.data(), static_cast<QString::size_type>(text.size()));
 }
 
-/*
- * Replaces what `read` recognises behind each `mark`. By hand rather than by regular expression: these
- * run over whole documents, which may hold lone surrogates that QRegularExpression refuses.
- */
+// Replaces each escape that `read` recognises behind a `mark`. Not with QRegularExpression, which refuses the lone
+// surrogates that a page may hold.
 template <typename Reader>
 QString replaceEscapes(const QString &text, QChar mark, Reader read)
 {
@@ -34,7 +76,7 @@ QString replaceEscapes(const QString &text, QChar mark, Reader read)
     qsizetype position = text.indexOf(mark);
     while (position >= 0) {
         qsizetype next = position + 1;
-        if (const Escape escape = read(view.mid(next))) {
+        if (const Escape escape = read(view.mid(next)); escape.length > 0) {
             if (result.isEmpty())
                 result.reserve(text.size());
             append(result, view.mid(copied, position - copied));
@@ -69,12 +111,12 @@ bool Utilities::isValidUrl(QString url)
 
 QString Utilities::convertHttpSpecificChar2(QString text)
 {
-    return replaceEscapes(text, QLatin1Char('\\'), TextEscape::readUnicodeEscape);
+    return replaceEscapes(text, QLatin1Char('\\'), readUnicodeEscape);
 }
 
 QString Utilities::convertHttpSpecificChar(QString text)
 {
-    return replaceEscapes(text, QLatin1Char('&'), TextEscape::readCharacterReference);
+    return replaceEscapes(text, QLatin1Char('&'), readCharacterReference);
 }
 
 QString Utilities::stringList2String(QStringList &list)

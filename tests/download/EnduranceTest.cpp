@@ -13,13 +13,13 @@ using namespace Nox;
 
 namespace {
 
-/** What must not grow from one job to the next. */
+/** Resources that must not grow. */
 struct Holdings {
     int openFiles = Processes::openFileCount();
     qint64 memory = Processes::residentBytes();
 };
 
-/** Quick stand-ins; those that play scenarios take too long to start. */
+/** Makes a fake that starts quickly. */
 void provide(const QString &name, const char *script)
 {
     QFile file(QCoreApplication::applicationDirPath() + name);
@@ -51,79 +51,73 @@ QString outcome(Worker *worker, Start start)
 
 } // namespace
 
-/** Many jobs one after the other in one process: nothing is kept but what has to be. */
+/** Many extractions and downloads one after the other in one process do not leak. */
 class EnduranceTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void extractions();
-    void downloads();
+    void initTestCase() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
+
+    void extractions()
+    {
+        constexpr int count = 1000;
+        TestSandbox sandbox;
+        provide(QStringLiteral("/python3.10/bin/python3.10"), "#!/bin/sh\necho '{\"title\":\"Clip\"}'\n");
+        const auto extractor = sandbox.newExtractor();
+        Holdings early;
+        for (int i = 0; i < count; ++i) {
+            if (i == count / 10)
+                early = Holdings();
+            QCOMPARE(outcome(extractor.get(), [&] { extractor->getMediaInfoBySignal(Setup::url()); }),
+                     QStringLiteral("finished"));
+        }
+        const Holdings late;
+        QCOMPARE(late.openFiles, early.openFiles);
+        QVERIFY(Processes::children().isEmpty());
+        // The process objects stay with the extractor.
+        QCOMPARE(int(extractor->findChildren<QProcess *>().size()), count);
+        const qint64 each = (late.memory - early.memory) / (count - count / 10);
+        qInfo("%lld bytes for each extraction", static_cast<long long>(each));
+        if (Processes::isMemoryMeasurable)
+            QVERIFY(each < qint64(16) * 1024);
+    }
+
+    void downloads()
+    {
+        constexpr int count = 300;
+        TestSandbox sandbox;
+        provide(QStringLiteral("/python3.10/bin/python3.10"),
+                "#!/bin/sh\n"
+                "file=\"${8%'%(ext)s'}mp4\"\n"
+                "echo \"$5\" > \"$file\"\n"
+                "echo \"[download] Destination: $file\"\n"
+                "echo '[download] 50% of 10KiB at 1KiB/s ETA 1'\n");
+        provide(QStringLiteral("/ffmpeg"), "#!/bin/sh\nfor last; do :; done\ncat \"$2\" \"$4\" > \"$last\"\n");
+        const Setup one({}, sandbox);
+        const Setup two(QStringLiteral("two"), sandbox);
+        Holdings early;
+        for (int i = 0; i < count; ++i) {
+            if (i == count / 10)
+                early = Holdings();
+            const auto downloader = sandbox.newDownloader();
+            const Setup &setup = i % 2 == 0 ? one : two;
+            QCOMPARE(outcome(downloader.get(),
+                             [&] { downloader->download(Setup::url(), setup.profile(), setup.destination()); }),
+                     QStringLiteral("finished"));
+            QCOMPARE(sandbox.files(),
+                     i % 2 == 0 ? QStringLiteral("clip.mp4=137\n") : QStringLiteral("clip.mp4=137\n140\n"));
+            QVERIFY(QFile::remove(setup.destination()));
+        }
+        const Holdings late;
+        QCOMPARE(late.openFiles, early.openFiles);
+        QVERIFY(Processes::children().isEmpty());
+        const qint64 each = (late.memory - early.memory) / (count - count / 10);
+        qInfo("%lld bytes for each download", static_cast<long long>(each));
+        if (Processes::isMemoryMeasurable)
+            QVERIFY(each < qint64(2) * 1024);
+    }
 };
-
-void EnduranceTest::initTestCase()
-{
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-}
-
-void EnduranceTest::extractions()
-{
-    constexpr int count = 1000;
-    TestSandbox stage;
-    provide(QStringLiteral("/python3.10/bin/python3.10"), "#!/bin/sh\necho '{\"title\":\"Clip\"}'\n");
-    const auto extractor = stage.newExtractor();
-    Holdings early;
-    for (int i = 0; i < count; ++i) {
-        if (i == count / 10)
-            early = Holdings();
-        QCOMPARE(outcome(extractor.get(), [&] { extractor->getMediaInfoBySignal(Setup::url()); }),
-                 QStringLiteral("finished"));
-    }
-    const Holdings late;
-    QCOMPARE(late.openFiles, early.openFiles);
-    QVERIFY(Processes::children().isEmpty());
-    // The process objects stay with the extractor.
-    QCOMPARE(int(extractor->findChildren<QProcess *>().size()), count);
-    const qint64 each = (late.memory - early.memory) / (count - count / 10);
-    qInfo("%lld bytes for each extraction", static_cast<long long>(each));
-    if (Processes::isMemoryMeasurable)
-        QVERIFY(each < qint64(16) * 1024);
-}
-
-void EnduranceTest::downloads()
-{
-    constexpr int count = 300;
-    TestSandbox stage;
-    provide(QStringLiteral("/python3.10/bin/python3.10"),
-            "#!/bin/sh\n"
-            "file=\"${8%'%(ext)s'}mp4\"\n"
-            "echo \"$5\" > \"$file\"\n"
-            "echo \"[download] Destination: $file\"\n"
-            "echo '[download] 50% of 10KiB at 1KiB/s ETA 1'\n");
-    provide(QStringLiteral("/ffmpeg"), "#!/bin/sh\nfor last; do :; done\ncat \"$2\" \"$4\" > \"$last\"\n");
-    const Setup one({}, stage);
-    const Setup two(QStringLiteral("two"), stage);
-    Holdings early;
-    for (int i = 0; i < count; ++i) {
-        if (i == count / 10)
-            early = Holdings();
-        const auto downloader = stage.newDownloader();
-        const Setup &setup = i % 2 == 0 ? one : two;
-        QCOMPARE(outcome(downloader.get(),
-                         [&] { downloader->download(Setup::url(), setup.profile(), setup.destination()); }),
-                 QStringLiteral("finished"));
-        QCOMPARE(stage.files(), i % 2 == 0 ? QStringLiteral("clip.mp4=137\n") : QStringLiteral("clip.mp4=137\n140\n"));
-        QVERIFY(QFile::remove(setup.destination()));
-    }
-    const Holdings late;
-    QCOMPARE(late.openFiles, early.openFiles);
-    QVERIFY(Processes::children().isEmpty());
-    const qint64 each = (late.memory - early.memory) / (count - count / 10);
-    qInfo("%lld bytes for each download", static_cast<long long>(each));
-    if (Processes::isMemoryMeasurable)
-        QVERIFY(each < qint64(2) * 1024);
-}
 
 NOX_TEST_MAIN(EnduranceTest)
 #include "EnduranceTest.moc"

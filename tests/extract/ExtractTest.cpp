@@ -1,4 +1,4 @@
-#include "tests/support/LittleMemory.h"
+#include "tests/support/ResourceLimit.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/WorkerRun.h"
 #include "tests/support/WorkerTable.h"
@@ -12,284 +12,271 @@
 
 using namespace Nox;
 
-/** Extraction, blocking and notifying, with stand-ins for the tool. */
+/** Extraction, blocking and notifying, with fakes for the tool. */
 class ExtractTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void notifying_data();
-    void notifying() { ExtractTable::run(); }
-    void blocking_data();
-    void blocking();
-    void record();
-    void records();
-    void secondRequest();
-    void replacedRequest();
-    void cancelBeforeAnyRequest();
-    void slotsByName();
-    void floodOfErrors();
-    void littleMemory_data();
-    void littleMemory();
-    void ignoredChildSignal();
-    void errorDetail();
-    void startedOnAnotherThread();
-};
-
-void ExtractTest::notifying_data()
-{
-    const TextTable row = ExtractTable::begin();
-    row("success", "", "", "", "finished(Clip|137,140|)");
-    row("warning", "", "dump: err WARNING: old\\n|json Clip 1", "", "finished(Clip|1|WARNING: old)",
-        "ydReadError: Yd extract read error: WARNING: old\n");
-    row("warning in small letters, behind a blank", "", "dump: err Warning|err  WARNING", "",
-        "finished(||Warning) error(-1) finished(||WARNING) error(-1) finished(||WARNING)",
-        "ydReadError: Yd extract read error: Warning|ydReadError: Yd extract read error:  WARNING|"
-        "parseWebMediaInfo: JSON reader.parse error: * Line 1, Column 1\n  Syntax error: value, object or array "
-        "expected.\n");
-    row("error behind a warning in one chunk", "", "dump: err WARNING: a\\nERROR: b\\n|exit 1", "", "error(-1)",
-        "ydReadError: Yd extract read error: WARNING: a\nERROR: b\n");
-    row("error, then exit 1", "", "dump: err ERROR: no\\n|exit 1", "", "finished(||ERROR: no) error(-1) error(-1)",
-        "ydReadError: Yd extract read error: ERROR: no\n");
-    row("two error chunks, then success", "", "dump: err one|err two|json Clip 1", "",
-        "finished(||one) error(-1) finished(||two) error(-1) finished(Clip|1|two)",
-        "ydReadError: Yd extract read error: one|ydReadError: Yd extract read error: two");
-    row("text beyond Latin-1 in the log", "", "dump: err WARNING é€😀|exit 2", "", "error(-1)",
-        "ydReadError: Yd extract read error: WARNING é???");
-    row("document in three chunks", "", R"(dump: out {"title":|out "a&#38;b \u00e|out 9"}\n{"title":"c"})", "",
-        "finished(a&b é||)");
-    row("cancel behind an error", "", "dump: err bad|spawn|hang", "cancel@dump",
-        "finished(||bad) error(-1) finished(||bad) error(1)",
-        "ydReadError: Yd extract read error: bad|cancel: Cancel getMediaInfo...|"
-        "ydProcessError: Yd extract process terminated with error: 1");
-}
-
-void ExtractTest::blocking_data()
-{
-    const TextTable row{"setup", "scenario", "notifications", "records"};
-    row("success", "", "", "finished(Clip|137,140|)");
-    row("errors and exit 1 play no part", "", "dump: json Clip 1|err ERROR: no\\n|exit 1", "finished(Clip|1|)");
-    row("crash", "", "dump: json Clip 1|kill SIGKILL", "finished(Clip|1|)");
-    row("much on standard error", "", "dump: flood 8|json Clip 1", "finished(Clip|1|)");
-    row("interpreter missing", "python=missing", "", "finished(||)",
-        "getMediaInfo: Yd extract process finished abnormally: 0|parseWebMediaInfo: JSON reader.parse error: ");
-}
-
-void ExtractTest::blocking()
-{
-    QFETCH(QString, setup);
-    QFETCH(QString, scenario);
-    QFETCH(QString, notifications);
-    QFETCH(QString, records);
-    ExtractRun run(setup, scenario);
-    const WebMediaInfo info = run.worker->getMediaInfo(Setup::url());
-    QCOMPARE(run.log.text(), notifications);
-    QCOMPARE(SignalLog::recordText(info), notifications);
-    QCOMPARE(info.getUrl(), Setup::url());
-    QTest::qWait(30);
-    QCOMPARE(run.log.text(), notifications);
-    QVERIFY(run.stage.isQuiet());
-
-    static const QRegularExpression failure("abnormally|parse error"_s);
-    static const QRegularExpression details(R"(\*[^|]*)"_s); // what the reader says
-    const QString failures = run.stage.records(LOG_DEBUG).filter(failure).join(QLatin1Char('|'));
-    QCOMPARE(QString(failures).remove(details), records);
-}
-
-/** A record is a copy, filled from the whole of the output, and carries the address as the host gave it. */
-void ExtractTest::record()
-{
-    ExtractRun run({}, "dump: long 300000"_s);
-    WebMediaInfo seen;
-    connect(run.worker.get(), &WebMediaInfoExtractor::finished, this, [&](WebMediaInfo info) { seen = info; });
-    run.start();
-    QTRY_COMPARE_WITH_TIMEOUT(seen.getTitle(), QString(300000, QLatin1Char('t')), TestSandbox::Patience);
-    QCOMPARE(seen.getUrl(), Setup::url());
-    QCOMPARE(seen.getDuration(), qint64(7));
-    QVERIFY(seen.isValid());
-}
-
-void ExtractTest::records()
-{
-    ExtractRun run({}, R"(dump: err WARNING: w|out {"title":"é","duration":9})"_s);
-    run.worker->getMediaInfoBySignal("http://h/é?v=1&a"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(é||WARNING: w)"_s, TestSandbox::Patience);
-    // The log's bytes read as Latin-1: texts in UTF-8 show two characters for one.
-    const QStringList expected{
-        "[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/Ã©?v=1&a "_s,
-        "[INFO] YdExtractor.cpp initYdExtractorCommand: \"APP/python3.10/bin/python3.10\" -X "
-        "pycache_prefix=\"ROOT/cache\" \"ROOT/yt.zip\" --dump-json --no-check-certificate "
-        "http://h/Ã©?v=1"_s,
-        "[ERROR] YdExtractor.cpp ydReadError: Yd extract read error: WARNING: w"_s,
-        "[DEBUG] YdExtractor.cpp ydReadOutputData: http://h/Ã©?v=1&a \r\n"
-        "{\"title\":\"Ã©\",\"duration\":9} "_s,
-        "[DEBUG] YdExtractor.cpp ydReadOutputData: duration : 9"_s,
-    };
-    QCOMPARE(run.stage.records(LOG_DEBUG, true), expected);
-}
-
-/** A request starts from the record that the one before left. */
-void ExtractTest::secondRequest()
-{
-    ExtractRun run({}, "dump: err WARNING|json A 1,2"_s);
-    run.worker->getMediaInfoBySignal("http://h/a"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(A|2,1|WARNING)"_s, TestSandbox::Patience);
-    run.stage.play("dump: json B 3"_s);
-    QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo("http://h/b"_s)), "finished(B|3,2,1|WARNING)"_s);
-    run.stage.play("dump: out none"_s);
-    const WebMediaInfo info = run.worker->getMediaInfo("http://h/c"_s);
-    QCOMPARE(SignalLog::recordText(info), "finished(B|3,2,1|WARNING)"_s);
-    QCOMPARE(info.getUrl(), "http://h/c"_s);
-    QCOMPARE(info.getDuration(), qint64(7));
-}
-
-/** A request while one runs takes its place: the earlier process is ended and says nothing more. */
-void ExtractTest::replacedRequest()
-{
-    ExtractRun run;
-    for (const bool isBlocking : {false, true}) {
-        run.stage.play("dump: spawn|hang"_s);
-        QFile::remove(run.stage.path("notes/mark.hang.dump"_s));
-        run.worker->getMediaInfoBySignal("http://h/a"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(run.stage.hangs("dump"_s), TestSandbox::Patience);
-        run.stage.play("dump: json B 3"_s);
-        if (isBlocking)
-            run.worker->getMediaInfo("http://h/b"_s);
-        else
-            run.worker->getMediaInfoBySignal("http://h/b"_s);
-        const QString expected = isBlocking ? "finished(B|3|) finished(B|3,3|)"_s : "finished(B|3|)"_s;
-        QCOMPARE(run.log.settled(expected), expected);
-        QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), TestSandbox::GraceAfterKill);
-        QCOMPARE(run.log.text(), expected);
-    }
-    QCOMPARE(run.stage.errors(), QString());
-}
-
-void ExtractTest::cancelBeforeAnyRequest()
-{
-    ExtractRun run;
-    run.worker->cancel();
-    QTest::qWait(30);
-    QCOMPARE(run.log.text(), QString());
-    QCOMPARE(run.stage.records(LOG_DEBUG, true),
-             QStringList("[ERROR] YdExtractor.cpp cancel: Cancel getMediaInfo..."_s));
-}
-
-/** What can be called through the meta-object must not need a request; a process's error number passes unchanged. */
-void ExtractTest::slotsByName()
-{
-    ExtractRun run;
-    for (const char *slot : {"ydReadOutputData", "ydReadError"})
-        QVERIFY(QMetaObject::invokeMethod(run.worker.get(), slot));
-    for (const int exitCode : {0, 1}) {
-        QVERIFY(QMetaObject::invokeMethod(run.worker.get(), "ydFinished", Q_ARG(int, exitCode),
-                                          Q_ARG(QProcess::ExitStatus, QProcess::NormalExit)));
-    }
-    for (const auto error : {QProcess::Timedout, QProcess::UnknownError})
-        QVERIFY(QMetaObject::invokeMethod(run.worker.get(), "ydProcessError", Q_ARG(QProcess::ProcessError, error)));
-    QCOMPARE(run.log.text(), "finished(||) error(2) finished(||) error(5)"_s);
-}
-
-/** How many chunks 50 MB come in is the machine's affair; each is a pair. */
-void ExtractTest::floodOfErrors()
-{
-    ExtractRun run({}, "dump: flood 50|json Clip 1"_s);
-    run.start();
-    QTRY_VERIFY_WITH_TIMEOUT(run.log.text().contains("Clip"_s), 2 * TestSandbox::Patience);
-    static const QRegularExpression pairs(R"(^(finished\(\|\|~+\) error\(-1\) )+finished\(Clip\|1\|~+\)$)"_s);
-    QVERIFY2(pairs.match(run.log.text()).hasMatch(), qPrintable(run.log.text().left(300)));
-    QCOMPARE(run.log.text().count(QLatin1Char('~')) / (1 << 20), 50);
-    QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), TestSandbox::Patience);
-}
-
-void ExtractTest::littleMemory_data()
-{
-    const TextTable row{"memory", "mode"};
-    // 64 MB are held once and cannot be copied, or are copied and cannot be made a text.
-    for (const char *mode : {"notifying", "blocking"}) {
-        row((std::string("no room for a copy, ") + mode).c_str(), "96", mode);
-        row((std::string("no room for the text, ") + mode).c_str(), "160", mode);
-    }
-    row("no room at all, blocking", "32", "blocking");
-}
-
-/** What cannot be held is a page that cannot be read. */
-void ExtractTest::littleMemory()
-{
-    if (!LittleMemory::isPossible())
-        QSKIP("a sanitizer needs the address space");
-    QFETCH(QString, memory);
-    QFETCH(QString, mode);
-    ExtractRun run({}, "dump: flood 64 1"_s);
+    void notifying_data()
     {
-        const LittleMemory limit(memory.toULong());
-        if (mode == "blocking"_s)
-            run.worker->getMediaInfo(Setup::url());
-        else
-            run.start();
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(||)"_s, TestSandbox::Patience);
+        const TextTable row = ExtractTable::begin();
+        row("success", "", "", "", "finished(Clip|137,140|)");
+        row("warning", "", "dump: err WARNING: old\\n|json Clip 1", "", "finished(Clip|1|WARNING: old)",
+            "ydReadError: Yd extract read error: WARNING: old\n");
+        row("warning in small letters, behind a blank", "", "dump: err Warning|err  WARNING", "",
+            "finished(||Warning) error(-1) finished(||WARNING) error(-1) finished(||WARNING)",
+            "ydReadError: Yd extract read error: Warning|ydReadError: Yd extract read error:  WARNING|"
+            "parseWebMediaInfo: JSON reader.parse error: * Line 1, Column 1\n  Syntax error: value, object or array "
+            "expected.\n");
+        row("error behind a warning in one chunk", "", "dump: err WARNING: a\\nERROR: b\\n|exit 1", "", "error(-1)",
+            "ydReadError: Yd extract read error: WARNING: a\nERROR: b\n");
+        row("error, then exit 1", "", "dump: err ERROR: no\\n|exit 1", "", "finished(||ERROR: no) error(-1) error(-1)",
+            "ydReadError: Yd extract read error: ERROR: no\n");
+        row("two error chunks, then success", "", "dump: err one|err two|json Clip 1", "",
+            "finished(||one) error(-1) finished(||two) error(-1) finished(Clip|1|two)",
+            "ydReadError: Yd extract read error: one|ydReadError: Yd extract read error: two");
+        row("text beyond Latin-1 in the log", "", "dump: err WARNING é€😀|exit 2", "", "error(-1)",
+            "ydReadError: Yd extract read error: WARNING é???");
+        row("document in three chunks", "", R"(dump: out {"title":|out "a&#38;b \u00e|out 9"}\n{"title":"c"})", "",
+            "finished(a&b é||)");
+        row("cancel behind an error", "", "dump: err bad|spawn|hang", "cancel@dump",
+            "finished(||bad) error(-1) finished(||bad) error(1)",
+            "ydReadError: Yd extract read error: bad|cancel: Cancel getMediaInfo...|"
+            "ydProcessError: Yd extract process terminated with error: 1");
     }
-    const QString lost = "read: Output of a program is lost, it cannot be held in memory: std::bad_alloc"_s;
-    QVERIFY2(run.stage.errors().startsWith(lost), qPrintable(run.stage.errors()));
-    QCOMPARE(run.stage.errors().count("lost"_s), 1);
-    run.stage.play("dump: json Clip 1"_s);
-    QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo(Setup::url())), "finished(Clip|1|)"_s);
-}
+    void notifying() { ExtractTable::run(); }
 
-/** Where a host ignores the signal, Qt learns nothing of the ends of programs. */
-void ExtractTest::ignoredChildSignal()
-{
-    ExtractRun run({}, "dump: hang"_s);
-    const auto before = std::signal(SIGCHLD, SIG_IGN);
-    run.start();
-    static_cast<void>(std::signal(SIGCHLD, before));
-    QCOMPARE(run.stage.errors(), "launch: SIGCHLD is ignored: the ends of programs are told wrongly or not at all."_s);
-    run.worker->cancel();
-}
+    void blocking_data()
+    {
+        const TextTable row{"setup", "scenario", "notifications", "records"};
+        row("success", "", "", "finished(Clip|137,140|)");
+        row("errors and exit 1 play no part", "", "dump: json Clip 1|err ERROR: no\\n|exit 1", "finished(Clip|1|)");
+        row("crash", "", "dump: json Clip 1|kill SIGKILL", "finished(Clip|1|)");
+        row("much on standard error", "", "dump: flood 8|json Clip 1", "finished(Clip|1|)");
+        row("interpreter missing", "python=missing", "", "finished(||)",
+            "getMediaInfo: Yd extract process finished abnormally: 0|parseWebMediaInfo: JSON reader.parse error: ");
+    }
 
-/** The tool's words of this request alone, to the end, also those that give no notification. */
-void ExtractTest::errorDetail()
-{
-    ExtractRun run;
-    QCOMPARE(run.worker->errorDetail(), QString());
-    QString inNotification;
-    connect(run.worker.get(), &WebMediaInfoExtractor::error, this, [&] { inNotification = run.worker->errorDetail(); });
-    run.stage.play(R"(dump: err WARNING: é\n|err ERROR: no\n|exit 1)"_s);
-    run.start();
-    QTRY_VERIFY_WITH_TIMEOUT(run.log.text().endsWith("error(-1) error(-1)"_s), TestSandbox::Patience);
-    QCOMPARE(inNotification, "WARNING: é\nERROR: no\n"_s);
+    void blocking()
+    {
+        const auto [setup, scenario, notifications, records] =
+            fetchTexts("setup", "scenario", "notifications", "records");
+        ExtractRun run(setup, scenario);
+        const WebMediaInfo info = run.worker->getMediaInfo(Setup::url());
+        QCOMPARE(run.log.text(), notifications);
+        QCOMPARE(SignalLog::recordText(info), notifications);
+        QCOMPARE(info.getUrl(), Setup::url());
+        QVERIFY(run.sandbox.isQuiet());
+        QCoreApplication::processEvents();
+        QCOMPARE(run.log.text(), notifications);
 
-    run.stage.play("dump: hang"_s);
-    run.start();
-    QCOMPARE(run.worker->errorDetail(), QString());
-    run.stage.play(R"(dump: err WARNING\n|json A 1)"_s);
-    run.start();
-    QTRY_COMPARE_WITH_TIMEOUT(run.worker->errorDetail(), "WARNING\n"_s, TestSandbox::Patience);
-    run.worker->getMediaInfo(Setup::url());
-    QCOMPARE(run.worker->errorDetail(), QString());
-}
+        static const QRegularExpression failure("abnormally|parse error"_s);
+        static const QRegularExpression details(R"(\*[^|]*)"_s); // what the reader says
+        const QString failures = run.sandbox.records(LOG_DEBUG).filter(failure).join(QLatin1Char('|'));
+        QCOMPARE(QString(failures).remove(details), records);
+    }
 
-/** The program goes on when the thread ends that has started it. */
-void ExtractTest::startedOnAnotherThread()
-{
-    TestSandbox stage;
-    stage.play("dump: mark there|wait go|json Clip 1"_s);
-    std::unique_ptr<WebMediaInfoExtractor> extractor;
-    QThread *const here = QThread::currentThread();
-    bool isStarted = false;
-    const std::unique_ptr<QThread> thread(QThread::create([&] {
-        extractor = stage.newExtractor();
-        extractor->getMediaInfoBySignal(Setup::url());
-        isStarted = QTest::qWaitFor([&] { return stage.isMarked("there"_s); }, TestSandbox::Patience);
-        extractor->moveToThread(here);
-    }));
-    thread->start();
-    QVERIFY(thread->wait(2UL * TestSandbox::Patience));
-    QVERIFY(isStarted);
-    const SignalLog log(extractor.get());
-    stage.mark("go"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(log.text(), "finished(Clip|1|)"_s, TestSandbox::Patience);
-}
+    /** The record is filled from the whole output and has the host's address. */
+    void record()
+    {
+        ExtractRun run({}, "dump: long 300000"_s);
+        WebMediaInfo seen;
+        connect(run.worker.get(), &WebMediaInfoExtractor::finished, this, [&](WebMediaInfo info) { seen = info; });
+        run.start();
+        QTRY_COMPARE_WITH_TIMEOUT(seen.getTitle(), QString(300000, QLatin1Char('t')), TestSandbox::Patience);
+        QCOMPARE(seen.getUrl(), Setup::url());
+        QCOMPARE(seen.getDuration(), qint64(7));
+        QVERIFY(seen.isValid());
+    }
+
+    void records()
+    {
+        ExtractRun run({}, R"(dump: err WARNING: w|out {"title":"é","duration":9})"_s);
+        run.worker->getMediaInfoBySignal("http://h/é?v=1&a"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(é||WARNING: w)"_s, TestSandbox::Patience);
+        // The log is read as Latin-1, in which UTF-8 texts have two characters for one.
+        const QStringList expected{
+            "[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/Ã©?v=1&a "_s,
+            "[INFO] YdExtractor.cpp initYdExtractorCommand: \"APP/python3.10/bin/python3.10\" -X "
+            "pycache_prefix=\"ROOT/cache\" \"ROOT/yt.zip\" --dump-json --no-check-certificate "
+            "http://h/Ã©?v=1"_s,
+            "[ERROR] YdExtractor.cpp ydReadError: Yd extract read error: WARNING: w"_s,
+            "[DEBUG] YdExtractor.cpp ydReadOutputData: http://h/Ã©?v=1&a \r\n"
+            "{\"title\":\"Ã©\",\"duration\":9} "_s,
+            "[DEBUG] YdExtractor.cpp ydReadOutputData: duration : 9"_s,
+        };
+        QCOMPARE(run.sandbox.records(LOG_DEBUG, true), expected);
+    }
+
+    /** A request continues with the record of the previous one. */
+    void secondRequest()
+    {
+        ExtractRun run({}, "dump: err WARNING|json A 1,2"_s);
+        run.worker->getMediaInfoBySignal("http://h/a"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(A|2,1|WARNING)"_s, TestSandbox::Patience);
+        run.sandbox.play("dump: json B 3"_s);
+        QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo("http://h/b"_s)), "finished(B|3,2,1|WARNING)"_s);
+        run.sandbox.play("dump: out none"_s);
+        const WebMediaInfo info = run.worker->getMediaInfo("http://h/c"_s);
+        QCOMPARE(SignalLog::recordText(info), "finished(B|3,2,1|WARNING)"_s);
+        QCOMPARE(info.getUrl(), "http://h/c"_s);
+        QCOMPARE(info.getDuration(), qint64(7));
+    }
+
+    /** A new request ends the process of a running one, which reports nothing more. */
+    void replacedRequest()
+    {
+        ExtractRun run;
+        for (const bool isBlocking : {false, true}) {
+            run.sandbox.play("dump: spawn|hang"_s);
+            QFile::remove(run.sandbox.path("notes/mark.hang.dump"_s));
+            run.worker->getMediaInfoBySignal("http://h/a"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.hangs("dump"_s), TestSandbox::Patience);
+            run.sandbox.play("dump: json B 3"_s);
+            if (isBlocking)
+                run.worker->getMediaInfo("http://h/b"_s);
+            else
+                run.worker->getMediaInfoBySignal("http://h/b"_s);
+            const QString expected = isBlocking ? "finished(B|3|) finished(B|3,3|)"_s : "finished(B|3|)"_s;
+            QCOMPARE(run.finalText(expected), expected);
+            QVERIFY(run.sandbox.isQuiet());
+        }
+        QCOMPARE(run.sandbox.errors(), QString());
+    }
+
+    void cancelBeforeAnyRequest()
+    {
+        ExtractRun run;
+        run.worker->cancel();
+        QVERIFY(run.sandbox.isQuiet());
+        QCoreApplication::processEvents();
+        QCOMPARE(run.log.text(), QString());
+        QCOMPARE(run.sandbox.records(LOG_DEBUG, true),
+                 QStringList("[ERROR] YdExtractor.cpp cancel: Cancel getMediaInfo..."_s));
+    }
+
+    /** The slots can be called without a request. The number of a process error is passed on. */
+    void slotsByName()
+    {
+        ExtractRun run;
+        for (const char *slot : {"ydReadOutputData", "ydReadError"})
+            QVERIFY(QMetaObject::invokeMethod(run.worker.get(), slot));
+        for (const int exitCode : {0, 1}) {
+            QVERIFY(QMetaObject::invokeMethod(run.worker.get(), "ydFinished", Q_ARG(int, exitCode),
+                                              Q_ARG(QProcess::ExitStatus, QProcess::NormalExit)));
+        }
+        for (const auto error : {QProcess::Timedout, QProcess::UnknownError})
+            QVERIFY(
+                QMetaObject::invokeMethod(run.worker.get(), "ydProcessError", Q_ARG(QProcess::ProcessError, error)));
+        QCOMPARE(run.log.text(), "finished(||) error(2) finished(||) error(5)"_s);
+    }
+
+    /** The number of reads depends on the machine; each gives a pair. */
+    void floodOfErrors()
+    {
+        ExtractRun run({}, "dump: flood 50|json Clip 1"_s);
+        bool isRead = false; // the text of the log is too long to compare it while waiting
+        connect(run.worker.get(), &WebMediaInfoExtractor::finished, this,
+                [&](const WebMediaInfo &info) { isRead = info.getTitle() == "Clip"_s; });
+        run.start();
+        QTRY_VERIFY_WITH_TIMEOUT(isRead, 2 * TestSandbox::Patience);
+        static const QRegularExpression pairs(R"(^(finished\(\|\|~+\) error\(-1\) )+finished\(Clip\|1\|~+\)$)"_s);
+        QVERIFY2(pairs.match(run.log.text()).hasMatch(), qPrintable(run.log.text().left(300)));
+        QCOMPARE(run.log.text().count(QLatin1Char('~')) / (1 << 20), 50);
+        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.isQuiet(), TestSandbox::Patience);
+    }
+
+    void littleMemory_data()
+    {
+        const TextTable row{"memory", "mode"};
+        // The memory suffices for 64 MB only once, or for a copy but not for the text.
+        for (const char *mode : {"notifying", "blocking"}) {
+            row((std::string("no room for a copy, ") + mode).c_str(), "96", mode);
+            row((std::string("no room for the text, ") + mode).c_str(), "160", mode);
+        }
+        row("no room at all, blocking", "32", "blocking");
+    }
+
+    /** Output that memory cannot hold is a page that cannot be read. */
+    void littleMemory()
+    {
+        if (!ResourceLimit::canLimitMemory())
+            QSKIP("a sanitizer needs the address space");
+        const auto [memory, mode] = fetchTexts("memory", "mode");
+        ExtractRun run({}, "dump: flood 64 1"_s);
+        {
+            const ResourceLimit limit = ResourceLimit::moreMemory(memory.toULong());
+            if (mode == "blocking"_s)
+                run.worker->getMediaInfo(Setup::url());
+            else
+                run.start();
+            QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(||)"_s, TestSandbox::Patience);
+        }
+        const QString lost = "read: Output of a program is lost, it cannot be held in memory: std::bad_alloc"_s;
+        QVERIFY2(run.sandbox.errors().startsWith(lost), qPrintable(run.sandbox.errors()));
+        QCOMPARE(run.sandbox.errors().count("lost"_s), 1);
+        run.sandbox.play("dump: json Clip 1"_s);
+        QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo(Setup::url())), "finished(Clip|1|)"_s);
+    }
+
+    /** If a host ignores the signal, Qt does not learn how programs end. */
+    void ignoredChildSignal()
+    {
+        ExtractRun run({}, "dump: hang"_s);
+        const auto before = std::signal(SIGCHLD, SIG_IGN);
+        run.start();
+        static_cast<void>(std::signal(SIGCHLD, before));
+        QCOMPARE(run.sandbox.errors(),
+                 "launch: SIGCHLD is ignored: the ends of programs are told wrongly or not at all."_s);
+        run.worker->cancel();
+    }
+
+    /** All messages of the tool in this request, also those without a notification. */
+    void errorDetail()
+    {
+        ExtractRun run;
+        QCOMPARE(run.worker->errorDetail(), QString());
+        QString inNotification;
+        connect(run.worker.get(), &WebMediaInfoExtractor::error, this,
+                [&] { inNotification = run.worker->errorDetail(); });
+        run.sandbox.play(R"(dump: err WARNING: é\n|err ERROR: no\n|exit 1)"_s);
+        run.start();
+        QTRY_VERIFY_WITH_TIMEOUT(run.log.text().endsWith("error(-1) error(-1)"_s), TestSandbox::Patience);
+        QCOMPARE(inNotification, "WARNING: é\nERROR: no\n"_s);
+
+        run.sandbox.play("dump: hang"_s);
+        run.start();
+        QCOMPARE(run.worker->errorDetail(), QString());
+        run.sandbox.play(R"(dump: err WARNING\n|json A 1)"_s);
+        run.start();
+        QTRY_COMPARE_WITH_TIMEOUT(run.worker->errorDetail(), "WARNING\n"_s, TestSandbox::Patience);
+        run.worker->getMediaInfo(Setup::url());
+        QCOMPARE(run.worker->errorDetail(), QString());
+    }
+
+    /** The program continues when the thread ends that has started it. */
+    void startedOnAnotherThread()
+    {
+        TestSandbox sandbox;
+        sandbox.play("dump: mark there|wait go|json Clip 1"_s);
+        std::unique_ptr<WebMediaInfoExtractor> extractor;
+        QThread *const here = QThread::currentThread();
+        bool isStarted = false;
+        const std::unique_ptr<QThread> thread(QThread::create([&] {
+            extractor = sandbox.newExtractor();
+            extractor->getMediaInfoBySignal(Setup::url());
+            isStarted = QTest::qWaitFor([&] { return sandbox.isMarked("there"_s); }, TestSandbox::Patience);
+            extractor->moveToThread(here);
+        }));
+        thread->start();
+        QVERIFY(thread->wait(2UL * TestSandbox::Patience));
+        QVERIFY(isStarted);
+        const SignalLog log(extractor.get());
+        sandbox.mark("go"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(log.text(), "finished(Clip|1|)"_s, TestSandbox::Patience);
+    }
+};
 
 NOX_TEST_MAIN(ExtractTest)
 #include "ExtractTest.moc"

@@ -1,10 +1,10 @@
 #!/usr/bin/python3 -IS
-"""Stand-in for the interpreter with its tool, and for ffmpeg.
+"""Plays the interpreter with its tool, and ffmpeg.
 
-Notes how it was started, then plays the script that NOX_SCENARIO holds under its key: the format code of a
-download, "dump" for an extraction, "list" for a list of videos, or "ffmpeg". A scenario is lines of "KEY: STEP|STEP|..."; a step is the name of
-a Player method and, behind a blank, its text. In texts, @ext@ is the item's file with that extension.
-Every text waits until the reader has taken it, so that each one arrives as one chunk.
+Notes how it was started, then plays the steps of its key in NOX_SCENARIO. The key is the format code of a download,
+"dump" for an extraction, "list" for a list of videos, or "ffmpeg". A scenario is lines of "KEY: STEP|STEP|..."; a step is
+the name of a Player method and, behind a blank, its text. In texts, @ext@ is the item's file with that extension. After
+every text it waits until the reader has read it, so that each text arrives as one read.
 """
 import array
 import fcntl
@@ -16,12 +16,12 @@ import time
 
 STAGE = os.environ["NOX_STAGE"]
 DEFAULTS = {"dump": "json Clip 140,137", "list": "exit 0", "140": "announce m4a", "ffmpeg": "merge"}
-PATIENCE = 120
+TIMEOUT = 120
 
 
-def note(key, pid, words):
+def note(key, pid, arguments):
     with open(os.path.join(STAGE, "runs"), "ab") as runs:
-        runs.write(os.fsencode("\x1f".join([key, str(pid), *words]) + "\n"))
+        runs.write(os.fsencode("\x1f".join([key, str(pid), *arguments]) + "\n"))
 
 
 def write(path, content):
@@ -39,7 +39,7 @@ def mark(name):
 
 
 def until(condition):
-    deadline = time.monotonic() + PATIENCE
+    deadline = time.monotonic() + TIMEOUT
     while not condition():
         if time.monotonic() > deadline:
             os._exit(97)
@@ -72,7 +72,7 @@ class Player:
         parts[1::2] = [self.item(extension) for extension in parts[1::2]]
         return "".join(parts).replace("\\n", "\n").replace("\\r", "\r")
 
-    # What it says.
+    # Output
     def out(self, raw):
         say(1, self.text(raw))
 
@@ -110,7 +110,7 @@ class Player:
     def close(self, channel):
         os.close(int(channel))
 
-    # What it does to files.
+    # Files
     def file(self, raw):
         extension, _, content = raw.partition(" ")
         write(self.item(extension), content or self.key)
@@ -148,10 +148,10 @@ class Player:
         write(self.arguments[-1], content)
 
     def merge(self, _):
-        inputs = [self.arguments[i + 1] for i, word in enumerate(self.arguments) if word == "-i"]
+        inputs = [self.arguments[i + 1] for i, argument in enumerate(self.arguments) if argument == "-i"]
         write(self.arguments[-1], "+".join(read(path) for path in inputs))
 
-    # What becomes of it.
+    # Process
     def mark(self, name):
         mark(name)
 
@@ -160,15 +160,15 @@ class Player:
 
     def hang(self, _):
         mark("hang." + self.key)
-        time.sleep(PATIENCE)
+        time.sleep(TIMEOUT)
         os._exit(98)
 
     def spawn(self, _):
-        note("child", os.spawnv(os.P_NOWAIT, "/bin/sleep", ["sleep", str(PATIENCE)]), [])
+        note("child", os.spawnv(os.P_NOWAIT, "/bin/sleep", ["sleep", str(TIMEOUT)]), [])
 
     def kill(self, name):
         os.kill(os.getpid(), getattr(signal, name))
-        time.sleep(PATIENCE)
+        time.sleep(TIMEOUT)
 
     def exit(self, code):
         os._exit(int(code))

@@ -21,31 +21,22 @@ using namespace Nox;
 
 namespace {
 
-class TestWorker : public QObject, public ErrorTail
-{
-public:
-    void print(const QByteArray &output, bool isTool)
-    {
-        appendToErrorTail(output, isTool ? ProcessOutput::fromLocal8Bit : ProcessOutput::fromUtf8);
-    }
-};
-
-/** Whether the method stands at @p index under exactly the given signature, behind its kind. */
+/** Whether the method at @p index has this kind and signature. */
 bool isMethod(const QMetaObject *meta, int index, const QString &text)
 {
-    const QStringList words = text.split(QLatin1Char(' '));
+    const QStringList parts = text.split(QLatin1Char(' '));
     const QMetaMethod method = meta->method(index);
     QStringList names;
     for (const QByteArray &name : method.parameterNames())
         names.append(QString::fromLatin1(name));
-    const bool isKind = words.first() == "signal"_s
+    const bool isKind = parts.first() == "signal"_s
         ? method.methodType() == QMetaMethod::Signal
         : method.methodType() == QMetaMethod::Slot && method.access() == QMetaMethod::Protected;
-    return isKind && method.returnType() == QMetaType::Void && names == words.mid(2)
-        && meta->indexOfMethod(qPrintable(words.at(1))) == index;
+    return isKind && method.returnType() == QMetaType::Void && names == parts.mid(2)
+        && meta->indexOfMethod(qPrintable(parts.at(1))) == index;
 }
 
-/** The arguments of the tool up to the switch for certificates. */
+/** The arguments of the tool up to the certificate switch. */
 QStringList expectedHead(const QString &tool, const QString &cache, const QStringList &option, bool isSwitched)
 {
     QStringList result{"-X"_s, "pycache_prefix="_s + cache, tool};
@@ -63,238 +54,207 @@ class FrontTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void metaObjects_data();
-    void metaObjects();
-    void factory();
-    void errorTail_data();
-    void errorTail();
-    void commandLines_data();
-    void commandLines();
-    void realInterpreter();
-    void applicationFolder_data();
-    void applicationFolder();
+    void metaObjects_data()
+    {
+        const TextTable row{"kind", "parent", "methods"};
+        row("Nox::WebMediaInfoExtractor", "extractor interface", "QObject",
+            "signal finished(Nox::WebMediaInfo) mediaInfo\n"
+            "signal error(qint32) errorCode");
+        row("Nox::WebMediaDownloader", "downloader interface", "QObject",
+            "signal started()\n"
+            "signal progress(qint64,qint64,qint64) total finish speed\n"
+            "signal error(qint32) errorCode\n"
+            "signal finished()");
+        row("Nox::YdExtractor", "extractor", "Nox::WebMediaInfoExtractor",
+            "slot ydReadOutputData()\n"
+            "slot ydFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
+            "slot ydProcessError(QProcess::ProcessError) error\n"
+            "slot ydReadError()");
+        row("Nox::YdDownloader", "downloader", "Nox::WebMediaDownloader",
+            "slot ydReadOutputData()\n"
+            "slot ydFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
+            "slot ydProcessError(QProcess::ProcessError) error\n"
+            "slot ydReadError()\n"
+            "slot ffmpegReadOutputData()\n"
+            "slot ffmpegFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
+            "slot ffmpegProcessError(QProcess::ProcessError) error\n"
+            "slot ffmpegReadStandardError()");
+    }
+
+    void metaObjects()
+    {
+        const auto [kind, parent, methods] = fetchTexts("kind", "parent", "methods");
+        const QString name = QString::fromLatin1(QTest::currentDataTag());
+        const bool isDownloader = kind.startsWith("downloader"_s);
+        const QStringList expected = methods.split(QLatin1Char('\n'));
+
+        const TestSandbox sandbox;
+        std::unique_ptr<QObject> worker;
+        if (isDownloader)
+            worker = sandbox.newDownloader();
+        else
+            worker = sandbox.newExtractor();
+        const QMetaObject *meta =
+            kind.endsWith("interface"_s) ? worker->metaObject()->superClass() : worker->metaObject();
+        QCOMPARE(QString::fromLatin1(meta->className()), name);
+        QCOMPARE(QString::fromLatin1(meta->superClass()->className()), parent);
+
+        QCOMPARE(meta->methodCount() - meta->methodOffset(), int(expected.size()));
+        for (int i = 0; i < int(expected.size()); ++i)
+            QVERIFY2(isMethod(meta, meta->methodOffset() + i, expected.at(i)), qPrintable(expected.at(i)));
+        QCOMPARE(meta->propertyCount(), meta->propertyOffset());
+        QCOMPARE(meta->enumeratorCount(), meta->enumeratorOffset());
+        QCOMPARE(meta->classInfoCount(), meta->classInfoOffset());
+        QCOMPARE(meta->constructorCount(), 0);
+        QCOMPARE(worker->qt_metacast(qPrintable(name)), static_cast<void *>(worker.get()));
+        for (const char *other : {"Nox::MediaInfo", "ErrorTail", "Nox::ErrorTail"})
+            QCOMPARE(worker->qt_metacast(other), nullptr);
+        QCOMPARE(worker->qt_metacast(isDownloader ? "Nox::YdExtractor" : "Nox::YdDownloader"), nullptr);
+    }
+
+    void factory()
+    {
+        const TestSandbox sandbox;
+        auto *const factory = WebMediaDownloaderFactory::instance();
+        QCOMPARE(WebMediaDownloaderFactory::instance(), factory);
+        QVERIFY(!sandbox.newDownloader()->parent() && !sandbox.newExtractor()->parent());
+        QCOMPARE(GetPythonExecPath(), QCoreApplication::applicationDirPath() + "/python3.10/bin/python3.10"_s);
+    }
+
+    void errorTail_data()
+    {
+        QTest::addColumn<QByteArrayList>("outputs");
+        QTest::addColumn<QString>("expected");
+        const QByteArray euro("€");
+        const QString shown = QString::fromUtf8(euro);
+        QTest::newRow("nothing") << QByteArrayList() << QString();
+        QTest::newRow("a character in two outputs")
+            << QByteArrayList{"a\xe2", "\x82\xac", "b"} << "a"_s + shown + QLatin1Char('b');
+        QTest::newRow("zero byte") << QByteArrayList{QByteArray("a\0b", 3)} << QString("a\0b"_s);
+        QTest::newRow("exactly the limit") << QByteArrayList{QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
+        QTest::newRow("one more") << QByteArrayList{"y", QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
+        QTest::newRow("one big output") << QByteArrayList{QByteArray(1000000, 'x') + "y"}
+                                        << QString(4095, QLatin1Char('x')) + QLatin1Char('y');
+        QTest::newRow("many small ones") << QByteArrayList(QVector<QByteArray>(20000, "xy").toList())
+                                         << "xy"_s.repeated(2048);
+        QTest::newRow("cut between characters") << QByteArrayList{euro.repeated(5000)} << shown.repeated(1365);
+    }
+
+    void errorTail()
+    {
+        QFETCH(QByteArrayList, outputs);
+        QFETCH(QString, expected);
+        QObject worker;
+        ErrorTail tail(&worker);
+        for (const QByteArray &output : outputs)
+            tail.append(output, ProcessOutput::fromLocal8Bit);
+        QCOMPARE(ErrorTail::textOf(&worker), expected);
+        tail.append("!", ProcessOutput::fromUtf8); // another encoding begins behind the earlier text
+        QCOMPARE(ErrorTail::textOf(&worker).right(4000), (expected + QLatin1Char('!')).right(4000));
+        QVERIFY(ErrorTail::textOf(&worker).toUtf8().size() <= 4096);
+        QCOMPARE(ErrorTail::textOf(this), QString());
+    }
+
+    void commandLines_data()
+    {
+        const TextTable row{"tool", "cache", "folder", "switches", "url", "sentUrl"};
+        row("plain", "/x/yt.zip", "/c", "/d", "both");
+        row("tool of another name", "/x/tool.zip", "/c", "/d/yt.zip", "");
+        row("capitals", "/x/YT.ZIP", "/c", "/d", "");
+        row("mark in the cache folder", "/x/tool.zip", "/c/yt.zip-cache", "/d", "extractor");
+        row("mark in the middle of the tool's path", "/x/yt.zip.d/tool", "/c", "/d", "both");
+        row("mark in the address", "/x/tool", "/c", "/d", "", "http://h/yt.zip", "http://h/yt.zip");
+        row("no cache folder", "/x/yt.zip", "", "/d", "both");
+        row("blanks", "/x y/my yt.zip", "/c  c/ d", "/d d/ e ", "both");
+        row("double quotes inside", R"(/x"y/yt.zip)", R"(/c "c" d)", R"(/d""d/"e f"/g)", "both");
+        row("double quotes at the ends", R"("x y/yt.zip")", R"(")", R"(/""")", "both");
+        row("markers of templates", "/%1%2/yt.zip", "/c%1/%3", "/d/%2%4 %1/%(id)s", "both");
+        row("characters of shells and other scripts", "/x\\ y/'$a'/yt.zip", "/c\\", "/Grüße 漢/d\\", "both");
+        row("address cut", "/x/yt.zip", "/c", "/d", "both", "http://h/watch?v=1&list=2&v=3", "http://h/watch?v=1");
+        row("address left alone", "/x/yt.zip", "/c", "/d", "both", "http://h/w?a=1&v=%1%20'$x\\",
+            "http://h/w?a=1&v=%1%20'$x\\");
+    }
+
+    void commandLines()
+    {
+        auto [tool, cache, folder, url, sentUrl, switches] =
+            fetchTexts("tool", "cache", "folder", "url", "sentUrl", "switches");
+        const bool extractorSwitch = !switches.isEmpty();
+        const bool downloaderSwitch = switches == "both"_s;
+        if (url.isEmpty())
+            url = sentUrl = "http://h/p"_s;
+
+        TestSandbox sandbox;
+        sandbox.play("dump: exit 1\n137: exit 1"_s);
+        auto *const factory = WebMediaDownloaderFactory::instance();
+        const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(tool, cache));
+        const SignalLog extraction(extractor.get());
+        extractor->getMediaInfoBySignal(url);
+        QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), "error(-1)"_s, TestSandbox::Patience);
+        QCOMPARE(sandbox.arguments("dump"_s),
+                 expectedHead(tool, cache, {"--dump-json"_s}, extractorSwitch) + QStringList(sentUrl));
+        extractor->getMediaInfo(url);
+        QCOMPARE(sandbox.runs().value(1).arguments, sandbox.arguments("dump"_s));
+
+        const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(tool, cache));
+        const SignalLog download(downloader.get());
+        MediaProfile profile;
+        profile.setName("137"_s);
+        downloader->download(url, profile, folder + "/clip.mp4"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(download.text(), "started error(-4)"_s, TestSandbox::Patience);
+        QStringList arguments = sandbox.arguments("137"_s);
+        QVERIFY(arguments.size() > 2);
+        const QString output = arguments.takeAt(arguments.size() - 2);
+        QStringList expected = expectedHead(tool, cache, {"-f"_s, "137"_s}, downloaderSwitch);
+        expected << "-o"_s << sentUrl;
+        QCOMPARE(arguments, expected);
+        QVERIFY2(output.startsWith(folder + "/{"_s), qPrintable(output));
+        QCOMPARE(output.mid(folder.size() + 1 + 38), "YDTMP_.%(ext)s"_s);
+        const QUuid id(output.mid(folder.size() + 1, 38));
+        QVERIFY2(!id.isNull() && id.version() == QUuid::Random, qPrintable(output));
+    }
+
+    /** The real interpreter uses the cache folder of the option and runs the file with its name. */
+    void realInterpreter()
+    {
+        TestSandbox sandbox;
+        sandbox.provide(TestSandbox::Interpreter, TestSandbox::Real);
+        const QString cache = sandbox.path("byte code"_s);
+        auto *const factory = WebMediaDownloaderFactory::instance();
+        std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(sandbox.tool(), cache));
+        QCOMPARE(SignalLog::recordText(extractor->getMediaInfo("http://h/p"_s)), "finished(Clip|137,140|)"_s);
+        QCOMPARE(sandbox.arguments("prefix"_s), QStringList(cache));
+        QCOMPARE(sandbox.arguments("dump"_s),
+                 expectedHead(sandbox.tool(), cache, {"--dump-json"_s}, true) + QStringList("http://h/p"_s));
+    }
+
+    void applicationFolder_data()
+    {
+        const TextTable row{"folder", "switches"};
+        row("plain", "app");
+        row("blanks, quotes and markers", R"(my "app" %1%2 ")");
+        row("mark of the certificate switch", "yt.zip app", "extractor");
+    }
+
+    /** The programs are in the folder of the host's executable, which counts for the certificate switch. */
+    void applicationFolder()
+    {
+        const auto [folder, switches] = fetchTexts("folder", "switches");
+        TestSandbox sandbox;
+        sandbox.play("ffmpeg: merge"_s);
+        HostProgram host(sandbox.path(folder));
+        host.start("extract"_s, "/x/tool"_s, {});
+        QVERIFY(host.waitForEnd());
+        QCOMPARE(sandbox.arguments("dump"_s),
+                 expectedHead("/x/tool"_s, {}, {"--dump-json"_s}, !switches.isEmpty())
+                     + QStringList("http://127.0.0.1/page"_s));
+        host.start("download"_s, "/x/tool"_s, sandbox.folder() + "/clip.mp4"_s);
+        QVERIFY(host.waitForEnd());
+        QCOMPARE(sandbox.keys().mid(1), (QStringList{"137"_s, "140"_s, "ffmpeg"_s}));
+        QVERIFY(!sandbox.arguments("137"_s).contains("--no-check-certificate"_s));
+        QCOMPARE(sandbox.files(), "clip.mp4=137+140"_s);
+    }
 };
-
-void FrontTest::metaObjects_data()
-{
-    const TextTable row{"kind", "parent", "methods"};
-    row("Nox::WebMediaInfoExtractor", "extractor interface", "QObject",
-        "signal finished(Nox::WebMediaInfo) mediaInfo\n"
-        "signal error(qint32) errorCode");
-    row("Nox::WebMediaDownloader", "downloader interface", "QObject",
-        "signal started()\n"
-        "signal progress(qint64,qint64,qint64) total finish speed\n"
-        "signal error(qint32) errorCode\n"
-        "signal finished()");
-    row("Nox::YdExtractor", "extractor", "Nox::WebMediaInfoExtractor",
-        "slot ydReadOutputData()\n"
-        "slot ydFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
-        "slot ydProcessError(QProcess::ProcessError) error\n"
-        "slot ydReadError()");
-    row("Nox::YdDownloader", "downloader", "Nox::WebMediaDownloader",
-        "slot ydReadOutputData()\n"
-        "slot ydFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
-        "slot ydProcessError(QProcess::ProcessError) error\n"
-        "slot ydReadError()\n"
-        "slot ffmpegReadOutputData()\n"
-        "slot ffmpegFinished(int,QProcess::ExitStatus) exitCode exitStatus\n"
-        "slot ffmpegProcessError(QProcess::ProcessError) error\n"
-        "slot ffmpegReadStandardError()");
-}
-
-void FrontTest::metaObjects()
-{
-    QFETCH(QString, kind);
-    QFETCH(QString, parent);
-    QFETCH(QString, methods);
-    const QString name = QString::fromLatin1(QTest::currentDataTag());
-    const bool isDownloader = kind.startsWith("downloader"_s);
-    const QStringList expected = methods.split(QLatin1Char('\n'));
-
-    const TestSandbox stage;
-    std::unique_ptr<QObject> worker;
-    if (isDownloader)
-        worker = stage.newDownloader();
-    else
-        worker = stage.newExtractor();
-    const QMetaObject *meta = kind.endsWith("interface"_s) ? worker->metaObject()->superClass() : worker->metaObject();
-    QCOMPARE(QString::fromLatin1(meta->className()), name);
-    QCOMPARE(QString::fromLatin1(meta->superClass()->className()), parent);
-
-    QCOMPARE(meta->methodCount() - meta->methodOffset(), int(expected.size()));
-    for (int i = 0; i < int(expected.size()); ++i)
-        QVERIFY2(isMethod(meta, meta->methodOffset() + i, expected.at(i)), qPrintable(expected.at(i)));
-    QCOMPARE(meta->propertyCount(), meta->propertyOffset());
-    QCOMPARE(meta->enumeratorCount(), meta->enumeratorOffset());
-    QCOMPARE(meta->classInfoCount(), meta->classInfoOffset());
-    QCOMPARE(meta->constructorCount(), 0);
-    QCOMPARE(worker->qt_metacast(qPrintable(name)), static_cast<void *>(worker.get()));
-    for (const char *other : {"Nox::MediaInfo", "ErrorTail", "Nox::ErrorTail"})
-        QCOMPARE(worker->qt_metacast(other), nullptr);
-    QCOMPARE(worker->qt_metacast(isDownloader ? "Nox::YdExtractor" : "Nox::YdDownloader"), nullptr);
-}
-
-void FrontTest::factory()
-{
-    const TestSandbox stage;
-    auto *const factory = WebMediaDownloaderFactory::instance();
-    QCOMPARE(WebMediaDownloaderFactory::instance(), factory);
-    QVERIFY(!stage.newDownloader()->parent() && !stage.newExtractor()->parent());
-    QCOMPARE(GetPythonExecPath(), QCoreApplication::applicationDirPath() + "/python3.10/bin/python3.10"_s);
-}
-
-void FrontTest::errorTail_data()
-{
-    QTest::addColumn<QByteArrayList>("outputs");
-    QTest::addColumn<QString>("expected");
-    const QByteArray euro("€");
-    const QString shown = QString::fromUtf8(euro);
-    QTest::newRow("nothing") << QByteArrayList() << QString();
-    QTest::newRow("a character in two outputs")
-        << QByteArrayList{"a\xe2", "\x82\xac", "b"} << "a"_s + shown + QLatin1Char('b');
-    QTest::newRow("zero byte") << QByteArrayList{QByteArray("a\0b", 3)} << QString("a\0b"_s);
-    QTest::newRow("exactly the limit") << QByteArrayList{QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
-    QTest::newRow("one more") << QByteArrayList{"y", QByteArray(4096, 'x')} << QString(4096, QLatin1Char('x'));
-    QTest::newRow("one big output") << QByteArrayList{QByteArray(1000000, 'x') + "y"}
-                                    << QString(4095, QLatin1Char('x')) + QLatin1Char('y');
-    QTest::newRow("many small ones") << QByteArrayList(QVector<QByteArray>(20000, "xy").toList())
-                                     << "xy"_s.repeated(2048);
-    QTest::newRow("cut between characters") << QByteArrayList{euro.repeated(5000)} << shown.repeated(1365);
-}
-
-void FrontTest::errorTail()
-{
-    QFETCH(QByteArrayList, outputs);
-    QFETCH(QString, expected);
-    TestWorker worker;
-    for (const QByteArray &output : outputs)
-        worker.print(output, true);
-    QCOMPARE(ErrorTail::of(&worker), expected);
-    worker.print("!", false); // decoded anew behind what was there
-    QCOMPARE(ErrorTail::of(&worker).right(4000), (expected + QLatin1Char('!')).right(4000));
-    QVERIFY(ErrorTail::of(&worker).toUtf8().size() <= 4096);
-    QCOMPARE(ErrorTail::of(this), QString());
-}
-
-void FrontTest::commandLines_data()
-{
-    const TextTable row{"tool", "cache", "folder", "switches", "url", "sentUrl"};
-    row("plain", "/x/yt.zip", "/c", "/d", "both");
-    row("tool of another name", "/x/tool.zip", "/c", "/d/yt.zip", "");
-    row("capitals", "/x/YT.ZIP", "/c", "/d", "");
-    row("mark in the cache folder", "/x/tool.zip", "/c/yt.zip-cache", "/d", "extractor");
-    row("mark in the middle of the tool's path", "/x/yt.zip.d/tool", "/c", "/d", "both");
-    row("mark in the address", "/x/tool", "/c", "/d", "", "http://h/yt.zip", "http://h/yt.zip");
-    row("no cache folder", "/x/yt.zip", "", "/d", "both");
-    row("blanks", "/x y/my yt.zip", "/c  c/ d", "/d d/ e ", "both");
-    row("double quotes inside", R"(/x"y/yt.zip)", R"(/c "c" d)", R"(/d""d/"e f"/g)", "both");
-    row("double quotes at the ends", R"("x y/yt.zip")", R"(")", R"(/""")", "both");
-    row("markers of templates", "/%1%2/yt.zip", "/c%1/%3", "/d/%2%4 %1/%(id)s", "both");
-    row("characters of shells and other scripts", "/x\\ y/'$a'/yt.zip", "/c\\", "/Grüße 漢/d\\", "both");
-    row("address cut", "/x/yt.zip", "/c", "/d", "both", "http://h/watch?v=1&list=2&v=3", "http://h/watch?v=1");
-    row("address left alone", "/x/yt.zip", "/c", "/d", "both", "http://h/w?a=1&v=%1%20'$x\\",
-        "http://h/w?a=1&v=%1%20'$x\\");
-}
-
-void FrontTest::commandLines()
-{
-    QFETCH(QString, tool);
-    QFETCH(QString, cache);
-    QFETCH(QString, folder);
-    QFETCH(QString, url);
-    QFETCH(QString, sentUrl);
-    QFETCH(QString, switches);
-    const bool extractorSwitch = !switches.isEmpty();
-    const bool downloaderSwitch = switches == "both"_s;
-    if (url.isEmpty())
-        url = sentUrl = "http://h/p"_s;
-
-    TestSandbox stage;
-    stage.play("dump: exit 1\n137: exit 1"_s);
-    auto *const factory = WebMediaDownloaderFactory::instance();
-    const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(tool, cache));
-    const SignalLog extraction(extractor.get());
-    extractor->getMediaInfoBySignal(url);
-    QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), "error(-1)"_s, TestSandbox::Patience);
-    QCOMPARE(stage.arguments("dump"_s),
-             expectedHead(tool, cache, {"--dump-json"_s}, extractorSwitch) + QStringList(sentUrl));
-    extractor->getMediaInfo(url);
-    QCOMPARE(stage.runs().value(1).arguments, stage.arguments("dump"_s));
-
-    const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(tool, cache));
-    const SignalLog download(downloader.get());
-    MediaProfile profile;
-    profile.setName("137"_s);
-    downloader->download(url, profile, folder + "/clip.mp4"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(download.text(), "started error(-4)"_s, TestSandbox::Patience);
-    QStringList arguments = stage.arguments("137"_s);
-    QVERIFY(arguments.size() > 2);
-    const QString output = arguments.takeAt(arguments.size() - 2);
-    QStringList expected = expectedHead(tool, cache, {"-f"_s, "137"_s}, downloaderSwitch);
-    expected << "-o"_s << sentUrl;
-    QCOMPARE(arguments, expected);
-    QVERIFY2(output.startsWith(folder + "/{"_s), qPrintable(output));
-    QCOMPARE(output.mid(folder.size() + 1 + 38), "YDTMP_.%(ext)s"_s);
-    const QUuid id(output.mid(folder.size() + 1, 38));
-    QVERIFY2(!id.isNull() && id.version() == QUuid::Random, qPrintable(output));
-}
-
-/** The real interpreter takes the cache folder from the option and runs the file under the name given. */
-void FrontTest::realInterpreter()
-{
-    TestSandbox stage;
-    stage.provide(TestSandbox::Interpreter, TestSandbox::Real);
-    const QString cache = stage.path("byte code"_s);
-    auto *const factory = WebMediaDownloaderFactory::instance();
-    std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(stage.tool(), cache));
-    QCOMPARE(SignalLog::recordText(extractor->getMediaInfo("http://h/p"_s)), "finished(Clip|137,140|)"_s);
-    QCOMPARE(stage.arguments("prefix"_s), QStringList(cache));
-    QCOMPARE(stage.arguments("dump"_s),
-             expectedHead(stage.tool(), cache, {"--dump-json"_s}, true) + QStringList("http://h/p"_s));
-
-    // A tool that is not there is the interpreter's failure, not a failure to start.
-    QVERIFY(QFile::remove(stage.tool()));
-    const auto downloader = stage.newDownloader();
-    const SignalLog download(downloader.get());
-    MediaProfile profile;
-    profile.setName("137"_s);
-    downloader->download("http://h/p"_s, profile, "clip.mp4"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(download.text(), "started error(-4)"_s, TestSandbox::Patience);
-    extractor = stage.newExtractor();
-    const SignalLog extraction(extractor.get());
-    extractor->getMediaInfoBySignal("http://h/p"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(extraction.text().endsWith(" error(-1) error(-1)"_s), TestSandbox::Patience);
-    QVERIFY(extraction.text().startsWith("finished(||"_s));
-    QVERIFY(extraction.text().contains(stage.tool()));
-}
-
-void FrontTest::applicationFolder_data()
-{
-    const TextTable row{"folder", "switches"};
-    row("plain", "app");
-    row("blanks, quotes and markers", R"(my "app" %1%2 ")");
-    row("mark of the certificate switch", "yt.zip app", "extractor");
-}
-
-/** The programs are found beside the host's executable, and the extractor looks at the whole command. */
-void FrontTest::applicationFolder()
-{
-    QFETCH(QString, folder);
-    QFETCH(QString, switches);
-    TestSandbox stage;
-    stage.play("ffmpeg: merge"_s);
-    HostProgram host(stage.path(folder));
-    host.start("extract"_s, "/x/tool"_s, {});
-    QVERIFY(host.waitForEnd());
-    QCOMPARE(stage.arguments("dump"_s),
-             expectedHead("/x/tool"_s, {}, {"--dump-json"_s}, !switches.isEmpty())
-                 + QStringList("http://127.0.0.1/page"_s));
-    host.start("download"_s, "/x/tool"_s, stage.folder() + "/clip.mp4"_s);
-    QVERIFY(host.waitForEnd());
-    QCOMPARE(stage.keys().mid(1), (QStringList{"137"_s, "140"_s, "ffmpeg"_s}));
-    QVERIFY(!stage.arguments("137"_s).contains("--no-check-certificate"_s));
-    QCOMPARE(stage.files(), "clip.mp4=137+140"_s);
-}
 
 NOX_TEST_MAIN(FrontTest)
 #include "FrontTest.moc"

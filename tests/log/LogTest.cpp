@@ -1,6 +1,7 @@
+#include "tests/util/Rows.h"
+
 #include <nox/log/Logger.h>
 #include <nox/log/ModuleLog.h>
-#include <tests/util/Rows.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -39,7 +40,7 @@ int logAt(int level)
                        "getMediaInfo");
 }
 
-// What the module log did before there was an application object.
+// Results of the module log without an application object.
 QString moduleWithoutApplication = "x"_s;
 int resultWithoutApplication = 0;
 
@@ -67,7 +68,7 @@ private:
         Logger::init(path("a.log"_s).toStdString(), static_cast<_NoxLogLevel>(level), outType);
     }
 
-    /** "initialised level outputs file", the test's folder left out. */
+    /** "initialised level outputs file", without the folder of the test. */
     QString settings() const
     {
         return QStringLiteral("%1 %2 %3 ").arg(Logger::isInit).arg(Logger::m_curLogLevel).arg(Logger::m_outType)
@@ -115,7 +116,7 @@ private Q_SLOTS:
     {
         const QStringList expected = {""_s, "[DEBUG]"_s, "[INFO]"_s, "[ERROR]"_s, "[FATAL]"_s, ""_s, ""_s};
         for (int number = -1; number < 6; ++number) {
-            // Hosts do so. NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange)
+            // Hosts may do this. NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange)
             const auto level = static_cast<_NoxLogLevel>(number);
             QCOMPARE(QString::fromStdString(Logger::getLogPrefix(level)), expected.at(number + 1));
         }
@@ -128,11 +129,11 @@ private Q_SLOTS:
         const QDateTime after = QDateTime::currentDateTime();
         QCOMPARE(int(stamp.size()), 21);
         const QDateTime time = QDateTime::fromString(stamp, " yyyy-MM-dd hh:mm:ss "_s);
-        // The stamp has whole seconds, and the clock that it is read from may lag a few milliseconds behind Qt's.
+        // The stamp has whole seconds, and its clock may be a few milliseconds behind Qt's.
         QVERIFY2(time >= before.addSecs(-2) && time <= after.addSecs(1), qPrintable(stamp));
     }
 
-    /** A host may move to another time zone while it runs. */
+    /** The time zone of a host may change while it runs. */
     void timeZone()
     {
         const QByteArray before = qgetenv("TZ");
@@ -155,8 +156,7 @@ private Q_SLOTS:
 
     void defaultFile()
     {
-        QFETCH(QString, folder);
-        QFETCH(QString, file);
+        const auto [folder, file] = fetchTexts("folder", "file");
         qputenv("TMPDIR", folder.toUtf8());
         if (folder == "unset"_s)
             qunsetenv("TMPDIR");
@@ -199,10 +199,7 @@ private Q_SLOTS:
 
     void outputs()
     {
-        QFETCH(QString, threshold);
-        QFETCH(QString, level);
-        QFETCH(QString, outputs);
-        QFETCH(QString, passes);
+        const auto [threshold, level, outputs, passes] = fetchTexts("threshold", "level", "outputs", "passes");
         const int outType = outputs.toInt();
         useFile(threshold.toInt(), outType);
         int result = -1;
@@ -211,7 +208,7 @@ private Q_SLOTS:
         const bool written = passes == "yes"_s;
         const QByteArray record = QByteArray(anError).replace("[ERROR]", level == "2"_s ? "[ERROR]" : "");
         QCOMPARE(withoutTime(output), written && (outType & LOG_OUT_CONSOLE) ? record : QByteArray());
-        // Each record that passes the threshold opens the file, whether or not it goes there.
+        // Each record above the threshold makes the file, even if it is not written there.
         QCOMPARE(QFile::exists(path("a.log"_s)), written);
         if (written)
             QCOMPARE(loggedTo("a.log"_s), outType & LOG_OUT_FILE ? record : QByteArray());
@@ -316,7 +313,7 @@ private Q_SLOTS:
 
 int main(int argc, char **argv)
 {
-    // The module log writes in the locale's encoding; both logs take local time, which is nobody's here.
+    // The module log uses the encoding of the locale, and both logs use local time.
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("TZ", "XYZ-05:30");
     GetModuleName(moduleWithoutApplication);

@@ -1,10 +1,10 @@
+#include "tests/util/Rows.h"
+
 #include <nox/log/Logger.h>
 #include <nox/model/WebMediaInfo.h>
 #include <nox/parse/JsonHelper.h>
 #include <nox/parse/YdOutputParser.h>
-#include <nox/parse/YdStatusLines.h>
 #include <nox/util/Utilities.h>
-#include <tests/util/Rows.h>
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -20,7 +20,7 @@ using namespace Nox;
 
 namespace {
 
-/** JSON written with apostrophes for quotes, and with two of the longer member names cut short. */
+/** JSON from a text with apostrophes for quotes and short forms of two member names. */
 QString json(QString text)
 {
     return text.replace("'note'"_s, "'format_note'"_s)
@@ -73,7 +73,7 @@ private:
 
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
-    /** Parses into @p page and returns the log that this leaves. */
+    /** Parses into @p page and returns the log. */
     QString parseInto(WebMediaInfo &page, const QString &text)
     {
         const QString log = path("parse.log"_s);
@@ -83,7 +83,7 @@ private:
         return QString::fromUtf8(contentOf(log));
     }
 
-    /** Whether a text could be read, and all that is known of its page then. */
+    /** Whether a text could be read, and its page. */
     QString outcome(const QString &text)
     {
         WebMediaInfo page("url"_s);
@@ -99,7 +99,7 @@ private:
         page.setDuration(9);
         page.setThumbnailUrl("U"_s);
         page.setThumbnailFile("local"_s);
-        page.setErrorDetail("words"_s);
+        page.setErrorDetail("detail"_s);
         MediaProfile profile;
         profile.setName("old"_s);
         page.addMediaProfile(profile);
@@ -136,10 +136,7 @@ private Q_SLOTS:
 
     void members()
     {
-        QFETCH(QString, document);
-        QFETCH(QString, text);
-        QFETCH(QString, number);
-        QFETCH(QString, real);
+        const auto [document, text, number, real] = fetchTexts("document", "text", "number", "real");
         Json::Value object;
         QVERIFY(Json::Reader().parse(json(document).toUtf8().toStdString(), object, false));
         const QString unset = "D\0é€"_s;
@@ -158,8 +155,7 @@ private Q_SLOTS:
 
     void scriptFiles()
     {
-        QFETCH(QString, bytes);
-        QFETCH(QString, text);
+        const auto [bytes, text] = fetchTexts("bytes", "text");
         QFile file(path("script"_s));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes.toUtf8().replace('^', "\xEF\xBB\xBF")) >= 0);
         file.close();
@@ -185,8 +181,7 @@ private Q_SLOTS:
 
     void pages_data()
     {
-        // Character references and escapes are resolved in the whole text, before it is read as JSON, and in
-        // that order.
+        // First character references, then escapes are replaced in the whole text, before it is read as JSON.
         rows({"document", "page"},
              {"{'title':'a','duration':212,'thumbnail':'t'} -> a|a|212|t"_s,
               "{'title':'a'}\n{'title':'b'}\n -> a|a|0|"_s,
@@ -228,16 +223,15 @@ private Q_SLOTS:
 
     void pages()
     {
-        QFETCH(QString, document);
-        QFETCH(QString, page);
+        const auto [document, page] = fetchTexts("document", "page");
         WebMediaInfo info = earlierPage();
         QCOMPARE(parseInto(info, json(document)), QString());
         QCOMPARE(pageText(info), page);
-        QCOMPARE(info.getUrl() + info.getThumbnailFile() + info.errorDetail(), "urllocalwords"_s);
+        QCOMPARE(info.getUrl() + info.getThumbnailFile() + info.errorDetail(), "urllocaldetail"_s);
         QCOMPARE(names(info), "old,"_s);
     }
 
-    // Long texts are replaced and encoded in pieces. Where a piece ends, nothing may be cut.
+    // Surrogate pairs of long texts stay together.
     void longTitles()
     {
         for (const QString &unit : {R"(\ud83d\ude00)"_s, "😀"_s, "&#55357;&#56832;"_s, R"(\u00e9)"_s}) {
@@ -284,7 +278,7 @@ private Q_SLOTS:
         QVERIFY2(log.endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s), qPrintable(log));
     }
 
-    // The reader that decides what a page says is asked for few pages. The other one must change nothing.
+    // simdjson must give the same records as jsoncpp.
     void readersAgree_data()
     {
         const QString values =
@@ -313,7 +307,7 @@ private Q_SLOTS:
               "'title':%1,'formats':[{'format_id':'1','ext':'mp4'},%1]}"_s, "'title':'T','formats':%1}"_s,
               "'title':%1"_s}) {
             const QString document = json("{"_s + members.arg(value));
-            QCOMPARE(outcome(document), outcome("/**/"_s + document)); // a comment is no plain JSON
+            QCOMPARE(outcome(document), outcome("/**/"_s + document)); // only jsoncpp reads comments
         }
     }
 
@@ -342,8 +336,7 @@ private Q_SLOTS:
 
     void audioFormats()
     {
-        QFETCH(QString, entry);
-        QFETCH(QString, profile);
+        const auto [entry, profile] = fetchTexts("entry", "profile");
         WebMediaInfo page;
         const QString document = json("{'formats':[{'ext':'m4a','note':'x dAsH aUdIo 3D',"_s + entry + "}]}"_s);
         QCOMPARE(parseInto(page, document), QString());
@@ -371,7 +364,7 @@ private Q_SLOTS:
             "'res':'>1080P','height':1440 -> 2560x1440 video >1080P 0"_s,
             "'res':'>1080p','note':'3D' -> -1x-1 video3 >1080p 0"_s,
             "'res':'>1080p','width':2048,'height':858 -> 2048x858 video >1080p 0"_s,
-            // Width out of the height
+            // Width computed from the height
             "'height':480,'vcodec':'avc1','acodec':'mp4a' -> 848x480 video  0"_s,
             "'height':1000 -> 1776x1000 video  0"_s, "'height':1080,'width':-5 -> 1920x1080 video  0"_s,
             "'height':480,'width':0 -> -1x-1 video  0"_s, "'height':8 -> -1x-1 video  0"_s,
@@ -393,8 +386,7 @@ private Q_SLOTS:
 
     void formats()
     {
-        QFETCH(QString, entry);
-        QFETCH(QString, profile);
+        const auto [entry, profile] = fetchTexts("entry", "profile");
         WebMediaInfo page;
         QCOMPARE(parseInto(page, json("{'formats':[{'ext':'mp4',"_s + entry + "}]}"_s)), QString());
         QCOMPARE(profileTexts(page), profile.isEmpty() ? profile : "MP4 "_s + profile);
@@ -415,7 +407,7 @@ private Q_SLOTS:
         QVERIFY(profile.getVCodec().isNull() && profile.getACodec().isNull());
         QVERIFY(profile.getPreferredDashAudioYdCode().isEmpty() && profile.getSize() == 0);
 
-        // Any bit rate will do for these.
+        // No bit rate is too large.
         for (const QString &rate : {"1e12"_s, "-1e300"_s, "3000000000"_s})
             parseInto(page, json("{'formats':[{'ext':'a','note':'dash audio','abr':"_s + rate + "}]}"_s));
         QCOMPARE(page.getMediaProfileList().size(), 4);
@@ -437,101 +429,6 @@ private Q_SLOTS:
         }
         parseInto(page, document);
         QCOMPARE(names(page), "C,,B,A,C,,B,A,old,"_s);
-    }
-
-    void progress_data()
-    {
-        const QString line = "[download]  45.3% of 12.34MiB at 1.23MiB/s ETA 00:05"_s;
-        const QString kilo = "[download] 50% of 1.00KiB at 5B/s ETA 1"_s;
-        const QString asKilo = " -> 1024 512 5"_s;
-        const QString none = " -> -90 -91 -92"_s;
-        rows(
-            {"text", "counts"},
-            {line + " -> 12939428 5861560 1289748"_s, "\r"_s + line + "\r"_s + kilo + " -> 12939428 5861560 1289748"_s,
-             "[download] "_s + kilo + asKilo, "[download]50%of1KiBat5B/sETA"_s + asKilo,
-             "[download]\n50%\u00a0\nof\t1KiB\nat\n5B/s\u2028ETA"_s + asKilo,
-             "[download] 50% of 1KiBatat2B/s ETA -> 1024 512 2"_s, "[download] 50% of 1KiBé_9 at 5B/s/s ETA"_s + asKilo,
-             "[download] 45.3% of 12.34 at 1.23MiB/s ETA -> -1 0 1289748"_s,
-             // In single precision, and with a combining accent in the unit
-             "[download] 0.7% of 1000B at 5B/s ETA -> 1000 6 5"_s,
-             "[download] 50% of 1KiB\u0301 at 5B/s ETA"_s + asKilo, "[download] 50% of 1KiB at /s ETA -> 1024 512 -1"_s,
-             "[download] 50% of 1KiB at --/s ETA -> 1024 512 -1"_s,
-             "[download] 1000% of 1KiB at 5b/s ETA -> 1024 10240 -1"_s,
-             "[download] 100% of 8EiB at 9ZiB/s ETA -> "
-             "9223372036854775807 9223372036854775807 9223372036854775807"_s,
-             "[download] 1"_s + "0"_s.repeated(30) + "% of 1KiB at 5B/s ETA -> 1024 9223372036854775807 5"_s,
-             "[download] ٤% of 1KiB at 5B/s ETA -> 1024 0 5"_s, QString(QChar(0xD83D)) + kilo + asKilo,
-             "\0"_s + kilo + asKilo, "[download] Destination: noextension\n"_s + kilo + asKilo,
-             "[download] Destination: .mp4\n"_s + kilo + asKilo, "[download] destination: a.mp4\n"_s + kilo + asKilo,
-             kilo + "\n[download] a.mp4 has already been downloaded"_s + asKilo, none,
-             "[download] 100% of 12.34MiB in 00:05"_s + none,
-             "[download] 0.0% of 12.34MiB at Unknown speed ETA Unknown"_s + none,
-             "[download] 50% of ~1KiB at 5B/s ETA"_s + none, "[download] 50% of 1KiB at 5B/s"_s + none,
-             "[download] 50% of 1KiB at 5 B/s ETA"_s + none, "[download] 50% of 1KiB at 5B/S ETA"_s + none,
-             "[download] 5.% of 1KiB at 5B/s ETA"_s + none, "[Download] 50% of 1KiB at 5B/s ETA"_s + none,
-             "[download] Destination: a.mp4\n"_s + kilo + none, kilo + "\n[download] Destination: a."_s + none,
-             kilo + "\n[download] a.mp4 has already been downloaded\n"_s + none,
-             kilo + "\nx\r\n has already been downloaded\u00a0"_s + none});
-    }
-
-    void progress()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, counts);
-        qint64 total = -90;
-        qint64 finish = -91;
-        qint64 speed = -92;
-        QCOMPARE(YdOutputParser::instance()->parseDownloadeInfo(text, total, finish, speed), 0);
-        QCOMPARE(QStringLiteral("%1 %2 %3").arg(total).arg(finish).arg(speed), counts);
-    }
-
-    void fileNames_data()
-    {
-        // What a "Destination" line names, and what is said to be there already.
-        rows({"text", "destination", "downloaded"},
-             {"[download] Destination: a.mp4\n -> a.mp4 -> none"_s, "[download] Destination: a.b.\n -> a.b. -> none"_s,
-              "[download] Destination: .a -> none -> none"_s,
-              "[download] Destination: a\n[download] Destination: b.c\r. -> b.c -> none"_s,
-              "[download] Destination: [download] Destination: a.b -> [download] Destination: a.b -> none"_s,
-              "[download] Destination:a.b [Download] Destination: a.b -> none -> none"_s,
-              "[download] a has already been downloaded\n -> none -> a"_s,
-              "[download] a\n[download] b has already been downloaded\u2028 -> none -> a\n[download] b"_s,
-              "[download] a has already been downloaded has already been downloaded . -> none -> "
-              "a has already been downloaded"_s,
-              "[download]  has already been downloaded  -> none -> "_s,
-              "[download] a has already been downloaded -> none -> none"_s,
-              "[download] a has already been downloaded_\n -> none -> none"_s,
-              "a has already been downloaded\n[download] b -> none -> none"_s});
-    }
-
-    void fileNames()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, destination);
-        QFETCH(QString, downloaded);
-        const auto shown = [](std::optional<QStringView> found) { return found ? found->toString() : "none"_s; };
-        QCOMPARE(shown(YdStatusLines::findDestination(text)), destination);
-        QCOMPARE(shown(YdStatusLines::findAlreadyDownloaded(text)), downloaded);
-    }
-
-    void matchersFinishOnLongTexts()
-    {
-        const QString head = "[download] 1% of 1"_s;
-        for (const QString &text :
-             {"[download] "_s.repeated(100000), "[download] "_s + "1"_s.repeated(1000000),
-              "[download] 1%"_s + " "_s.repeated(1000000), head + "at"_s.repeated(500000),
-              head + "at1/s"_s.repeated(200000), (head + "at "_s).repeated(50000), "[download] 1%"_s.repeated(80000)}) {
-            QVERIFY(!YdStatusLines::findProgress(text));
-        }
-        const QString name = "[download] Destination: "_s;
-        QVERIFY(!YdStatusLines::findDestination(name.repeated(40000)));
-        QVERIFY(!YdStatusLines::findDestination((name + "a\n"_s).repeated(40000)));
-        const QString longName = name + "a."_s.repeated(500000);
-        QCOMPARE(int(YdStatusLines::findDestination(longName).value_or(QStringView()).size()), 1000000);
-        const QString end = " has already been downloaded"_s;
-        QVERIFY(!YdStatusLines::findAlreadyDownloaded("[download] "_s.repeated(100000)));
-        QVERIFY(!YdStatusLines::findAlreadyDownloaded(("[download] a"_s + end + "x"_s).repeated(20000)));
-        QVERIFY(!YdStatusLines::findAlreadyDownloaded((end + "\n"_s).repeated(40000) + "[download] "_s));
     }
 
     void legacyFormats()

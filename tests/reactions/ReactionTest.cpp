@@ -1,4 +1,4 @@
-#include "tests/support/FewFiles.h"
+#include "tests/support/ResourceLimit.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/WorkerRun.h"
 #include "tests/util/Rows.h"
@@ -10,41 +10,25 @@
 #include <QtTest>
 
 #include <optional>
+#include <sys/resource.h>
 
 using namespace Nox;
 
-/**
- * Every notification of a worker times everything that a host may do inside it. A row states what a host may rely on:
- * after a deletion nothing more; after a new request its outcome and nothing of the old one; no process left, and no
- * file but those that clear() leaves.
- */
-class ReactionTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void extractor_data();
-    void extractor() { run<WebMediaInfoExtractor>(); }
-    void downloader_data();
-    void downloader() { run<WebMediaDownloader>(); }
-
-private:
-    template <typename Worker>
-    static void run();
-};
-
 namespace {
 
-/** A moment and what is known of it; the texts are those of SignalLog. */
+constexpr char newDownload[] = "started started progress(0,0,0) finished";
+
+/** A notification, and what follows when a host reacts in it. Nothing follows a deletion. */
 struct Moment {
     const char *name;
-    const char *setup;       ///< as in WorkerTable; "starved" when no program can be started at all
-    const char *scenario;    ///< what the stand-ins play; they wait for "go", which comes when the host has acted
-    const char *sequence;    ///< all notifications when the host does nothing
-    int position;            ///< of the notification in which the host acts, counted from 1
-    const char *afterCancel; ///< what follows a cancel()
-    const char *other;       ///< extractor: the new request's record; downloader: "runs" where it refuses one
-    const char *left = "";   ///< downloader: files after a deletion, and behind " -> ", where they differ, a cancel()
+    const char *setup;     ///< as in WorkerTable; or "blocking" request; or "starved": no program can be started
+    const char *scenario;  ///< of the fakes; they wait for "go", which comes when the host has reacted
+    const char *before;    ///< all notifications up to this one
+    const char *cancelled; ///< what follows cancel()
+    const char *restarted; ///< what follows a new request; with newDownload, it is accepted
+    const char *cleared = "";
+    const char *deletedFiles = "";   ///< left after a deletion
+    const char *cancelledFiles = ""; ///< left after cancel()
 };
 
 } // namespace
@@ -61,16 +45,17 @@ void addRows(const std::vector<Moment> &moments, const QString &reactions)
     }
 }
 
-/** A host that acts on the current row once, in the notification of the row's position. */
+/** A host that reacts once, in the notification of the current row. */
 template <typename Worker>
 class Host : public QObject
 {
 public:
     Host(const Moment &moment, QString reaction)
         : m_moment(moment)
-        , m_words(QString::fromUtf8(moment.setup))
+        , m_setup(QString::fromUtf8(moment.setup))
+        , m_before(QString::fromUtf8(moment.before))
         , m_reaction(std::move(reaction))
-        , m_run(m_words == "blocking"_s || m_words == "starved"_s ? QString() : m_words,
+        , m_run(m_setup == "blocking"_s || m_setup == "starved"_s ? QString() : m_setup,
                 QString::fromUtf8(moment.scenario))
         , m_watch(m_run.worker.get())
     {
@@ -85,23 +70,20 @@ public:
         }
     }
 
-    /** Starts the row's worker and compares what follows with what must follow. */
     void run()
     {
-        if (m_words == "starved"_s)
-            m_starvation.emplace();
-        begin(m_words == "blocking"_s);
+        if (m_setup == "starved"_s)
+            m_starvation.emplace(RLIMIT_NOFILE, 3); // no file can be opened, and so no program started
+        begin(m_setup == "blocking"_s);
 
-        const QString expected = this->expected();
-        if (m_reaction == "deleteLater"_s) {
-            QTRY_VERIFY_WITH_TIMEOUT(m_watch.isNull(), TestSandbox::Patience);
+        const QString expected = (m_before + QLatin1Char(' ') + QString::fromUtf8(following())).trimmed();
+        if (m_reaction == "deleteLater"_s) { // until it is deleted, more may follow
+            QTRY_VERIFY_WITH_TIMEOUT(m_watch.isNull() && m_run.sandbox.isQuiet(), TestSandbox::Patience);
             QVERIFY(m_run.log.text().startsWith(expected));
         } else {
-            QTRY_COMPARE_WITH_TIMEOUT(m_run.log.text(), expected, TestSandbox::Patience);
+            QCOMPARE(m_run.finalText(expected), expected);
         }
-        const QString outcome = m_run.log.text();
-        QTRY_VERIFY_WITH_TIMEOUT(m_run.stage.isQuiet(), TestSandbox::GraceAfterKill);
-        QCOMPARE(m_run.log.settled(outcome), outcome);
+        QVERIFY(m_run.sandbox.isQuiet());
         QCOMPARE(m_watch.isNull(), isDeletion());
         if constexpr (isDownload)
             checkFiles();
@@ -112,9 +94,17 @@ private:
 
     bool isDeletion() const { return m_reaction.contains("delete"_s); }
     bool isRestart() const { return m_reaction.endsWith("restart"_s); }
-    bool isRefused() const
+    bool isRefused() const { return isDownload && isRestart() && qstrcmp(following(), newDownload) != 0; }
+
+    const char *following() const
     {
-        return QLatin1String(m_moment.other) == "runs"_s && isRestart() && !m_reaction.startsWith("cancel"_s);
+        if (isDeletion())
+            return "";
+        if (m_reaction == "cancel"_s)
+            return m_moment.cancelled;
+        if (m_reaction == "clear"_s)
+            return m_moment.cleared;
+        return isDownload && m_reaction == "cancel+restart"_s ? newDownload : m_moment.restarted;
     }
 
     void begin(bool isBlocking)
@@ -128,32 +118,28 @@ private:
         m_run.start();
     }
 
-    /** Each notification comes here. The stand-ins go on when the host has acted. */
+    /** Called in each notification. The fakes continue when the host has reacted. */
     void respond()
     {
         m_starvation.reset();
-        if (++m_count == m_moment.position) {
+        if (!m_hasReacted && m_run.log.text() == m_before) {
+            m_hasReacted = true;
             if (m_reaction.startsWith("nested"_s))
                 actInDialog();
             else
                 act();
         }
-        // A tool that is to be killed does not name its file before.
-        if (m_count >= m_moment.position && !(isDownload && isDeletion()))
-            m_run.stage.mark("go"_s);
+        // A tool that is to be killed must not name its file before.
+        if (m_hasReacted && !(isDownload && isDeletion()))
+            m_run.sandbox.mark("go"_s);
     }
 
     void actInDialog()
     {
-        constexpr int dialogTime = 60; // milliseconds, in which the loop deletes what it finds to delete
+        constexpr int dialogTime = 60; // milliseconds, in which the event loop runs what has been posted
         QEventLoop dialog;
-        QTimer begin;
-        QTimer end;
-        begin.setSingleShot(true);
-        connect(&begin, &QTimer::timeout, &dialog, [this] { act(); });
-        connect(&end, &QTimer::timeout, &dialog, &QEventLoop::quit);
-        begin.start(0);
-        end.start(dialogTime);
+        QTimer::singleShot(0, &dialog, [this] { act(); });
+        QTimer::singleShot(dialogTime, &dialog, &QEventLoop::quit);
         dialog.exec();
     }
 
@@ -175,122 +161,129 @@ private:
 
     void restart()
     {
-        m_run.stage.provide(TestSandbox::Interpreter, TestSandbox::StandIn);
+        m_run.sandbox.provide(TestSandbox::Interpreter, TestSandbox::StandIn);
         if constexpr (isDownload) {
-            m_run.stage.provide(TestSandbox::Ffmpeg, TestSandbox::StandIn);
+            m_run.sandbox.provide(TestSandbox::Ffmpeg, TestSandbox::StandIn);
             if (!isRefused())
-                m_run.stage.play(QString());
-            const Setup second("two code=138 dest=second.mp4"_s, m_run.stage);
+                m_run.sandbox.play(QString());
+            const Setup second("two code=138 dest=second.mp4"_s, m_run.sandbox);
             m_run.worker->download(Setup::url(), second.profile(), second.destination());
         } else {
-            m_run.stage.play("dump: json B 2"_s);
+            m_run.sandbox.play("dump: json B 2"_s);
             begin(m_reaction == "blocking"_s);
         }
     }
 
-    /** What must have come in the end. */
-    QString expected() const
-    {
-        QString sequence = QString::fromUtf8(m_moment.sequence);
-        const QString before = sequence.section(QLatin1Char(' '), 0, m_moment.position - 1);
-        if (m_reaction == "clear"_s || isRefused())
-            return sequence;
-        if (m_reaction == "cancel"_s)
-            return (before + QLatin1Char(' ') + QLatin1String(m_moment.afterCancel)).trimmed();
-        const QString newOutcome =
-            isDownload ? "started started progress(0,0,0) finished"_s : QString::fromUtf8(m_moment.other);
-        return isDeletion() ? before : before + QLatin1Char(' ') + newOutcome;
-    }
-
     void checkFiles()
     {
-        const TestSandbox &stage = m_run.stage;
-        QCOMPARE(stage.errors().count("download: "_s), isRefused() ? 1 : 0);
-        const QStringList left = QString::fromUtf8(m_moment.left).split(" -> "_s);
-        if (m_reaction != "deleteLater"_s && (isDeletion() || m_reaction == "cancel"_s))
-            QCOMPARE(stage.files(), isDeletion() ? left.first() : left.last());
+        const TestSandbox &sandbox = m_run.sandbox;
+        QCOMPARE(sandbox.errors().count("download: "_s), isRefused() ? 1 : 0);
+        if (m_reaction == "cancel"_s)
+            QCOMPARE(sandbox.files(), QString::fromUtf8(m_moment.cancelledFiles));
+        else if (isDeletion() && m_reaction != "deleteLater"_s)
+            QCOMPARE(sandbox.files(), QString::fromUtf8(m_moment.deletedFiles));
         m_run.worker.reset();
         static const QRegularExpression allowed(R"(^((clip|second|\{\d\}YDTMP_)\.mp4=[^,]*(, |$))*$)"_s);
-        QVERIFY2(allowed.match(stage.files()).hasMatch(), qPrintable(stage.files()));
-        QCOMPARE(stage.files().contains("second.mp4=138+140"_s), isRestart() && !isRefused());
+        QVERIFY2(allowed.match(sandbox.files()).hasMatch(), qPrintable(sandbox.files()));
+        QCOMPARE(sandbox.files().contains("second.mp4=138+140"_s), isRestart() && !isRefused());
     }
 
     const Moment m_moment;
-    const QString m_words;
+    const QString m_setup;
+    const QString m_before;
     const QString m_reaction;
     WorkerRun<Worker> m_run;
     const QPointer<Worker> m_watch;
-    std::optional<FewFiles> m_starvation;
-    int m_count = 0;
+    std::optional<ResourceLimit> m_starvation;
+    bool m_hasReacted = false;
 };
 
-} // namespace
-
 template <typename Worker>
-void ReactionTest::run()
+void runRow()
 {
     QFETCH(Moment, moment);
     QFETCH(QString, reaction);
     Host<Worker>(moment, reaction).run();
 }
 
-void ReactionTest::extractor_data()
-{
-    const char *complaint = "dump: err bad|wait go|json A 1";
-    const char *complained = "finished(||bad) error(-1) finished(A|1|bad)";
-    const char *crashed = "finished(||) error(1) error(-1)";
-    const char *fresh = "finished(B|2|)";
-    addRows({{"record of a complaint", "", complaint, complained, 1, "error(-1) finished(||bad) error(1)",
-              "finished(B|2|bad)"},
-             {"complaint", "", complaint, complained, 2, "finished(||bad) error(1)", "finished(B|2|bad)"},
-             {"record of a crash", "", "dump: kill SIGSEGV", crashed, 1, "error(1)", fresh},
-             {"crash, first code", "", "dump: kill SIGSEGV", crashed, 2, "", fresh},
-             {"crash, second code", "", "dump: kill SIGSEGV", crashed, 3, "", fresh},
-             {"record of a failed start", "python=missing", "", "finished(||) error(0)", 1, "error(0)", fresh},
-             {"failed start", "python=missing", "", "finished(||) error(0)", 2, "", fresh},
-             {"record of a start that failed at once", "starved", "", "finished(||) error(0)", 1, "error(0)", fresh},
-             {"start that failed at once", "starved", "", "finished(||) error(0)", 2, "", fresh},
-             {"exit code", "", "dump: exit 3", "error(-1)", 1, "", fresh},
-             {"page", "", "dump: json A 1", "finished(A|1|)", 1, "", "finished(B|2,1|)"},
-             {"page of a blocking request", "blocking", "dump: json A 1", "finished(A|1|)", 1, "", "finished(B|2,1|)"}},
-            "delete,own delete,deleteLater,cancel,restart,cancel+restart,blocking,nested delete,nested restart"_s);
-}
+} // namespace
 
-void ReactionTest::downloader_data()
+/** Each notification of a worker, with everything that a host may do in it. No process and no partial file stays. */
+class ReactionTest : public QObject
 {
-    const char *progress = "137: announce mp4|progress 50 1000|wait go";
-    const char *crash = "137: announce mp4|file mp4.part|kill SIGSEGV";
-    const char *mergeCrash = "ffmpeg: write half|kill SIGSEGV";
-    const char *crashed = "started error(-1) error(-5)";
-    const char *mergeCrashed = "started started error(-7) error(-5)";
-    const char *item = "{1}YDTMP_.mp4=137 -> ";
-    const char *merged = "started started progress(0,0,0) finished";
-    addRows(
-        {{"started", "", "137: wait go|announce mp4", "started finished", 1, "error(-1)", "runs"},
-         {"second started", "two", "140: wait go|announce m4a", merged, 2, "error(-1)", "runs", item},
-         {"progress", "", progress, "started progress(1000,500,10) finished", 2, "error(-1)", "runs", item},
-         {"no format code", "code=", "", "error(-1)", 1, "", ""},
-         {"failed start", "python=missing", "", "started error(-1)", 2, "", ""},
-         {"start that failed at once", "starved", "", "error(-1) started", 1, "", ""},
-         {"failed second start", "two", "137: announce mp4|uninstall", "started started error(-1)", 3, "", "", item},
-         {"crash, first code", "", crash, crashed, 2, "", "runs", item},
-         {"crash, second code", "", crash, crashed, 3, "", "", item},
-         {"exit code", "", "137: announce mp4|file mp4.part|exit 3", "started error(-4)", 2, "", "", item},
-         {"second exit code", "two", "140: announce m4a|exit 3", "started started error(-4)", 3, "", "", item},
-         {"destination taken", "has=clip.mp4", "", "started error(-8)", 2, "", "",
-          "clip.mp4=old, {1}YDTMP_.mp4=137 -> "},
-         {"files not named", "two", "137: file mp4", "started started error(-4)", 3, "", "", "{1}YDTMP_.mp4=137"},
-         {"failed start of ffmpeg", "two ffmpeg=missing", "", "started started error(-7)", 3, "", "", item},
-         {"crash of ffmpeg, first code", "two", mergeCrash, mergeCrashed, 3, "error(-5)", "runs", item},
-         {"crash of ffmpeg, second code", "two", mergeCrash, mergeCrashed, 4, "", "", item},
-         {"exit code of ffmpeg", "two", "ffmpeg: write half|exit 3", "started started error(-4)", 3, "", "", item},
-         {"destination of a merge taken", "two has=clip.mp4", "", "started started error(-8)", 3, "", "",
-          "clip.mp4=old -> "},
-         {"closing progress", "two", "", merged, 3, "", "", "clip.mp4=137+140 -> "},
-         {"finished", "", "", "started finished", 2, "", "", "clip.mp4=137 -> "},
-         {"finished merge", "two", "", merged, 4, "", "", "clip.mp4=137+140 -> "}},
-        "delete,own delete,deleteLater,cancel,clear,restart,cancel+restart,nested delete,nested restart"_s);
-}
+    Q_OBJECT
+
+private Q_SLOTS:
+    void extractor_data()
+    {
+        const char *printed = "dump: err bad|wait go|json A 1";
+        const char *crash = "dump: kill SIGSEGV";
+        const char *missing = "python=missing";
+        const char *fresh = "finished(B|2|)";
+        const char *afterError = "finished(B|2|bad)";
+        addRows(
+            {{"record with an error", "", printed, "finished(||bad)", "error(-1) finished(||bad) error(1)", afterError},
+             {"error", "", printed, "finished(||bad) error(-1)", "finished(||bad) error(1)", afterError},
+             {"record of a crash", "", crash, "finished(||)", "error(1)", fresh},
+             {"crash, first code", "", crash, "finished(||) error(1)", "", fresh},
+             {"crash, second code", "", crash, "finished(||) error(1) error(-1)", "", fresh},
+             {"record of a failed start", missing, "", "finished(||)", "error(0)", fresh},
+             {"failed start", missing, "", "finished(||) error(0)", "", fresh},
+             {"record of a start that failed at once", "starved", "", "finished(||)", "error(0)", fresh},
+             {"start that failed at once", "starved", "", "finished(||) error(0)", "", fresh},
+             {"exit code", "", "dump: exit 3", "error(-1)", "", fresh},
+             {"page", "", "dump: json A 1", "finished(A|1|)", "", "finished(B|2,1|)"},
+             {"page of a blocking request", "blocking", "dump: json A 1", "finished(A|1|)", "", "finished(B|2,1|)"}},
+            "delete,own delete,deleteLater,cancel,restart,cancel+restart,blocking,nested delete,nested restart"_s);
+    }
+
+    void extractor() { runRow<WebMediaInfoExtractor>(); }
+
+    void downloader_data()
+    {
+        const char *progress = "137: announce mp4|progress 50 1000|wait go";
+        const char *crash = "137: announce mp4|file mp4.part|kill SIGSEGV";
+        const char *mergeCrash = "ffmpeg: write half|kill SIGSEGV";
+        const char *end = "progress(0,0,0) finished";
+        const char *item = "{1}YDTMP_.mp4=137";
+        addRows(
+            {{"started", "", "137: wait go|announce mp4", "started", "error(-1)", "finished", "finished"},
+             {"second started", "two", "140: wait go|announce m4a", "started started", "error(-1)", end, end, item},
+             {"progress", "", progress, "started progress(1000,500,10)", "error(-1)", "finished", "finished", item},
+             {"no format code", "code=", "", "error(-1)", "", newDownload},
+             {"failed start", "python=missing", "", "started error(-1)", "", newDownload},
+             {"start that failed at once", "starved", "", "error(-1)", "", newDownload, "started"},
+             {"failed second start", "two", "137: announce mp4|uninstall", "started started error(-1)", "", newDownload,
+              "", item},
+             {"crash, first code", "", crash, "started error(-1)", "", "error(-5)", "error(-5)", item},
+             {"crash, second code", "", crash, "started error(-1) error(-5)", "", newDownload, "", item},
+             {"exit code", "", "137: announce mp4|file mp4.part|exit 3", "started error(-4)", "", newDownload, "",
+              item},
+             {"second exit code", "two", "140: announce m4a|exit 3", "started started error(-4)", "", newDownload, "",
+              item},
+             {"destination taken", "has=clip.mp4", "", "started error(-8)", "", newDownload, "",
+              "clip.mp4=old, {1}YDTMP_.mp4=137"},
+             {"files not named", "two", "137: file mp4", "started started error(-4)", "", newDownload, "", item, item},
+             {"failed start of ffmpeg", "two ffmpeg=missing", "", "started started error(-7)", "", newDownload, "",
+              item},
+             {"crash of ffmpeg, first code", "two", mergeCrash, "started started error(-7)", "error(-5)", "error(-5)",
+              "error(-5)", item},
+             {"crash of ffmpeg, second code", "two", mergeCrash, "started started error(-7) error(-5)", "", newDownload,
+              "", item},
+             {"exit code of ffmpeg", "two", "ffmpeg: write half|exit 3", "started started error(-4)", "", newDownload,
+              "", item},
+             {"destination of a merge taken", "two has=clip.mp4", "", "started started error(-8)", "", newDownload, "",
+              "clip.mp4=old"},
+             {"last progress", "two", "", "started started progress(0,0,0)", "", newDownload, "finished",
+              "clip.mp4=137+140"},
+             {"finished", "", "", "started finished", "", newDownload, "", "clip.mp4=137"},
+             {"finished merge", "two", "", "started started progress(0,0,0) finished", "", newDownload, "",
+              "clip.mp4=137+140"}},
+            "delete,own delete,deleteLater,cancel,clear,restart,cancel+restart,nested delete,nested restart"_s);
+    }
+
+    void downloader() { runRow<WebMediaDownloader>(); }
+};
 
 NOX_TEST_MAIN(ReactionTest)
 #include "ReactionTest.moc"

@@ -11,15 +11,14 @@ DemoPage::~DemoPage()
 
 bool DemoPage::serve()
 {
-    constexpr int patience = 60000; // milliseconds
+    constexpr int timeout = 60000; // milliseconds
     const QString scripts = QStringLiteral(NOX_SCRIPTS "/");
-    if (QProcess::execute(scripts + QStringLiteral("stage-programs.sh"), {QCoreApplication::applicationDirPath()}) != 0
-        || QProcess::execute(scripts + QStringLiteral("make-clip.sh"), {m_media.path()}) != 0)
+    if (QProcess::execute(scripts + QStringLiteral("stage-programs.sh"), {QCoreApplication::applicationDirPath()}) != 0)
         return false;
     m_server.start(scripts + QStringLiteral("demo-server.py"),
                    {QStringLiteral("--media"), m_media.path(), QStringLiteral("--rate"), QStringLiteral("1200000")});
     while (!m_server.canReadLine()) {
-        if (!m_server.waitForReadyRead(patience))
+        if (!m_server.waitForReadyRead(timeout))
             return false;
     }
     m_url = QString::fromUtf8(m_server.readLine()).trimmed();

@@ -2,11 +2,11 @@
 
 #include <QProcess>
 
-/** The small host program of these tests, copied with its stand-ins into a folder of the caller's choice. */
+/** A small host program, copied with its fakes into a folder. */
 class HostProgram
 {
 public:
-    /** @param folder made when missing; its programs are the stand-ins */
+    /** @param folder gets the program and the fakes; made if it does not exist */
     explicit HostProgram(const QString &folder);
 
     /** @param job "extract" or "download"; a download has two items, 137 and 140 */

@@ -6,8 +6,8 @@
 #include <QStringList>
 
 /**
- * The library's log, turned to a file at the lowest level, and read back record by record. A row of
- * "~", with which stand-ins flood their outputs, reads as one.
+ * The library's log in a file at the lowest level, read record by record. A sequence of "~", with which fakes flood
+ * their outputs, reads as one.
  */
 class LogFile
 {
@@ -15,8 +15,8 @@ public:
     explicit LogFile(const QString &path);
 
     /**
-     * The records from a level up, in the file's bytes as Latin-1 and as "function: message"; with
-     * @p withSource as "[LEVEL] source function: message".
+     * The records from a level up as "function: message", or with @p withSource as "[LEVEL] source function: message".
+     * The bytes of the file are read as Latin-1.
      */
     QStringList records(Nox::_NoxLogLevel lowest, bool withSource = false) const;
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-/** State and parent of a process, from behind the closing bracket of its name. Empty when there is none. */
+/** State and parent of a process; empty when there is none. */
 QList<QByteArray> statFields(qint64 pid)
 {
     QFile file(QStringLiteral("/proc/%1/stat").arg(pid));

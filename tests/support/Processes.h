@@ -2,7 +2,7 @@
 
 #include <QList>
 
-/** What the kernel knows of processes, and of what this one holds. */
+/** Information of the kernel about processes. */
 class Processes
 {
 public:

@@ -10,26 +10,26 @@ using namespace Nox;
 
 namespace {
 
-void provide(TestSandbox &stage, TestSandbox::Program program, const QString &condition)
+void provide(TestSandbox &sandbox, TestSandbox::Program program, const QString &condition)
 {
-    stage.provide(program, condition == QLatin1String("missing") ? TestSandbox::Missing : TestSandbox::NotExecutable);
+    sandbox.provide(program, condition == QLatin1String("missing") ? TestSandbox::Missing : TestSandbox::NotExecutable);
 }
 
 } // namespace
 
-Setup::Setup(const QString &words, TestSandbox &stage)
-    : m_destination(stage.folder() + QStringLiteral("/clip.mp4"))
+Setup::Setup(const QString &text, TestSandbox &sandbox)
+    : m_destination(sandbox.folder() + QStringLiteral("/clip.mp4"))
 {
     m_profile.setName(QStringLiteral("137"));
     m_profile.setFormat(QStringLiteral("MP4"));
     m_profile.setMediaType(MEDIA_TYPE_VIDEO);
     m_profile.setVResolution(QSize(1920, 1080));
-    for (const QString &word : words.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-        const QString name = word.section(QLatin1Char('='), 0, 0);
-        const QString value = word.section(QLatin1Char('='), 1);
+    for (const QString &item : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QString name = item.section(QLatin1Char('='), 0, 0);
+        const QString value = item.section(QLatin1Char('='), 1);
         if (name == QLatin1String("two") || name == QLatin1String("dash"))
             m_profile.setDash(true);
-        if (name == QLatin1String("two") || name == QLatin1String("companion"))
+        if (name == QLatin1String("two") || name == QLatin1String("audiocode"))
             m_profile.setPreferredDashAudioYdCode(QStringLiteral("140"));
         else if (name == QLatin1String("audio"))
             m_profile.setMediaType(MEDIA_TYPE_AUDIO);
@@ -40,19 +40,19 @@ Setup::Setup(const QString &words, TestSandbox &stage)
         else if (name == QLatin1String("dest"))
             m_destination = value;
         else if (name == QLatin1String("has"))
-            stage.putFile(value);
+            sandbox.putFile(value);
         else if (name == QLatin1String("elsewhere"))
-            stage.putFileElsewhere(value);
+            sandbox.putFileElsewhere(value);
         else if (name == QLatin1String("link"))
-            QFile::link(stage.path(QString()), stage.folder() + QLatin1Char('/') + value);
+            QFile::link(sandbox.path(QString()), sandbox.folder() + QLatin1Char('/') + value);
         else if (name == QLatin1String("python"))
-            provide(stage, TestSandbox::Interpreter, value);
+            provide(sandbox, TestSandbox::Interpreter, value);
         else if (name == QLatin1String("ffmpeg"))
-            provide(stage, TestSandbox::Ffmpeg, value);
+            provide(sandbox, TestSandbox::Ffmpeg, value);
         else if (name == QLatin1String("log"))
             Logger::init(value.toStdString(), LOG_DEBUG, LOG_OUT_FILE);
         else if (name != QLatin1String("dash"))
-            qFatal("unknown word in a setup: %s", qPrintable(word));
+            qFatal("unknown item of a setup: %s", qPrintable(item));
     }
 }
 

@@ -6,16 +6,16 @@
 
 class TestSandbox;
 
-/** What the first column of a table says, see WorkerTable. */
+/** The first column of a table, see WorkerTable. */
 class Setup
 {
 public:
-    Setup(const QString &words, TestSandbox &stage);
+    Setup(const QString &text, TestSandbox &sandbox);
 
     const Nox::MediaProfile &profile() const { return m_profile; }
     const QString &destination() const { return m_destination; }
 
-    /** Page address; what is behind its "&" does not reach the tool. */
+    /** Address of the page. The tool gets it without the part behind "&". */
     static QString url();
 
 private:

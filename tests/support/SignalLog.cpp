@@ -1,9 +1,5 @@
 #include "tests/support/SignalLog.h"
 
-#include "tests/support/TestSandbox.h"
-
-#include <QtTest>
-
 using namespace Nox;
 
 SignalLog::SignalLog(WebMediaDownloader *downloader)
@@ -30,13 +26,6 @@ SignalLog::SignalLog(WebMediaInfoExtractor *extractor)
 QString SignalLog::text() const
 {
     return m_notifications.join(QLatin1Char(' '));
-}
-
-QString SignalLog::settled(const QString &expected) const
-{
-    if (QTest::qWaitFor([&] { return text() == expected; }, TestSandbox::Patience))
-        QTest::qWait(30);
-    return text();
 }
 
 QString SignalLog::recordText(const WebMediaInfo &info)

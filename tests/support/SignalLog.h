@@ -20,9 +20,6 @@ public:
     /** All notifications so far, one blank between them. */
     QString text() const;
 
-    /** Waits for exactly @p expected, and a little for one too much; returns what has come. */
-    QString settled(const QString &expected) const;
-
     static QString recordText(const Nox::WebMediaInfo &info);
 
 private:

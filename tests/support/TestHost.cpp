@@ -11,7 +11,7 @@ using namespace Nox;
 int main(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
-    const QStringList words = QCoreApplication::arguments();
+    const QStringList arguments = QCoreApplication::arguments();
     const QString url = QStringLiteral("http://127.0.0.1/page");
     Logger::init({}, LOG_FATAL, 0);
     QTimer watchdog;
@@ -20,8 +20,8 @@ int main(int argc, char **argv)
     const auto end = [] { QCoreApplication::quit(); };
 
     auto *const factory = WebMediaDownloaderFactory::instance();
-    const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(words.value(2), QString()));
-    const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(words.value(2), QString()));
+    const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(arguments.value(2), QString()));
+    const std::unique_ptr<WebMediaDownloader> downloader(factory->createDownloader(arguments.value(2), QString()));
     QObject::connect(extractor.get(), &WebMediaInfoExtractor::finished, &app, end);
     QObject::connect(extractor.get(), &WebMediaInfoExtractor::error, &app, end);
     QObject::connect(downloader.get(), &WebMediaDownloader::finished, &app, end);
@@ -31,9 +31,9 @@ int main(int argc, char **argv)
     profile.setName(QStringLiteral("137"));
     profile.setDash(true);
     profile.setPreferredDashAudioYdCode(QStringLiteral("140"));
-    if (words.value(1) == QLatin1String("extract"))
+    if (arguments.value(1) == QLatin1String("extract"))
         extractor->getMediaInfoBySignal(url);
     else
-        downloader->download(url, profile, words.value(3));
+        downloader->download(url, profile, arguments.value(3));
     return QCoreApplication::exec();
 }

@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QtTest>
 
-/** A test program's main: the texts of child processes are UTF-8, whatever the caller's locale. */
+/** The main function of a test program, with UTF-8 as the encoding of child processes. */
 #define NOX_TEST_MAIN(TestClass)            \
   int main(int argc, char **argv)           \
   {                                         \

@@ -139,8 +139,8 @@ QList<TestSandbox::Run> TestSandbox::runs() const
         return result;
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const QString &line : lines) {
-        const QStringList words = line.split(QLatin1Char('\x1f'));
-        result.append({words.value(0), words.value(1).toLongLong(), words.mid(2)});
+        const QStringList parts = line.split(QLatin1Char('\x1f'));
+        result.append({parts.value(0), parts.value(1).toLongLong(), parts.mid(2)});
     }
     return result;
 }

@@ -11,9 +11,8 @@
 #include <memory>
 
 /**
- * A private world for one test: folders, stand-in programs in the application folder, a log, and the
- * stand-ins' own notes of how they were started. Sets TMPDIR and the working folder while it lives,
- * and ends what its stand-ins left running.
+ * The surroundings of one test: folders, fake programs in the application folder, a log, and notes of the fakes about
+ * their starts. Sets TMPDIR and the working directory while it exists, and ends the processes of its fakes.
  */
 class TestSandbox
 {
@@ -22,7 +21,7 @@ public:
     enum Condition { StandIn, Real, Missing, NotExecutable };
 
     struct Run {
-        QString key; ///< format code, "dump", "ffmpeg", or "child" for a process that a stand-in started
+        QString key; ///< format code, "dump", "ffmpeg", or "child" for a process that a fake started
         qint64 pid;
         QStringList arguments;
     };
@@ -32,12 +31,12 @@ public:
 
     QString path(const QString &name) const;
     QString folder() const; ///< destination folder, also the working folder; its name holds a blank
-    QString tool() const;   ///< the stand-in as a tool file for a real interpreter, named yt.zip
+    QString tool() const;   ///< the fake as a tool file for a real interpreter, named yt.zip
 
     std::unique_ptr<Nox::WebMediaDownloader> newDownloader() const;
     std::unique_ptr<Nox::WebMediaInfoExtractor> newExtractor() const;
 
-    /** What the stand-ins play from now on; keys that are not named play a successful run. */
+    /** Sets the scenario of the fakes; keys that are not named play a successful run. */
     void play(const QString &scenario);
     static void provide(Program program, Condition condition, const QString &appFolder);
     void provide(Program program, Condition condition);
@@ -49,24 +48,24 @@ public:
     QList<Run> runs() const;
     QStringList keys() const;                        ///< keys of all runs, in order
     QStringList arguments(const QString &key) const; ///< of the first run with that key
-    bool isQuiet() const; ///< no process that a stand-in was or started runs, and this one has no child
+    bool isQuiet() const;                            ///< no process of a fake runs, and this process has no child
 
     /** Names and contents of the files in folder(): "name=content, name=content". */
     QString files() const;
     void putFile(const QString &name);
 
-    /** A file of the user's outside folder(), and whether all such are as they were. */
+    /** A file of the user outside folder(), and whether all of these are unchanged. */
     void putFileElsewhere(const QString &name);
     bool isElsewhereUntouched() const;
 
-    /** Texts of the log; folders as DIR, APP and ROOT, the items' unique names as {1} and {2}. */
+    /** Records of the log; folders as DIR, APP and ROOT, the unique names of the items as {1} and {2}. */
     QStringList records(Nox::_NoxLogLevel lowest, bool withSource = false) const;
     QString errors() const; ///< records from LOG_ERROR up, "|" between them
     QString plain(QString text) const;
     QByteArray moduleLog() const;
 
-    static constexpr int Patience = 30000;      ///< milliseconds; only a failing test waits so long
-    static constexpr int GraceAfterKill = 2000; ///< milliseconds in which a stopped program must be gone
+    static constexpr int Patience = 30000;      ///< longest wait in milliseconds, which only a failing test reaches
+    static constexpr int GraceAfterKill = 2000; ///< milliseconds after which a stopped program must have ended
 
 private:
     QByteArray m_tmpdir = qgetenv("TMPDIR");

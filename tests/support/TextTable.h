@@ -2,6 +2,7 @@
 
 #include <QtTest>
 
+#include <array>
 #include <initializer_list>
 
 /** Test data whose columns are all texts. */
@@ -28,3 +29,10 @@ public:
 private:
     std::size_t m_columnCount;
 };
+
+/** The texts of the current row in the columns of these names. */
+template <typename... Names>
+std::array<QString, sizeof...(Names)> fetchTexts(Names... names)
+{
+    return {*static_cast<QString *>(QTest::qData(names, qMetaTypeId<QString>()))...};
+}

@@ -1,6 +1,6 @@
 #pragma once
 
-/** While it lives, file permissions bind this process even when root runs it. */
+/** While it exists, file permissions apply to this process even if root runs it. */
 class WithoutRootRights
 {
 public:

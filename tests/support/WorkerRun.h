@@ -4,6 +4,9 @@
 #include "tests/support/SignalLog.h"
 #include "tests/support/TestSandbox.h"
 
+#include <QCoreApplication>
+#include <QtTest>
+
 #include <memory>
 #include <type_traits>
 
@@ -11,14 +14,14 @@
 template <typename Worker>
 struct WorkerRun {
     /**
-     * @param words     the setup of a table, see WorkerTable
-     * @param scenario  what the stand-ins play; ROOT in it is the folder around the destination's
+     * @param setupText the setup of a table, see WorkerTable
+     * @param scenario  the scenario of the fakes; ROOT in it is the folder around the destination's
      */
-    explicit WorkerRun(const QString &words = {}, QString scenario = {})
-        : setup(words, stage)
+    explicit WorkerRun(const QString &setupText = {}, QString scenario = {})
+        : setup(setupText, sandbox)
         , log(worker.get())
     {
-        stage.play(scenario.replace(QStringLiteral("ROOT"), stage.path(QString())));
+        sandbox.play(scenario.replace(QStringLiteral("ROOT"), sandbox.path(QString())));
     }
 
     /** Begins what the setup describes; an extraction is a notifying one. */
@@ -30,15 +33,24 @@ struct WorkerRun {
             worker->getMediaInfoBySignal(Setup::url());
     }
 
+    /** All notifications when @p expected has come, no process is left, and the event queue is empty. */
+    QString finalText(const QString &expected) const
+    {
+        static_cast<void>(
+            QTest::qWaitFor([&] { return log.text() == expected && sandbox.isQuiet(); }, TestSandbox::Patience));
+        QCoreApplication::processEvents();
+        return log.text();
+    }
+
     static constexpr bool isDownload = std::is_same_v<Worker, Nox::WebMediaDownloader>;
 
-    TestSandbox stage;
+    TestSandbox sandbox;
     const Setup setup;
     std::unique_ptr<Worker> worker = [this] {
         if constexpr (isDownload)
-            return stage.newDownloader();
+            return sandbox.newDownloader();
         else
-            return stage.newExtractor();
+            return sandbox.newExtractor();
     }();
     const SignalLog log;
 };

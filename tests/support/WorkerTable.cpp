@@ -8,15 +8,15 @@ using namespace Nox;
 
 namespace {
 
-/** What becomes of the folder: now, and when the downloader is gone. */
+/** The files now, and after the downloader has been deleted. */
 void compareFiles(DownloadRun &run)
 {
     QFETCH(QString, files);
     const QStringList left = files.split(QStringLiteral(" -> "));
-    QCOMPARE(run.stage.files(), left.first());
+    QCOMPARE(run.sandbox.files(), left.first());
     run.worker.reset();
-    QCOMPARE(run.stage.files(), left.last());
-    QVERIFY(run.stage.isElsewhereUntouched());
+    QCOMPARE(run.sandbox.files(), left.last());
+    QVERIFY(run.sandbox.isElsewhereUntouched());
 }
 
 } // namespace
@@ -34,11 +34,8 @@ template <typename Worker>
 void WorkerTable<Worker>::run()
 {
     constexpr bool isDownload = WorkerRun<Worker>::isDownload;
-    QFETCH(QString, setup);
-    QFETCH(QString, scenario);
-    QFETCH(QString, action);
-    QFETCH(QString, notifications);
-    QFETCH(QString, errors);
+    const auto [setup, scenario, action, notifications, errors] =
+        fetchTexts("setup", "scenario", "action", "notifications", "errors");
     const QString verb = action.section(QLatin1Char('@'), 0, 0);
     const QString moment = action.section(QLatin1Char('@'), 1);
 
@@ -49,7 +46,7 @@ void WorkerTable<Worker>::run()
     if (moment == QLatin1String("end"))
         QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), notifications, TestSandbox::Patience);
     else if (!moment.isEmpty())
-        QTRY_VERIFY_WITH_TIMEOUT(run.stage.hangs(moment), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.hangs(moment), TestSandbox::Patience);
     if (verb == QLatin1String("cancel"))
         run.worker->cancel();
     else if (verb == QLatin1String("delete"))
@@ -60,16 +57,18 @@ void WorkerTable<Worker>::run()
     }
 
     const int grace = verb.isEmpty() ? TestSandbox::Patience : TestSandbox::GraceAfterKill;
-    if (verb != QLatin1String("clear"))
-        QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), grace);
-    QCOMPARE(run.log.settled(notifications), notifications);
-    const QString found = run.stage.errors();
+    if (verb == QLatin1String("clear"))
+        QCoreApplication::processEvents();
+    else
+        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.isQuiet(), grace);
+    QCOMPARE(verb == QLatin1String("clear") ? run.log.text() : run.finalText(notifications), notifications);
+    const QString found = run.sandbox.errors();
     if (!errors.endsWith(QLatin1Char('*')) || !found.startsWith(errors.chopped(1)))
         QCOMPARE(found, errors);
     if constexpr (isDownload)
         compareFiles(run);
     run.worker.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(run.stage.isQuiet(), TestSandbox::GraceAfterKill);
+    QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.isQuiet(), TestSandbox::GraceAfterKill);
     QCOMPARE(run.log.text(), notifications);
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QString>
+#include "tests/support/TextTable.h"
+
 #include <QStringList>
-#include <QtTest>
 
 #include <cstddef>
-#include <initializer_list>
 
 /** UTF-8 text of the tests as a QString; a zero byte in it stays a character. */
 inline QString operator""_s(const char *text, std::size_t size)
@@ -13,7 +12,7 @@ inline QString operator""_s(const char *text, std::size_t size)
     return QString::fromUtf8(text, static_cast<int>(size));
 }
 
-/** A data row named after what it feeds in. */
+/** A data row whose name is its text. */
 inline QTestData &row(const QString &name)
 {
     QByteArray tag = name.left(80).toLatin1();
@@ -24,7 +23,7 @@ inline QTestData &row(const QString &name)
     return QTest::addRow("%s (%d)", tag.constData(), static_cast<int>(name.size()));
 }
 
-/** Data rows of texts: the names of the columns, and the rows, each "text -> text" or longer. */
+/** Data rows of texts: the names of the columns, and rows of the form "text -> text". */
 inline void rows(std::initializer_list<const char *> columns, const QStringList &table)
 {
     for (const char *column : columns)

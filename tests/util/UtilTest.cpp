@@ -1,6 +1,7 @@
+#include "tests/util/Rows.h"
+
 #include <nox/util/ByteNumber.h>
 #include <nox/util/Utilities.h>
-#include <tests/util/Rows.h>
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +11,7 @@
 
 using namespace Nox;
 
-/** An operation on one text, with its result in words. */
+/** An operation on one text, with its result as text. */
 using Operation = QString (*)(const QString &);
 Q_DECLARE_METATYPE(Operation)
 
@@ -37,7 +38,7 @@ QString sizeOf(const QString &text)
     return number(size.width()) + " by "_s + number(size.height());
 }
 
-/** Cases "text -> result"; a section sign in them stands for half a surrogate pair. */
+/** Cases "text -> result", in which a section sign means half a surrogate pair. */
 void add(const char *name, Operation operation, const QStringList &cases)
 {
     for (QString line : cases) {
@@ -66,7 +67,7 @@ void addCounts()
            {"1m2K"_s, "1K2M"_s, "1.5G"_s, "1e3"_s, "0x10"_s, "128kbit"_s, "12P"_s, ""_s, "B"_s, "KB"_s,
             "9223372036854775808"_s, "9223372036854775808K"_s});
 
-    // A product beyond 64 bits wraps, as a shift drops its high bits.
+    // A product beyond 64 bits wraps around.
     const Operation kmgt = [](const QString &text) { return number(Utilities::kmgtStringToNumber(text)); };
     add("kmgt", kmgt,
         {"3m -> 3000000"_s, "42 -> 42"_s, "7G -> 7000000000"_s, "2t -> 2000000000000"_s, "-2k -> -2000"_s,
@@ -133,7 +134,7 @@ void addTexts()
 
 void addCharacters()
 {
-    // What came out is not read again. Of a number beyond 16, 32 or 64 bits the low 16 bits count.
+    // The result is not decoded again. Only the low 16 bits of a number count.
     const Operation reference = [](const QString &text) { return Utilities::convertHttpSpecificChar(text); };
     add("&#", reference,
         {"Tom &#38; Jerry -> Tom & Jerry"_s, "&#&#65;&&#00066;&#1&#67; -> &#A&B&#1C"_s, "&#38;#65; -> &#65;"_s,
@@ -173,8 +174,7 @@ private Q_SLOTS:
     void cases()
     {
         QFETCH(Operation, operation);
-        QFETCH(QString, text);
-        QFETCH(QString, result);
+        const auto [text, result] = fetchTexts("text", "result");
         QCOMPARE(operation(text), result);
     }
 
@@ -189,8 +189,7 @@ private Q_SLOTS:
 
     void byteNumberTexts()
     {
-        QFETCH(QString, value);
-        QFETCH(QString, result);
+        const auto [value, result] = fetchTexts("value", "result");
         const qint64 count = value.toLongLong();
         ByteNumber held(count);
         QCOMPARE(held.value(), count);
@@ -212,9 +211,7 @@ private Q_SLOTS:
 
     void decimalTexts()
     {
-        QFETCH(QString, value);
-        QFETCH(QString, unit);
-        QFETCH(QString, result);
+        const auto [value, unit, result] = fetchTexts("value", "unit", "result");
         const qint64 count = value.toLongLong();
         QCOMPARE(Utilities::numberToKmgtString(count, unit), result);
         const QString forDisplay = Utilities::fileSizeToString(count);
@@ -228,7 +225,7 @@ private Q_SLOTS:
 
     void filteredNames_data()
     {
-        // One character after the other: a slash put in for a colon has had its turn.
+        // The forbidden characters are replaced one after the other, also in what has been put in.
         rows({"text", "replacement", "result"},
              {"a:b/c?.mp4 -> _ -> a_b_c_.mp4"_s, "/\\:*?\"<>|\0.é -> _ -> __________.é"_s, "a::b ->  -> ab"_s,
               "a:b -> / -> a/b"_s, "a/b -> : -> a:b"_s, R"(a/b -> \ -> a\b)"_s, "a/b -> <> -> a<<><>b"_s,
@@ -237,9 +234,7 @@ private Q_SLOTS:
 
     void filteredNames()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, replacement);
-        QFETCH(QString, result);
+        const auto [text, replacement, result] = fetchTexts("text", "replacement", "result");
         QCOMPARE(Utilities::filterInvalidCharsOfFileName(text, replacement), result);
     }
 
@@ -270,9 +265,7 @@ private Q_SLOTS:
 
     void numberedNames()
     {
-        QFETCH(QString, wanted);
-        QFETCH(QString, taken);
-        QFETCH(QString, result);
+        const auto [wanted, taken, result] = fetchTexts("wanted", "taken", "result");
         const QTemporaryDir dir;
         QVERIFY(QDir(dir.path()).mkdir("folder.d"_s) && QDir(dir.path()).mkdir("%2"_s));
         for (const QString &name : {"movie.mp4"_s, "readme."_s, "100%1.mp4"_s})
@@ -294,7 +287,7 @@ private Q_SLOTS:
     {
         QFont font;
         font.setPixelSize(20);
-        // A host shows it as it stands: an ampersand marks no key.
+        // An ampersand is no mark of a shortcut key.
         const QString text = "A && long & title of a page, much wider than it may be"_s;
         QCOMPARE(Utilities::elidedText(text, font, Qt::ElideLeft, 100000), text);
         QCOMPARE(Utilities::elidedText(text, font, Qt::ElideNone, 60), text);

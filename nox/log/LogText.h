@@ -6,12 +6,12 @@
 #include <QString>
 
 /**
- * How the library's own sources write to the log: one macro a level, which supplies source file,
- * function and line, and the two byte forms in which a text goes into a record.
+ * The macros with which the library writes to the log, one for each level, and the two encodings of the texts in
+ * records. The macros supply source file, function and line.
  */
-namespace Nox::LogCall {
+namespace Nox::LogText {
 
-/** The bare name of a source file, whatever folder the build named it with. */
+/** The name of a source file without its folder. */
 constexpr const char *fileName(const char *path)
 {
     const char *name = path;
@@ -22,25 +22,25 @@ constexpr const char *fileName(const char *path)
     return name;
 }
 
-/** Characters beyond which a record is cut in any case; there is no use in converting more. */
+/** The logger cuts longer records anyway. */
 constexpr int longestText = 128000;
 
-/** @p text in UTF-8, the form of most texts in a record. */
+/** @p text in UTF-8, the encoding of most texts in records. */
 inline QByteArray utf8(const QString &text)
 {
     return text.size() > longestText ? text.left(longestText).toUtf8() : text.toUtf8();
 }
 
-/** @p text in Latin-1 with a question mark for what that lacks, the form of file names and tool output. */
+/** @p text in Latin-1, the encoding of file names and tool output. Other characters become question marks. */
 inline QByteArray latin1(const QString &text)
 {
     return text.size() > longestText ? text.left(longestText).toLatin1() : text.toLatin1();
 }
 
-} // namespace Nox::LogCall
+} // namespace Nox::LogText
 
 #define NOX_LOG(level, ...) \
-  ::Nox::Logger::log(level, "", ::Nox::LogCall::fileName(__FILE__), __func__, __LINE__, __VA_ARGS__)
+  ::Nox::Logger::log(level, "", ::Nox::LogText::fileName(__FILE__), __func__, __LINE__, __VA_ARGS__)
 
 #define NOX_LOG_DEBUG(...) NOX_LOG(::Nox::LOG_DEBUG, __VA_ARGS__)
 #define NOX_LOG_INFO(...) NOX_LOG(::Nox::LOG_INFO, __VA_ARGS__)

@@ -5,10 +5,10 @@
 namespace Nox {
 
 /**
- * Looks at a record's fields in place. The public getters return copies, each of which costs two
- * atomic operations; that is too much for code that walks over long lists.
+ * References to the fields of a record, for code that walks over long lists. The public getters return copies, each of
+ * which costs two atomic operations.
  */
-class RecordAccess
+class RecordFields
 {
 public:
     static MediaType mediaType(const MediaInfo &info) { return info.m_mediaType; }
