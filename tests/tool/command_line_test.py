@@ -18,7 +18,7 @@ class CommandLineTest(unittest.TestCase):
             (["-f", "137", "-o", TEMPLATE, URL], Download(URL, [], "137", TEMPLATE)),
             (["-f", "hls-1080p", SWITCH, "-o", TEMPLATE, URL], Download(URL, [SWITCH], "hls-1080p", TEMPLATE)),
             ([*LIST, "1:200", URL], ListEntries(URL, [], 1, 200)),
-            ([*LIST[:2], SWITCH, LIST[2], "3:4", URL], ListEntries(URL, [SWITCH], 3, 4)),
+            ([*LIST, "3:4", SWITCH, URL], ListEntries(URL, [SWITCH], 3, 4)),
         ]
         for words, expected in rows:
             with self.subTest(words=words):

@@ -32,7 +32,8 @@ TWELVE = [*({"_type": "url", "url": f"{SITE}one", "title": "\ud83d\n\"", "thumbn
 PAGES: Dict[str, Any] = {
     "twelve": {"entries": TWELVE}, "many": {"lazy": 5000}, "parts": {"lazy": 3, "parts": True}, "one": video(1),
     "nested": {"entries": [{"_type": "url", "url": f"{SITE}twelve"}]}, "lazy-one": {"lazy": 1}, "1": video(1),
-    "smuggled": {"entries": [{"_type": "url", "url": f"{SITE}one#__youtubedl_smuggle=x"}, {"_type": "url", "url": "x"}]}
+    "empty": {"entries": []},
+    "smuggled": {"entries": [{"_type": "url", "url": address} for address in (f"{SITE}#__youtubedl_smuggle=x", "x")]},
 }
 
 
@@ -109,6 +110,13 @@ class ProgramTest(unittest.TestCase):
                         self.assertEqual({key: found[0][key] for key in ("title", "duration", "thumbnail")},
                                          {"title": "\ufffd\n\"", "duration": None, "thumbnail": "http://t/"})
                         self.assertEqual((found[11]["title"], found[11]["duration"]), ("Video 12", 120))
+
+    def test_a_page_without_videos(self) -> None:
+        for package in PACKAGES:
+            for words in (["--dump-json"], ["--flat-playlist", "--dump-json", "--playlist-items", "1:9"]):
+                code, output, errors, _ = self.run_front(package, *words, f"{SITE}empty")
+                self.assertEqual((code, output, errors.splitlines()[0]),
+                                 (1, "", "ERROR: [nox:nothing] There is no video on this page"))
 
     def test_memory_does_not_grow_with_the_list(self) -> None:
         words = ("--flat-playlist", "--dump-json", "--playlist-items")

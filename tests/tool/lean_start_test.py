@@ -1,3 +1,4 @@
+import importlib.util
 import subprocess
 import sys
 import unittest
@@ -18,6 +19,7 @@ print(Cryptodome.CMAC.new(b"12345678", b"x", Cryptodome.Blowfish).hexdigest(),
 """
 
 
+@unittest.skipUnless(importlib.util.find_spec("yt_dlp"), "the interpreter has no package yt_dlp")
 class LeanStartTest(unittest.TestCase):
     """In a process of its own: what has been loaded cannot be taken back."""
 

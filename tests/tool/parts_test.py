@@ -18,11 +18,14 @@ import tempfile
 import threading
 import time
 import unittest
+import unittest.mock
 from typing import Any, Callable, Dict, List, NamedTuple, Tuple
 
-from download_test import CHILD, FRONT, TIME_LIMIT
+from download_test import CHILD, FRONT
+from noxfront import parts
 
 PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":"))]
+TIME_LIMIT = 120  # seconds
 COUNT, SEGMENT = 10, 200_000
 WHOLE = COUNT * SEGMENT
 HELD = 6  # segments of which the first run gets no more, or the part of the file that is as long
@@ -33,6 +36,7 @@ class Request(NamedTuple):
     path: str
     first: int  # byte
     status: int
+    condition: bool  # whether the rest was asked for only of the same file
 
 
 class Site(http.server.ThreadingHTTPServer):
@@ -91,7 +95,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             status, data = 304, b""
         elif first >= max(len(data), 1):
             status, data = 416, b""
-        site.requests.append(Request(token, path, first, status))
+        site.requests.append(Request(token, path, first, status, condition == etag))
         self.send_response(status)
         if etag:
             self.send_header("ETag", etag)
@@ -211,7 +215,7 @@ class PartsTest(unittest.TestCase):
         :param size: of the part that was there
         """
         if kind == "file":
-            self.assertEqual([(request.first, request.status) for request in requests], [(size, 206)])
+            self.assertEqual([request[2:] for request in requests], [(size, 206, True)])
             return
         count = size // SEGMENT
         self.assertGreaterEqual(count, HELD - 1)
@@ -221,20 +225,20 @@ class PartsTest(unittest.TestCase):
 
     def test_the_rest_is_fetched(self) -> None:
         for self.package in PACKAGES:
-            for kind in ("file", "dash", "hls"):
-                for event in ("kill", "stop", "full"):
-                    with self.subTest(package=self.package, kind=kind, event=event):
-                        self.setUp()
-                        site = self.interrupt(self.site(), kind, event)
-                        size = next(self.parts.glob("*.part")).stat().st_size
-                        requests, output = self.run_whole(site, kind)
-                        self.assert_rest(kind, requests, size)
-                        share = re.search(r"^\[download\] ([\d.]+)%", output, re.MULTILINE)
-                        assert share
-                        self.assertGreater(float(share.group(1)), 40)
-                        # A stream that is there is not asked for at all.
+            for kind, event in (("file", "kill"), ("file", "stop"), ("file", "full"), ("dash", "kill"),
+                                ("dash", "full"), ("hls", "kill"), ("hls", "stop")):
+                with self.subTest(package=self.package, kind=kind, event=event):
+                    self.setUp()
+                    site = self.interrupt(self.site(), kind, event)
+                    size = next(self.parts.glob("*.part")).stat().st_size
+                    requests, output = self.run_whole(site, kind)
+                    self.assert_rest(kind, requests, size)
+                    share = re.search(r"^\[download\] ([\d.]+)%", output, re.MULTILINE)
+                    assert share
+                    self.assertGreater(float(share.group(1)), 40)
+                    if event == "kill":  # a stream that is there is not asked for at all
                         self.assertEqual(self.run_whole(site, kind)[0], [])
-                        site.stop()
+                    site.stop()
 
     def set_record(self, data: bytes) -> None:
         next(self.parts.glob("*.json")).write_bytes(data)
@@ -251,16 +255,15 @@ class PartsTest(unittest.TestCase):
     def test_what_is_there_counts_only_where_it_is_of_this_stream(self) -> None:
         rows: List[Tuple[str, bool, Callable[[Site], None], int]] = [
             # kind, whether there are validators, what happens between the runs, bytes that need not be fetched again
-            *((kind, has_etag, lambda site: None, HELD) for kind in ("file", "hls") for has_etag in (True, False)),
-            *((kind, True, lambda site: setattr(site, "version", "b"), 0) for kind in ("file", "dash", "hls")),
+            *((kind, False, lambda site: None, HELD) for kind in ("file", "hls")),
+            *((kind, True, lambda site: setattr(site, "version", "b"), 0) for kind in ("file", "dash")),
             ("file", False, lambda site: setattr(site, "version", "longer"), 0),
-            *(("file", has_etag, lambda site: setattr(site, "has_ranges", False), 0) for has_etag in (True, False)),
-            *((kind, True, lambda site: self.start_anew(), 0) for kind in ("file", "hls")),
+            ("file", True, lambda site: setattr(site, "has_ranges", False), 0),
+            ("hls", True, lambda site: self.start_anew(), 0),
             ("file", True, lambda site: self.start_anew(0, 3 * SEGMENT, {}), 3),
             ("dash", False, lambda site: self.start_anew(3, 3 * SEGMENT, {"size": SEGMENT, "name": ""}), 3),
             ("dash", True, lambda site: self.resize_part(SEGMENT // 2), HELD),
             ("dash", True, lambda site: self.resize_part(-SEGMENT), 0),
-            ("file", True, lambda site: self.set_record(b""), 0),
             ("file", True, lambda site: self.set_record(b"[" * 9999), 0),
             ("dash", True, lambda site: self.set_record(b'{"whole": [1, 2, 3], "session": [], "synced": 5}'), 0),
         ]
@@ -280,6 +283,57 @@ class PartsTest(unittest.TestCase):
                         first = min(numbers) + (0 if has_etag or not kept else 1)
                     self.assertIn(first, (HELD - 1, HELD) if kept == HELD else (kept,), requests)
                     site.stop()
+
+    def test_what_is_no_folder_of_the_users_is_not_used(self) -> None:
+        site = self.site()
+        self.parts.rmdir()
+        target = self.folder / "elsewhere"
+        target.mkdir()
+        for is_link in (True, False):
+            if is_link:
+                self.parts.symlink_to(target)
+            else:
+                self.parts.touch()
+            site.is_held = False
+            self.finish(self.begin(site, "file"))
+            self.assertEqual((self.folder / "clip.ts").read_bytes(), site.data())
+            self.assertEqual(list(target.iterdir()), [])
+            (self.folder / "clip.ts").unlink()
+            self.parts.unlink()
+
+    def test_after_a_restart_of_the_system_what_was_forced_to_the_disk_counts(self) -> None:
+        file = self.parts / "x.ts"
+        unfinished = self.parts / "x.ts.part"
+        for segments in (False, True):
+            with unittest.mock.patch.object(parts, "SYNC_INTERVAL", 0):
+                part = parts.Part(str(file))
+                part.begin()
+                unfinished.write_bytes(b"12345")
+                if segments:
+                    part.begin_segments("list")
+                    part.add_segment(3, {"etag": "a"})
+                else:
+                    part.begin_file({"size": 9})
+                    unfinished.write_bytes(b"12345")
+                    part.sync()
+                part._next_sync += 99
+                if segments:
+                    part.add_segment(5, {"etag": "b"})
+            with unittest.mock.patch.object(parts, "_session", return_value="another start"):
+                part = parts.Part(str(file))
+                self.assertFalse(part.begin())
+            self.assertEqual(unfinished.read_bytes(), b"123" if segments else b"12345")
+            self.assertEqual(part.last_segment, {"etag": "a"} if segments else {})
+            part.clear()
+
+    def test_a_file_system_without_links(self) -> None:
+        (self.parts / "x.ts").write_bytes(b"12345")
+        part = parts.Part(str(self.parts / "x.ts"))
+        self.assertTrue(part.complete())
+        with unittest.mock.patch("os.link", side_effect=PermissionError):
+            part.deliver(str(self.folder / "clip.ts"))
+        self.assertEqual((self.folder / "clip.ts").read_bytes(), b"12345")
+        self.assertFalse(parts.Part(str(self.parts / "x.ts")).begin())
 
 
 if __name__ == "__main__":

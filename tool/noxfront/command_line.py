@@ -25,7 +25,7 @@ class Download(NamedTuple):
 
 
 class ListEntries(NamedTuple):
-    """--flat-playlist --dump-json [--no-check-certificate] --playlist-items FIRST:LAST URL"""
+    """--flat-playlist --dump-json --playlist-items FIRST:LAST [--no-check-certificate] URL"""
 
     url: str
     tool_options: list[str]

@@ -14,13 +14,14 @@ import re
 import threading
 from typing import Any, Callable, Dict, Iterable, List, Optional, Tuple
 
+from yt_dlp.downloader.common import FileDownloader
 from yt_dlp.utils import determine_protocol
 
 from . import messages, parts, retries, streams
 from .parts import Identity, Part
 from .streams import Info
 
-BLOCK = 1 << 16  # bytes; what the tool has read of a block is lost when it is killed, and its own blocks grow to 4 MB
+BLOCK_LIMIT = 1 << 16  # bytes; a killed tool loses what it has read of a block, and its blocks grow to 4 MB
 ATTEMPTS = 3  # for a stream that changes on the server while it is fetched
 _ONE_FILE = ("http", "https")
 
@@ -49,7 +50,8 @@ class Resumer:
         tool.dl = self.fetch
         tool.urlopen = self.open
         tool.add_progress_hook(self._on_progress)
-        tool.params.update(noresizebuffer=True, buffersize=max(tool.params.get("buffersize") or 0, BLOCK))
+        block_size = FileDownloader.best_block_size
+        FileDownloader.best_block_size = staticmethod(lambda *figures: min(block_size(*figures), BLOCK_LIMIT))
 
     def fetch(self, name: str, info: Info, subtitle: bool = False, test: bool = False) -> Tuple[bool, bool]:
         """As the tool's function: whether there is a file now, and whether it is a new one."""

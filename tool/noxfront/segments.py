@@ -176,12 +176,12 @@ class _Segments:
                     ctx["dl"].params[limit] /= self._at_once
             # What the tool warns of here, that its speed is of one thread alone, does not hold for these figures.
             downloader.report_warning = downloader.write_debug
-        part = self._resumer.part if self._resumer else None
+        resumer = self._resumer
         # Subtitles are packed; what that needs to know of the segments before is not kept.
-        if self._resumer and part and not ctx.get("live") and "pack_func" not in more:
-            fragments = self._resumer.remaining(downloader, ctx["dest_stream"], fragments, info_dict, self._call)
-            downloader.nox_meter.begin_at(part.segments, part.length)
-            ctx[_PART] = part
+        if resumer and resumer.part and not ctx.get("live") and "pack_func" not in more:
+            fragments = resumer.remaining(downloader, ctx["dest_stream"], fragments, info_dict, self._call)
+            downloader.nox_meter.begin_at(resumer.part.segments, resumer.part.length)
+            ctx[_PART] = resumer.part
         return self._fetch_all(downloader, ctx, fragments, info_dict, **more)
 
 

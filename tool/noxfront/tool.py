@@ -158,7 +158,7 @@ class PageReader(Tool):
             found = Entries(ie_result)
             if found.count != 1:
                 self.entries = found
-                if self._on_entries:
+                if self._on_entries and found.count != 0:
                     self._on_entries(found)
                     raise FirstVideo(ie_result)
                 if self._item:
