@@ -64,7 +64,7 @@ private:
     QStringList m_failures; // one line for each page that failed
     bool m_isInterrupted = false;
     bool m_hasStopped = false; // what ran last, for that
-    int m_exitCode = 0; // of the first page that failed
+    int m_exitCode = 0;        // of the first page that failed
 };
 
 } // namespace NoxFetch

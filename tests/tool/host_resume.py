@@ -182,7 +182,7 @@ class Bench(HostBench):
 
 
 def make_media(folder: pathlib.Path) -> None:
-    picture = ["-f", "lavfi", "-i", f"testsrc2=size=640x360:rate=10:duration={SECONDS},noise=alls=20:allf=t"]
+    picture = ["-f", "lavfi", "-i", f"testsrc2=size=640x360:rate=10:duration={SECONDS},noise=c0s=20:c0f=t"]
     sound = ["-f", "lavfi", "-i", f"anoisesrc=d={SECONDS}:a=0.2"]
     keys = ["-x264-params", "keyint=10:min-keyint=10:scenecut=0"]
     page_media.ffmpeg(*picture, *sound, *page_media.H264[:-2], *keys, *page_media.AAC, "-movflags", "+faststart",

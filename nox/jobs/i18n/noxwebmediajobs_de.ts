@@ -166,20 +166,87 @@
         <translation>Die Beschreibung der Seite durch das Download-Werkzeug ist nicht lesbar. Das Protokoll sagt vielleicht mehr.</translation>
     </message>
     <message>
-        <source>The page holds no stream that can be downloaded. It may be protected, not have begun yet, or hold pictures only.</source>
-        <translation>Die Seite enthält keinen Stream, der sich herunterladen lässt. Vielleicht ist sie geschützt, hat noch nicht begonnen oder enthält nur Bilder.</translation>
-    </message>
-    <message>
-        <source>The download tool&apos;s archive is damaged, incomplete, or made for another version of Python. Get it anew.</source>
-        <translation>Das Archiv des Download-Werkzeugs ist beschädigt, unvollständig oder für eine andere Python-Version gemacht. Besorgen Sie es neu.</translation>
-    </message>
-    <message>
         <source>The download tool does not take its settings. Correct them in the file tool.conf.</source>
         <translation>Das Download-Werkzeug nimmt seine Einstellungen nicht an. Berichtigen Sie sie in der Datei tool.conf.</translation>
     </message>
     <message>
         <source>The download tool does not tell its version. Check that its file is complete.</source>
         <translation>Das Download-Werkzeug nennt seine Version nicht. Prüfen Sie, ob seine Datei vollständig ist.</translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Paused.</source>
+        <translation>Angehalten.</translation>
+    </message>
+    <message>
+        <source>The server cannot be reached. Check the network connection, and try again later. A proxy is set in the file tool.conf.</source>
+        <translation>Der Server ist nicht erreichbar. Prüfen Sie die Netzwerkverbindung und versuchen Sie es später noch einmal. Ein Proxy wird in der Datei tool.conf eingestellt.</translation>
+    </message>
+    <message>
+        <source>There is no such page, or its video has been removed. Check the address.</source>
+        <translation>Die Seite gibt es nicht, oder ihr Video wurde entfernt. Prüfen Sie die Adresse.</translation>
+    </message>
+    <message>
+        <source>The site wants a login. Name your browser&apos;s cookies or your user name in the file tool.conf, and try again.</source>
+        <translation>Die Website verlangt eine Anmeldung. Nennen Sie in der Datei tool.conf die Cookies Ihres Browsers oder Ihren Benutzernamen und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The site does not offer this video in your country. A proxy in another country can be set in the file tool.conf.</source>
+        <translation>Die Website bietet dieses Video in Ihrem Land nicht an. In der Datei tool.conf kann ein Proxy in einem anderen Land eingestellt werden.</translation>
+    </message>
+    <message>
+        <source>The video is protected against copying (DRM). It cannot be downloaded.</source>
+        <translation>Das Video ist gegen Kopieren geschützt (DRM). Es lässt sich nicht herunterladen.</translation>
+    </message>
+    <message>
+        <source>The broadcast has not begun yet. Try again when it has.</source>
+        <translation>Die Sendung hat noch nicht begonnen. Versuchen Sie es noch einmal, wenn sie begonnen hat.</translation>
+    </message>
+    <message>
+        <source>The page holds no video that can be downloaded. Check the address; the site may not be supported.</source>
+        <translation>Die Seite enthält kein Video, das sich herunterladen lässt. Prüfen Sie die Adresse; vielleicht wird die Website nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>The disk is full. Free some space, or choose a folder on another disk.</source>
+        <translation>Der Datenträger ist voll. Schaffen Sie Platz oder wählen Sie einen Ordner auf einem anderen Datenträger.</translation>
+    </message>
+    <message>
+        <source>The file cannot be written. Check your rights, or choose another folder or a shorter name.</source>
+        <translation>Die Datei lässt sich nicht schreiben. Prüfen Sie Ihre Rechte oder wählen Sie einen anderen Ordner oder einen kürzeren Namen.</translation>
+    </message>
+    <message>
+        <source>The download tool is damaged, incomplete, or made for another version of Python. Install it again.</source>
+        <translation>Das Download-Werkzeug ist beschädigt, unvollständig oder für eine andere Python-Version gemacht. Installieren Sie es neu.</translation>
+    </message>
+    <message>
+        <source>The site needs a program that runs its scripts, and there is none. Install deno or Node.js, and try again.</source>
+        <translation>Die Website braucht ein Programm, das ihre Skripte ausführt, und es gibt keines. Installieren Sie deno oder Node.js und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>ffmpeg failed. Choose another stream, or install a newer ffmpeg.</source>
+        <translation>ffmpeg ist gescheitert. Wählen Sie einen anderen Stream oder installieren Sie ein neueres ffmpeg.</translation>
+    </message>
+    <message>
+        <source>The stream cannot be downloaded: its format code cannot be passed to the download tool.</source>
+        <translation>Der Stream lässt sich nicht herunterladen: Sein Formatcode kann dem Download-Werkzeug nicht übergeben werden.</translation>
+    </message>
+    <message>
+        <source>What was kept of this download cannot be read. Read the page again.</source>
+        <translation>Was von diesem Download aufbewahrt wurde, ist nicht lesbar. Lesen Sie die Seite neu ein.</translation>
+    </message>
+</context>
+<context>
+    <name>Nox::ServerWait</name>
+    <message>
+        <source>The server does not answer. It is asked again in a moment.</source>
+        <translation>Der Server antwortet nicht. Er wird gleich noch einmal gefragt.</translation>
+    </message>
+    <message>
+        <source>The server does not answer. It is asked again in %1 s (%2 of %3).</source>
+        <translation>Der Server antwortet nicht. Er wird in %1 s noch einmal gefragt (%2 von %3).</translation>
     </message>
 </context>
 <context>
@@ -255,8 +322,8 @@
         <translation>Das Download-Werkzeug „%1“ lässt sich nicht lesen.</translation>
     </message>
     <message>
-        <source>Video and audio cannot be joined: there is no program &quot;%1&quot;.</source>
-        <translation>Video und Ton lassen sich nicht zusammenfügen: Es gibt kein Programm „%1“.</translation>
+        <source>Streams cannot be joined or encoded: there is no program &quot;%1&quot;.</source>
+        <translation>Streams lassen sich nicht zusammenfügen oder umwandeln: Es gibt kein Programm „%1“.</translation>
     </message>
 </context>
 <context>
