@@ -18,8 +18,8 @@ const QByteArray received("ok\n");
 /** Programs on different displays do not know each other: the user may not see the other one's window. */
 QString displayName()
 {
-    const QByteArray display = qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? qgetenv("WAYLAND_DISPLAY")
-                                                                            : qgetenv("DISPLAY");
+    const QByteArray display =
+        qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? qgetenv("WAYLAND_DISPLAY") : qgetenv("DISPLAY");
     return QString::fromLatin1(display.toHex());
 }
 

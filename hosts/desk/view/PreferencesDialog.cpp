@@ -80,7 +80,8 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     layout->addWidget(m_problem);
     layout->addWidget(m_makeButton, 0, Qt::AlignRight);
     layout->addWidget(buttons);
-    resize(QSize(fontMetrics().averageCharWidth() * 80, sizeHint().height()).boundedTo(screen()->availableSize() * 0.9));
+    resize(
+        QSize(fontMetrics().averageCharWidth() * 80, sizeHint().height()).boundedTo(screen()->availableSize() * 0.9));
 }
 
 QCheckBox *PreferencesDialog::newBox(const QString &text, const QString &name, bool isChecked)
