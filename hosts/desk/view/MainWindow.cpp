@@ -143,7 +143,8 @@ void MainWindow::addMenu()
 void MainWindow::useText(const QString &text)
 {
     const QStringList addresses = AddressList::in(text);
-    if (addresses.isEmpty()) {
+    const bool isOneWord = text.simplified().count(QLatin1Char(' ')) == 0;
+    if (addresses.isEmpty() || isOneWord) {
         m_desk.reader().read(text); // mends it, or tells what is wrong with it
     } else {
         use(addresses);

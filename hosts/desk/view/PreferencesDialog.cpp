@@ -76,7 +76,9 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(new VerticalScrollArea(content), 1);
+    auto *area = new VerticalScrollArea(content);
+    area->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
+    layout->addWidget(area, 1);
     layout->addWidget(m_problem);
     layout->addWidget(m_makeButton, 0, Qt::AlignRight);
     layout->addWidget(buttons);
