@@ -138,7 +138,9 @@ void DeskFocusTest::readAloud()
         const QAccessibleInterface *read = QAccessible::queryAccessibleInterface(widget);
         QVERIFY2(!read->text(QAccessible::Description).contains(u'<'), qPrintable(widget->objectName()));
         if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr)
-            QVERIFY2(!read->text(QAccessible::Name).isEmpty(), qPrintable(widget->objectName()));
+            QVERIFY2(!read->text(QAccessible::Name).isEmpty(),
+                     qPrintable(widget->objectName() + QLatin1Char(' ')
+                                + QString::fromLatin1(widget->metaObject()->className())));
     }
     const auto isInOrder = [](const QObjectList &parts) {
         QPoint last;
