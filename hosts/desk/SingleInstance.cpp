@@ -81,7 +81,7 @@ void SingleInstance::receive(QLocalSocket *socket)
         socket->write(received);
         socket->disconnectFromServer();
         QStringList addresses;
-        for (const QJsonValue address : message)
+        for (const auto &address : message)
             addresses += address.toString();
         Q_EMIT handedOver(addresses);
     }
