@@ -18,8 +18,8 @@ const QByteArray received("ok\n");
 /** Programs on different displays do not know each other: the user may not see the other one's window. */
 QString displayName()
 {
-    const QByteArray display = qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? qgetenv("WAYLAND_DISPLAY")
-                                                                            : qgetenv("DISPLAY");
+    const QByteArray display =
+        qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? qgetenv("WAYLAND_DISPLAY") : qgetenv("DISPLAY");
     return QString::fromLatin1(display.toHex());
 }
 
@@ -28,8 +28,10 @@ QString displayName()
 SingleInstance::SingleInstance(const QString &folder, QObject *parent)
     : QObject(parent)
 {
-    const QDir runtime(folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) : folder);
-    m_path = runtime.filePath(QStringLiteral("nox-desk-%1").arg(displayName()));
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    if (folder.isEmpty() && runtime.isEmpty())
+        return;
+    m_path = QDir(folder.isEmpty() ? runtime : folder).filePath(QStringLiteral("nox-desk-%1").arg(displayName()));
     m_lock = std::make_unique<QLockFile>(m_path + QStringLiteral(".lock"));
     m_lock->setStaleLockTime(0); // it is stale only when its process has gone
     connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::accept);
@@ -37,6 +39,8 @@ SingleInstance::SingleInstance(const QString &folder, QObject *parent)
 
 bool SingleInstance::begin(const QStringList &addresses)
 {
+    if (m_lock == nullptr) // there is no place to meet
+        return true;
     if (m_lock->tryLock(0)) {
         QLocalServer::removeServer(m_path); // of a program that was killed
         m_server.setSocketOptions(QLocalServer::UserAccessOption);
@@ -77,7 +81,7 @@ void SingleInstance::receive(QLocalSocket *socket)
         socket->write(received);
         socket->disconnectFromServer();
         QStringList addresses;
-        for (const QJsonValue address : message)
+        for (const auto &address : message)
             addresses += address.toString();
         Q_EMIT handedOver(addresses);
     }

@@ -20,7 +20,8 @@ public:
 
     /**
      * @p text as the address that was meant: without blanks around it, with the scheme in small letters,
-     * https:// in front of "www." or the name of a server, and %27 for an apostrophe. Whatever else is wrong stays as it is.
+     * https:// in front of "www." or the name of a server, and %27 for an apostrophe. Whatever else is wrong stays as
+     * it is.
      */
     static QString corrected(const QString &text);
 

@@ -49,8 +49,8 @@ private Q_SLOTS:
 public Q_SLOTS:
     void onUpdate(const QString &, const QVariantMap &values)
     {
-        m_taskbar += values.value("progress-visible"_s).toBool() ? qRound(values.value("progress"_s).toDouble() * 100)
-                                                                  : -1;
+        m_taskbar +=
+            values.value("progress-visible"_s).toBool() ? qRound(values.value("progress"_s).toDouble() * 100) : -1;
     }
 
 private:

@@ -1,8 +1,8 @@
 #include "tests/desk/DeskTest.h"
 #include "tests/support/TextTable.h"
 
-#include <QClipboard>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDialog>
 #include <QDropEvent>
 #include <QListWidget>
@@ -90,7 +90,8 @@ void DeskListTest::nextStart()
     HostSandbox::playPage(goesOn ? "18: announce mp4|hang"_s : QString());
     restart();
     const QString over = " Clip.webm=Failed Clip.m4a=Finished"_s;
-    QCOMPARE(states(), goesOn ? "Clip.mp4=Running http://y/=Waiting"_s + over : "Clip.mp4=Paused http://y/=Paused"_s + over);
+    QCOMPARE(states(),
+             goesOn ? "Clip.mp4=Running http://y/=Waiting"_s + over : "Clip.mp4=Paused http://y/=Paused"_s + over);
     QCOMPARE(m_user->text("status", 2), told);
     if (goesOn)
         return;
@@ -180,7 +181,8 @@ void DeskListTest::manyAddresses()
 {
     QFETCH(QString, way);
     const QString text = "# two pages\nhttp://x/1\nexample.org/2\nhttp://x/1\n"_s;
-    HostSandbox::play(way == "start"_s ? "dump: err ERROR: [nox:not-found] gone\\n|exit 1"_s : HostSandbox::pageScenario());
+    HostSandbox::play(way == "start"_s ? "dump: err ERROR: [nox:not-found] gone\\n|exit 1"_s
+                                       : HostSandbox::pageScenario());
     Preferences preferences;
     preferences.stream.soundOnly = true;
     m_user->desk().settings().setPreferences(preferences);
@@ -233,6 +235,7 @@ void DeskListTest::videosOfAPage()
     QTRY_SOON_COMPARE(list->count(), 3);
     QTRY_SOON(!m_user->sees("moreVideos"));
     QVERIFY(m_user->press("allVideos"));
+    m_user->downloads().setLimit(1); // one after the other
     list->item(1)->setCheckState(Qt::Unchecked);
     HostSandbox::play(HostSandbox::pageScenario());
     QVERIFY(m_user->press("downloadVideos"));

@@ -388,7 +388,8 @@ void DeskModelTest::addresses_data()
     row("mended", "", "www.x/y", "https://www.x/y");
     row("local file", "file:///etc/passwd");
     row("prose", "", "see (https://x/y), and <https://x/a_(b)>.", "https://x/y https://x/a_(b)");
-    row("lines", "", "https://x/y\n# example.org/watch?v=1\nhttps://x/y\n", "https://x/y https://example.org/watch?v=1");
+    row("lines", "", "https://x/y\n# example.org/watch?v=1\nhttps://x/y\n",
+        "https://x/y https://example.org/watch?v=1");
     row("no addresses", "", "setup.py, e.g. 1.5/2 a@b.org/c");
     row("prose that begins so", "", "http://" + QByteArray(5000, 'x'));
     row("nothing", "");

@@ -239,8 +239,10 @@ void DeskPicturesTest::queue()
     read(2, "A day in the mountains"_s);
     download("247"_s); // must be converted
     QTRY_SOON(m_user->text("status", 0).contains("0:04:10"_s));
-    for (int i = 0; i < 3; ++i)
+    for (int number = 3; number <= 5; ++number) {
+        read(number, "A day in the mountains, part %1"_s.arg(number));
         download("137"_s);
+    }
     QTRY_SOON(m_user->text("status", 1).contains("MB"_s));
     QCOMPARE(downloads.rowCount(), 6);
     QCOMPARE(downloads.runningCount(), 3);
@@ -251,10 +253,12 @@ void DeskPicturesTest::queue()
 void DeskPicturesTest::videos()
 {
     open();
-    QString list = page("Harbour lights"_s, m_pictures.url()).trimmed() + R"(|err WARNING: [nox:videos] 12\n)"_s + "\nlist: "_s;
+    QString list =
+        page("Harbour lights"_s, m_pictures.url()).trimmed() + R"(|err WARNING: [nox:videos] 12\n)"_s + "\nlist: "_s;
     for (int i = 1; i <= 12; ++i)
         list += R"(out {"nox_index":%1,"nox_url":"http://x/%1","title":"Harbour lights, part %1","duration":%2,)"
-                R"("nox_count":12}\n|)"_s.arg(i).arg(500 + 37 * i);
+                R"("nox_count":12}\n|)"_s.arg(i)
+                    .arg(500 + 37 * i);
     HostSandbox::play(list.chopped(1));
     m_user->readPage("https://video.example/list/1"_s);
     QTRY_SOON(m_user->press("showVideos"));

@@ -49,14 +49,12 @@ void DeskPreferencesTest::preferredFolder()
     QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp4"_s));
 }
 
-
 void DeskPreferencesTest::toolSettings_data()
 {
     const TextTable row{"before", "rate", "proxy", "browser", "after"}; // what is entered; "-" for no change
     row("no file", "", "2M", "socks5://127.0.0.1:9", "firefox",
         "--limit-rate 2M\n--proxy socks5://127.0.0.1:9\n--cookies-from-browser firefox\n");
-    row("no change", "-r2M # slow\n\n  --proxy='http://x:1'", "-", "-", "-",
-        "-r2M # slow\n\n  --proxy='http://x:1'");
+    row("no change", "-r2M # slow\n\n  --proxy='http://x:1'", "-", "-", "-", "-r2M # slow\n\n  --proxy='http://x:1'");
     row("changed in place", "# mine\n--retries 5 -r 2M --geo-bypass # my rate\n--netrc", "1.5M", "-", "-",
         "# mine\n--retries 5 --limit-rate 1.5M --geo-bypass # my rate\n--netrc");
     row("the last one counts", "--limit-rate 1M\n--limit-rate=2M\n", "3M", "-", "-",

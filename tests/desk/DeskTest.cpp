@@ -43,6 +43,7 @@ void DeskTest::installScript(const QString &name, const QString &body)
 QStringList DeskTest::opened() const
 {
     QFile file(m_stage->path("notes/opened"_s));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
-                                          : QStringList();
+    return file.open(QIODevice::ReadOnly)
+        ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+        : QStringList();
 }

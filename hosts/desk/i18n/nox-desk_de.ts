@@ -44,7 +44,7 @@
     </message>
     <message>
         <source>Do&amp;wnload all</source>
-        <translation>Alle &amp;herunterladen</translation>
+        <translation>All&amp;e herunterladen</translation>
     </message>
 </context>
 <context>
@@ -281,7 +281,7 @@
     </message>
     <message>
         <source>&amp;Pause all</source>
-        <translation>Alle an&amp;halten</translation>
+        <translation>Alle anhalte&amp;n</translation>
     </message>
     <message>
         <source>Resume all</source>

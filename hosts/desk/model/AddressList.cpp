@@ -26,6 +26,11 @@ QString trimmed(QString word)
     return word;
 }
 
+bool isAddress(const QString &url)
+{
+    return url.size() <= maximumLength && Nox::UrlCheck::errorString(url).isEmpty();
+}
+
 } // namespace
 
 QStringList AddressList::in(const QString &text)
@@ -38,7 +43,7 @@ QStringList AddressList::in(const QString &text)
     auto matches = pattern.globalMatch(text);
     while (matches.hasNext()) {
         const QString url = Nox::UrlCheck::corrected(trimmed(matches.next().captured()));
-        if (url.size() <= maximumLength && Nox::UrlCheck::errorString(url).isEmpty() && !known.contains(url)) {
+        if (isAddress(url) && !known.contains(url)) {
             known += url;
             result += url;
         }
@@ -52,8 +57,14 @@ QStringList AddressList::in(const QMimeData *data)
         return data != nullptr && data->hasText() ? in(data->text().left(maximumBytes)) : QStringList();
     QStringList result;
     const QList<QUrl> urls = data->urls();
-    for (const QUrl &url : urls)
-        result += url.isLocalFile() ? inFile(url.toLocalFile()) : in(url.toString(QUrl::FullyEncoded));
+    for (const QUrl &url : urls) {
+        const QString address = url.toString(QUrl::FullyEncoded);
+        if (url.isLocalFile()) {
+            result += inFile(url.toLocalFile());
+        } else if (isAddress(address)) {
+            result += address;
+        }
+    }
     result.removeDuplicates();
     return result;
 }

@@ -45,7 +45,7 @@ void DownloadListModel::insert(int row, Download *download)
 
 void DownloadListModel::restore(const QJsonArray &stored)
 {
-    for (const QJsonValue &value : stored) {
+    for (const auto &value : stored) {
         auto *download = new Download(value.toObject(), this);
         insert(download->isEnded() ? rowCount() : rowCount() - endedCount(), download);
     }

@@ -52,8 +52,8 @@ public:
     void pauseAll();
     void cancel(int row);
     void cancelAll();
-    void retry(int row);        ///< Goes on with a download that is paused, has failed or been cancelled, or lets it wait.
-    void resumeAll();           ///< Goes on with all that are paused.
+    void retry(int row); ///< Goes on with a download that is paused, has failed or been cancelled, or lets it wait.
+    void resumeAll();    ///< Goes on with all that are paused.
     void move(int row, int by); ///< Moves a download that waits up (below 0) or down among those that wait.
     void remove(int row);       ///< Takes a download that has ended off the list.
     void removeEnded();         ///< Takes all that have ended off the list.
@@ -63,7 +63,7 @@ public:
     int endedCount() const;
     int pausedCount() const { return rowCount() - activeCount() - endedCount(); }
     bool contains(const DownloadRequest &request) const; ///< Whether one that has not been given up asks for the same.
-    QStringList activeFiles() const; ///< What is being made, or will be.
+    QStringList activeFiles() const;                     ///< What is being made, or will be.
 
     /** Of the downloads asked for since none was active last: how many there are, and how many have ended. */
     int batchCount() const { return static_cast<int>(m_batch.size()); }

@@ -57,7 +57,7 @@ QJsonArray DownloadStore::load()
         if (lock == nullptr)
             continue;
         const QJsonArray others = read(file);
-        for (const QJsonValue &download : others)
+        for (const auto &download : others)
             result += download;
         taken += file;
     }

@@ -27,7 +27,7 @@ public:
     void save(const QJsonArray &downloads); ///< Replaces what is stored; the old list stays whole if that fails.
 
 private:
-    QJsonArray read(const QString &file);
+    QJsonArray read(const QString &name);
 
     QString m_file;
     std::unique_ptr<QLockFile> m_lock; // of the file

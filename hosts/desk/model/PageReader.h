@@ -52,8 +52,8 @@ public:
     Nox::WebMediaInfo page() const { return m_page; }       ///< What it holds.
     Nox::StreamChoice streams() const { return m_streams; } ///< Its streams.
     QStringList warnings() const { return m_warnings; }     ///< What the tool warned of.
-    int videoCount() const { return m_videoCount; } ///< See Nox::PageJob::videoCount().
-    bool isInParts() const { return m_isInParts; }  ///< Whether the videos are parts of one.
+    int videoCount() const { return m_videoCount; }         ///< See Nox::PageJob::videoCount().
+    bool isInParts() const { return m_isInParts; }          ///< Whether the videos are parts of one.
     QString errorString() const;                            ///< What went wrong, when Failed.
     QString errorDetails() const;                           ///< What the tool itself said of it; may be empty.
 

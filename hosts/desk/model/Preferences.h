@@ -16,7 +16,7 @@ struct Preferences {
     bool offersClipboard = true;
     bool goesOnAtStart = false; ///< with downloads that were not finished
     bool makesMp3 = false;      ///< of sound that is saved without a picture
-    QString toolFile; ///< the tool's archive; empty for the usual one
+    QString toolFile;           ///< the tool's archive; empty for the usual one
 };
 
 } // namespace NoxDesk

@@ -25,7 +25,7 @@ public:
     /** Reads the file. */
     ToolSettings();
 
-    QString value(const Option &option) const;               ///< Empty when it is not set.
+    QString value(const Option &option) const;                 ///< Empty when it is not set.
     void setValue(const Option &option, const QString &value); ///< Sets it, or removes it by an empty value.
 
     /** Writes the file, if anything has changed. @return whether the file holds the settings now */

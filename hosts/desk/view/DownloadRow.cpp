@@ -239,8 +239,8 @@ void DownloadRow::nameControls(const QString &title)
 
 void DownloadRow::showBar(int percent, Download::State state)
 {
-    const bool isRunning = state == Download::State::Running || state == Download::State::Cancelling
-        || state == Download::State::Pausing;
+    const bool isRunning =
+        state == Download::State::Running || state == Download::State::Cancelling || state == Download::State::Pausing;
     m_bar->setVisible(isRunning);
     m_bar->setMaximum(percent < 0 ? 0 : 100);
     m_bar->setValue(percent);

@@ -49,17 +49,17 @@ QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name,
 
 QLayout *DownloadsPanel::makeHead()
 {
-    m_pauseAllButton = newButton(tr("&Pause all"), QStringLiteral("pauseAll"),
-                                 tr("Stops the downloads that run or wait, and keeps what they have"),
-                                 &DownloadListModel::pauseAll);
+    m_pauseAllButton =
+        newButton(tr("&Pause all"), QStringLiteral("pauseAll"),
+                  tr("Stops the downloads that run or wait, and keeps what they have"), &DownloadListModel::pauseAll);
     m_resumeAllButton = newButton(tr("Resume all"), QStringLiteral("resumeAll"),
                                   tr("Goes on with the downloads that are paused"), &DownloadListModel::resumeAll);
     m_cancelAllButton =
         newButton(tr("Ca&ncel all"), QStringLiteral("cancelAll"),
                   tr("Cancels the downloads that run and those that wait"), &DownloadListModel::cancelAll);
-    m_removeEndedButton = newButton(tr("Remove &ended"), QStringLiteral("removeEnded"),
-                                    tr("Takes ended downloads off the list; files stay"),
-                                    &DownloadListModel::removeEnded);
+    m_removeEndedButton =
+        newButton(tr("Remove &ended"), QStringLiteral("removeEnded"),
+                  tr("Takes ended downloads off the list; files stay"), &DownloadListModel::removeEnded);
     auto *head = new QHBoxLayout;
     head->addWidget(new QLabel(tr("Downloads:")), 1);
     for (QPushButton *button : {m_pauseAllButton, m_resumeAllButton, m_cancelAllButton, m_removeEndedButton})

@@ -46,8 +46,10 @@ void ElidedLabel::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     const QRect area = contentsRect();
     const Qt::Alignment place = QStyle::visualAlignment(layoutDirection(), alignment());
-    style()->drawItemText(&painter, area, static_cast<int>(place), palette(), isEnabled(),
-                          fontMetrics().elidedText(text(), m_mode, area.width()), foregroundRole());
+    QString shown = fontMetrics().elidedText(text(), m_mode, area.width());
+    if (!text().isRightToLeft()) // the last sign of an address stays at its end in any layout
+        shown = QChar(0x200e) + shown + QChar(0x200e);
+    style()->drawItemText(&painter, area, static_cast<int>(place), palette(), isEnabled(), shown, foregroundRole());
 }
 
 } // namespace NoxDesk

@@ -122,7 +122,8 @@ void MainWindow::addShortcuts()
     auto *again = new QShortcut(Qt::Key_F5, this, &m_desk.reader(), &PageReader::readAgain);
     again->setAutoRepeat(false);
     // A field that has the focus pastes for itself.
-    new QShortcut(QKeySequence::Paste, this, this, [this] { use(AddressList::in(QGuiApplication::clipboard()->mimeData())); });
+    new QShortcut(QKeySequence::Paste, this, this,
+                  [this] { use(AddressList::in(QGuiApplication::clipboard()->mimeData())); });
 }
 
 void MainWindow::addMenu()
@@ -142,7 +143,8 @@ void MainWindow::addMenu()
 void MainWindow::useText(const QString &text)
 {
     const QStringList addresses = AddressList::in(text);
-    if (addresses.isEmpty()) {
+    const bool isOneWord = text.simplified().count(QLatin1Char(' ')) == 0;
+    if (addresses.isEmpty() || isOneWord) {
         m_desk.reader().read(text); // mends it, or tells what is wrong with it
     } else {
         use(addresses);
@@ -177,9 +179,9 @@ void MainWindow::openList()
 
 void MainWindow::askToRepeat()
 {
-    auto *question = new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
-                                     tr("This stream of this page is in the list of downloads already."),
-                                     QMessageBox::Cancel, this);
+    auto *question =
+        new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
+                        tr("This stream of this page is in the list of downloads already."), QMessageBox::Cancel, this);
     question->setAttribute(Qt::WA_DeleteOnClose);
     QPushButton *button = question->addButton(tr("Download &again"), QMessageBox::AcceptRole);
     button->setObjectName(QStringLiteral("downloadAgain"));
@@ -259,9 +261,9 @@ void MainWindow::askToClose()
     if (const QMessageBox *shown = m_question.data(); shown != nullptr && shown->isVisible())
         return;
     const int count = m_desk.downloads().activeCount();
-    auto *question =
-        new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
-                        tr("Downloads still running: %1. Stop them and close?").arg(count), QMessageBox::NoButton, this);
+    auto *question = new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
+                                     tr("Downloads still running: %1. Stop them and close?").arg(count),
+                                     QMessageBox::NoButton, this);
     m_question = question;
     question->setAttribute(Qt::WA_DeleteOnClose);
     question->setInformativeText(tr("They stay in the list, and go on later where they have stopped."));

@@ -44,10 +44,10 @@ void Notifier::send(const QString &title, const QString &body)
 {
     const QStringList actions{QStringLiteral("default"), tr("Show")};
     const QVariantMap hints{{QStringLiteral("desktop-entry"), QGuiApplication::desktopFileName()}};
-    SessionBus::call(service, QStringLiteral("Notify"),
-                     {tr("Nox Desk"), uint{0}, QGuiApplication::desktopFileName(), title,
-                      body, actions, hints, usualTime},
-                     this, [this](bool, const QVariantList &values) { m_shown += values.value(0).toUInt(); });
+    SessionBus::call(
+        service, QStringLiteral("Notify"),
+        {tr("Nox Desk"), uint{0}, QGuiApplication::desktopFileName(), title, body, actions, hints, usualTime}, this,
+        [this](bool, const QVariantList &values) { m_shown += values.value(0).toUInt(); });
 }
 
 void Notifier::onActionInvoked(uint id)

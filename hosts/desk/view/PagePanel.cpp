@@ -234,8 +234,8 @@ void PagePanel::showPage()
     const int count = m_desk.reader().videoCount();
     m_videosButton->setVisible(count != 1);
     m_videosButton->setText(m_desk.reader().isInParts() ? tr("This is the first of %1 parts. Choose…").arg(count)
-                                : count > 1 ? tr("This is the first of %1 videos. Choose…").arg(count)
-                                            : tr("This is the first of several videos. Choose…"));
+                                : count > 1             ? tr("This is the first of %1 videos. Choose…").arg(count)
+                                                        : tr("This is the first of several videos. Choose…"));
 }
 
 void PagePanel::focusStreams()

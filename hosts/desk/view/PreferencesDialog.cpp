@@ -76,11 +76,14 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(new VerticalScrollArea(content), 1);
+    auto *area = new VerticalScrollArea(content);
+    area->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
+    layout->addWidget(area, 1);
     layout->addWidget(m_problem);
     layout->addWidget(m_makeButton, 0, Qt::AlignRight);
     layout->addWidget(buttons);
-    resize(QSize(fontMetrics().averageCharWidth() * 80, sizeHint().height()).boundedTo(screen()->availableSize() * 0.9));
+    resize(
+        QSize(fontMetrics().averageCharWidth() * 80, sizeHint().height()).boundedTo(screen()->availableSize() * 0.9));
 }
 
 QCheckBox *PreferencesDialog::newBox(const QString &text, const QString &name, bool isChecked)

@@ -49,9 +49,9 @@ void SessionBus::call(const Service &, const QString &, const QVariantList &, QO
     answer(false, {});
 }
 
-void SessionBus::listen(const Service &, const QString &, QObject *, const char *) { }
+void SessionBus::listen(const Service &, const QString &, QObject *, const char *) {}
 
-void SessionBus::tell(const QString &, const QString &, const QString &, const QVariantList &) { }
+void SessionBus::tell(const QString &, const QString &, const QString &, const QVariantList &) {}
 
 #endif
 
