@@ -18,9 +18,7 @@ AddressFile AddressFile::read(const QString &name)
     const QByteArray content = isOpen ? file.read(mostBytes + 1) : QByteArray();
     if (file.error() != QFileDevice::NoError)
         result.errorString =
-            QStringLiteral("The addresses in \"%1\" cannot be read: %2. (The sound of a video is chosen by "
-                           "-A or --audio.)")
-                .arg(name, file.errorString());
+            QStringLiteral("The addresses in \"%1\" cannot be read: %2.").arg(name, file.errorString());
     else if (content.size() > mostBytes)
         result.errorString = QStringLiteral("\"%1\" is too large for a file of addresses.").arg(name);
     if (!result.errorString.isEmpty())

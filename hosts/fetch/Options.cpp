@@ -162,6 +162,27 @@ QString destinationErrorString(const Options &options)
     return Destination::errorString(options.output);
 }
 
+/**
+ * @p arguments with "--audio" for an "-a" that names no file: before it was the short form of --batch-file, -a was that
+ * of --audio.
+ */
+QStringList withAudioOption(QStringList arguments)
+{
+    const QString shortForm = QStringLiteral("-a");
+    for (QString &argument : arguments) {
+        if (argument == shortForm)
+            argument = QStringLiteral("--audio");
+        else if (argument.startsWith(shortForm))
+            argument.replace(0, shortForm.size(), QStringLiteral("--audio="));
+    }
+    return arguments;
+}
+
+bool namesNoFile(const QString &batchFile)
+{
+    return !batchFile.isEmpty() && batchFile != QLatin1String("-") && !QFileInfo::exists(batchFile);
+}
+
 } // namespace
 
 CommandLine CommandLine::read(const QStringList &arguments)
@@ -171,7 +192,10 @@ CommandLine CommandLine::read(const QStringList &arguments)
     parser.addPositionalArgument(QStringLiteral("URL"), QStringLiteral("Addresses of the pages, http or https."),
                                  QStringLiteral("URL..."));
     parser.addOptions(optionList());
-    if (!parser.parse(arguments))
+    bool isParsed = parser.parse(arguments);
+    if (namesNoFile(parser.value(QStringLiteral("batch-file"))) && !parser.positionalArguments().isEmpty())
+        isParsed = parser.parse(withAudioOption(arguments));
+    if (!isParsed)
         return refused(parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
         return ended(Done, parser.helpText().trimmed());
