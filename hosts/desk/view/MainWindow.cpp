@@ -67,7 +67,8 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     applySettings();
     m_addressBar->focusField();
     if (const QString error = m_desk.storeError(); !error.isEmpty())
-        QTimer::singleShot(0, this, [this, error] { warn(error); });
+        QMetaObject::invokeMethod(
+            this, [this, error] { warn(error); }, Qt::QueuedConnection);
 }
 
 void MainWindow::layOut()

@@ -28,10 +28,10 @@ void SessionBus::call(const Service &service, const QString &method, const QVari
     });
 }
 
-void SessionBus::listen(const Service &service, const QString &signal, QObject *receiver, const char *slot)
+void SessionBus::listen(const Service &service, const QString &name, QObject *receiver, const char *slot)
 {
-    const QString name = QLatin1String(service.name);
-    QDBusConnection::sessionBus().connect(name, QLatin1String(service.path), name, signal, receiver, slot);
+    const QString interface = QLatin1String(service.name);
+    QDBusConnection::sessionBus().connect(interface, QLatin1String(service.path), interface, name, receiver, slot);
 }
 
 void SessionBus::tell(const QString &path, const QString &interface, const QString &signal,

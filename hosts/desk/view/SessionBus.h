@@ -30,8 +30,8 @@ public:
     static void call(const Service &service, const QString &method, const QVariantList &arguments, QObject *context,
                      const Answer &answer);
 
-    /** Connects a signal of the service with a slot, which is given as SLOT(...). */
-    static void listen(const Service &service, const QString &signal, QObject *receiver, const char *slot);
+    /** Connects the signal @p name of the service with a slot, which is given as SLOT(...). */
+    static void listen(const Service &service, const QString &name, QObject *receiver, const char *slot);
 
     /** Sends a signal to whoever listens. */
     static void tell(const QString &path, const QString &interface, const QString &signal,
