@@ -157,7 +157,7 @@ private Q_SLOTS:
                    "print('[download] Destination: ' + (audio if code == '140' and audio else file))\n");
         tool.close();
         qputenv("NOX_MEDIA", media.toUtf8());
-        qputenv("NOX_AUDIO", audio.replace("MEDIA"_s, media).replace("PAGE"_s, m_page.url()).toUtf8());
+        qputenv("NOX_AUDIO", QString(audio).replace("MEDIA"_s, media).replace("PAGE"_s, m_page.url()).toUtf8());
         const QString outside = m_root.filePath("outside.mp4"_s);
         const QString destination = m_root.filePath("my videos/named.mp4"_s);
         if (audio.isEmpty())
