@@ -15,8 +15,8 @@ QString FailureText::cause(Job::Error error)
         return tr("Paused.");
     case Job::NoNetwork:
         return tr(
-            "The server cannot be reached. Check the network connection, and try again later. A proxy is set in the "
-            "file tool.conf.");
+            "The server cannot be reached. Check the network connection, and try again later. If you need a proxy, "
+            "set it in the file tool.conf.");
     case Job::NotFound:
         return tr("There is no such page, or its video has been removed. Check the address.");
     case Job::LoginNeeded:

@@ -66,9 +66,13 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     showProgress();
     applySettings();
     m_addressBar->focusField();
-    if (const QString error = m_desk.storeError(); !error.isEmpty())
-        QMetaObject::invokeMethod(
-            this, [this, error] { warn(error); }, Qt::QueuedConnection);
+    if (!m_desk.storeError().isEmpty())
+        QMetaObject::invokeMethod(this, &MainWindow::warnOfStore, Qt::QueuedConnection);
+}
+
+void MainWindow::warnOfStore()
+{
+    warn(m_desk.storeError());
 }
 
 void MainWindow::layOut()

@@ -46,6 +46,7 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
+    void warnOfStore();
     void layOut();
     void addShortcuts();
     void addMenu();

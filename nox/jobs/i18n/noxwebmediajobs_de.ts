@@ -182,8 +182,8 @@
         <translation>Angehalten.</translation>
     </message>
     <message>
-        <source>The server cannot be reached. Check the network connection, and try again later. A proxy is set in the file tool.conf.</source>
-        <translation>Der Server ist nicht erreichbar. Prüfen Sie die Netzwerkverbindung und versuchen Sie es später noch einmal. Ein Proxy wird in der Datei tool.conf eingestellt.</translation>
+        <source>The server cannot be reached. Check the network connection, and try again later. If you need a proxy, set it in the file tool.conf.</source>
+        <translation>Der Server ist nicht erreichbar. Prüfen Sie die Netzwerkverbindung und versuchen Sie es später noch einmal. Wenn Sie einen Proxy brauchen, tragen Sie ihn in die Datei tool.conf ein.</translation>
     </message>
     <message>
         <source>There is no such page, or its video has been removed. Check the address.</source>
