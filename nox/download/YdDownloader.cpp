@@ -36,8 +36,8 @@ constexpr int longestRefusedList = 100;
 QString asFileName(const QString &name)
 {
     const QString begin = name.section(QLatin1Char('/'), 0, 0);
-    const bool isAmbiguous =
-        begin.startsWith(QLatin1Char('-')) || begin.contains(QLatin1Char(':')) || begin.contains(QLatin1Char(','));
+    const bool isAmbiguous = begin.startsWith(QLatin1Char('-')) || begin.contains(QLatin1Char(':'))
+        || begin.startsWith(QLatin1String("subfile,"));
     return isAmbiguous ? QLatin1String("./") + name : name;
 }
 

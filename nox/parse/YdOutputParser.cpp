@@ -81,18 +81,19 @@ YdOutputParser *YdOutputParser::instance()
 void YdOutputParser::parseWebMediaInfo(QString output, WebMediaInfo &info, QString tempDir)
 {
     Q_UNUSED(tempDir)
-    PageDescription page;
     std::string error;
-    bool isRead = false;
     try {
-        isRead = readPage(std::move(output), page, error);
+        PageDescription page;
+        if (readPage(std::move(output), page, error)) {
+            WebMediaInfo filled = info;
+            fill(filled, std::move(page));
+            info = std::move(filled);
+            return;
+        }
     } catch (const std::exception &exception) {
         error = exception.what(); // a page that memory cannot hold
     }
-    if (isRead)
-        fill(info, std::move(page));
-    else
-        NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());
+    NOX_LOG_ERROR("JSON reader.parse error: %s", error.c_str());
 }
 
 int YdOutputParser::parseDownloadeInfo(QString text, qint64 &total, qint64 &finish, qint64 &speed)
