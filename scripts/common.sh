@@ -17,11 +17,11 @@ print_help() {
 }
 
 export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$jobs
+# What was compiled in one checkout is reused in others, in any folder, also by what the tests build.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
 
 # build_preset PRESET [TARGET...]: builds the targets, or everything, in build/PRESET; with ccache if it is installed.
-# What was compiled in one checkout is reused in others, in any folder.
 build_preset() (
-    export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
     local preset=$1
     shift
     [[ $# -eq 0 ]] || set -- --target "$@"
