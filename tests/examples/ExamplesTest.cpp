@@ -49,6 +49,7 @@ std::unique_ptr<QProcess> ExamplesTest::start(const QString &example, const QStr
     QDir().mkpath(home + "/Videos"_s);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME"_s, home);
+    environment.insert("QT_QUICK_BACKEND"_s, "software"_s); // a machine for tests has no OpenGL
     for (const char *name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"})
         environment.insert(QString::fromLatin1(name), home + "/"_s + QString::fromLatin1(name));
     auto process = std::make_unique<QProcess>();
