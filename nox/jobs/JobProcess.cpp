@@ -16,7 +16,7 @@ constexpr int mostErrors = 16 * 1024;
 
 QString quoted(QString argument)
 {
-    return QLatin1Char('"') + argument.replace(QLatin1Char('"'), QLatin1String("\"\"\"")) + QLatin1Char('"');
+    return QLatin1Char('"') + argument.replace(QLatin1Char('"'), QLatin1String(R"(""")")) + QLatin1Char('"');
 }
 
 } // namespace
