@@ -203,7 +203,7 @@ private Q_SLOTS:
         const int outType = outputs.toInt();
         useFile(threshold.toInt(), outType);
         int result = -1;
-        const QByteArray output = standardOutputOf([&] { result = logAt(level.toInt()); });
+        const QByteArray output = standardOutputOf([&result, level = level] { result = logAt(level.toInt()); });
         QCOMPARE(result, 0);
         const bool written = passes == "yes"_s;
         const QByteArray record = QByteArray(anError).replace("[ERROR]", level == "2"_s ? "[ERROR]" : "");
