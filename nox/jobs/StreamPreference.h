@@ -11,7 +11,7 @@ namespace Nox {
 struct NOX_JOBS_EXPORT StreamPreference {
     int maximumHeight = 0;         ///< of the picture, in lines; 0 for no limit
     bool withoutConversion = true; ///< nothing that ffmpeg would have to encode anew, where there is anything else
-    bool soundOnly = false;
+    bool soundOnly = false;        ///< the best audio stream, without a picture
 
     /**
      * The stream of @p streams that suits best. Where no picture is within the limit, it is
