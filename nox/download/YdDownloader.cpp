@@ -143,6 +143,11 @@ void YdDownloader::clear()
     }
 }
 
+bool YdDownloader::isUsingYt() const
+{
+    return ToolCommand::needsCertificateSwitch(m_toolPath);
+}
+
 // Each download gets new processes. An old one may not have ended yet, and a process cannot be started again from its
 // own error signal.
 void YdDownloader::reset()
@@ -209,11 +214,11 @@ void YdDownloader::downloadNextItem()
 QString YdDownloader::itemCommand(const QString &ydCode)
 {
     QString command = ToolCommand::head(m_toolPath, m_pycacheDir) + QStringLiteral(" -f %1 ").arg(ydCode);
-    if (ToolCommand::needsCertificateSwitch(m_toolPath))
+    if (isUsingYt())
         command += ToolCommand::certificateSwitch;
-    const QString folder = QFileInfo(m_destFile).dir().absolutePath();
+    m_outDir = QFileInfo(m_destFile).dir().absolutePath();
     command += QStringLiteral("-o \"%1/%2%3%4\" ")
-                   .arg(ToolCommand::escaped(folder), QUuid::createUuid().toString(), YD_TEMP_MARK,
+                   .arg(ToolCommand::escaped(m_outDir), QUuid::createUuid().toString(), YD_TEMP_MARK,
                         QStringLiteral(".%(ext)s"));
     return command + Utilities::escapeUrl(m_url);
 }

@@ -47,6 +47,7 @@ protected Q_SLOTS:
 private:
     class RunGuard;
 
+    bool isUsingYt() const;
     void reset();
     void initYdDownloaderCommand();
     void downloadNextItem();
@@ -70,6 +71,7 @@ private:
     DownloadProgress m_progress;
     QString m_item1File; // as the tool announced it
     QString m_item2File;
+    QString m_outDir;
     QString m_mergedFile;
     OwnFiles m_ownFiles;
     QStringList m_refusedFiles;  // named by the tool, but not files of this download
