@@ -15,6 +15,8 @@ import time
 import unittest
 from typing import Any, Dict, Iterator, List, Tuple
 
+from stoppable_server import StoppableServer
+
 FRONT = pathlib.Path(__file__).resolve().parents[2] / "tool"
 TIME_LIMIT = 60  # seconds
 READ_ANEW = 9  # the exit code of the child where the page is to be read anew
@@ -32,14 +34,11 @@ sys.exit({READ_ANEW} if code is None else code)
 """
 
 
-class Site(http.server.ThreadingHTTPServer):
+class Site(StoppableServer):
     """Serves "/NUMBER", each with bytes of its own, whole or in part."""
 
-    daemon_threads = True
-    allow_reuse_address = True
-
     def __init__(self, size: int, port: int = 0) -> None:
-        super().__init__(("127.0.0.1", port), Handler)
+        super().__init__(Handler, port)
         self.size = size
         self.status: Dict[int, int] = {}
         self.delay: Dict[int, float] = {}
@@ -47,21 +46,11 @@ class Site(http.server.ThreadingHTTPServer):
         self.asked: List[int] = []
         self.asked_before_first = 0
         self.under_way = self.most_under_way = 0
-        self.is_stopped = threading.Event()
         self.lock = threading.Lock()
-        threading.Thread(target=lambda: self.serve_forever(0.05), daemon=True).start()
+        self.begin()
 
     def content(self, number: int) -> bytes:
         return f"{number:08d}".encode() * (self.size // 8)
-
-    def stop(self) -> None:
-        """Breaks all connections, too."""
-        self.is_stopped.set()
-        self.shutdown()
-        self.server_close()
-
-    def handle_error(self, *_: object) -> None:
-        pass
 
 
 class Handler(http.server.BaseHTTPRequestHandler):

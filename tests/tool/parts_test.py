@@ -15,7 +15,6 @@ import signal
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 import unittest
 import unittest.mock
@@ -23,6 +22,7 @@ from typing import Any, Callable, Dict, List, NamedTuple, Tuple
 
 from download_test import CHILD, FRONT
 from noxfront import parts
+from stoppable_server import StoppableServer
 
 PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":"))]
 TIME_LIMIT = 120  # seconds
@@ -39,20 +39,16 @@ class Request(NamedTuple):
     condition: bool  # whether the rest was asked for only of the same file
 
 
-class Site(http.server.ThreadingHTTPServer):
+class Site(StoppableServer):
     """Serves "/file", and the same bytes in segments "/N.ts" of the playlist "/list.m3u8"."""
 
-    daemon_threads = True
-    allow_reuse_address = True
-
     def __init__(self, has_etag: bool = True, has_ranges: bool = True, port: int = 0) -> None:
-        super().__init__(("127.0.0.1", port), Handler)
+        super().__init__(Handler, port)
         self.has_etag, self.has_ranges = has_etag, has_ranges
         self.version = "a"
         self.is_held = True  # nothing behind the first segments
         self.requests: List[Request] = []
-        self.is_stopped = threading.Event()
-        threading.Thread(target=lambda: self.serve_forever(0.05), daemon=True).start()
+        self.begin()
 
     def data(self) -> bytes:
         block = hashlib.sha512(self.version.encode()).digest()
@@ -68,15 +64,6 @@ class Site(http.server.ThreadingHTTPServer):
         number = int(path[1:-3])
         end = None if number == COUNT - 1 else (number + 1) * SEGMENT
         return self.data()[number * SEGMENT:end]
-
-    def stop(self) -> None:
-        if not self.is_stopped.is_set():
-            self.is_stopped.set()
-            self.shutdown()
-            self.server_close()
-
-    def handle_error(self, *_: object) -> None:
-        pass
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
