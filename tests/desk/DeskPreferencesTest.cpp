@@ -4,6 +4,8 @@
 #include <QComboBox>
 #include <QDialog>
 
+#include <sys/stat.h>
+
 using namespace NoxDesk;
 
 /** The preferences: what they take, what they refuse, and what is written into the settings of the tool. */
@@ -90,10 +92,13 @@ void DeskPreferencesTest::toolSettings()
     auto *browsers = qobject_cast<QComboBox *>(m_user->find("browser"));
     if (browser != "-"_s)
         browsers->setCurrentIndex(browsers->findData(browser));
+    const mode_t mask = ::umask(0002); // of systems on which each user has a group
     dialog->accept();
+    ::umask(mask);
     QVERIFY(!dialog->isVisible());
     QVERIFY(file.open(QIODevice::ReadOnly));
     QTEST(QString::fromUtf8(file.readAll()), "after");
+    QVERIFY(!before.isEmpty() || !(file.permissions() & (QFile::ReadGroup | QFile::WriteGroup)));
 }
 
 void DeskPreferencesTest::renewsTool_data()

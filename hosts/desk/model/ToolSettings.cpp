@@ -145,7 +145,13 @@ bool ToolSettings::save()
         return true;
     QDir().mkpath(QFileInfo(fileName()).absolutePath());
     QSaveFile file(fileName());
-    if (!m_isReadable || !file.open(QIODevice::WriteOnly) || file.write(m_text) != m_text.size() || !file.commit())
+    if (!m_isReadable || !file.open(QIODevice::WriteOnly))
+        return false;
+    // It may hold passwords, and the tool's front takes no file that others may write to. One that is there keeps its
+    // permissions.
+    if (!QFileInfo::exists(fileName()))
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    if (file.write(m_text) != m_text.size() || !file.commit())
         return false;
     m_savedText = m_text;
     return true;

@@ -32,9 +32,14 @@ void Opener::open(const QUrl &url)
     auto *process = new QProcess;
     process->setProcessChannelMode(QProcess::ForwardedChannels);
     connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
-            [end](int code) { end(code == 0); });
-    connect(process, &QProcess::errorOccurred, this, [end] { end(false); });
+            [end](int code, QProcess::ExitStatus status) { end(status == QProcess::NormalExit && code == 0); });
     connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), process, &QObject::deleteLater);
+    connect(process, &QProcess::errorOccurred, this, [end, process](QProcess::ProcessError error) {
+        if (error != QProcess::FailedToStart) // a crash is told by finished() as well
+            return;
+        process->deleteLater();
+        end(false);
+    });
     process->start(program, {url.toString(QUrl::FullyEncoded)});
 }
 
