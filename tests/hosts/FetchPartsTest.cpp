@@ -61,7 +61,6 @@ void FetchPartsTest::commandLines_data()
     row("--items 1,,2 http://a/", 2, "2,5-7");
     row("--items 99999999 http://a/", 2, "2,5-7");
     row("-a /none/list", 2, "\"/none/list\" cannot be read: No such file");
-    row("-a /dev/null http://a/", 2, "holds no address");
     row("-v -q http://a/", 2, "exclude");
     row("-o /none/x http://a/", 2, "does not exist");
     row("-o x. http://a/", 2, "dot");
@@ -128,8 +127,12 @@ void FetchPartsTest::addressFile()
     QCOMPARE(read.urls.last(), "http://e/"_s);
     QVERIFY(AddressFile::read(folder.path()).errorString.contains("cannot be read"_s));
     QVERIFY(file.resize(20 * 1024 * 1024) && AddressFile::read(file.fileName()).errorString.contains("too large"_s));
-    const CommandLine line = CommandLine::read({"nox-fetch"_s, "-a"_s, "/dev/null"_s, "--max-height"_s, "5"_s});
-    QCOMPARE(line.exitCode.value_or(-1), 2);
+    QVERIFY(file.resize(0));
+    for (const QStringList &more : {QStringList("http://a/"_s), {"--max-height"_s, "5"_s}}) {
+        const CommandLine line = CommandLine::read(QStringList{"nox-fetch"_s, "-a"_s, file.fileName()} + more);
+        QCOMPARE(line.exitCode.value_or(-1), 2);
+        QVERIFY2(line.text.contains("holds no address"_s), qPrintable(line.text));
+    }
     for (const QStringList &audio : {QStringList{"-a"_s, "140"_s}, {"-a140"_s}, {"-A"_s, "140"_s}})
         QCOMPARE(CommandLine::read(QStringList("nox-fetch"_s) + audio + QStringList("http://a/"_s)).options.audioCode,
                  "140"_s);

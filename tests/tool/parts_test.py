@@ -204,11 +204,11 @@ class PartsTest(unittest.TestCase):
         if kind == "file":
             self.assertEqual([request[2:] for request in requests], [(size, 206, True)])
             return
-        count = size // SEGMENT
-        self.assertGreaterEqual(count, HELD - 1)
         fetched = sorted(int(request.path[1:-3]) for request in requests if request.status == 200)
-        self.assertEqual(fetched, list(range(count, COUNT)))
-        self.assertEqual([request.path for request in requests if request.status == 304], [f"/{count - 1}.ts"])
+        self.assertGreaterEqual(fetched[0], HELD - 1)
+        self.assertIn(size // SEGMENT - fetched[0], (0, 1))  # a segment may be there before the record tells of it
+        self.assertEqual(fetched, list(range(fetched[0], COUNT)))
+        self.assertEqual([request.path for request in requests if request.status == 304], [f"/{fetched[0] - 1}.ts"])
 
     def test_the_rest_is_fetched(self) -> None:
         for self.package in PACKAGES:
