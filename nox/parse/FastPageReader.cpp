@@ -98,6 +98,8 @@ bool parse(QByteArray &document, dom::document &parsed)
     const auto size = static_cast<size_t>(document.size());
     // simdjson reads whole blocks, and so beyond the end.
     document.append(static_cast<QByteArray::size_type>(simdjson::SIMDJSON_PADDING), '\0');
+    // Qt reserves three bytes per character. Memory that is not needed makes malloc() return all of it after each page.
+    document.squeeze();
     dom::parser parser;
     const bool ok = parser.allocate(size, deepestNesting) == simdjson::SUCCESS
         && parser.parse_into_document(parsed, document.constData(), size, false).error() == simdjson::SUCCESS;

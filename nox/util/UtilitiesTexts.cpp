@@ -6,6 +6,7 @@
 #include <QStringView>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace Nox {
@@ -60,36 +61,35 @@ Escape readCharacterReference(QStringView text)
     return {QChar(static_cast<char16_t>(code)), i + 1};
 }
 
-void append(QString &result, QStringView text)
-{
-    result.append(text.data(), static_cast<QString::size_type>(text.size()));
-}
-
-// Replaces each escape that `read` recognises behind a `mark`. Not with QRegularExpression, which refuses the lone
-// surrogates that a page may hold.
+// Replaces each escape that `read` recognises behind a `mark`; in place, because a page can be large. Not with
+// QRegularExpression, which refuses the lone surrogates that a page may hold.
 template <typename Reader>
-QString replaceEscapes(const QString &text, QChar mark, Reader read)
+QString replaceEscapes(QString text, QChar mark, Reader read)
 {
-    const QStringView view(text);
-    QString result;
-    qsizetype copied = 0;
+    qsizetype copied = 0; // characters that have been read, and what they have become
+    qsizetype written = 0;
+    const auto copyUntil = [&](qsizetype position) {
+        QChar *const data = text.data();
+        const qsizetype count = position - copied;
+        std::memmove(data + written, data + copied, static_cast<size_t>(count) * sizeof(QChar));
+        written += count;
+    };
     qsizetype position = text.indexOf(mark);
     while (position >= 0) {
         qsizetype next = position + 1;
-        if (const Escape escape = read(view.mid(next)); escape.length > 0) {
-            if (result.isEmpty())
-                result.reserve(text.size());
-            append(result, view.mid(copied, position - copied));
-            result.append(escape.character);
+        if (const Escape escape = read(QStringView(text).mid(next)); escape.length > 0) {
+            copyUntil(position);
+            text.data()[written++] = escape.character;
             next += escape.length;
             copied = next;
         }
-        position = view.indexOf(mark, next);
+        position = QStringView(text).indexOf(mark, next);
     }
     if (copied == 0)
         return text;
-    append(result, view.mid(copied));
-    return result;
+    copyUntil(text.size());
+    text.truncate(static_cast<QString::size_type>(written));
+    return text;
 }
 
 } // namespace
@@ -111,12 +111,12 @@ bool Utilities::isValidUrl(QString url)
 
 QString Utilities::convertHttpSpecificChar2(QString text)
 {
-    return replaceEscapes(text, QLatin1Char('\\'), readUnicodeEscape);
+    return replaceEscapes(std::move(text), QLatin1Char('\\'), readUnicodeEscape);
 }
 
 QString Utilities::convertHttpSpecificChar(QString text)
 {
-    return replaceEscapes(text, QLatin1Char('&'), readCharacterReference);
+    return replaceEscapes(std::move(text), QLatin1Char('&'), readCharacterReference);
 }
 
 QString Utilities::stringList2String(QStringList &list)
