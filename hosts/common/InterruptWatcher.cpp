@@ -12,14 +12,14 @@ namespace NoxHost {
 namespace {
 
 constexpr int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP};
-int channel[2] = {-1, -1}; // written by the handler, read from the event loop
+int channel[2] = {-1, -1}; // a pipe: written by the signal handler, read by the event loop
 
 void onSignal(int /*number*/)
 {
     const int savedErrno = errno;
     const char byte = 1;
     if (write(channel[0], &byte, 1) < 0) {
-        // Full: an interrupt is waiting already.
+        // If the pipe is full, an interrupt is already pending.
     }
     errno = savedErrno;
 }
@@ -44,7 +44,7 @@ InterruptWatcher::InterruptWatcher(QObject *parent)
     : QObject(parent)
 {
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, channel) != 0)
-        return; // without it, the signals end the program as usual
+        return; // without the pipe, the signals end the program as usual
     m_notifier = std::make_unique<QSocketNotifier>(channel[1], QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &InterruptWatcher::drain);
     setHandler(onSignal);

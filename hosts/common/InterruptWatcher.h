@@ -8,9 +8,9 @@
 namespace NoxHost {
 
 /**
- * Turns SIGINT, SIGTERM and SIGHUP into a notification from the event loop, so that the download can
- * be stopped in order. There is one at most; while it lives, these signals do not end the program. A signal
- * that the program was started to ignore, as nohup does with SIGHUP, stays ignored.
+ * Turns SIGINT, SIGTERM and SIGHUP into a Qt signal from the event loop, so that the download can be stopped properly.
+ * At most one may exist; while it exists, these signals do not end the program. A signal that was ignored at the start,
+ * such as SIGHUP under nohup, stays ignored.
  */
 class InterruptWatcher : public QObject
 {
@@ -21,7 +21,7 @@ public:
     ~InterruptWatcher() override;
 
 Q_SIGNALS:
-    /** The user, or the system, wants the program to end. */
+    /** The user or the system asks the program to end. */
     void interrupted();
 
 private:

@@ -6,8 +6,7 @@
 namespace NoxHost {
 
 /**
- * Where the library's log goes: into a file of the user's choice, or a temporary one that can be shown.
- * Nothing goes to standard output.
+ * The log of the library: a file of the user's choice, or a temporary file. Nothing is written to standard output.
  */
 class LibraryLog
 {
@@ -17,7 +16,7 @@ public:
     LibraryLog() = default;
 
     /**
-     * Directs the library's log.
+     * Sets the log file of the library.
      * @param file the log file, appended to; empty for a temporary one
      * @return whether the file can be written
      */

@@ -3,8 +3,8 @@
 namespace NoxHost {
 
 /**
- * Makes sure that file names and texts travel as UTF-8, for this program and for those it starts.
- * Call it first in main(): Qt reads the locale once, when the application object is made.
+ * Selects UTF-8 for file names and texts, for this program and its child processes. Call it first in main(): Qt reads
+ * the locale once, when the application object is created.
  */
 void ensureUtf8Locale();
 

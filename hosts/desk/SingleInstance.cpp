@@ -15,7 +15,7 @@ constexpr int answerMs = 3000;
 constexpr qint64 maximumBytes = 4LL * 1024 * 1024;
 const QByteArray received("ok\n");
 
-/** Programs on different displays do not know each other: the user may not see the other one's window. */
+/** One socket for each display: the user may not see the window of an instance on another display. */
 QString displayName()
 {
     const QByteArray display =
@@ -33,16 +33,16 @@ SingleInstance::SingleInstance(const QString &folder, QObject *parent)
         return;
     m_path = QDir(folder.isEmpty() ? runtime : folder).filePath(QStringLiteral("nox-desk-%1").arg(displayName()));
     m_lock = std::make_unique<QLockFile>(m_path + QStringLiteral(".lock"));
-    m_lock->setStaleLockTime(0); // it is stale only when its process has gone
+    m_lock->setStaleLockTime(0); // stale only if its process no longer exists
     connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::accept);
 }
 
 bool SingleInstance::begin(const QStringList &addresses)
 {
-    if (m_lock == nullptr) // there is no place to meet
+    if (m_lock == nullptr) // no folder for the socket
         return true;
     if (m_lock->tryLock(0)) {
-        QLocalServer::removeServer(m_path); // of a program that was killed
+        QLocalServer::removeServer(m_path); // left by a program that was killed
         m_server.setSocketOptions(QLocalServer::UserAccessOption);
         m_server.listen(m_path);
         return true;

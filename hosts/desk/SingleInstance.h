@@ -11,23 +11,23 @@ class QLocalSocket;
 
 namespace NoxDesk {
 
-/** Makes a second start of the program hand its addresses to the first, by a local socket of the user. */
+/** Lets a second instance of the program pass its addresses to the first one, through a local socket of the user. */
 class SingleInstance : public QObject
 {
     Q_OBJECT
 
 public:
-    /** @param folder of the user alone, for the socket; empty for the runtime folder */
+    /** @param folder for the socket, with access for the user only; empty for the runtime folder */
     explicit SingleInstance(const QString &folder = {}, QObject *parent = nullptr);
 
     /**
-     * Becomes the first, or hands over the addresses to it. Waits for the first for some seconds at most.
-     * @return whether this program is to go on: it is the first, or the first does not answer
+     * Becomes the first instance, or passes @p addresses to it. Waits at most some seconds for its answer.
+     * @return whether this instance continues: it is the first, or the first does not answer
      */
     bool begin(const QStringList &addresses);
 
 Q_SIGNALS:
-    /** Another start has handed over these addresses, perhaps none. */
+    /** Another instance has passed these addresses; the list may be empty. */
     void handedOver(const QStringList &addresses);
 
 private:
@@ -37,7 +37,7 @@ private:
 
     QString m_path; // of the socket
     QLocalServer m_server;
-    std::unique_ptr<QLockFile> m_lock; // held by the first
+    std::unique_ptr<QLockFile> m_lock; // locked by the first instance
 };
 
 } // namespace NoxDesk

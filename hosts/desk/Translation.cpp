@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
-// Outside of every namespace, as the macro asks for.
+// Q_INIT_RESOURCE must stand outside of every namespace.
 static void initResources() // NOLINT(misc-use-anonymous-namespace)
 {
     Q_INIT_RESOURCE(desk);
@@ -31,7 +31,7 @@ void installTranslation(const QLocale &locale)
 {
     initResources();
     Nox::installJobsTranslation(locale);
-    // The texts in the source are English, which no file holds.
+    // English needs no file: it is the language of the source.
     if (locale.uiLanguages().value(0).startsWith(QLatin1String("en")))
         return;
     install(locale, QStringLiteral("qtbase"), QStringLiteral(NOX_QT_TRANSLATIONS));

@@ -4,7 +4,7 @@
 
 namespace NoxDesk {
 
-/** Makes the application speak the language of @p locale, where there is a translation. */
+/** Installs the translations for the language of @p locale, if there are any. */
 void installTranslation(const QLocale &locale);
 
 } // namespace NoxDesk

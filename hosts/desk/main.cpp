@@ -2,7 +2,7 @@
 #include "hosts/common/Locale.h"
 #include "hosts/desk/SingleInstance.h"
 #include "hosts/desk/Translation.h"
-#include "hosts/desk/model/Desk.h"
+#include "hosts/desk/model/DeskController.h"
 #include "hosts/desk/view/MainWindow.h"
 
 #include <nox/jobs/ToolSetup.h>
@@ -63,8 +63,8 @@ int main(int argc, char *argv[])
         return EXIT_SUCCESS;
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nox-desk.png")));
 
-    Desk desk(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
-    MainWindow window(desk);
+    DeskController controller(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
+    MainWindow window(controller);
     const NoxHost::InterruptWatcher interrupts;
     QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::closeAtOnce);
     QObject::connect(&instance, &SingleInstance::handedOver, &window, &MainWindow::takeOver);

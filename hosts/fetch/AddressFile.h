@@ -5,12 +5,12 @@
 
 namespace NoxFetch {
 
-/** A text file with one address a line; empty lines, and those that begin with "#", do not count. */
+/** A text file with one address per line. Empty lines, and lines that begin with "#", are ignored. */
 struct AddressFile {
-    QStringList urls;    ///< Corrected, but not checked.
-    QString errorString; ///< Why there are none; empty when there are some.
+    QStringList urls;    ///< Completed, but not checked.
+    QString errorString; ///< The error message; empty on success.
 
-    /** Reads the file @p name, or standard input where it is "-". */
+    /** Reads the file @p name; "-" is standard input. */
     static AddressFile read(const QString &name);
 };
 

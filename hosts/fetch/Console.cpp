@@ -10,7 +10,7 @@ namespace NoxFetch {
 namespace {
 
 constexpr int usualWidth = 80;
-const QLatin1String lineStart("\r\x1b[K"); // back to the first column, the line wiped
+const QLatin1String lineStart("\r\x1b[K"); // first column, then clear the line
 
 } // namespace
 
@@ -76,7 +76,7 @@ void Console::clearStatus()
 void Console::writeError(const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
-    // Nobody is left to tell when standard error cannot be written.
+    // If standard error cannot be written, no report is possible.
     static_cast<void>(std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr));
     static_cast<void>(std::fflush(stderr));
 }

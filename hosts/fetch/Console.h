@@ -5,8 +5,8 @@
 namespace NoxFetch {
 
 /**
- * The two outputs of the program: results on standard output, everything else on standard error,
- * where a status line that is overwritten again and again gives way to whole lines.
+ * The two outputs of the program: results on standard output, everything else on standard error. There, a status line
+ * is overwritten repeatedly, and removed before other lines are printed.
  */
 class Console
 {
@@ -19,25 +19,25 @@ public:
     /** Columns of the terminal. */
     int width() const;
 
-    /** Leaves notes out. */
+    /** Suppresses notes. */
     void setQuiet(bool quiet);
 
-    /** A line for the user's information. */
+    /** Prints a line of information for the user. */
     void note(const QString &text);
 
     /**
-     * What went wrong, one or more lines; the first is marked with the program's name.
-     * @param details what the tool said of it, on lines of its own
+     * Prints an error message of one or more lines; the first begins with the program's name.
+     * @param details messages of the tool about it, on separate lines
      */
     void error(const QString &message, const QString &details = {});
 
-    /** The program's result. @return whether it could be written */
+    /** Prints the result. @return whether it could be written */
     bool result(const QString &text);
 
     /** Shows @p line in place of the last status line; only on a terminal. */
     void showStatus(const QString &line);
 
-    /** Takes the status line away. */
+    /** Removes the status line. */
     void clearStatus();
 
 private:

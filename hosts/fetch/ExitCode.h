@@ -2,7 +2,7 @@
 
 namespace NoxFetch {
 
-/** What the program's exit code says. */
+/** The exit codes of the program. */
 enum ExitCode : int {
     Done = 0,
     ExtractionFailed = 1,

@@ -47,7 +47,7 @@ void FetchApp::start()
 
 void FetchApp::interrupt()
 {
-    m_isInterrupted = true; // also between two pages
+    m_isInterrupted = true; // the interrupt may come between two pages
     if (m_page != nullptr)
         m_page->interrupt();
     else if (m_lister != nullptr)
@@ -56,7 +56,7 @@ void FetchApp::interrupt()
         Q_EMIT ended(Interrupted);
 }
 
-/** Begins with what comes next: a video of the page at hand, more of its videos, or another address. */
+/** Starts the next step: the next video, the next part of the list, or the next address. */
 void FetchApp::startNext()
 {
     m_page.reset();
@@ -83,7 +83,7 @@ void FetchApp::startAddress()
                            .arg(Nox::TextSanitizer::line(url)));
     m_lister.reset();
     if (const QString message = Nox::UrlCheck::errorString(url); !message.isEmpty()) {
-        refuse(url, UsageError, message); // a line of a file
+        refuse(url, UsageError, message); // a line of the file with addresses
         QTimer::singleShot(0, this, &FetchApp::startNext);
     } else if (m_options.items) {
         m_lister = std::make_unique<ItemLister>(url, *m_options.items, m_tools);
@@ -108,7 +108,7 @@ void FetchApp::startPage(const PageRun::Task &task)
 {
     m_task = task;
     m_page = std::make_unique<PageRun>(m_options, task, m_tools, m_console);
-    // Queued: the page goes before the next one comes, and it is notifying.
+    // Queued: the page is the sender of this signal and must be deleted before the next one is created.
     connect(m_page.get(), &PageRun::ended, this, &FetchApp::onPageEnded, Qt::QueuedConnection);
     m_page->start();
 }
@@ -140,7 +140,7 @@ void FetchApp::onListed()
     startNext();
 }
 
-/** Prints the videos that have been listed instead of reading them. @return whether that went well */
+/** Prints the list of videos, without reading their pages. @return whether it could be written */
 bool FetchApp::showItems()
 {
     QStringList lines;
@@ -156,7 +156,7 @@ bool FetchApp::showItems()
     return lines.isEmpty() || m_console.result(lines.join(QLatin1Char('\n')));
 }
 
-/** Takes down what has become of the page @p url. */
+/** Records the outcome of the page @p url. */
 void FetchApp::count(const QString &url, int exitCode, const QString &message)
 {
     if (exitCode == Done)
@@ -167,7 +167,7 @@ void FetchApp::count(const QString &url, int exitCode, const QString &message)
         m_exitCode = exitCode;
 }
 
-/** Tells of an address that no page run was begun for. */
+/** Reports an address for which no page run was started. */
 void FetchApp::refuse(const QString &url, int exitCode, const QString &message, const QString &details)
 {
     const QString name = Nox::TextSanitizer::line(url);
@@ -175,7 +175,7 @@ void FetchApp::refuse(const QString &url, int exitCode, const QString &message, 
     count(url, exitCode, message);
 }
 
-/** Ends with a summary, where there was more than one page. */
+/** Ends the run; prints a summary if there was more than one page. */
 void FetchApp::finish()
 {
     const int failedCount = static_cast<int>(m_failures.size());

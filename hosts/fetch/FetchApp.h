@@ -17,7 +17,7 @@ namespace NoxFetch {
 
 class Console;
 
-/** One run of the program: the pages one after the other, or the tool's version. */
+/** One run of the program: handles the pages one after the other, or prints the tool's version. */
 class FetchApp : public QObject
 {
     Q_OBJECT
@@ -25,14 +25,14 @@ class FetchApp : public QObject
 public:
     FetchApp(const Options &options, Console &console, QObject *parent = nullptr);
 
-    /** Begins; ended() follows. */
+    /** Starts; ended() follows. */
     void start();
 
-    /** Stops whatever runs; ended() follows. */
+    /** Stops the current work; ended() follows. */
     void interrupt();
 
 Q_SIGNALS:
-    /** All is done, for better or worse. */
+    /** The work is over, with or without success. */
     void ended(int exitCode);
 
 private:
@@ -57,14 +57,14 @@ private:
     Nox::ToolVersionJob m_version;
     std::unique_ptr<PageRun> m_page;
     PageRun::Task m_task;                 // of m_page
-    std::unique_ptr<ItemLister> m_lister; // of the last address, where videos of it are asked for
-    QList<Nox::PlaylistEntry> m_items;    // those that have been listed and not begun
-    int m_addressNumber = 0;              // of the last address, counted from 1
+    std::unique_ptr<ItemLister> m_lister; // for the last address, if several of its videos are requested
+    QList<Nox::PlaylistEntry> m_items;    // listed, but not started
+    int m_addressNumber = 0;              // number of the last address, from 1
     int m_doneCount = 0;
-    QStringList m_failures; // one line for each page that failed
+    QStringList m_failures; // one line per failed page
     bool m_isInterrupted = false;
-    bool m_hasStopped = false; // what ran last, for that
-    int m_exitCode = 0;        // of the first page that failed
+    bool m_hasStopped = false; // whether the last job was interrupted
+    int m_exitCode = 0;        // of the first failed page
 };
 
 } // namespace NoxFetch

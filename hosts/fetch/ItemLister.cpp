@@ -18,7 +18,7 @@ void ItemLister::proceed()
     m_entries.clear();
     m_job = std::make_unique<Nox::PlaylistJob>(m_url, m_tools);
     m_job->setRange(m_next);
-    // Queued: another job may follow, and this one is notifying.
+    // Queued: this job is the sender of the signal, and the receiver may start another one.
     connect(m_job.get(), &Nox::Job::finished, this, &ItemLister::onListed, Qt::QueuedConnection);
     m_job->start();
 }

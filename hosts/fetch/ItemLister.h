@@ -13,7 +13,8 @@
 
 namespace NoxFetch {
 
-/** Lists the wanted videos of a page with several, some hundred at a time, so that memory does not grow with the page.
+/** Lists the requested videos of a page, at most some hundred at a time, so that the memory does not depend on the
+ * page.
  */
 class ItemLister : public QObject
 {
@@ -22,19 +23,19 @@ class ItemLister : public QObject
 public:
     ItemLister(const QString &url, const ItemSelection &items, const Nox::ToolSetup &tools, QObject *parent = nullptr);
 
-    /** Lists the next ones; ended() follows. To be called while isAtEnd() is false. */
+    /** Lists the next videos; ended() follows. To be called while isAtEnd() is false. */
     void proceed();
 
-    void cancel(); ///< ended() follows where a list is under way.
+    void cancel(); ///< If a list is being read, ended() follows.
 
-    const Nox::PlaylistJob &job() const { return *m_job; }          ///< The last list: whether it has failed.
-    QList<Nox::PlaylistEntry> entries() const { return m_entries; } ///< The wanted ones of the last list.
+    const Nox::PlaylistJob &job() const { return *m_job; }          ///< The last list, to see whether it failed.
+    QList<Nox::PlaylistEntry> entries() const { return m_entries; } ///< The requested entries of the last list.
     bool isAtEnd() const { return m_next == 0; }                    ///< Whether there are no more.
 
-    /** A sentence about wanted numbers that the page does not have; empty when it has all. To be asked at the end. */
+    /** A message about requested numbers that the page does not have; may be empty. To be called at the end. */
     QString missingText() const;
 
-    /** @p number in as many digits as the largest number on the page needs, two at least. */
+    /** @p number with as many digits as the largest number on the page, at least two. */
     QString numberText(int number) const;
 
 Q_SIGNALS:
@@ -48,8 +49,8 @@ private:
     Nox::ToolSetup m_tools;
     std::unique_ptr<Nox::PlaylistJob> m_job;
     QList<Nox::PlaylistEntry> m_entries;
-    int m_next;      // number to go on with
-    int m_found = 0; // the largest number on the page, as far as it is known
+    int m_next;      // first number of the next list
+    int m_found = 0; // the largest known number on the page
 };
 
 } // namespace NoxFetch

@@ -8,23 +8,23 @@
 
 namespace NoxFetch {
 
-/** Which videos of a page with several are wanted, by their numbers from 1. A value. */
+/** The requested videos of a page, by their numbers from 1. A value. */
 class ItemSelection
 {
 public:
-    /** Reads numbers and ranges such as "2,5-7", or "all"; nothing where it is neither. */
+    /** Reads numbers and ranges such as "2,5-7", or "all"; no value if the text is neither. */
     static std::optional<ItemSelection> fromText(const QString &text);
 
     bool contains(int number) const;
 
-    /** The smallest wanted number above @p number, or 0 when there is none. */
+    /** The smallest requested number above @p number, or 0 if there is none. */
     int next(int number) const;
 
-    /** The largest number; nothing when all are wanted. */
+    /** The largest number; no value if all are requested. */
     std::optional<int> last() const;
 
 private:
-    QVector<std::pair<int, int>> m_ranges; // first and last, in order; without any all are wanted
+    QVector<std::pair<int, int>> m_ranges; // first and last, in order; empty means all
 };
 
 } // namespace NoxFetch

@@ -8,7 +8,7 @@
 
 namespace NoxFetch {
 
-/** What is known of @p page as a JSON document: the page, its streams best first, and the choice. */
+/** @p page as a JSON document: the page, its streams with the best first, and the default choice. */
 QString jsonRecord(const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams,
                    const Nox::StreamPreference &preference);
 

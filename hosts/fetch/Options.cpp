@@ -72,7 +72,7 @@ CommandLine refused(const QString &reason)
     return ended(UsageError, reason + QStringLiteral("\nTry --help."));
 }
 
-/** A parsed command line, asked by names in Latin-1. */
+/** A parsed command line, with option names in Latin-1. */
 class Parsed
 {
 public:
@@ -85,7 +85,7 @@ public:
     QString value(const char *name) const { return m_parser.value(QString::fromLatin1(name)); }
     QStringList addresses() const { return m_parser.positionalArguments(); }
 
-    /** A sentence about two options of which both are set; empty when that is allowed. */
+    /** The error message about two options that exclude each other; empty if there are none. */
     QString conflict() const;
 
 private:
@@ -132,7 +132,7 @@ Options optionsFrom(const Parsed &line)
     return options;
 }
 
-/** What is wrong with the options, as far as the files do not tell; empty when nothing is. */
+/** The error message about the options, before any file is read; may be empty. */
 QString errorIn(const Parsed &line)
 {
     for (const char *name : {"format", "audio", "output", "folder", "tool", "pycache", "log", "batch-file"})
@@ -163,8 +163,9 @@ QString destinationErrorString(const Options &options)
 }
 
 /**
- * @p arguments with "--audio" for an "-a" that names no file: before it was the short form of --batch-file, -a was that
- * of --audio.
+ * @p arguments with "--audio" in place of an "-a" that does not name a file. Earlier versions had -a as the short form
+ * of
+ * --audio; now it is that of --batch-file.
  */
 QStringList withAudioOption(QStringList arguments)
 {

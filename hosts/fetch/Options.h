@@ -12,21 +12,21 @@
 
 namespace NoxFetch {
 
-/** What the user asks for on the command line. */
+/** The options of the command line. */
 struct Options {
     enum class Mode { Download, List, Json, ToolVersion };
 
     Mode mode = Mode::Download;
-    QStringList urls;                   ///< At least one, but for Mode::ToolVersion. Those of a file may be none.
-    std::optional<ItemSelection> items; ///< Which videos of a page; nothing for the page's own choice.
+    QStringList urls; ///< At least one, except for Mode::ToolVersion. Those of a file are not checked.
+    std::optional<ItemSelection> items; ///< Requested videos of a page; no value for the default.
     QString formatCode;                 ///< Empty for the best stream.
-    QString audioCode;                  ///< Empty for the best companion.
+    QString audioCode;                  ///< Empty for the default audio.
     bool noAudio = false;
-    Nox::StreamPreference preference; ///< Where no code says otherwise.
+    Nox::StreamPreference preference; ///< Used if there is no format code.
     Nox::SoundFormat sound = Nox::SoundFormat::AsIs;
-    bool keepsParts = false; ///< What has been fetched stays, and the next run goes on with it.
-    QString folder;          ///< Absolute path of the folder for files that are named after the title.
-    QString output;          ///< Absolute path, or empty for a name from the title.
+    bool keepsParts = false; ///< Keeps the parts of a download, and resumes from them.
+    QString folder;          ///< Absolute path of the folder for files with default names.
+    QString output;          ///< Absolute path, or empty for a default name.
     QString toolFile;        ///< Empty for the default.
     QString pycacheFolder;   ///< Empty for the default.
     QString logFile;         ///< Empty for none.
@@ -34,11 +34,11 @@ struct Options {
     bool quiet = false;
 };
 
-/** A command line, read: either options to work by, or a text to show and be done. */
+/** The result of reading a command line: either options, or a text to print before the program ends. */
 struct CommandLine {
     Options options;
-    std::optional<int> exitCode; ///< Set when there is nothing more to do.
-    QString text;                ///< What to show then: on standard output for success, else on standard error.
+    std::optional<int> exitCode; ///< Set if the program shall end.
+    QString text;                ///< The text to print then: on standard output for success, else on standard error.
 
     /** Reads @p arguments, the program's name first. */
     static CommandLine read(const QStringList &arguments);

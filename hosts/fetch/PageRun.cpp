@@ -162,7 +162,7 @@ void PageRun::printDescription(const QString &text)
         fail(ExtractionFailed, QStringLiteral("The result cannot be written to standard output."));
 }
 
-/** Ends after a @p job that did not succeed; @p exitCode is for a failure. */
+/** Ends after a @p job without success; @p exitCode is used for a failure. */
 void PageRun::endWithError(int exitCode, const Nox::Job &job)
 {
     if (job.error() == Nox::Job::Cancelled || job.error() == Nox::Job::Paused) {

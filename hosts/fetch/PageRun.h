@@ -16,32 +16,32 @@ namespace NoxFetch {
 class Console;
 struct StreamRequest;
 
-/** One page: reads it, then shows what it holds or downloads a stream. */
+/** The work on one page: reads it, then prints its content or downloads a stream. */
 class PageRun : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Which page it is. */
+    /** The page to handle. */
     struct Task {
         QString url;
-        QString prefix;       ///< In front of a file's name that comes from the page's title.
-        bool isOneOf = false; ///< Of several pages, so that errors name theirs.
+        QString prefix;       ///< Prefix of a default file name.
+        bool isOneOf = false; ///< Whether there are several pages: then error messages name the page.
     };
 
     PageRun(const Options &options, const Task &task, const Nox::ToolSetup &tools, Console &console,
             QObject *parent = nullptr);
 
-    /** Begins; ended() follows. */
+    /** Starts; ended() follows. */
     void start();
 
-    /** Stops whatever runs; ended() follows. */
+    /** Stops the current work; ended() follows. */
     void interrupt();
 
-    QString errorString() const { return m_errorString; } ///< What went wrong; empty when nothing did.
+    QString errorString() const { return m_errorString; } ///< The error message; empty on success.
 
 Q_SIGNALS:
-    /** All is done, for better or worse. */
+    /** The work is over, with or without success. */
     void ended(int exitCode);
 
 private:
@@ -61,7 +61,7 @@ private:
     Console &m_console;
     ProgressReporter m_progress;
     Nox::PageJob m_page;
-    std::unique_ptr<Nox::DownloadJob> m_download; // from the moment at which it begins
+    std::unique_ptr<Nox::DownloadJob> m_download; // set when the download starts
 };
 
 } // namespace NoxFetch

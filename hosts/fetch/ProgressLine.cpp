@@ -16,7 +16,7 @@ QString percentText(const Nox::TransferFigures &figures)
     return QStringLiteral("%1%").arg(figures.percent(), 3);
 }
 
-/** @p parts with two blanks between them, without those that are empty. */
+/** @p parts without empty ones, joined by two blanks. */
 QString joined(QStringList parts)
 {
     parts.removeAll(QString());
@@ -34,7 +34,7 @@ QString bar(int percent, int width)
 
 QString statusLine(const QString &activity, const Nox::TransferFigures &figures, int width, int tick)
 {
-    const int room = width - 1; // a full last column makes some terminals wrap
+    const int room = width - 1; // some terminals wrap the line if the last column is used
     const QLocale locale = QLocale::c();
     if (figures.total() == 0) {
         const QString marks = QStringLiteral("|/-\\");

@@ -10,7 +10,7 @@ namespace {
 constexpr int redrawMs = 120;
 constexpr int lineMs = 1000;
 constexpr int linePercents = 10;
-constexpr int unknownMs = 10000; // where there are no percents
+constexpr int unknownMs = 10000; // interval of lines if there is no percentage
 
 } // namespace
 

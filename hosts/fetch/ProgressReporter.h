@@ -12,8 +12,8 @@ namespace NoxFetch {
 class Console;
 
 /**
- * Tells the user on standard error what is going on: with a bar that is drawn anew several times a
- * second on a terminal, else with a line now and then.
+ * Shows the progress on standard error: on a terminal with a bar that is updated several times a second, else with
+ * a line from time to time.
  */
 class ProgressReporter : public QObject
 {
@@ -22,16 +22,16 @@ class ProgressReporter : public QObject
 public:
     explicit ProgressReporter(Console &console, QObject *parent = nullptr);
 
-    /** Something new begins, such as "extracting". */
+    /** A new activity begins, such as "extracting". */
     void begin(const QString &activity);
 
-    /** The same goes on with something else: the figures stand until there are new ones. */
+    /** The activity changes within the same work: the figures stay until new ones arrive. */
     void proceed(const QString &activity);
 
-    /** It has got on. */
+    /** New figures have arrived. */
     void advance(const Nox::TransferFigures &figures);
 
-    /** Nothing more to tell. */
+    /** The work is over. */
     void stop();
 
 private:

@@ -48,7 +48,7 @@ StreamRequest StreamRequest::choose(const Options &options, const Nox::StreamCho
     using Nox::StreamChoice;
     const MediaProfile audio = options.audioCode.isEmpty() ? MediaProfile() : streams.find(options.audioCode);
     if (!options.audioCode.isEmpty() && audio.getMediaType() != Nox::MEDIA_TYPE_AUDIO) {
-        // ffmpeg takes the larger of two pictures.
+        // Of two pictures, ffmpeg would take the larger.
         const QString reason = audio.isValid()
             ? QStringLiteral(
                 "Stream \"%1\" holds a picture, which could take the place of the video's: --audio is for a "

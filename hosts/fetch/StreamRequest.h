@@ -11,29 +11,29 @@
 
 namespace NoxFetch {
 
-/** Which stream of the page is to be downloaded, or why the user's wish cannot be met. */
+/** The stream to download, or the error message if the options do not fit the page. */
 struct StreamRequest {
-    Nox::MediaProfile stream; ///< Its preferred audio code set when it is to be joined.
-    QString errorString;      ///< Why there is no stream, for a person; empty when there is one.
+    Nox::MediaProfile stream; ///< With a preferred audio code if two streams are to be joined.
+    QString errorString;      ///< The error message; empty on success.
 
-    qint64 duration = 0; ///< Of the page, in seconds; 0 when unknown.
+    qint64 duration = 0; ///< Of the page in seconds; 0 if unknown.
 
-    /** What joining converts; None also where the page was not asked. */
+    /** What the merge will convert; also None if the page was not read. */
     Nox::Conversion::Kind conversion = Nox::Conversion::None;
 
     /**
-     * What @p options ask for when they name both streams and the file, so that nothing has to be looked up
-     * on the page first; nothing when they leave something open. The codes are taken at their word.
+     * The request if @p options name both streams and the file; else no value. Then the page need not be read, which
+     * saves one run of the tool. The codes are not checked.
      */
     static std::optional<StreamRequest> withoutPage(const Options &options);
 
-    /** Picks what @p options ask for from @p streams. */
+    /** Selects from @p streams by @p options. */
     static StreamRequest choose(const Options &options, const Nox::StreamChoice &streams);
 
     /** Whether two streams are to be joined. */
     bool needsJoining() const;
 
-    /** The request in words, such as "stream 137 (video only, MP4, 720P) with audio 140". */
+    /** A description of the request, such as "stream 137 (video only, MP4, 720P) with audio 140". */
     QString text() const;
 };
 

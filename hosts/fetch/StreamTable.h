@@ -7,7 +7,7 @@
 
 namespace NoxFetch {
 
-/** The streams as a table, best first, with a star at those that @p preference picks. */
+/** The streams as a table, best first. A star marks the ones that @p preference selects. */
 QString streamTable(const Nox::StreamChoice &streams, const Nox::StreamPreference &preference);
 
 } // namespace NoxFetch

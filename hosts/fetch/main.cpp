@@ -19,14 +19,14 @@
 namespace {
 
 /**
- * Occupies standard input, output and error where the program was started without them: files that it opens later
- * would get their numbers, and what it prints. To write to the missing output stays an error.
+ * Opens standard input, output and error if the program was started without them. Otherwise files that are opened later
+ * would get their numbers and receive what the program prints. Writing to a missing output stays an error.
  */
 void occupyClosedChannels()
 {
     for (const int channel : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (fcntl(channel, F_GETFD) < 0)
-            static_cast<void>(open("/dev/null", O_RDONLY)); // takes the lowest number that is free, which is this one
+            static_cast<void>(open("/dev/null", O_RDONLY)); // gets the lowest free number, which is this one
 }
 
 } // namespace
@@ -36,11 +36,11 @@ int main(int argc, char *argv[])
     using namespace NoxFetch;
 
     occupyClosedChannels();
-    // A closed pipe is then a write error, which can be reported. Child processes get the default action again.
+    // So that a closed pipe is a write error that we can report. Child processes get the default action.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     NoxHost::ensureUtf8Locale();
     static Console console;
-    static bool showsTraces = false; // of the library, on Qt's debug channel
+    static bool showsTraces = false; // of the library, which uses Qt's debug channel
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &message) {
         const QString line = Nox::TextSanitizer::line(message);
         if (type == QtFatalMsg || type == QtCriticalMsg)

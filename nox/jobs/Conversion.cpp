@@ -6,7 +6,7 @@ namespace Nox {
 
 namespace {
 
-// What ffmpeg's own choice for MP4 (x264 with its medium preset, AAC) does on one core of a usual machine.
+// Speed of ffmpeg's default encoders for MP4 (x264 with preset medium, AAC) on one core of a common machine.
 constexpr double pixelsPerSecond = 12e6;
 constexpr double usualFrameRate = 30;
 constexpr double soundSpeed = 40; // seconds of sound in a second
@@ -19,7 +19,7 @@ Conversion::Kind Conversion::needed(const MediaProfile &video, const MediaProfil
 {
     if (!video.isDash() || !audio.isValid())
         return None;
-    // The library looks at the files' suffixes, which are these containers.
+    // As the library decides it: by the files' suffixes, which are these containers.
     if (video.getFormat() != QLatin1String("MP4"))
         return Picture;
     return audio.getFormat() == QLatin1String("M4A") ? None : Sound;
@@ -43,7 +43,7 @@ qint64 Conversion::roughSeconds(Kind kind, const MediaProfile &video, qint64 dur
         const double pixels = static_cast<double>(size.width()) * size.height();
         seconds += length * usualFrameRate * pixels / (pixelsPerSecond * qMax(1, processors));
     }
-    constexpr double longest = 1e9; // beyond it nobody waits, and no number overflows
+    constexpr double longest = 1e9; // upper limit; prevents overflow
     return static_cast<qint64>(qMin(seconds, longest)) + 1;
 }
 
@@ -58,10 +58,10 @@ QString Conversion::warning(Kind kind, const MediaProfile &video, qint64 duratio
     if (seconds < 0)
         return what;
     if (seconds < secondsOfMinute)
-        return tr("%1 Rough guess: less than a minute.").arg(what);
+        return tr("%1 Rough estimate: less than a minute.").arg(what);
     if (seconds < 2 * secondsOfHour)
-        return tr("%1 Rough guess: %2 min.").arg(what).arg((seconds + secondsOfMinute - 1) / secondsOfMinute);
-    return tr("%1 Rough guess: %2 h.").arg(what).arg((seconds + secondsOfHour - 1) / secondsOfHour);
+        return tr("%1 Rough estimate: %2 min.").arg(what).arg((seconds + secondsOfMinute - 1) / secondsOfMinute);
+    return tr("%1 Rough estimate: %2 h.").arg(what).arg((seconds + secondsOfHour - 1) / secondsOfHour);
 }
 
 } // namespace Nox

@@ -9,7 +9,7 @@
 
 namespace Nox {
 
-/** What ffmpeg has to encode anew when a video is joined with its audio, and what that costs. */
+/** Which streams ffmpeg must encode when it joins a video with its audio, and how long that takes. */
 class NOX_JOBS_EXPORT Conversion
 {
     Q_DECLARE_TR_FUNCTIONS(Nox::Conversion)
@@ -17,17 +17,17 @@ class NOX_JOBS_EXPORT Conversion
 public:
     Conversion() = delete;
 
-    /** In the order of the work. */
+    /** In ascending order of the work. */
     enum Kind {
-        None,    ///< The file is saved as it comes, or both streams are copied into it.
-        Sound,   ///< The audio is encoded anew, the video copied.
-        Picture, ///< The video is encoded anew: this takes long, up to days for a large picture.
+        None,    ///< Nothing is encoded.
+        Sound,   ///< The audio is encoded, the video is copied.
+        Picture, ///< The video is encoded. For a large picture this can take days.
     };
 
     /**
-     * What saving a video takes when an audio stream is joined with it.
-     * @param video the stream that is saved
-     * @param audio an invalid profile when nothing is joined
+     * What must be encoded when a video is joined with an audio stream.
+     * @param video the stream to save
+     * @param audio the stream to join; an invalid profile for none
      */
     static Kind needed(const MediaProfile &video, const MediaProfile &audio);
 
@@ -35,16 +35,16 @@ public:
     static QString mark(Kind kind);
 
     /**
-     * How long it takes, very roughly.
-     * @param kind as needed() tells it
-     * @param video the stream that is joined
+     * A very rough estimate of the time.
+     * @param kind result of needed()
+     * @param video the stream to join
      * @param duration of the video in seconds
      * @param processors cores of the machine
-     * @return seconds; -1 when nothing is converted or it cannot be told
+     * @return seconds; -1 if nothing is converted or the time is unknown
      */
     static qint64 roughSeconds(Kind kind, const MediaProfile &video, qint64 duration, int processors);
 
-    /** A sentence for the time before the download: what is converted, and how long it may take; empty for None. */
+    /** A sentence to show before the download: what is converted, and how long it may take. Empty for None. */
     static QString warning(Kind kind, const MediaProfile &video, qint64 duration);
 };
 

@@ -19,7 +19,7 @@ constexpr int maximumNameLength = 247; // of Utilities::isValidFileName(), in ch
 constexpr int maximumNameBytes = 255;  // of the common file systems
 constexpr int roomForSuffixAndNumber = 20;
 
-/** @p name cut at its end until it leaves room for a number and a suffix; a character stays whole. */
+/** @p name, shortened so that a number and a suffix can follow. No character is cut in two. */
 QString shortened(QString name)
 {
     while (name.size() > maximumNameLength - roomForSuffixAndNumber
@@ -48,7 +48,7 @@ QString Destination::free(const QString &path, const QStringList &taken)
 {
     if (!QFileInfo(path).suffix().isEmpty())
         return Utilities::addNumberToExistedFileName(path, taken);
-    // The library would put a dot behind a name that has no suffix.
+    // The library would append a dot to a name without a suffix.
     QString candidate = path;
     for (int number = 1; QFileInfo::exists(candidate) || taken.contains(candidate); ++number)
         candidate = path + QStringLiteral("(%1)").arg(number);
@@ -77,8 +77,8 @@ QString Destination::errorString(const QString &path)
         return tr("The file needs a name.");
     const QFileInfo file(path);
     const QString name = file.fileName();
-    if (QString words = nameErrorString(name); !words.isEmpty())
-        return words;
+    if (QString message = nameErrorString(name); !message.isEmpty())
+        return message;
     if (file.isDir())
         return tr("\"%1\" is a folder.").arg(path);
     if (file.exists() || file.isSymLink())
@@ -91,13 +91,13 @@ QString Destination::nameErrorString(const QString &name)
     if (name.isEmpty())
         return tr("The file needs a name.");
     if (name.size() > maximumNameLength)
-        return tr("The name is too long: %1 characters are the most.").arg(maximumNameLength);
+        return tr("The name is too long: at most %1 characters are allowed.").arg(maximumNameLength);
     if (QFile::encodeName(name).size() > maximumNameBytes)
         return tr("The name is too long: it takes more than %1 bytes.").arg(maximumNameBytes);
     if (name.endsWith(QLatin1Char('.')))
         return tr("The name must not end in a dot.");
     if (!Utilities::isValidFileName(name))
-        return tr("The name must not hold any of / \\ : * ? \" < > |");
+        return tr("The name must not contain any of / \\ : * ? \" < > |");
     return {};
 }
 
@@ -113,7 +113,7 @@ QString Destination::folderErrorString(const QString &folder)
     return unusableFolder(folder);
 }
 
-/** The tool reads its output path as a template, and names its files on lines: it would write elsewhere. */
+/** The tool reads the output path as a template and prints file names on lines; such paths would lead elsewhere. */
 QString Destination::unusableFolder(const QString &folder)
 {
     if (folder.contains(QLatin1String("%(")) || folder.contains(QLatin1String("%%")))
@@ -128,14 +128,14 @@ QString Destination::unusableFolder(const QString &folder)
             || character == QChar::ParagraphSeparator;
     });
     if (hasLineEnd)
-        return tr("The folder \"%1\" cannot be used: its name holds a line break or another control character.")
+        return tr("The folder \"%1\" cannot be used: its name contains a line break or another control character.")
             .arg(TextSanitizer::line(folder));
     return {};
 }
 
 QString Destination::baseName(const WebMediaInfo &page, const MediaProfile &stream)
 {
-    // A dot in front hides a file, a dash makes it look like an option to other programs.
+    // A leading dot hides the file; other programs take a leading dash for an option.
     QString name =
         TextSanitizer::line(Utilities::filterInvalidCharsOfFileName(page.getFileName(), QStringLiteral(" ")));
     auto start = 0;

@@ -12,7 +12,7 @@
 
 namespace Nox {
 
-/** Naming the file that a download makes. */
+/** Paths and names for downloaded files. */
 class NOX_JOBS_EXPORT Destination
 {
     Q_DECLARE_TR_FUNCTIONS(Nox::Destination)
@@ -21,29 +21,29 @@ public:
     Destination() = delete;
 
     /**
-     * A path to propose: the page's title as a file name, numbered when it is taken.
-     * @param page what the page is called
-     * @param stream the chosen stream, its preferred audio code set when two are to be joined
-     * @param folder where the file shall be
-     * @param taken paths that other downloads are going to use
-     * @param sound what a stream of sound becomes
+     * The default path: the page's title as a file name, with a number if the file exists.
+     * @param page title of the page
+     * @param stream the chosen stream; its preferred audio code is set if an audio stream is to be joined
+     * @param folder for the file
+     * @param taken paths that other downloads will use
+     * @param sound format of the file if @p stream is audio
      */
     static QString proposed(const WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
                             const QStringList &taken = {}, SoundFormat sound = SoundFormat::AsIs);
 
-    /** @p path, or with a number behind its base name when it is on disk or among @p taken. */
+    /** @p path; with a number after the base name if it exists or is one of @p taken. */
     static QString free(const QString &path, const QStringList &taken = {});
 
-    /** Suffix of the file that @p stream makes, without a dot: mp4 when two streams are joined. */
+    /** Suffix of the file for @p stream, without a dot; mp4 if two streams are joined. */
     static QString suffix(const MediaProfile &stream, SoundFormat sound = SoundFormat::AsIs);
 
-    /** Why no file can be made at @p path, in words; empty when one can. */
+    /** The error message if no file can be created at @p path; else empty. */
     static QString errorString(const QString &path);
 
-    /** Why @p name cannot be a file's name, in words; empty when it can. */
+    /** The error message if @p name is not allowed as a file name; else empty. */
     static QString nameErrorString(const QString &name);
 
-    /** Why no file can be made in @p folder, in words; empty when one can. */
+    /** The error message if no file can be created in @p folder; else empty. */
     static QString folderErrorString(const QString &folder);
 
 private:

@@ -28,15 +28,15 @@ qint64 bytes(const QFileInfoList &files)
                            [](qint64 sum, const QFileInfo &file) { return sum + file.size(); });
 }
 
-/** The file of the lock of the folder @p path. */
+/** The lock file of the folder @p path. */
 QString lockFile(const QString &path)
 {
     return path + QStringLiteral("/.lock");
 }
 
 /**
- * The lock of the folder @p path. It does not become free by age: downloads may take days. A power cut can leave it
- * without its text, which is written right after it has been made.
+ * The lock of the folder @p path. It does not expire, since downloads may take days. After a power cut the lock file
+ * can be empty, because its text is written just after it was created.
  */
 std::unique_ptr<QLockFile> lockOf(const QString &path)
 {
@@ -53,7 +53,7 @@ std::unique_ptr<QLockFile> lockOf(const QString &path)
     return lock;
 }
 
-/** The private folders in @p parent that are the user's own. */
+/** The private folders in @p parent that belong to the user. */
 QFileInfoList ownFolders(const QString &parent)
 {
     QFileInfoList folders =
@@ -64,8 +64,7 @@ QFileInfoList ownFolders(const QString &parent)
     return folders;
 }
 
-/** Removes what is in the folder @p path, but for its lock and what is called @p kept. @return whether all of it is
- * gone */
+/** Removes the content of the folder @p path, except its lock and the entry @p kept. @return whether all is removed */
 bool empty(const QString &path, const QString &kept)
 {
     const auto entries = [&path] {
@@ -88,8 +87,8 @@ bool empty(const QString &path, const QString &kept)
 }
 
 /**
- * Removes the folder @p path, its lock last: what a program leaves that is killed meanwhile is found by the next one.
- * QLockFile complains when its file goes before it is unlocked.
+ * Removes the folder @p path, its lock last: if this program is killed meanwhile, the next one can still remove the
+ * rest. QLockFile prints a warning if its file is removed before it is unlocked.
  */
 bool removeFolder(const QString &path, QLockFile &lock)
 {
@@ -101,7 +100,7 @@ bool removeFolder(const QString &path, QLockFile &lock)
     return false;
 }
 
-/** Whether @p parts are worth to be gone on with. */
+/** Whether a download can be resumed from @p parts. */
 bool isUsable(const PartsFolder &parts)
 {
     return parts.exists() && parts.bytes() > 0 && parts.record().isComplete();
@@ -124,7 +123,7 @@ bool DownloadFolder::create(const QString &parent)
         return false;
     }
     m_path = folder.path();
-    // Where there can be no lock, only the later clearing up is lost.
+    // Without a lock the folder still works; but after a crash nobody removes it.
     m_lock = lockOf(m_path);
     static_cast<void>(m_lock->tryLock(0));
     return true;
@@ -136,13 +135,13 @@ bool DownloadFolder::createWithParts(const QString &parent, const DownloadRecord
     if (!adopt(parent, download) && !create(parent))
         return false;
     m_errorText = PartsFolder(m_path).write(download);
-    m_hasParts = m_errorText.isEmpty() || isUsable(PartsFolder(m_path)); // which a full disk leaves as they were
+    m_hasParts = m_errorText.isEmpty() || isUsable(PartsFolder(m_path)); // a full disk leaves old parts unchanged
     if (!m_errorText.isEmpty())
         leave();
     return m_errorText.isEmpty();
 }
 
-/** Takes over parts of the same streams, those for the same file first. */
+/** Uses existing parts of the same streams; parts for the same file are preferred. */
 bool DownloadFolder::adopt(const QString &parent, const DownloadRecord &download)
 {
     const QFileInfoList folders = ownFolders(parent);
@@ -157,7 +156,7 @@ bool DownloadFolder::adopt(const QString &parent, const DownloadRecord &download
     return false;
 }
 
-/** Takes over the folder @p path where nobody uses it and the record of its parts @p suits. */
+/** Uses the folder @p path if it is not in use and the record of its parts @p suits. */
 bool DownloadFolder::take(const QString &path, const std::function<bool(const DownloadRecord &)> &suits)
 {
     const PartsFolder parts(path);
@@ -165,7 +164,7 @@ bool DownloadFolder::take(const QString &path, const std::function<bool(const Do
     if (!isSuitable())
         return false;
     std::unique_ptr<QLockFile> lock = lockOf(path);
-    // It may have been changed before it was locked.
+    // Another process may have changed the folder before it was locked here.
     if (!lock->tryLock(0) || !isSuitable())
         return false;
     m_path = path;
@@ -180,7 +179,7 @@ QList<DownloadRecord> DownloadFolder::interrupted(const QString &parent)
     QList<DownloadRecord> records;
     const QFileInfoList folders = ownFolders(parent);
     for (const QFileInfo &entry : folders) {
-        DownloadFolder folder; // which leaves the parts when it goes
+        DownloadFolder folder; // its destructor keeps the parts
         if (folder.take(entry.filePath(), [](const DownloadRecord &) { return true; }))
             records += PartsFolder(entry.filePath()).record();
     }
@@ -199,7 +198,7 @@ void DownloadFolder::discard(const DownloadRecord &download)
     }
 }
 
-/** Removes what runs have left that were killed: folders with a lock whose process is gone, and parts of long ago. */
+/** Removes the folders of killed programs (the process in the lock no longer exists) and expired parts. */
 void DownloadFolder::removeStale(const QString &parent)
 {
     const QFileInfoList folders = ownFolders(parent);
@@ -207,7 +206,7 @@ void DownloadFolder::removeStale(const QString &parent)
         const QString path = folder.filePath();
         const PartsFolder parts(path);
         const bool hasLock = QFileInfo::exists(lockFile(path));
-        // One without a lock may just be coming into being, unless it has been left with its parts.
+        // Without a lock it is either just being created, or it was left with parts.
         if (!hasLock && !parts.exists())
             continue;
         const std::unique_ptr<QLockFile> lock = lockOf(path);
@@ -222,7 +221,7 @@ void DownloadFolder::removeStale(const QString &parent)
 
 bool DownloadFolder::isFull(const QString &folder)
 {
-    constexpr qint64 leastRoom = 64LL * 1024; // some file systems keep a little back
+    constexpr qint64 leastRoom = 64LL * 1024; // some file systems reserve a little
     const QStorageInfo disk(folder);
     return disk.isValid() && disk.bytesAvailable() < leastRoom;
 }
@@ -257,7 +256,7 @@ qint64 DownloadFolder::fetchedBytes() const
 {
     if (!m_hasParts)
         return bytes(files(QStringLiteral("*"))) - joinedBytes();
-    // A finished stream stands here and among the parts, as one file with two names.
+    // A complete stream is one file with two names: one here, one among the parts. Count it once.
     qint64 sum = PartsFolder(m_path).bytes();
     for (const QFileInfo &file : files(QStringLiteral("*YDTMP_.*"))) {
         struct stat status = {};
@@ -275,8 +274,8 @@ qint64 DownloadFolder::joinedBytes() const
 QString DownloadFolder::release(const QString &name, const QString &destination)
 {
     QString path = destination;
-    QStringList taken;            // a link that leads nowhere does not look taken
-    constexpr int attempts = 100; // in case others take the names as they are found
+    QStringList taken;            // Destination::free() does not see a dangling link
+    constexpr int attempts = 100; // other programs may create a file of the same name meanwhile
     for (int i = 0; i < attempts; ++i) {
         if (FileRename::withoutReplacing(filePath(name), path))
             return path;

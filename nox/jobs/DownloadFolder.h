@@ -13,16 +13,15 @@
 namespace Nox {
 
 /**
- * A private, hidden folder beside a file that is being made. Whatever the external programs leave
- * behind stands in it and goes with it; the finished file is moved out. Being on one file system,
- * that is a rename. The destructor removes the folder; the folder of a program that was killed goes when
- * the next one is made beside it.
+ * A private, hidden folder beside the file to make. All files of the external programs stand in it and are removed with
+ * it. The finished file is moved out, which is a rename, since the folder is on the same file system. The destructor
+ * removes the folder. The folder of a program that was killed is removed when the next one is created beside it.
  *
- * With parts, what has been fetched stays in it until remove() is called, and open() finds it again.
+ * A folder with parts is kept until remove() is called, and createWithParts() finds it again.
  *
- * A folder is in use while the process whose number and machine stand in its lock runs a program of the same name. On a
- * folder that several machines share, only the machine that has made it removes it. Where the number belongs to another
- * run of the same program by now, the folder stays.
+ * The lock file names a process and a machine. The folder is in use while that process exists and runs a program of the
+ * same name. If several machines share the parent folder, only the machine that created a private folder removes it. If
+ * the process number now belongs to another run of the same program, the folder stays.
  */
 class DownloadFolder
 {
@@ -33,57 +32,56 @@ public:
     ~DownloadFolder();
 
     /**
-     * Makes the folder, and removes those beside it that nobody uses any more.
+     * Creates the folder, and removes the ones beside it that are not in use.
      * @param parent folder of the file to make
-     * @return whether it was made; errorText() tells why not
+     * @return whether it was created; if not, errorText() has the reason
      */
     bool create(const QString &parent);
 
     /**
-     * As create(), but with parts for @p download: where they are there already, because of a download of the same
-     * streams that did not come to its end, their folder is taken over.
+     * As create(), but with parts for @p download. If an earlier download of the same streams was not completed, its
+     * folder is used again.
      */
     bool createWithParts(const QString &parent, const DownloadRecord &download);
 
-    /** The records of the folders with parts in @p parent that nobody uses. */
+    /** The records of all folders with parts in @p parent that are not in use. */
     static QList<DownloadRecord> interrupted(const QString &parent);
 
     /** Removes the folder with the parts of @p download, unless it is in use. */
     static void discard(const DownloadRecord &download);
 
-    /** Whether the disk of @p folder has no room left. */
+    /** Whether the disk of @p folder is full. */
     static bool isFull(const QString &folder);
 
-    QString errorText() const { return m_errorText; } ///< Why create() failed, in the system's words.
+    QString errorText() const { return m_errorText; } ///< Why create() failed: the system's message.
     QString filePath(const QString &name) const;      ///< Path of a file in the folder.
 
     /** Whether the merge has begun to write its output. */
     bool isJoining() const;
 
-    /** How many streams have been fetched as a whole. */
+    /** How many streams are complete. */
     int completeStreams() const;
 
-    /** Bytes of all that has been fetched so far, but for what the merge writes. */
+    /** Downloaded bytes so far, without the output of the merge. */
     qint64 fetchedBytes() const;
 
-    /** Bytes that the merge has written so far. */
+    /** Size of the merge's output so far. */
     qint64 joinedBytes() const;
 
     /**
-     * Moves the file @p name to @p destination, or to a numbered name when that is taken by now; an
-     * existing file is never replaced, and a symbolic link never followed.
-     * @return the path it has got, or an empty string when it could not be moved
+     * Moves the file @p name to @p destination, or to a numbered name if @p destination exists by now. Never replaces a
+     * file and never follows a symbolic link.
+     * @return the file's new path; empty if it could not be moved
      */
     QString release(const QString &name, const QString &destination);
 
-    /** Whether leave() would leave something. */
+    /** Whether leave() would keep something. */
     bool hasParts() const;
 
-    /** Removes the folder with all its files. @return whether it is gone */
+    /** Removes the folder with all its files. @return whether that succeeded */
     bool remove();
 
-    /** As remove(), but parts with something in them stay, for others to take over. @return whether nothing else is
-     * left */
+    /** As remove(), but keeps parts that are not empty, for a later download. @return whether all else is removed */
     bool leave();
 
 private:

@@ -45,7 +45,7 @@ DownloadJob::DownloadJob(const QJsonObject &record, const ToolSetup &tools, QObj
         d()->knownError = OtherError;
         d()->knownErrorString = FailureText::damagedRecord();
     }
-    d()->goesOn = true;
+    d()->isResumed = true;
 }
 
 DownloadJob::~DownloadJob() = default;

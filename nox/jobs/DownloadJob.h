@@ -16,14 +16,14 @@ class PageJob;
 /**
  * Downloads one stream of a page, joined with its audio where one is chosen, into one file.
  *
- * While it works, everything stands in a hidden folder beside the file, which goes with the job. An existing file is
- * never replaced.
+ * While the job runs, its files stand in a hidden folder beside the destination. The job removes this folder at its
+ * end. It never replaces an existing file.
  *
- * A download that keeps its parts can be gone on with, in this process or in a later one: setKeepsParts(). What has
- * been fetched then stays in the hidden folder after pause(), after a failure, after the job was deleted while it ran,
- * and when the process was killed. The next download of the same stream into the same folder that keeps its parts, too,
- * goes on with it. A success and cancel() leave nothing. Parts that nobody has touched for thirty days are removed when
- * another download begins beside them.
+ * A download that keeps its parts can be resumed, in this process or in a later one: see setKeepsParts(). Its partial
+ * files then stay in the hidden folder after pause(), after a failure, after the job was deleted while it ran, and
+ * after the process was killed. The next download of the same stream into the same folder resumes, if it keeps its
+ * parts as well. After a success and after cancel() nothing is left. Parts that have not changed for 30 days are
+ * removed when another download begins in the same folder.
  */
 class NOX_JOBS_EXPORT DownloadJob : public Job
 {
@@ -34,11 +34,11 @@ class NOX_JOBS_EXPORT DownloadJob : public Job
     Q_PROPERTY(QString filePath READ filePath NOTIFY stateChanged)
 
 public:
-    /** What is being done. */
+    /** The step that is being done. */
     enum Phase {
-        Waiting,    ///< Nothing is fetched yet.
-        Video,      ///< The video is fetched, or the one stream that holds both.
-        Audio,      ///< The audio is fetched.
+        Waiting,    ///< The download has not begun.
+        Video,      ///< Downloads the video, or the one stream with picture and sound.
+        Audio,      ///< Downloads the audio.
         Joining,    ///< ffmpeg joins video and audio.
         Converting, ///< ffmpeg encodes the sound.
     };
@@ -46,98 +46,96 @@ public:
 
     /**
      * @param url address of the page
-     * @param stream a stream of the page; StreamChoice::withAudio() names the audio to join with a silent one
-     * @param destination path of the file to make; Destination::proposed() has one
-     * @param tools where the programs are that the job runs
-     * @param parent deletes the job, if nobody else does
+     * @param stream a stream of the page; for a video without sound, StreamChoice::withAudio() sets the audio to join
+     * @param destination path of the file to create; Destination::proposed() returns a default
+     * @param tools paths of the external programs
+     * @param parent owner of the job, as usual for QObject
      */
     DownloadJob(const QString &url, const MediaProfile &stream, const QString &destination,
                 const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
 
     /**
-     * Downloads what suits best: the stream that StreamChoice::best() names, with the audio that goes with it, into a
-     * new file that is named after the page. After a page that could not be read it ends with the error of
-     * the page.
-     * @param page a job that has ended; it may go afterwards
-     * @param folder where the file shall be
-     * @param parent deletes the job, if nobody else does
+     * Downloads StreamChoice::best(), with its audio if needed, into a new file that is named after the page. If the
+     * page could not be read, the download ends with the error of @p page.
+     * @param page a job that has ended; it is not used after this call
+     * @param folder for the file
+     * @param parent owner of the job, as usual for QObject
      */
     DownloadJob(const PageJob &page, const QString &folder, QObject *parent = nullptr);
 
     /**
-     * Goes on with a download, or begins it anew where nothing is left of it. It keeps its parts.
-     * @param record what record() has told of it; a damaged one makes a job that ends with an error
-     * @param tools where the programs are that the job runs
-     * @param parent deletes the job, if nobody else does
+     * Resumes a download, or starts it again if its parts no longer exist. This job keeps its parts.
+     * @param record result of record(); with a damaged one the job ends with an error
+     * @param tools paths of the external programs
+     * @param parent owner of the job, as usual for QObject
      */
     explicit DownloadJob(const QJsonObject &record, const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
     ~DownloadJob() override;
 
-    /** Tells how long the page plays, in @p seconds, for the figures of ffmpeg. To be set before start(). */
+    /** The duration of the page in @p seconds, for the progress of ffmpeg. To be set before start(). */
     void setDuration(qint64 seconds);
 
-    /** Whether the download can be gone on with later; by default not. To be set before start(). */
+    /** Whether the download can be resumed later; false by default. To be set before start(). */
     void setKeepsParts(bool keeps);
 
-    /** What a stream of sound becomes; it has no effect on others. By default it stays as it is. Before start(). */
+    /** Format of the file if the stream is audio; SoundFormat::AsIs by default. To be set before start(). */
     void setSoundFormat(SoundFormat format);
 
     QString url() const;         ///< Address of the page.
-    MediaProfile stream() const; ///< The stream, its preferred audio code set when two are joined.
-    QString destination() const; ///< Absolute path of the file to make.
-    bool keepsParts() const;     ///< As set.
+    MediaProfile stream() const; ///< The stream, with its preferred audio code if two streams are joined.
+    QString destination() const; ///< Absolute path of the file to create.
+    bool keepsParts() const;     ///< Whether the download can be resumed later.
 
-    /** After the end: whether something was left in the folder that a later download goes on with. */
+    /** After the end: whether parts were kept that a later download can resume from. */
     bool hasParts() const;
 
     /**
-     * The download in a form that a host can store: a small object of texts and numbers with a version, from which
-     * a job is made that goes on with it. It does not say how far the download is, and stays valid when its parts have
-     * gone meanwhile.
+     * A description of the download that a host can store, and from which a job can resume it: a small object of texts
+     * and numbers, with a version. It does not contain the progress, and stays valid if the parts are removed.
      */
     QJsonObject record() const;
 
     /**
-     * Removes the parts of a download that nobody will go on with.
-     * @param record what record() has told of it. Parts that a job uses at present stay, and so do finished files
+     * Removes the parts of a download that will not be resumed.
+     * @param record result of record(). Parts that a job is using are not removed, and neither are finished files
      */
     static void discard(const QJsonObject &record);
 
     /**
-     * The downloads of which there are parts in @p folder that no job uses at present, such as those of a process that
-     * was killed; a record for each.
+     * One record for each download that has parts in @p folder which no job is using, for example of a process that was
+     * killed.
      */
     static QList<QJsonObject> interrupted(const QString &folder);
 
-    Phase phase() const; ///< What is being done.
+    Phase phase() const; ///< The current step.
 
     /**
-     * How far the phase is: bytes of all streams while they are fetched, as the tool tells them, or else the size of
-     * the growing file; while ffmpeg works, the playing time that it has done, or the size of the joined file. A
-     * download that goes on begins with what is there.
-     * The speed is gone when there has been no news for a while.
+     * Progress of the phase. During the download: bytes of all streams, as the tool reports them, or else the size of
+     * the growing file. While ffmpeg works: the playing time that it has reached, or else the size of its output. A
+     * resumed download begins with the bytes that it already has. The speed becomes unknown if no figures arrive for
+     * some seconds.
      */
     TransferFigures figures() const;
 
-    /** For a person, translated: that the server does not answer, and when it is asked again. Empty when it does. */
+    /** For the user, translated: the server does not answer, and when the next attempt is. Empty while it answers. */
     QString waitingText() const;
 
-    /** Path of the finished file: the destination, numbered where that was taken meanwhile. Empty before. */
+    /** Path of the finished file: the destination, with a number if that existed by then. Empty before the end. */
     QString filePath() const;
 
 public Q_SLOTS:
     /**
-     * Stops and keeps what has been fetched, also before start(): finished() follows with #Paused unless another
-     * outcome is known already. A job that does not keep its parts is cancelled instead.
+     * Stops the download and keeps its parts; also allowed before start(). finished() follows with #Paused, unless
+     * another outcome is already known. A job that does not keep its parts is cancelled.
      */
     void pause();
 
 Q_SIGNALS:
-    /** Another phase has begun. @param phase the new one */
+    /** Another phase has begun. @param phase the new phase */
     void phaseChanged(Nox::DownloadJob::Phase phase);
-    /** The download has come further. @param figures as figures() tells them */
+    /** The progress has changed. @param figures result of figures() */
     void figuresChanged(const Nox::TransferFigures &figures);
-    void waitingTextChanged(); ///< waitingText() tells something else.
+    void waitingTextChanged(); ///< waitingText() has changed.
 
 private:
     class Private;

@@ -15,10 +15,10 @@ namespace Nox {
 
 namespace {
 
-constexpr int doubtMs = 1000; // after a process error, for what else the process has to report
+constexpr int errorDelayMs = 1000; // after a process error: time for a more exact error to arrive
 constexpr int watchMs = 250;
-constexpr int growthMs = 1500; // so long the tool is given to tell figures of its own
-constexpr int staleMs = 5000;  // then a speed is no longer true
+constexpr int growthMs = 1500; // if the tool reports no figures for so long, file sizes are used
+constexpr int staleMs = 5000;  // age at which a speed is no longer shown
 
 } // namespace
 
@@ -44,8 +44,8 @@ DownloadJob::Private::~Private()
 
 void DownloadJob::Private::begin()
 {
-    if (goesOn && knownErrorString.isEmpty())
-        record.destination = Destination::free(record.destination); // somebody else may have taken the name meanwhile
+    if (isResumed && knownErrorString.isEmpty())
+        record.destination = Destination::free(record.destination); // a file of that name may exist by now
     const bool isUsable = StreamChoice::isUsableCode(record.stream.getName())
         && (!isJoined() || StreamChoice::isUsableCode(record.stream.getPreferredDashAudioYdCode()));
     if (refuse(knownError, knownErrorString) || refuse(Job::AddressError, UrlCheck::errorString(record.url))
@@ -102,8 +102,8 @@ void DownloadJob::Private::onProgress(qint64 total, qint64 processed, qint64 spe
 {
     if (!isWorking())
         return;
-    forgetNews();                                     // whatever was wrong, it goes on
-    if (m_startedStreams > 1 && processed >= total) { // the streams' own figures stop one byte short
+    forgetNews();                                     // progress means that an earlier process error was not the end
+    if (m_startedStreams > 1 && processed >= total) { // figures of a single stream stop one byte before the end
         setPhase(Joining);
     } else if (phase != Joining) {
         m_hasToolFigures = true;
@@ -111,7 +111,7 @@ void DownloadJob::Private::onProgress(qint64 total, qint64 processed, qint64 spe
     }
 }
 
-/** Passes @p newFigures on; their speed goes when no others follow for a while. */
+/** Shows @p newFigures. The speed is removed if no new figures arrive for #staleMs. */
 void DownloadJob::Private::show(const TransferFigures &newFigures)
 {
     if (!isWorking())
@@ -131,17 +131,17 @@ void DownloadJob::Private::onError(qint32 code)
     if (!isWorking())
         return;
     m_code = code;
-    // Asked before the downloader clears up, which follows the notification.
+    // To be checked here: the downloader removes its files after this notification.
     m_diskWasFull = m_diskWasFull || DownloadFolder::isFull(QFileInfo(record.destination).absolutePath());
-    // A process error may be followed by a more telling code, or by nothing.
+    // A process error may be followed by a more exact code, or by nothing.
     const auto kind = static_cast<DownloadError>(code);
     const bool isProcessError = kind == DownloadError::ProcessFailed || kind == DownloadError::MergeProcessFailed;
-    expectNews(isProcessError ? doubtMs : 0);
+    expectNews(isProcessError ? errorDelayMs : 0);
 }
 
 void DownloadJob::Private::onFinished()
 {
-    if (isStopping()) // too late, the user has changed his mind
+    if (isStopping()) // the user cancelled at the last moment
         endStopped();
     else if (isWorking() && isEncoded())
         encode();
@@ -196,7 +196,7 @@ void DownloadJob::Private::watch()
         watchFiles();
 }
 
-// The library does not tell when the merge begins; its output file does.
+// The library does not report the begin of the merge; its output file shows it.
 void DownloadJob::Private::watchFiles()
 {
     if (phase != Joining && m_startedStreams > 1 && m_folder.isJoining())
@@ -230,7 +230,7 @@ void DownloadJob::Private::setPhase(Phase newPhase)
     phase = newPhase;
     Q_EMIT job()->phaseChanged(newPhase);
     if (!alive.isNull() && newPhase >= Joining && phase == newPhase)
-        show({}); // the old ones are void
+        show({}); // old figures are for another phase
 }
 
 bool DownloadJob::Private::clear()
@@ -239,7 +239,7 @@ bool DownloadJob::Private::clear()
     m_stale.stop();
     if (m_downloader != nullptr) {
         disconnect();
-        // The downloader has cleared up by now, and tells by what it has left which program it was.
+        // The downloader has removed its files by now. Which ones are left shows which program failed.
         m_failedWhileJoining = m_startedStreams > 1 && m_folder.completeStreams() > 1;
         toolOutput = errorOutput();
         m_encoder.reset();
@@ -253,13 +253,13 @@ bool DownloadJob::Private::clear()
     return m_folder.leave();
 }
 
-/** What the program has printed on standard error that runs now or ran last. */
+/** Standard error of the current or the last program. */
 QString DownloadJob::Private::errorOutput() const
 {
     return m_encoder != nullptr ? m_encoder->errorOutput() : m_downloader->errorDetail();
 }
 
-// At the very end: a job that is deleted before leaves nothing.
+// As the last step: a job that is deleted earlier must leave nothing.
 void DownloadJob::Private::moveFile()
 {
     filePath = m_folder.release(m_partialName, record.destination);

@@ -18,7 +18,7 @@ namespace Nox {
 class JobProcess;
 class WebMediaDownloader;
 
-/** The work of a DownloadJob: the downloader, the encoder behind it, and what is told of both. */
+/** The work of a DownloadJob: runs the downloader, then the encoder if one is needed, and reports the progress. */
 class DownloadJob::Private : public JobPrivate
 {
 public:
@@ -27,11 +27,11 @@ public:
 
     DownloadJob *job() const { return static_cast<DownloadJob *>(q); }
 
-    DownloadRecord record; // does not change once the job has begun
+    DownloadRecord record; // constant after the start
     bool keepsParts = false;
     bool hasParts = false;
-    bool goesOn = false;                  // with a download that was begun at another time
-    Job::Error knownError = Job::NoError; // of what the job was made from
+    bool isResumed = false;               // whether this resumes an earlier download
+    Job::Error knownError = Job::NoError; // an error that was known when the job was created
     QString knownErrorString;
     Phase phase = Waiting;
     TransferFigures figures;
@@ -49,7 +49,7 @@ protected:
 private:
     bool openFolder();
     bool isJoined() const { return record.stream.isDash() && !record.stream.getPreferredDashAudioYdCode().isEmpty(); }
-    /** Whether ffmpeg makes another format of the sound. */
+    /** Whether ffmpeg must encode the sound after the download. */
     bool isEncoded() const
     {
         return Destination::suffix(record.stream) != Destination::suffix(record.stream, record.sound);
@@ -70,16 +70,16 @@ private:
     void show(const TransferFigures &newFigures);
     void setPhase(Phase newPhase);
 
-    QString m_partialName; // of the file that the downloader makes, or the encoder behind it
+    QString m_partialName; // of the downloader's file, later of the encoder's
     DownloadFolder m_folder;
-    std::unique_ptr<WebMediaDownloader> m_downloader; // goes before the folder in which its processes write
-    std::unique_ptr<JobProcess> m_encoder;            // from the moment at which the sound is encoded
+    std::unique_ptr<WebMediaDownloader> m_downloader; // behind m_folder, since its processes write there
+    std::unique_ptr<JobProcess> m_encoder;            // set while the sound is encoded, and afterwards
     int m_startedStreams = 0;
     int m_code = 0;
     bool m_failedWhileJoining = false;
     bool m_failedWhileEncoding = false;
     bool m_diskWasFull = false;
-    bool m_hasToolFigures = false; // of the stream that is being fetched
+    bool m_hasToolFigures = false; // for the current stream
     QElapsedTimer m_clock;
     JoinProgress m_joining;
     QTimer m_watch;

@@ -28,7 +28,7 @@ const QLatin1String videoKind("video");
 const QLatin1String audioKind("audio");
 const QLatin1String mp3("mp3");
 
-/** A number of @p object from 0 to @p most; 0 for everything else. */
+/** The number @p key of @p object if it is from 0 to @p most; else 0. */
 qint64 number(const QJsonObject &object, QLatin1String key, qint64 most)
 {
     const double value = object.value(key).toDouble();

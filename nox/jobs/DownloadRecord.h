@@ -8,23 +8,23 @@
 
 namespace Nox {
 
-/** What a download is to do, in the form that is stored. A value. */
+/** The stored description of a download. A value. */
 struct DownloadRecord {
     QString url;
-    MediaProfile stream; ///< Of it, what a download and StreamText need.
+    MediaProfile stream; ///< Only the fields that a download and StreamText need.
     QString destination; ///< Absolute path.
     qint64 duration = 0; ///< In seconds.
     SoundFormat sound = SoundFormat::AsIs;
 
-    /** Reads @p object; texts and numbers of another kind count as missing. */
+    /** Reads @p object. A value of a wrong type counts as missing. */
     static DownloadRecord fromJson(const QJsonObject &object);
 
     QJsonObject toJson() const; ///< With a version.
 
-    /** Whether url, stream and destination are there. Not whether they make sense. */
+    /** Whether url, stream and destination are present. They are not checked further. */
     bool isComplete() const;
 
-    /** Whether @p other fetches the same streams of the same page. */
+    /** Whether @p other downloads the same streams of the same page. */
     bool hasSameStreams(const DownloadRecord &other) const;
 };
 

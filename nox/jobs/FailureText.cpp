@@ -21,7 +21,7 @@ QString FailureText::cause(Job::Error error)
         return tr("There is no such page, or its video has been removed. Check the address.");
     case Job::LoginNeeded:
         return tr(
-            "The site wants a login. Name your browser's cookies or your user name in the file tool.conf, and try "
+            "The site requires a login. Name your browser's cookies or your user name in the file tool.conf, and try "
             "again.");
     case Job::NotAvailableInCountry:
         return tr(
@@ -32,7 +32,7 @@ QString FailureText::cause(Job::Error error)
     case Job::NotBegun:
         return tr("The broadcast has not begun yet. Try again when it has.");
     case Job::NothingToDownload:
-        return tr("The page holds no video that can be downloaded. Check the address; the site may not be supported.");
+        return tr("The page has no video that can be downloaded. Check the address; the site may not be supported.");
     case Job::NoSpace:
         return tr("The disk is full. Free some space, or choose a folder on another disk.");
     case Job::DestinationError:
@@ -43,7 +43,7 @@ QString FailureText::cause(Job::Error error)
         return tr("The site needs a program that runs its scripts, and there is none. Install deno or Node.js, and try "
                   "again.");
     case Job::SettingsRefused:
-        return tr("The download tool does not take its settings. Correct them in the file tool.conf.");
+        return tr("The settings of the download tool are not valid. Correct them in the file tool.conf.");
     case Job::ConversionFailed:
         return tr("ffmpeg failed. Choose another stream, or install a newer ffmpeg.");
     case Job::NoError:
@@ -79,7 +79,7 @@ QString FailureText::download(int code, bool isJoining)
         return tr("The finished file could not get its final name. Check that its folder still exists and may be "
                   "written to, and that there is room on the disk.");
     }
-    return tr("The download failed for an unknown reason (code %1). The log may tell more.").arg(code);
+    return tr("The download failed for an unknown reason (code %1). The log may contain more details.").arg(code);
 }
 
 QString FailureText::extraction(int code)
@@ -100,7 +100,8 @@ QString FailureText::extraction(int code)
     case QProcess::WriteError:
         return tr("The download tool could not be written to. Try again.");
     default:
-        return tr("The download tool failed for an unknown reason (code %1). The log may tell more.").arg(code);
+        return tr("The download tool failed for an unknown reason (code %1). The log may contain more details.")
+            .arg(code);
     }
 }
 
@@ -111,12 +112,12 @@ QString FailureText::noFormatCode()
 
 QString FailureText::damagedRecord()
 {
-    return tr("What was kept of this download cannot be read. Read the page again.");
+    return tr("The stored data of this download cannot be read. Read the page again.");
 }
 
 QString FailureText::noVersion()
 {
-    return tr("The download tool does not tell its version. Check that its file is complete.");
+    return tr("The download tool does not print its version. Check that its file is complete.");
 }
 
 QString FailureText::noStream(const WebMediaInfo &page)
@@ -124,7 +125,7 @@ QString FailureText::noStream(const WebMediaInfo &page)
     if (!page.getMediaProfileList().isEmpty())
         return tr("None of the page's streams can be downloaded: their format codes cannot be passed to the tool.");
     if (page.getTitle().isEmpty())
-        return tr("The download tool's description of the page could not be read. The log may tell more.");
+        return tr("The download tool's description of the page could not be read. The log may contain more details.");
     return cause(Job::NothingToDownload);
 }
 

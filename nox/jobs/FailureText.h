@@ -8,7 +8,7 @@
 
 namespace Nox {
 
-/** Failures for a person: the cause, and what to do next. */
+/** Error messages for the user: the cause, and what to do next. */
 class FailureText
 {
     Q_DECLARE_TR_FUNCTIONS(Nox::FailureText)
@@ -16,31 +16,31 @@ class FailureText
 public:
     FailureText() = delete;
 
-    /** What stands for @p error by itself; empty for those whose text depends on more. */
+    /** The message for @p error; empty if the message depends on more than that. */
     static QString cause(Job::Error error);
 
-    /** @p code as WebMediaDownloader::error() gives it, a value of DownloadError. */
+    /** The message for @p code of WebMediaDownloader::error(), a value of DownloadError. */
     static QString download(int code, bool isJoining);
 
-    /** @p code as WebMediaInfoExtractor::error() gives it. */
+    /** The message for @p code of WebMediaInfoExtractor::error(). */
     static QString extraction(int code);
 
-    /** The stream's format code cannot stand on a command line. */
+    /** For a format code that cannot be an argument of a command line. */
     static QString noFormatCode();
 
-    /** The record of a download cannot be read. */
+    /** For a record of a download that cannot be read. */
     static QString damagedRecord();
 
-    /** The tool does not tell its version. */
+    /** For a tool that does not print its version. */
     static QString noVersion();
 
-    /** The tool has read the page, but what it tells of it, @p page, holds nothing to download. */
+    /** For a @p page that was read, but has no stream to download. */
     static QString noStream(const WebMediaInfo &page);
 
-    /** The download's private folder could not be made in @p folder. */
+    /** For a private folder that could not be created in @p folder. */
     static QString noPrivateFolder(const QString &folder, const QString &cause);
 
-    /** The finished file could not be moved to @p destination. */
+    /** For a finished file that could not be moved to @p destination. */
     static QString noFinalName(const QString &destination);
 };
 

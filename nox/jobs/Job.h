@@ -13,16 +13,15 @@ namespace Nox {
 class JobPrivate;
 
 /**
- * One piece of work of the external programs, with exactly one outcome: finished() comes once, from the event loop,
- * whatever happens, and error() tells then what the outcome is. All processes and all files of the job are gone by
- * then, but for a finished file and what a download keeps to be gone on with.
+ * One task of the external programs, with exactly one outcome: finished() is emitted once, from the event loop,
+ * whatever happens; then error() has the outcome. By then all processes of the job have ended, and all its files are
+ * removed, except the finished file and the parts that a download keeps.
  *
- * What a job needs is given to its constructor; start() begins, once for each job. The owner deletes the job: it does
- * not delete itself, so that its results can be read for as long as they are needed. Deleting it is allowed at any
- * time, also inside its own signals and with a plain delete; it stops the work, removes its files, and no signal
- * follows.
+ * The constructor takes all that a job needs; start() starts it, once. The job does not delete itself, so its owner can
+ * read the results as long as needed. The owner may delete it at any time, also with a plain delete inside one of its
+ * signals. This stops the work and removes the files, and no signal follows.
  *
- * A job belongs to one thread, whose event loop must run. It is made after the application object.
+ * A job belongs to one thread, whose event loop must run. Create it after the application object.
  */
 class NOX_JOBS_EXPORT Job : public QObject
 {
@@ -34,64 +33,64 @@ class NOX_JOBS_EXPORT Job : public QObject
     Q_PROPERTY(QString errorDetails READ errorDetails NOTIFY stateChanged)
 
 public:
-    /** In this order; a state can be left out, but none comes twice. */
+    /** In this order. A state may be skipped, but none occurs twice. */
     enum State {
         Idle,     ///< Not started.
         Running,  ///< Started.
-        Stopping, ///< Cancelled, while its processes end.
-        Ended,    ///< The outcome is known; nothing more happens.
+        Stopping, ///< Cancelled or paused; its processes are ending.
+        Ended,    ///< The outcome is known, the work is over.
     };
     Q_ENUM(State)
 
-    /** What a job has come to. New values may be added; a host treats unknown ones as OtherError. */
+    /** The outcome of a job. Later versions may add values; a host treats unknown ones as OtherError. */
     enum Error {
-        NoError,               ///< All went well.
-        OtherError,            ///< None of the causes below, or the cause is not known.
+        NoError,               ///< Success.
+        OtherError,            ///< Another cause, or an unknown one.
         Cancelled,             ///< cancel() was called.
-        AddressError,          ///< The address is none.
+        AddressError,          ///< The address is not valid.
         NoNetwork,             ///< The server cannot be reached, or the connection broke.
-        NotFound,              ///< There is no such page, or it has been removed.
-        LoginNeeded,           ///< The page wants a login.
-        NotAvailableInCountry, ///< The page is not offered in this country.
+        NotFound,              ///< The page does not exist, or was removed.
+        LoginNeeded,           ///< The page requires a login.
+        NotAvailableInCountry, ///< The page is not available in this country.
         Protected,             ///< The streams are encrypted (DRM).
         NotBegun,              ///< The broadcast has not begun.
-        NothingToDownload,     ///< The page holds no stream that can be downloaded.
+        NothingToDownload,     ///< The page has no stream that can be downloaded.
         NoSpace,               ///< The disk is full.
-        DestinationError,      ///< The file cannot be made at its destination.
+        DestinationError,      ///< The file cannot be created at its destination.
         ToolMissing,           ///< The interpreter, the download tool or ffmpeg is missing.
-        ToolBroken,            ///< The download tool is damaged, or does not fit the interpreter.
-        RuntimeMissing,        ///< The page needs a script runtime that is missing.
-        SettingsRefused,       ///< The tool does not take the user's settings (tool.conf).
-        ConversionFailed,      ///< ffmpeg failed to join or to encode.
+        ToolBroken,            ///< The download tool is damaged, or does not work with the interpreter.
+        RuntimeMissing,        ///< The page needs a script runtime, and none is installed.
+        SettingsRefused,       ///< The user's settings (tool.conf) are not valid.
+        ConversionFailed,      ///< ffmpeg could not join or encode the streams.
         Paused,                ///< DownloadJob::pause() was called.
     };
     Q_ENUM(Error)
 
     ~Job() override;
 
-    ToolSetup tools() const; ///< Where the job's programs are.
-    State state() const;     ///< How far it is.
-    bool isRunning() const;  ///< Whether it has been started and has not ended.
-    Error error() const;     ///< The outcome; NoError before the end, too.
+    ToolSetup tools() const; ///< Paths of the external programs.
+    State state() const;     ///< The current state.
+    bool isRunning() const;  ///< Whether it was started and has not ended.
+    Error error() const;     ///< The outcome; NoError before the end as well.
 
-    /** The failure for a person: its cause, and what to do. Translated; empty without an error. */
+    /** The error message for the user, translated: the cause, and what to do. Empty without an error. */
     QString errorString() const;
 
     /**
-     * What the tool or ffmpeg said of the failure, fit for display: several lines, in the language of the tool. May be
-     * empty; is empty after a success and a cancellation.
+     * The messages of the tool or ffmpeg about the failure, safe to show: several lines, in the language of the tool.
+     * May be empty; always empty after a success and after cancel().
      */
     QString errorDetails() const;
 
 public Q_SLOTS:
-    /** Begins. A job that has been started or cancelled before refuses, with a record in the log only. */
+    /** Starts the job. If it was started or cancelled before, this only writes a record to the log. */
     void start();
 
-    /** Stops, also before start(): finished() follows with #Cancelled unless another outcome is known already. */
+    /** Stops the job; also allowed before start(). finished() follows with #Cancelled, unless the outcome is known. */
     void cancel();
 
 Q_SIGNALS:
-    void stateChanged(); ///< state() and the results have changed.
+    void stateChanged(); ///< state() or the results have changed.
 
     /** The work is over. @param job this job */
     void finished(Nox::Job *job);

@@ -67,11 +67,11 @@ void JobPrivate::stop(Job::Error outcome)
         endStopped();
         return;
     }
-    const bool wasInDoubt = expectsNews(); // the process has reported already, no more may come
+    const bool mayHaveEnded = expectsNews(); // after an error the process may send no other report
     state = Job::Stopping;
     expectNews(stopMs);
     onStop();
-    if (wasInDoubt)
+    if (mayHaveEnded)
         endStopped();
     Q_EMIT q->stateChanged();
 }

@@ -8,9 +8,9 @@
 namespace Nox {
 
 /**
- * What every job does the same way: its states, its one outcome, and the report from the event loop when nothing is
- * left. A job's own class begins, stops and clears up. Every function that emits a signal is called last: the job may
- * be gone behind it.
+ * The part that all jobs share: the states, the one outcome, and the report from the event loop after the clean-up. The
+ * class of each job starts the work, stops it and cleans up. A function that emits a signal is always called last,
+ * since the host may delete the job inside the signal.
  */
 class JobPrivate
 {
@@ -22,13 +22,13 @@ public:
 
     void start();
 
-    /** Stops. @param outcome what end() is given then: Job::Cancelled or Job::Paused */
+    /** Stops the work. @param outcome the outcome for end(): Job::Cancelled or Job::Paused */
     void stop(Job::Error outcome);
 
     Job *q = nullptr;
     const ToolSetup tools;
     Job::State state = Job::Idle;
-    Job::Error error = Job::NoError; // also of an outcome that is not reported yet
+    Job::Error error = Job::NoError; // set before the outcome is reported
     QString errorString;
     QString toolOutput; // what the tool and ffmpeg have printed on standard error
 
@@ -36,36 +36,36 @@ protected:
     /** Starts the work, or ends at once. */
     virtual void begin() = 0;
 
-    /** Stops the work; endStopped() must follow from what it reports. If it does not for a while, the base ends. */
+    /** Stops the work. The job must then call endStopped(); if it does not within a few seconds, the base ends it. */
     virtual void onStop() = 0;
 
-    /** No news for the time given to expectNews(). */
+    /** The time given to expectNews() has passed without another call. */
     virtual void onSilence() = 0;
 
-    /** Ends processes and removes files; called from the event loop until it returns true: nothing is left. */
+    /** Ends processes and removes files. Called from the event loop, again and again until it returns true (done). */
     virtual bool clear() = 0;
 
-    /** Whether it is the tool that has failed, and not ffmpeg: then toolOutput may name the cause. */
+    /** Whether the tool failed, and not ffmpeg. Only then can toolOutput name the cause. */
     virtual bool hasToolFailed() const { return true; }
 
-    /** Finds error and text of a failure that ended without them; toolOutput names no cause. */
+    /** Sets error and errorString after a failure for which end() got no text and toolOutput names no cause. */
     virtual void explain() = 0;
 
-    /** The outcome, once. Emits nothing; others that come later do not count. OtherError without a text: explain(). */
+    /** Sets the outcome; later calls are ignored. Emits nothing. For OtherError without a text explain() is called. */
     void end(Job::Error outcome, const QString &message = {});
 
-    void endStopped() { end(m_stopOutcome); } ///< The work has stopped, as it was told to.
+    void endStopped() { end(m_stopOutcome); } ///< The work has stopped as requested.
 
     /** Ends with @p outcome if there is a @p message. @return whether there is one */
     bool refuse(Job::Error outcome, const QString &message);
 
-    /** Whether the job has been cancelled, whatever its end is going to be. */
+    /** Whether cancel() was called, even if another outcome was already known. */
     bool isCancelled() const { return state == Job::Stopping && m_stopOutcome == Job::Cancelled; }
 
     bool isWorking() const { return state == Job::Running && !m_isEnding; }
     bool isStopping() const { return state == Job::Stopping && !m_isEnding; }
 
-    /** onSilence() comes after that time, unless it is called again or forgetNews() is. */
+    /** Calls onSilence() after this time. Another call restarts the time, forgetNews() stops it. */
     void expectNews(int milliseconds) { m_silence.start(milliseconds); }
     void forgetNews() { m_silence.stop(); }
     bool expectsNews() const { return m_silence.isActive(); }

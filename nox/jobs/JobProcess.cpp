@@ -74,7 +74,7 @@ void JobProcess::readErrors()
         m_errors = m_errors.right(mostErrors);
 }
 
-// An event loop inside a signal must not bring later lines before earlier ones: only the outermost call reads.
+// The receiver of a signal may run an event loop. Only the outermost call reads, so that lines keep their order.
 void JobProcess::readOutput()
 {
     if (m_isReading)
@@ -89,7 +89,7 @@ void JobProcess::readOutput()
         output = m_process->readAllStandardOutput();
     }
     m_isReading = false;
-    if (m_hasEnded && !m_line.isEmpty()) // a line without its end
+    if (m_hasEnded && !m_line.isEmpty()) // the last line may have no line feed
         Q_EMIT lineRead(std::exchange(m_line, {}));
     if (!alive.isNull() && m_hasEnded)
         Q_EMIT ended(m_isDone);

@@ -12,8 +12,8 @@ namespace Nox {
 class ChildProcess;
 
 /**
- * A program that a job runs by itself. Of its output only so much is held as is needed, whatever it prints. The
- * destructor ends it, with all that it has started; it may be called inside the signals.
+ * A program that a job runs without a worker of the first library. It keeps a limited amount of output, however much
+ * the program prints. The destructor kills the program and everything it started, and may run inside the signals.
  */
 class JobProcess : public QObject
 {
@@ -31,16 +31,16 @@ public:
     /** ended() follows. */
     void kill();
 
-    /** The end of what the program has printed on standard error. */
+    /** The last part of the program's standard error. */
     QString errorOutput() const { return QString::fromUtf8(m_errors); }
 
 Q_SIGNALS:
-    void started(); ///< The program runs.
+    void started(); ///< The program is running.
 
-    /** One @p line of standard output, without its end. Lines of more than 4 MiB are left out. */
+    /** One @p line of standard output, without its end. Lines longer than 4 MiB are skipped. */
     void lineRead(const QByteArray &line);
 
-    /** The program has ended. @param isDone whether it says that all went well */
+    /** The program has ended. @param isDone whether its exit code is 0 */
     void ended(bool isDone);
 
     void failedToStart(); ///< No other signal follows.
@@ -51,7 +51,7 @@ private:
     void readErrors();
 
     ChildProcess *m_process;
-    QByteArray m_line; // begun, but not ended
+    QByteArray m_line; // incomplete so far
     bool m_skipsLine = false;
     bool m_isReading = false;
     bool m_hasEnded = false;

@@ -4,7 +4,7 @@
 
 /**
  * @file
- * Marks what the library of the jobs exports; everything without the mark stays hidden inside it.
+ * Marks the exported symbols of the second library; all others are hidden.
  */
 /** @def NOX_JOBS_EXPORT
  * Stands before every class and function of the public interface.

@@ -7,11 +7,11 @@
 namespace Nox {
 
 /**
- * Translates the texts of the jobs for the running application, which keeps the translation until it ends. The
- * translations (German) are part of the library, no file is needed. To be called in the main thread, after the
- * application object has been made; another call replaces the translation.
- * @param locale whose language is taken
- * @return whether the texts are in that language now; otherwise they are English
+ * Installs the translation of this library's texts in the application, until the application ends. The translations
+ * (German) are part of the library; no file is needed. To be called in the main thread, after the application object
+ * was created. Another call replaces the translation.
+ * @param locale selects the language
+ * @return whether there is a translation for this language; if not, the texts are English
  */
 NOX_JOBS_EXPORT bool installJobsTranslation(const QLocale &locale = QLocale());
 

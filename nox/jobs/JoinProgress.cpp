@@ -6,11 +6,11 @@ namespace Nox {
 
 namespace {
 
-constexpr qint64 maximumSeconds = 9999LL * 3600; // as many as ffmpeg's words may say
+constexpr qint64 maximumSeconds = 9999LL * 3600; // the largest time that ffmpeg prints
 
-constexpr double leastRate = 0.05; // what is less would be shown as none
+constexpr double leastRate = 0.05; // a smaller rate would be shown as 0
 
-/** Milliseconds of a match whose first three groups are hours, minutes and seconds with their fraction. */
+/** Milliseconds of @p match, whose first three groups are hours, minutes, and seconds with a fraction. */
 qint64 milliseconds(const QRegularExpressionMatch &match)
 {
     const double seconds =
@@ -27,12 +27,12 @@ JoinProgress::JoinProgress(qint64 seconds)
 
 void JoinProgress::read(const QString &errorOutput)
 {
-    // No more than four digits of hours, so that no number overflows.
+    // At most four digits of hours, so that no number overflows.
     static const QString time = QStringLiteral("(\\d{1,4}):(\\d\\d):(\\d\\d(?:\\.\\d{1,6})?)");
     static const QRegularExpression whole(QStringLiteral("^ *Duration: ") + time, QRegularExpression::MultilineOption);
     static const QRegularExpression done(QStringLiteral("\\btime=") + time);
     static const QRegularExpression rate(QStringLiteral("\\bspeed= *(\\d{1,6}(?:\\.\\d{1,6})?)x"));
-    // The longer of the two inputs decides: ffmpeg goes on to its end.
+    // ffmpeg works until the end of the longer input.
     for (auto matches = whole.globalMatch(errorOutput); matches.hasNext();)
         m_totalMs = qMax(m_totalMs, milliseconds(matches.next()));
     for (auto matches = done.globalMatch(errorOutput); matches.hasNext();)

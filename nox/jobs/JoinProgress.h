@@ -7,27 +7,27 @@
 namespace Nox {
 
 /**
- * How far ffmpeg is with joining, read from what it prints on standard error: the length of its input
- * once, and how much of it is done about twice a second. A value.
+ * The progress of a merge, read from ffmpeg's standard error. ffmpeg prints the length of its inputs once, and the time
+ * that it has reached about twice a second. A value.
  */
 class JoinProgress
 {
 public:
-    /** @param seconds how long the page says it plays, which counts where ffmpeg tells no length; 0 when unknown */
+    /** @param seconds duration as the page states it, used if ffmpeg prints none; 0 if unknown */
     explicit JoinProgress(qint64 seconds = 0);
 
-    /** Takes in what ffmpeg has printed so far, or the end of it. */
+    /** Reads ffmpeg's output so far, or the last part of it. */
     void read(const QString &errorOutput);
 
-    /** Whether ffmpeg has told how much is done. */
+    /** Whether ffmpeg has printed a time so far. */
     bool isKnown() const;
 
-    /** Time done of the whole; without the whole where nobody knows it. */
+    /** The time reached and the total time; the total is 0 if it is unknown. */
     TransferFigures figures() const;
 
 private:
     qint64 m_expectedMs;
-    qint64 m_totalMs = 0; // of ffmpeg's own words
+    qint64 m_totalMs = 0; // as ffmpeg prints it
     qint64 m_doneMs = -1;
     double m_rate = 0;
 };

@@ -14,14 +14,14 @@ namespace Nox {
 
 namespace {
 
-constexpr int doubtMs = 3000; // for the end of a process that has reported an error
-constexpr int toolError = -1; // the code that stands for the tool's own failure
+constexpr int errorDelayMs = 3000; // after an error: time for the process to end
+constexpr int toolError = -1;      // code of WebMediaInfoExtractor::error() for a non-zero exit code
 
 } // namespace
 
 /**
- * The extractor notifies of errors more than once, and of some that the tool goes on after; the outcome is what stands
- * when the tool has ended.
+ * The extractor may report errors several times, and may continue after one. So the outcome is decided when the tool
+ * has ended.
  */
 class PageJob::Private : public JobPrivate
 {
@@ -36,7 +36,7 @@ public:
     const QString url;
     WebMediaInfo page;
     StreamChoice streams;
-    int videoCount = 1; // as PageJob::videoCount() tells it
+    int videoCount = 1; // result of PageJob::videoCount()
     bool isInParts = false;
 
 protected:
@@ -52,7 +52,7 @@ private:
     void countVideos();
 
     std::unique_ptr<WebMediaInfoExtractor> m_extractor;
-    bool m_awaitsError = false; // which would take the record back
+    bool m_awaitsError = false; // after finished(): an error() before the next event means failure
     bool m_hasAnswer = false;
     int m_code = toolError;
 };
@@ -68,8 +68,8 @@ void PageJob::Private::begin()
     m_extractor->getMediaInfoBySignal(url);
 }
 
-// Alone, this is the outcome of a tool that was content; an error that comes in the same breath takes
-// it back. The tool may go on after such a pair and succeed.
+// If no error() follows before control returns to the event loop, the extraction succeeded. After such a pair of
+// signals the tool may continue and succeed.
 void PageJob::Private::onFinished(const WebMediaInfo &record)
 {
     page = record;
@@ -83,15 +83,15 @@ void PageJob::Private::onError(int code)
     const bool isPair = m_awaitsError;
     m_awaitsError = false;
     if (isStopping()) {
-        if (code != toolError || !isPair) // the process has ended, not only complained
+        if (code != toolError || !isPair) // the process has ended
             endStopped();
-    } else if (!isPair) { // the tool has ended and admits failure
+    } else if (!isPair) { // the tool has ended with a non-zero exit code
         end(Job::OtherError);
     } else if (code == toolError) {
         forgetNews();
     } else {
         m_code = code;
-        expectNews(code == QProcess::FailedToStart ? 0 : doubtMs);
+        expectNews(code == QProcess::FailedToStart ? 0 : errorDelayMs);
     }
 }
 

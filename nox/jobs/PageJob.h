@@ -9,7 +9,7 @@
 
 namespace Nox {
 
-/** Reads a page: what it is called, how long it plays, which streams it offers. */
+/** Reads a page: its title, duration, picture and streams. */
 class NOX_JOBS_EXPORT PageJob : public Job
 {
     Q_OBJECT
@@ -20,31 +20,31 @@ class NOX_JOBS_EXPORT PageJob : public Job
 
 public:
     /**
-     * @param url address of the page; UrlCheck::corrected() makes one of what a person types
-     * @param tools where the programs are that the job runs
-     * @param parent deletes the job, if nobody else does
+     * @param url address of the page; UrlCheck::corrected() completes what a user types
+     * @param tools paths of the external programs
+     * @param parent owner of the job, as usual for QObject
      */
     explicit PageJob(const QString &url, const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
     ~PageJob() override;
 
     QString url() const;          ///< Address of the page.
-    WebMediaInfo page() const;    ///< What the page holds; without a stream before the end and after an error.
-    StreamChoice streams() const; ///< The streams of page(), at least one after a success.
-    QString title() const;        ///< The title of page(), fit for display on one line; may be empty.
+    WebMediaInfo page() const;    ///< The content; it has no stream before the end and after an error.
+    StreamChoice streams() const; ///< The streams of page(); at least one after a success.
+    QString title() const;        ///< The title of page() on one line, safe to show; may be empty.
 
     /**
-     * What the tool warned of, also after a success, such as that it does not use the user's settings: sentences fit
-     * for display, each once, in the language of the tool. Empty before the end.
+     * Warnings of the tool, for example that it does not use the user's settings: sentences that are safe to show,
+     * without repetitions, in the language of the tool. There may be some after a success, too. Empty before the end.
      */
     QStringList warnings() const;
 
     /**
-     * How many videos the page has: page() describes the first, PlaylistJob lists them. -1 where there are several, but
+     * Number of videos on the page: page() describes the first, PlaylistJob lists them. -1 if there are several, but
      * the tool does not know how many; 1 before the end, after an error, and with a tool without our front.
      */
     int videoCount() const;
 
-    bool isInParts() const; ///< Whether these videos are the parts of one.
+    bool isInParts() const; ///< Whether these are the parts of one video.
 
 private:
     class Private;

@@ -61,7 +61,7 @@ qint64 PartsFolder::bytes() const
     qint64 sum = 0;
     const QFileInfoList files = QDir(m_path).entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo &file : files)
-        if (file.suffix() != QLatin1String("json")) // which tell what the others are
+        if (file.suffix() != QLatin1String("json")) // records of the front about the other files
             sum += file.size();
     return sum;
 }

@@ -7,32 +7,33 @@
 namespace Nox {
 
 /**
- * The folder "parts" in the private folder of a download that can be gone on with. The front of the tool keeps there
- * what it has fetched, under names of its own, and the job a record of what the download is to do. A value.
+ * The folder "parts" in the private folder of a download that can be resumed. The front of the tool keeps the partial
+ * files there, under its own names. The job keeps a record of the download there. A value.
  */
 class PartsFolder
 {
 public:
     static constexpr int expiryDays = 30;
 
-    /** The one in the private folder @p folder, whether it is there or not. */
+    /** The folder for parts in the private folder @p folder; it need not exist. */
     explicit PartsFolder(const QString &folder);
 
     static QString folderName() { return QStringLiteral("parts"); }
 
-    /** Whether it is there: a folder of the user's own, and no link to one. */
+    /** Whether the folder exists, belongs to the user and is not a symbolic link. */
     bool exists() const;
 
-    /** Makes it where it is missing, and writes @p record into it. @return why that failed; empty when it did not */
+    /** Creates the folder if it is missing, and writes @p record into it. @return the error message; empty on success
+     */
     QString write(const DownloadRecord &record) const;
 
-    /** The record in it; an incomplete one where there is none that can be read. */
+    /** The stored record; an incomplete one if it is missing or cannot be read. */
     DownloadRecord record() const;
 
-    /** Bytes that have been fetched into it. */
+    /** Size of the partial files in bytes. */
     qint64 bytes() const;
 
-    /** Whether nobody has worked in it for #expiryDays. */
+    /** Whether nothing in it has changed for #expiryDays. */
     bool isExpired() const;
 
 private:

@@ -8,7 +8,7 @@
 
 namespace Nox {
 
-/** One video of a page with several, as PlaylistJob lists it. A value. */
+/** One entry in the list of a PlaylistJob. A value. */
 struct NOX_JOBS_EXPORT PlaylistEntry {
     Q_GADGET
     Q_PROPERTY(int number MEMBER number)
@@ -18,11 +18,11 @@ struct NOX_JOBS_EXPORT PlaylistEntry {
     Q_PROPERTY(QString thumbnailUrl MEMBER thumbnailUrl)
 
 public:
-    int number = 0;       ///< its place on the page, counted from 1
-    QString url;          ///< what to give to PageJob or DownloadJob; always an address for them
-    QString title;        ///< fit for display on one line; may be empty
-    qint64 duration = 0;  ///< in seconds; 0 when unknown
-    QString thumbnailUrl; ///< http or https; empty when there is no picture
+    int number = 0;       ///< position on the page, from 1
+    QString url;          ///< address for PageJob and DownloadJob; always valid
+    QString title;        ///< on one line, safe to show; may be empty
+    qint64 duration = 0;  ///< in seconds; 0 if unknown
+    QString thumbnailUrl; ///< http or https; empty if there is no picture
 };
 
 } // namespace Nox

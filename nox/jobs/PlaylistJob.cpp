@@ -14,19 +14,20 @@ namespace Nox {
 
 namespace {
 
-constexpr int answerMs = 120000; // between two entries: a page of many is asked for piece by piece
+constexpr int answerMs =
+    120000; // longest time between two entries, since a site may deliver a long list in several answers
 constexpr int longestTitle = 500;
 constexpr int longestUrl = 8192;
 constexpr int largestNumber = 1000000000;
 
-/** @p text where it is an address that a page job takes; else an empty one. */
+/** @p text if it is a valid address for a PageJob; else an empty text. */
 QString usableUrl(const QString &text)
 {
     const QString url = text.size() > longestUrl ? QString() : UrlCheck::corrected(text);
     return UrlCheck::errorString(url).isEmpty() ? url : QString();
 }
 
-/** A whole number of @p value from 0 on; @p otherwise where it is none. */
+/** @p value if it is a number from 0 on, without its fraction; else @p otherwise. */
 int number(const QJsonValue &value, int otherwise)
 {
     const double found = value.toDouble(-1);
@@ -40,12 +41,12 @@ QString pictureOf(const QJsonObject &line)
     return usableUrl(picture.isEmpty() ? pictures.last().toObject().value(QLatin1String("url")).toString() : picture);
 }
 
-/** The address in @p line: the front's, or else the one that a tool without it tells. */
+/** The address in @p line: from our front, or else from a tool without it. */
 QString urlOf(const QJsonObject &line)
 {
     const bool isReference = line.value(QLatin1String("_type")).toString().startsWith(QLatin1String("url"));
     const QLatin1String page("webpage_url");
-    const QLatin1String target("url"); // of the data, where the entry is no reference
+    const QLatin1String target("url"); // if the entry is not a reference, this is the media file
     for (const QLatin1String key : {QLatin1String("nox_url"), isReference ? target : page, isReference ? page : target})
         if (QString url = usableUrl(line.value(key).toString()); !url.isEmpty())
             return url;
@@ -103,7 +104,7 @@ void PlaylistJob::Private::begin()
     m_process->startTool(tools, arguments << url);
 }
 
-/** One object of the tool's; everything else that it prints does not count. */
+/** Reads one line, a JSON object. Other output of the tool is ignored. */
 void PlaylistJob::Private::onLine(const QByteArray &text)
 {
     const QJsonObject line = QJsonDocument::fromJson(text).object();
@@ -117,7 +118,7 @@ void PlaylistJob::Private::onLine(const QByteArray &text)
     entry.url = urlOf(line);
     if (entry.url.isEmpty())
         return;
-    if (entries.size() >= count) { // the tool does not keep to the range
+    if (entries.size() >= count) { // the tool ignored the range
         hasMore = true;
         end(Job::NoError);
         return;

@@ -9,8 +9,8 @@
 namespace Nox {
 
 /**
- * Lists the videos of a page with several, without reading each of them. A job lists one range of them, so that a
- * page with thousands is listed step by step; each further range is a job of its own.
+ * Lists the videos of a page that has several, without reading each of them. One job lists one range. For a page with
+ * thousands of videos, use one job after the other.
  */
 class NOX_JOBS_EXPORT PlaylistJob : public Job
 {
@@ -21,37 +21,37 @@ class NOX_JOBS_EXPORT PlaylistJob : public Job
     Q_PROPERTY(int total READ total NOTIFY stateChanged)
 
 public:
-    static constexpr int maximumCount = 200; ///< entries that one job lists at most
+    static constexpr int maximumCount = 200; ///< largest number of entries in one job
 
     /**
      * @param url address of the page
-     * @param tools where the programs are that the job runs
-     * @param parent deletes the job, if nobody else does
+     * @param tools paths of the external programs
+     * @param parent owner of the job, as usual for QObject
      */
     explicit PlaylistJob(const QString &url, const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
     ~PlaylistJob() override;
 
     /**
-     * Which entries are listed. To be called before start().
-     * @param first number of the first one, from 1, which is the default
-     * @param count how many, from 1 to maximumCount, which is the default; other numbers become the nearest of these
+     * Selects the range. To be called before start().
+     * @param first number of the first entry; at least 1, which is the default
+     * @param count number of entries, from 1 to #maximumCount, which is the default. A value outside is limited
      */
     void setRange(int first, int count = maximumCount);
 
     QString url() const;                  ///< Address of the page.
-    QList<PlaylistEntry> entries() const; ///< Those found so far, in the page's order. They stay after a failure.
+    QList<PlaylistEntry> entries() const; ///< The entries so far, in the page's order; also after a failure.
 
-    /** Whether the page has entries behind those that were listed; false before the end. */
+    /** Whether the page has more entries after this range; false before the end. */
     bool hasMore() const;
 
-    /** How many entries the page has in all, or -1 where that is not known. */
+    /** Total number of entries on the page; -1 if unknown. */
     int total() const;
 
     /** Whether the entries are the parts of one video. */
     bool isInParts() const;
 
 Q_SIGNALS:
-    /** One more has been found. @param entry the last one of entries() */
+    /** Another entry was found. @param entry the last of entries() */
     void entryFound(const Nox::PlaylistEntry &entry);
 
 private:

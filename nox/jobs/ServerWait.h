@@ -5,26 +5,26 @@
 
 namespace Nox {
 
-/** Whether the tool waits for a server, read from what its front prints on standard error meanwhile. A value. */
+/** Whether the tool is waiting for a server: read from its front's notices on standard error. A value. */
 class ServerWait
 {
     Q_DECLARE_TR_FUNCTIONS(Nox::ServerWait)
 
 public:
     /**
-     * Takes in news.
-     * @param errorOutput what the tool has printed so far, or the end of it
-     * @param bytes what has been fetched so far: when it changes, the waiting is over
+     * Reads the current state.
+     * @param errorOutput standard error of the tool so far, or the last part of it
+     * @param bytes downloaded bytes so far; if they change, the waiting is over
      * @return whether text() has changed
      */
     bool read(const QString &errorOutput, qint64 bytes);
 
-    QString text() const { return m_text; } ///< For a person; empty when the tool does not wait.
+    QString text() const { return m_text; } ///< For the user; empty if the tool is not waiting.
 
 private:
     QString m_text;
     QString m_line;
-    int m_count = 0; // of such lines: the same one may come again
+    int m_count = 0; // number of such lines, since the same line may be repeated
     qint64 m_bytes = 0;
 };
 

@@ -16,7 +16,7 @@ namespace {
 
 using Profiles = QList<MediaProfile>;
 
-constexpr int enoughLines = 360; // a picture that people put up with
+constexpr int enoughLines = 360; // lines of a picture that is good enough to avoid a conversion
 
 bool isAudio(const MediaProfile &stream)
 {
@@ -38,7 +38,7 @@ bool isAbove1080p(const MediaProfile &stream)
     return stream.getOriResStr().compare(QLatin1String(">1080p"), Qt::CaseInsensitive) == 0;
 }
 
-/** Size of the picture, also for a stream of which the tool tells nothing but that it is above 1080p. */
+/** Size of the picture; also for a stream that is only known to be larger than 1080p. */
 qint64 pixels(const MediaProfile &stream)
 {
     const QSize size = stream.getVResolution();
@@ -47,13 +47,13 @@ qint64 pixels(const MediaProfile &stream)
     return isAbove1080p(stream) ? 1920 * 1080 + 1 : 0;
 }
 
-/** A picture of unknown size counts as large enough: better than hours of conversion on mere suspicion. */
+/** A picture of unknown size counts as large enough: otherwise it might be converted for hours without need. */
 bool hasEnoughLines(const MediaProfile &stream)
 {
     return !isSized(stream) || stream.getVResolution().height() >= enoughLines;
 }
 
-/** The first of @p streams that @p suits; an invalid profile when there is none. */
+/** The first of @p streams for which @p suits is true; an invalid profile if there is none. */
 template <typename Predicate>
 MediaProfile first(const Profiles &streams, Predicate suits)
 {
@@ -61,7 +61,7 @@ MediaProfile first(const Profiles &streams, Predicate suits)
     return found == streams.cend() ? MediaProfile() : *found;
 }
 
-/** Of @p streams, in their order, the first with a good picture that needs the least conversion. */
+/** The first of @p streams with a good picture and the least conversion. */
 template <typename ConversionOf>
 MediaProfile leastWork(const Profiles &streams, ConversionOf conversionOf)
 {
@@ -79,7 +79,7 @@ MediaProfile leastWork(const Profiles &streams, ConversionOf conversionOf)
 
 StreamChoice::StreamChoice(const WebMediaInfo &page)
 {
-    // The record holds the streams with the tool's best first.
+    // In the record, the tool's best stream is first.
     const Profiles streams = page.getMediaProfileList();
     for (const MediaProfile &stream : streams) {
         if (!stream.isValid() || !isUsableCode(stream.getName()))
@@ -110,7 +110,7 @@ void StreamChoice::sort()
     std::transform(keyed.cbegin(), keyed.cend(), m_all.begin(), [](const auto &entry) { return entry.second; });
 }
 
-/** Audio, and videos of unknown size, may differ in all that a person cares for: they stay. */
+/** Audio streams and videos of unknown size are never dropped: they may differ in ways that matter to the user. */
 void StreamChoice::thin()
 {
     QSet<QString> seen;

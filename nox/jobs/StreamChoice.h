@@ -13,11 +13,11 @@
 namespace Nox {
 
 /**
- * The streams of a page in the order in which a person wants to see them, and the ones to take when
- * nobody chooses. Streams whose format code could not go on a command line are left out. A value.
+ * The streams of a page in the order for the user, and the default choice among them. A stream whose format code cannot
+ * be an argument of a command line is left out. A value.
  *
- * Where streams are equal in what is known of them, the tool's own order decides: it knows frame rate,
- * bit rate, language and the site's preference.
+ * If streams are equal in all known properties, the tool's order decides: the tool also knows frame rate, bit rate,
+ * language and the site's preference.
  */
 class NOX_JOBS_EXPORT StreamChoice
 {
@@ -29,50 +29,49 @@ public:
     explicit StreamChoice(const WebMediaInfo &page);
 
     /**
-     * Every usable stream: videos before audio, the larger picture first, 2D before 3D, and of equal
-     * pictures those first that need the least work.
+     * All usable streams: videos before audio, larger pictures first, 2D before 3D. Among equal pictures, the ones that
+     * need the least conversion come first.
      */
     QList<MediaProfile> all() const { return m_all; }
 
     /**
-     * all() without streams that differ from a kept one in nothing a person sees: of equal picture
-     * size, 3D, container and label the first one stays.
+     * all() without streams that look the same to the user: of streams with equal picture size, 3D, container and label
+     * only the first is kept.
      */
     QList<MediaProfile> thinned() const { return m_thinned; }
 
-    /** The audio streams in the tool's order, its best first. */
+    /** The audio streams in the tool's order, the best first. */
     QList<MediaProfile> audio() const { return m_audio; }
 
     /**
-     * The stream to take when nobody chooses: the best picture that becomes a file with sound without
-     * anything being encoded. Streams that must be converted come first only where nothing else has a
-     * picture of at least 360 lines, and silent ones where nothing else has sound. On a page without
-     * video it is the best audio stream, on an empty page an invalid profile.
+     * The default stream: the best picture that becomes a file with sound without a conversion. A stream that must be
+     * converted is chosen only if no other has a picture of at least 360 lines, and one without sound only if no other
+     * has sound. On a page without video it is the best audio stream, on an empty page an invalid profile.
      */
     MediaProfile best() const;
 
-    /** The video to take with @p audio when nobody chooses, as best() does; an invalid profile when there is none. */
+    /** The default video to join with @p audio, chosen as in best(); an invalid profile if there is none. */
     MediaProfile bestFor(const MediaProfile &audio) const;
 
     /**
-     * The audio stream to join with @p video: the tool's best, for an MP4 video its best in M4A before
-     * all others. An invalid profile when the video needs none or there is none.
+     * The audio stream to join with @p video: the tool's best, and for an MP4 video its best in M4A if there is one. An
+     * invalid profile if the video needs no audio or there is none.
      */
     MediaProfile audioFor(const MediaProfile &video) const;
 
-    /** @p stream, with audioFor() named in it as the audio to join. */
+    /** @p stream, with the code of audioFor() set as its preferred audio. */
     MediaProfile withAudio(MediaProfile stream) const;
 
-    /** What must be converted when @p stream is saved: with the audio named in it, or else with audioFor(). */
+    /** What must be converted to save @p stream with its preferred audio, or else with audioFor(). */
     Conversion::Kind conversion(const MediaProfile &stream) const;
 
     /** The stream with format code @p code, or an invalid profile. */
     MediaProfile find(const QString &code) const;
 
-    /** Whether a stream is a picture without sound that an audio stream can be joined to. */
+    /** Whether @p stream has no sound and an audio stream can be joined to it. */
     static bool needsAudio(const MediaProfile &stream);
 
-    /** Whether @p code is one argument of a command line that is no option. */
+    /** Whether @p code can be an argument of a command line and is not an option. */
     static bool isUsableCode(const QString &code);
 
 private:

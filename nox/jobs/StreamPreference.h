@@ -7,19 +7,18 @@
 
 namespace Nox {
 
-/** Which stream a person wants when none is picked by hand. A value. */
+/** The user's preferences for the default stream. A value. */
 struct NOX_JOBS_EXPORT StreamPreference {
-    int maximumHeight = 0;         ///< of the picture, in lines; 0 for no limit
-    bool withoutConversion = true; ///< nothing that ffmpeg would have to encode anew, where there is anything else
+    int maximumHeight = 0;         ///< of the picture in lines; 0 for no limit
+    bool withoutConversion = true; ///< avoids streams that ffmpeg must encode, if there are others
     bool soundOnly = false;        ///< the best audio stream, without a picture
 
     /**
-     * The stream of @p streams that suits best. Where no picture is within the limit, it is
-     * StreamChoice::best() again.
+     * The best of @p streams by these preferences; StreamChoice::best() if every picture is above the limit.
      * @param streams the streams of a page
-     * @param audio the audio to join with the video; invalid for the one that suits each video. Where it is valid, only
-     *        videos without sound are taken
-     * @return an invalid profile when there is none at all
+     * @param audio the audio to join with the video: then only videos without sound are considered. An invalid profile
+     *        selects the default audio of each video
+     * @return an invalid profile if there is no such stream
      */
     MediaProfile pick(const StreamChoice &streams, const MediaProfile &audio = {}) const;
 

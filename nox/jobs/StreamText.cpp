@@ -56,17 +56,17 @@ QString StreamText::label(const MediaProfile &stream)
 
 QStringList StreamText::labels(const QList<MediaProfile> &streams)
 {
-    const auto words = [](const MediaProfile &stream) {
+    const auto name = [](const MediaProfile &stream) {
         return QStringList{kind(stream), container(stream), label(stream)}.join(QLatin1Char('\n'));
     };
     QHash<QString, int> count;
     for (const MediaProfile &stream : streams)
-        ++count[words(stream)];
+        ++count[name(stream)];
     QStringList result;
     for (const MediaProfile &stream : streams) {
         const QString text = label(stream);
         const QString code = TextSanitizer::line(stream.getName());
-        if (count.value(words(stream)) < 2)
+        if (count.value(name(stream)) < 2)
             result += text;
         else
             result += text.isEmpty() ? code : tr("%1 (%2)", "quality, format code").arg(text, code);
@@ -74,7 +74,7 @@ QStringList StreamText::labels(const QList<MediaProfile> &streams)
     return result;
 }
 
-QString StreamText::plainWords(const MediaProfile &stream)
+QString StreamText::description(const MediaProfile &stream)
 {
     if (stream.getMediaType() == MEDIA_TYPE_AUDIO) {
         const int rate = stream.getABitRate() / 1000;

@@ -6,15 +6,15 @@
 
 namespace Nox {
 
-/** Makes texts from outside fit for display: titles and the tool's words may hold escape sequences. */
+/** Makes texts from outside safe to show: titles and messages of the tool may contain escape sequences. */
 class NOX_JOBS_EXPORT TextSanitizer
 {
 public:
     TextSanitizer() = delete;
 
     /**
-     * @p text on one line, fit for a terminal, a label and a file name: control characters and runs of
-     * white space become one blank, marks that turn the writing direction too; the ends are trimmed.
+     * @p text on one line, safe for a terminal, a label and a file name. Control characters, marks that change the
+     * writing direction and runs of white space become one blank each; blanks at both ends are removed.
      */
     static QString line(const QString &text);
 };

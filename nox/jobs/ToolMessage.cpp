@@ -18,7 +18,7 @@ bool matches(const QString &text, const QRegularExpression &pattern)
     return pattern.match(text).hasMatch();
 }
 
-/** The tags of the tool's front. A test compares them with the front's own list. */
+/** The error tags of the tool's front. A test compares this list with the list in the front. */
 const QMap<QString, Job::Error> &errors()
 {
     static const QMap<QString, Job::Error> table{
@@ -47,7 +47,7 @@ QStringList linesOf(const QString &text)
     return text.split(lineEnd, Qt::SkipEmptyParts);
 }
 
-/** The first lines of what ffmpeg tells of itself and of the files, before indented ones. */
+/** The lines that begin ffmpeg's banner and its description of the files; indented lines follow them. */
 bool isBanner(const QString &line)
 {
     static const QRegularExpression banner(
@@ -55,7 +55,7 @@ bool isBanner(const QString &line)
     return matches(line, banner);
 }
 
-/** What else ffmpeg prints when all is well; a line may have lost its beginning. */
+/** Other lines that ffmpeg prints without an error. The beginning of a line may be cut off. */
 bool isChatter(const QString &line)
 {
     static const QRegularExpression chatter(QStringLiteral(
@@ -65,7 +65,7 @@ bool isChatter(const QString &line)
     return matches(line, chatter);
 }
 
-/** @p line without the sentences that tell how to call the tool: nobody can follow them here. */
+/** @p line without advice about the tool's command line, which the user of a host cannot use. */
 QString withoutHints(const QString &line)
 {
     static const QRegularExpression hint(
@@ -85,14 +85,14 @@ QString withoutHints(const QString &line)
     return result;
 }
 
-/** @p line without the tag of the tool's front, which is for programs. */
+/** @p line without the tag of the tool's front, which is meant for programs. */
 QString withoutTag(QString line)
 {
     static const QRegularExpression tag(QStringLiteral("^ERROR: \\[nox:[a-z-]+\\] "));
     return line.replace(tag, QStringLiteral("ERROR: "));
 }
 
-/** Sorts the lines of an error output into complaints, warnings, and what nobody needs. */
+/** Sorts the lines of standard error: errors, warnings, and lines to ignore. */
 class Sorter
 {
 public:
@@ -124,8 +124,8 @@ private:
             return Kind::Traceback;
         if (isBanner(line))
             return Kind::Banner;
-        const bool goesOn = isIndented || m_kind == Kind::Warning;
-        return goesOn && !matches(line, complaint) ? m_kind : Kind::Complaint;
+        const bool isResumed = isIndented || m_kind == Kind::Warning;
+        return isResumed && !matches(line, complaint) ? m_kind : Kind::Complaint;
     }
 
     Kind m_kind = Kind::Complaint;
@@ -168,7 +168,7 @@ QStringList ToolMessage::tags()
 
 Job::Error ToolMessage::error(const QString &errorOutput)
 {
-    // The front's first error carries the tag. What follows may be the text of a page.
+    // Only the first error has the front's tag. Later lines may contain text of the page.
     static const QRegularExpression firstError(QStringLiteral("^ERROR: (?:\\[nox:([a-z-]+)\\] )?"),
                                                QRegularExpression::MultilineOption);
     if (const QRegularExpressionMatch match = firstError.match(errorOutput); match.hasMatch())
@@ -183,9 +183,9 @@ Job::Error ToolMessage::error(const QString &errorOutput)
 QStringList ToolMessage::warnings(const QString &errorOutput)
 {
     const QLatin1String prefix("WARNING: ");
-    const QLatin1String notice("WARNING: [nox:"); // of what goes on meanwhile
+    const QLatin1String notice("WARNING: [nox:"); // notices for programs
     QStringList warnings;
-    bool isWarning = false; // and no other remark, such as that a feature is deprecated
+    bool isWarning = false; // false for other messages, such as a deprecated feature
     const QStringList lines = sorted(errorOutput).warnings();
     for (const QString &line : lines) {
         const bool isFirst = line.startsWith(prefix) && !line.startsWith(notice);

@@ -29,7 +29,7 @@ bool isOwnAndSafe(const QString &path)
     return file.exists() && file.ownerId() == ::geteuid() && (file.permissions() & ofOthers) == 0;
 }
 
-/** Not by QDir::mkpath(), which would let the umask decide who may write. */
+/** Unlike QDir::mkpath(), this does not leave the permissions to the umask. */
 bool makePrivateFolder(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);

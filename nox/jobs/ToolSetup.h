@@ -7,46 +7,45 @@
 
 namespace Nox {
 
-/** Where the external programs are that the library drives, and whether they are there. A value. */
+/** Paths of the external programs, and whether they exist. A value. */
 class NOX_JOBS_EXPORT ToolSetup
 {
     Q_DECLARE_TR_FUNCTIONS(Nox::ToolSetup)
 
 public:
     /**
-     * Lets the programs that the library will start find each other: this program's folder comes first in PATH, so
-     * that the tool finds the ffmpeg there. Removes PYTHONDONTWRITEBYTECODE, which would keep the interpreter from
-     * using the cache that it is given. To be called once, right after the application object has been made.
+     * Prepares the environment of the external programs. Puts this program's folder first in PATH, so that the tool
+     * finds the ffmpeg there. Removes PYTHONDONTWRITEBYTECODE, so that the interpreter can use its bytecode cache. To
+     * be called once, right after the application object was created.
      */
     static void prepareEnvironment();
 
     /**
-     * @param toolFile the tool's file; empty for the one that the user has put into
-     *        $XDG_DATA_HOME/noxwebmedia, or else "yt.zip" beside this program
-     * @param pycacheFolder where the interpreter keeps its compiled bytecode; empty for a folder in
-     *        the user's cache
+     * @param toolFile file of the tool; empty for the user's own tool in $XDG_DATA_HOME/noxwebmedia, or else "yt.zip"
+     *        beside this program
+     * @param pycacheFolder folder for the interpreter's bytecode; empty for a folder in the user's cache
      */
     explicit ToolSetup(const QString &toolFile = {}, const QString &pycacheFolder = {});
 
-    QString toolFile() const { return m_toolFile; } ///< Absolute path of the tool's file.
+    QString toolFile() const { return m_toolFile; } ///< Absolute path of the tool.
 
     /**
-     * Absolute path of the bytecode cache. Makes the folder, and those above it, with access for the user alone where
-     * they are missing. Empty, for no cache, where that fails or where the folder is not the user's or others may write
-     * into it: the interpreter runs what it finds there.
+     * Absolute path of the bytecode cache. If the folder or those above it are missing, they are created with access
+     * for the user only. Empty (no cache) if that fails, if the folder belongs to somebody else, or if others may write
+     * into it: the interpreter runs the code that it finds there.
      */
     QString pycacheFolder() const;
 
-    /** What is missing for extraction and download, in words; empty when nothing is. */
+    /** The error message if a program for extraction and download is missing; else empty. */
     QString errorString() const;
 
     /**
-     * Where a user may put a newer tool. It counts only while the file and its folder belong to the user and nobody
+     * Path for the user's own, newer tool. It is used only if the file and its folder belong to the user and nobody
      * else may write to them.
      */
     static QString ownToolFile();
 
-    /** What is missing for joining a video with its audio, and for encoding sound, in words; empty when nothing is. */
+    /** The error message if a program for joining and encoding (ffmpeg) is missing; else empty. */
     static QString joiningErrorString();
 
 private:

@@ -11,7 +11,7 @@ namespace Nox {
 
 namespace {
 
-constexpr int answerMs = 30000; // a slow disk, and no bytecode yet
+constexpr int answerMs = 30000; // enough for a slow disk without cached bytecode
 
 } // namespace
 

@@ -5,7 +5,7 @@
 
 namespace Nox {
 
-/** Asks the download tool for its version. A tool that does not answer within half a minute is given up. */
+/** Asks the download tool for its version. Fails if the tool does not answer within 30 seconds. */
 class NOX_JOBS_EXPORT ToolVersionJob : public Job
 {
     Q_OBJECT
@@ -13,13 +13,13 @@ class NOX_JOBS_EXPORT ToolVersionJob : public Job
 
 public:
     /**
-     * @param tools where the programs are that the job runs
-     * @param parent deletes the job, if nobody else does
+     * @param tools paths of the external programs
+     * @param parent owner of the job, as usual for QObject
      */
     explicit ToolVersionJob(const ToolSetup &tools = ToolSetup(), QObject *parent = nullptr);
     ~ToolVersionJob() override;
 
-    /** The version as the tool tells it, fit for display; empty before the end and after an error. */
+    /** The version that the tool prints, safe to show; empty before the end and after an error. */
     QString version() const;
 
 private:

@@ -11,8 +11,8 @@
 namespace Nox {
 
 /**
- * How far a download is, in numbers and in texts: in bytes while streams are fetched, in playing time
- * while they are joined. A value.
+ * The progress of a download, as numbers and as texts: in bytes while streams are downloaded, in playing time while
+ * they are joined. A value.
  */
 class NOX_JOBS_EXPORT TransferFigures
 {
@@ -25,39 +25,39 @@ class NOX_JOBS_EXPORT TransferFigures
     Q_PROPERTY(qint64 secondsLeft READ secondsLeft)
 
 public:
-    /** What is counted: bytes, or milliseconds of playing time. */
+    /** The unit: bytes, or milliseconds of playing time. */
     enum class Unit { Bytes, Time };
 
-    /** Nothing known yet. */
+    /** Everything unknown. */
     TransferFigures() = default;
 
-    /** As WebMediaDownloader::progress() gives them; figures out of range count as unknown. */
+    /** Figures of WebMediaDownloader::progress(). Values out of range count as unknown. */
     TransferFigures(qint64 total, qint64 processed, qint64 speed);
 
-    /** Figures in milliseconds of playing time; @p speed is how many of them are done in a second. */
+    /** Figures in milliseconds of playing time; @p speed is in milliseconds per second. */
     static TransferFigures ofTime(qint64 total, qint64 processed, qint64 speed);
 
-    /** The same without a speed, and so without the time left: for figures that are no longer fresh. */
+    /** The same figures without speed and time left. */
     TransferFigures withoutSpeed() const;
 
-    qint64 total() const { return m_total; }         ///< The whole, or 0 when unknown.
-    qint64 processed() const { return m_processed; } ///< What is done of it; at most total() where that is known.
-    qint64 speed() const { return m_speed; }         ///< What is done in a second, or 0 when unknown.
+    qint64 total() const { return m_total; }         ///< The total, or 0 if unknown.
+    qint64 processed() const { return m_processed; } ///< The amount that is done; at most total(), if that is known.
+    qint64 speed() const { return m_speed; }         ///< Amount per second, or 0 if unknown.
 
-    /** Whether there is nothing to show. */
+    /** Whether all figures are unknown. */
     bool isEmpty() const;
 
     /** Whole percent done, 0 to 100; 100 only when all is done. */
     int percent() const;
 
-    /** Seconds to go, rounded up, or -1 when they cannot be told. */
+    /** Remaining seconds, rounded up, or -1 if unknown. */
     qint64 secondsLeft() const;
 
-    /** Such as "3.4 MB / 12.0 MB", "0:01:10 / 0:05:00", or "3.4 MB" where the whole is unknown; may be empty. */
+    /** Such as "3.4 MB / 12.0 MB", "0:01:10 / 0:05:00", or "3.4 MB" if the total is unknown; may be empty. */
     QString amountText(const QLocale &locale) const;
 
-    QString speedText(const QLocale &locale) const; ///< Such as "1.2 MB/s" or "2.5x"; empty when unknown.
-    QString timeLeftText() const;                   ///< h:mm:ss; empty when unknown.
+    QString speedText(const QLocale &locale) const; ///< Such as "1.2 MB/s" or "2.5x"; empty if unknown.
+    QString timeLeftText() const;                   ///< h:mm:ss; empty if unknown.
 
     /** @p seconds as h:mm:ss; empty for a negative number. */
     static QString timeText(qint64 seconds);

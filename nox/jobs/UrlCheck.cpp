@@ -31,9 +31,9 @@ QString UrlCheck::errorString(const QString &url)
         return character.isSpace() || character.category() == QChar::Other_Control;
     });
     if (holdsBlank)
-        return tr("An address must not hold blanks.");
+        return tr("An address must not contain blanks.");
     if (url.contains(QLatin1Char('"')) || url.contains(QLatin1Char('\'')))
-        return tr("An address must not hold quotes; write %22 or %27 instead.");
+        return tr("An address must not contain quotes; write %22 or %27 instead.");
     if (!Utilities::isValidUrl(url))
         return tr("The address is incomplete: a server name must follow http:// or https://.");
     return {};

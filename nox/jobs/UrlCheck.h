@@ -8,8 +8,8 @@
 namespace Nox {
 
 /**
- * Whether a text may go to the library as a page address. The address stands without quotes on the
- * tool's command line, so a blank or a quote in it would smuggle options in.
+ * Checks the address of a page before it is given to the library. The library does not quote it on the tool's command
+ * line, so an address with a blank or a quote could add options there.
  */
 class NOX_JOBS_EXPORT UrlCheck
 {
@@ -19,13 +19,12 @@ public:
     UrlCheck() = delete;
 
     /**
-     * @p text as the address that was meant: without blanks around it, with the scheme in small letters,
-     * https:// in front of "www." or the name of a server, and %27 for an apostrophe. Whatever else is wrong stays as
-     * it is.
+     * @p text as a complete address: without blanks at both ends, with the scheme in lower case, with https:// in front
+     * of "www." or the name of a server, and with %27 for an apostrophe. Other errors are not corrected.
      */
     static QString corrected(const QString &text);
 
-    /** Why @p url is not one acceptable address, in words; empty when it is. */
+    /** The error message if @p url is not a valid address; else empty. */
     static QString errorString(const QString &url);
 };
 

@@ -113,7 +113,7 @@ void DeskDesktopTest::openingFails()
     QTRY_SOON(!m_user->sees("warning"));
     QVERIFY(QFile::remove(m_stage->video("Clip.mp4"_s)));
     QVERIFY(m_user->press("openFile", 0));
-    QCOMPARE(m_user->text("status", 0), "The file is not there any more"_s);
+    QCOMPARE(m_user->text("status", 0), "The file no longer exists"_s);
     QVERIFY(!m_user->sees("warning"));
 }
 
@@ -131,7 +131,7 @@ void DeskDesktopTest::secondStart()
     second->start();
     QTRY_SOON_COMPARE(handedOver.size(), 1);
     QCOMPARE(handedOver.at(0).at(0).toStringList(), QStringList({"http://x/1"_s, "http://x/\n2"_s}));
-    QVERIFY(second->wait(HostSandbox::Patience));
+    QVERIFY(second->wait(HostSandbox::Timeout));
     QVERIFY(!goesOn);
 }
 

@@ -72,10 +72,10 @@ void DeskListTest::nextStart()
 {
     QFETCH(bool, goesOn);
     Preferences preferences;
-    preferences.goesOnAtStart = goesOn;
+    preferences.resumesAtStart = goesOn;
     preferences.parallelDownloads = 1;
-    m_user->desk().settings().setPreferences(preferences);
-    m_user->desk().applySettings();
+    m_user->controller().settings().setPreferences(preferences);
+    m_user->controller().applySettings();
     HostSandbox::playPage("140: announce m4a\n251: announce webm|err ERROR: [nox:login] no entry\\n|exit 1\n"_s
                           + QLatin1String(some));
     QVERIFY(m_user->beginDownload("128K"_s));
@@ -85,8 +85,8 @@ void DeskListTest::nextStart()
     const QString told = m_user->text("status", 0);
     QVERIFY(m_user->beginDownload("360P"_s));
     QTRY_SOON(m_stage->hangs("18"_s));
-    m_user->desk().addPages({"http://y/"_s}); // waits, and is not read yet
-    m_user->window().closeAtOnce();           // as for SIGTERM and at the end of the session
+    m_user->controller().addPages({"http://y/"_s}); // waits, and is not read yet
+    m_user->window().closeAtOnce();                 // as for SIGTERM and at the end of the session
     HostSandbox::playPage(goesOn ? "18: announce mp4|hang"_s : QString());
     restart();
     const QString over = " Clip.webm=Failed Clip.m4a=Finished"_s;
@@ -139,7 +139,7 @@ void DeskListTest::unreadableList()
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) == text.size());
     file.close();
     m_user = std::make_unique<DeskUser>();
-    QTRY_SOON(m_user->text("warning").contains("set aside"_s));
+    QTRY_SOON(m_user->text("warning").contains("renamed"_s));
     QFile aside(storeFile() + ".unreadable"_s);
     QVERIFY(aside.open(QIODevice::ReadOnly));
     QCOMPARE(QString::fromUtf8(aside.readAll()), text);
@@ -152,7 +152,7 @@ void DeskListTest::pausing()
     QVERIFY(m_user->beginDownload("360P"_s));
     QTRY_SOON(m_stage->hangs("18"_s));
     HostSandbox::play("dump: hang"_s);
-    m_user->desk().addPages({"http://y/"_s, "http://z/"_s});
+    m_user->controller().addPages({"http://y/"_s, "http://z/"_s});
     m_user->find("pause", 0)->setFocus();
     QTest::keyClick(m_user->find("pause", 0), Qt::Key_P, Qt::ControlModifier);
     QTRY_SOON(m_stage->hangs("dump"_s)); // the next one takes its place, and is read
@@ -185,7 +185,7 @@ void DeskListTest::manyAddresses()
                                        : HostSandbox::pageScenario());
     Preferences preferences;
     preferences.stream.soundOnly = true;
-    m_user->desk().settings().setPreferences(preferences);
+    m_user->controller().settings().setPreferences(preferences);
     if (way == "paste"_s) {
         QGuiApplication::clipboard()->setText(text);
         m_user->find("read")->setFocus();
@@ -257,6 +257,12 @@ void DeskListTest::sameStreamAgain()
     m_user->choose("128K"_s);
     QVERIFY(m_user->press("download"));
     QTRY_SOON(!m_user->sees("downloadAgain") && m_user->downloads().rowCount() == 3);
+    // Of several addresses, the new ones are added at once.
+    m_user->window().takeOver({m_user->controller().reader().url(), "http://new/"_s});
+    QCOMPARE(m_user->downloads().rowCount(), 4);
+    QTRY_SOON(m_user->sees("downloadAgain"));
+    QVERIFY(m_user->press("downloadAgain"));
+    QCOMPARE(m_user->downloads().rowCount(), 5);
 }
 
 void DeskListTest::soundAsMp3()

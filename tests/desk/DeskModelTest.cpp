@@ -157,14 +157,14 @@ void DeskModelTest::conversion()
     model.setStreams(Nox::StreamChoice(page()), 600);
     for (int row = 0; row < model.rowCount(); ++row) {
         const bool isConverted = model.stream(row).getName() == "248"_s;
-        const QModelIndex cell = model.index(row, StreamTableModel::Words);
+        const QModelIndex cell = model.index(row, StreamTableModel::Description);
         QCOMPARE(cell.data().toString().contains("must be converted"_s), isConverted);
-        QCOMPARE(cell.data(Qt::ToolTipRole).toString().contains("Rough guess"_s), isConverted);
+        QCOMPARE(cell.data(Qt::ToolTipRole).toString().contains("Rough estimate"_s), isConverted);
         m_plan->setStream(model.stream(row));
         QCOMPARE(m_plan->warning().isEmpty(), !isConverted);
     }
     choose("248"_s);
-    m_plan->setCompanion(QString());
+    m_plan->setAudio(QString());
     QCOMPARE(m_plan->warning(), QString());
 }
 
@@ -209,7 +209,7 @@ void DeskModelTest::missingFolder()
 
 void DeskModelTest::choices_data()
 {
-    const TextTable row{"code", "sound", "companion", "file"}; // the sound that the user chooses, where not "default"
+    const TextTable row{"code", "sound", "audio", "file"}; // the sound that the user chooses, where not "default"
     row("sound of its own", "18", "default", "", "A B.mp4");
     row("MP4 goes with M4A", "137", "default", "140", "A B.mp4");
     row("WEBM goes with the best", "248", "default", "251", "A B.mp4");
@@ -224,19 +224,19 @@ void DeskModelTest::choices()
     QFETCH(QString, sound);
     choose(code);
     if (sound != "default"_s)
-        m_plan->setCompanion(sound);
-    QTEST(m_plan->companion(), "companion");
+        m_plan->setAudio(sound);
+    QTEST(m_plan->audio(), "audio");
     QTEST(QFileInfo(m_plan->destination()).fileName(), "file");
-    QCOMPARE(m_plan->takesCompanion(), code == "137"_s || code == "248"_s);
-    QCOMPARE(m_plan->companions().size(), m_plan->takesCompanion() ? 2 : 0);
+    QCOMPARE(m_plan->takesAudio(), code == "137"_s || code == "248"_s);
+    QCOMPARE(m_plan->audioChoices().size(), m_plan->takesAudio() ? 2 : 0);
     // There is no ffmpeg beside this program.
-    QCOMPARE(m_plan->soundProblem().isEmpty(), m_plan->companion().isEmpty());
-    QCOMPARE(m_plan->isComplete(), m_plan->companion().isEmpty());
+    QCOMPARE(m_plan->soundError().isEmpty(), m_plan->audio().isEmpty());
+    QCOMPARE(m_plan->isComplete(), m_plan->audio().isEmpty());
 }
 
 void DeskModelTest::destination_data()
 {
-    const TextTable row{"text", "path", "problem"}; // the path in the folder; "" for none
+    const TextTable row{"text", "path", "error"}; // the path in the folder; "" for none
     row("relative", "b.mp4", "b.mp4");
     row("blanks around it", " b.mp4 ", "b.mp4");
     row("nothing", "  ", "", "needs a name");
@@ -245,7 +245,7 @@ void DeskModelTest::destination_data()
     row("foreign suffix", "b.avi", "b.avi");
     row("taken on disk", "old.mp4", "old.mp4", "exists already");
     row("taken by another", "sub/../busy.mp4", "busy.mp4", "Another download");
-    row("bad name", "what?.mp4", "what?.mp4", "must not hold");
+    row("bad name", "what?.mp4", "what?.mp4", "must not contain");
     row("no such folder", "nowhere/b.mp4", "nowhere/b.mp4", "does not exist");
     row("a folder", "sub/", "sub", "is a folder");
 }
@@ -254,7 +254,7 @@ void DeskModelTest::destination()
 {
     QFETCH(QString, text);
     QFETCH(QString, path);
-    QFETCH(QString, problem);
+    QFETCH(QString, error);
     QVERIFY(QFile(this->path("old.mp4"_s)).open(QIODevice::WriteOnly));
     QVERIFY(QDir(m_root->path()).mkdir("sub"_s));
     m_plan->setTaken({this->path("busy.mp4"_s)});
@@ -262,9 +262,9 @@ void DeskModelTest::destination()
     QVERIFY(m_plan->isComplete());
     m_plan->setDestination(text);
     QCOMPARE(m_plan->path(), path.isEmpty() ? path : this->path(path));
-    QCOMPARE(m_plan->isComplete(), problem.isEmpty());
-    QVERIFY2(m_plan->destinationProblem().contains(problem), qPrintable(m_plan->destinationProblem()));
-    QCOMPARE(m_plan->destinationProblem().isEmpty(), problem.isEmpty());
+    QCOMPARE(m_plan->isComplete(), error.isEmpty());
+    QVERIFY2(m_plan->destinationError().contains(error), qPrintable(m_plan->destinationError()));
+    QCOMPARE(m_plan->destinationError().isEmpty(), error.isEmpty());
     QCOMPARE(m_plan->destinationWarning().contains("\".avi\""_s), path.endsWith(".avi"_s));
     m_plan->setSize("18"_s, 1LL << 60);
     QCOMPARE(m_plan->destinationWarning().contains("room for"_s),
@@ -358,7 +358,7 @@ void DeskModelTest::logs()
 
 void DeskModelTest::sizes_data()
 {
-    const TextTable row{"companion", "sound", "size"};
+    const TextTable row{"audio", "sound", "size"};
     row("both", "140", "10", "110");
     row("sound unknown", "140", "", "0");
     row("alone", "", "", "100");
@@ -366,16 +366,16 @@ void DeskModelTest::sizes_data()
 
 void DeskModelTest::sizes()
 {
-    QFETCH(QString, companion);
+    QFETCH(QString, audio);
     QFETCH(QString, sound);
     choose("137"_s);
-    m_plan->setCompanion(companion);
+    m_plan->setAudio(audio);
     m_plan->setSize("137"_s, 100);
     if (!sound.isEmpty())
         m_plan->setSize("140"_s, sound.toLongLong());
     const DownloadRequest request = m_plan->request();
     QTEST(QString::number(request.stream.getSize()), "size");
-    QCOMPARE(request.stream.getPreferredDashAudioYdCode(), companion);
+    QCOMPARE(request.stream.getPreferredDashAudioYdCode(), audio);
     QCOMPARE(request.url, "http://x/"_s);
     QCOMPARE(request.destination, path("A B.mp4"_s));
 }
@@ -385,7 +385,7 @@ void DeskModelTest::addresses_data()
     const TextTable row{"url", "text", "address"}; // as a link, or as a text
     row("link", "http://x/a b", "", "http://x/a%20b");
     row("text", "", " https://x/y \n", "https://x/y");
-    row("mended", "", "www.x/y", "https://www.x/y");
+    row("corrected", "", "www.x/y", "https://www.x/y");
     row("local file", "file:///etc/passwd");
     row("prose", "", "see (https://x/y), and <https://x/a_(b)>.", "https://x/y https://x/a_(b)");
     row("lines", "", "https://x/y\n# example.org/watch?v=1\nhttps://x/y\n",

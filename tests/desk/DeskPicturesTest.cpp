@@ -158,9 +158,9 @@ void DeskPicturesTest::read(int number, const QString &title)
                       + "140: announce m4a\n251: announce webm\nffmpeg: write half|err frame=90 "
                         "time=00:04:10.00 bitrate=900kbits/s speed=2.5x\\r|hang"_s);
     m_user->readPage("https://video.example/watch/%1"_s.arg(number));
-    QTRY_SOON(m_user->sees("streams") && m_user->desk().reader().url().endsWith(QString::number(number)));
-    QTRY_SOON(!m_user->desk().thumbnail().picture().isNull());
-    StreamTableModel &streams = m_user->desk().streams();
+    QTRY_SOON(m_user->sees("streams") && m_user->controller().reader().url().endsWith(QString::number(number)));
+    QTRY_SOON(!m_user->controller().thumbnail().picture().isNull());
+    StreamTableModel &streams = m_user->controller().streams();
     for (int row = 0; row < streams.rowCount(); ++row) { // as servers would tell them
         const Nox::MediaProfile stream = streams.stream(row);
         const QSize picture = stream.getVResolution();
@@ -173,8 +173,8 @@ void DeskPicturesTest::read(int number, const QString &title)
 void DeskPicturesTest::download(const QString &code)
 {
     auto *table = qobject_cast<QTableView *>(m_user->find("streams"));
-    for (int row = 0; row < m_user->desk().streams().rowCount(); ++row) {
-        if (m_user->desk().streams().stream(row).getName() == code)
+    for (int row = 0; row < m_user->controller().streams().rowCount(); ++row) {
+        if (m_user->controller().streams().stream(row).getName() == code)
             table->setCurrentIndex(table->model()->index(row, 0));
     }
     QCOMPARE(m_user->chosen(), code);
@@ -209,7 +209,7 @@ void DeskPicturesTest::firstRun()
     QTRY_SOON(m_user->sees("outdated"));
     photograph(m_user->window(), "outdated"_s);
     m_stage->let("go"_s);
-    QTRY_SOON(m_user->sees("failureWords"));
+    QTRY_SOON(m_user->sees("failureMessage"));
     photograph(m_user->window(), "failed"_s);
 }
 

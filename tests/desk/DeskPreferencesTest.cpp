@@ -39,14 +39,14 @@ void DeskPreferencesTest::preferredFolder()
     auto *dialog = qobject_cast<QDialog *>(m_user->find("preferredFolder")->window());
     m_user->type("preferredFolder", "/dev/null"_s);
     dialog->accept();
-    QVERIFY(m_user->sees("preferredFolderProblem") && !m_user->sees("makePreferredFolder"));
+    QVERIFY(m_user->sees("preferredFolderError") && !m_user->sees("makePreferredFolder"));
     m_user->type("preferredFolder", "~/new/deep "_s);
     dialog->accept();
     QVERIFY(dialog->isVisible());
-    QVERIFY(m_user->text("preferredFolderProblem").contains(m_stage->path("new/deep"_s)));
+    QVERIFY(m_user->text("preferredFolderError").contains(m_stage->path("new/deep"_s)));
     QVERIFY(m_user->press("makePreferredFolder"));
     QVERIFY(!dialog->isVisible());
-    QCOMPARE(m_user->desk().settings().folder(), m_stage->path("new/deep"_s));
+    QCOMPARE(m_user->controller().settings().folder(), m_stage->path("new/deep"_s));
     QVERIFY(m_user->seesPage());
     QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp4"_s));
 }

@@ -102,7 +102,7 @@ void DeskQueueTest::modelKeepsToLimit()
     for (const QString &words : {"a MP4"_s, "b MP4"_s, "c MP4"_s, "d MP4"_s})
         add(words);
     QCOMPARE(states(), "RWWW"_s);
-    QCOMPARE(m_user->desk().plan().isComplete(), false);
+    QCOMPARE(m_user->controller().plan().isComplete(), false);
     m_stage->let("a"_s);
     QTRY_SOON_COMPARE(states(), "FRWW"_s);
     model.setLimit(2);
@@ -180,7 +180,7 @@ void DeskQueueTest::sixAddresses()
     QVERIFY(limit != nullptr && limit->value() == 3);
     limit->setValue(2);
     QTest::mouseClick(limit->window()->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
-    const QSignalSpy noticed(&m_user->desk(), &Desk::noticed);
+    const QSignalSpy noticed(&m_user->controller(), &DeskController::noticed);
     int most = 0;
     const DownloadListModel &model = m_user->downloads();
     connect(&model, &QAbstractItemModel::dataChanged, this, [&] { most = qMax(most, model.runningCount()); });
@@ -262,7 +262,7 @@ void DeskQueueTest::failureIsToldBesideOthers()
     add("b MP4 dash +140"_s);
     QTRY_SOON(m_user->seesFailure(1));
     QFETCH(QString, words);
-    const QString told = m_user->text("toolWords", 1);
+    const QString told = m_user->text("failureDetails", 1);
     QVERIFY2(told.contains(words), qPrintable(told));
     QVERIFY2(!told.contains("frame="_s) && !told.contains("of the other"_s), qPrintable(told));
     QVERIFY2(told.count(QLatin1Char('\n')) < 8 && told.size() <= 600, qPrintable(told));
@@ -274,14 +274,14 @@ void DeskQueueTest::keys()
     QTRY_SOON(m_user->sees("streams"));
     const int runs = m_stage->runCount();
     QTest::keyClick(&m_user->window(), Qt::Key_F5);
-    QTRY_SOON(m_stage->runCount() == runs + 1 && m_user->desk().reader().state() == PageReader::State::Ready);
+    QTRY_SOON(m_stage->runCount() == runs + 1 && m_user->controller().reader().state() == PageReader::State::Ready);
 
     QWidget *table = m_user->find("streams");
     table->setFocus();
     QGuiApplication::clipboard()->setText(" www.x/2 "_s);
     QTest::keyClick(table, Qt::Key_V, Qt::ControlModifier);
     QCOMPARE(m_user->text("address"), "https://www.x/2"_s);
-    QTRY_SOON(m_user->desk().reader().url() == "https://www.x/2"_s);
+    QTRY_SOON(m_user->controller().reader().url() == "https://www.x/2"_s);
 
     QTest::keyClick(m_user->find("streams"), Qt::Key_Return);
     QTRY_SOON(m_user->sees("openFile", 0));
@@ -289,11 +289,11 @@ void DeskQueueTest::keys()
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(), "https://www.x/2"_s);
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_R, Qt::ControlModifier);
-    QCOMPARE(m_user->desk().reader().state(), PageReader::State::Reading);
+    QCOMPARE(m_user->controller().reader().state(), PageReader::State::Reading);
     m_user->find("openFile", 0)->setFocus();
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_Delete);
     QCOMPARE(m_user->downloads().rowCount(), 0);
-    QCOMPARE(m_user->desk().settings().recentAddresses(), QStringList({"https://www.x/2"_s, "http://x/1"_s}));
+    QCOMPARE(m_user->controller().settings().recentAddresses(), QStringList({"https://www.x/2"_s, "http://x/1"_s}));
 }
 
 /** Rows that nobody sees are not kept up to date, but are right as soon as they are seen. */
@@ -305,7 +305,7 @@ void DeskQueueTest::minimised()
     add("a MP4"_s);
     m_stage->let("a"_s);
     QTRY_SOON_COMPARE(states(), "F"_s);
-    QTRY_SOON(m_user->text("status", 0) == "Waiting for others to end"_s);
+    QTRY_SOON(m_user->text("status", 0) == "Waiting for other downloads"_s);
     m_user->window().showNormal();
     QTRY_SOON(m_user->text("status", 0).startsWith("Finished"_s));
 }

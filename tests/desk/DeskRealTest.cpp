@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int patienceMs = 120000;
+constexpr int timeoutMs = 120000;
 
 } // namespace
 
@@ -39,32 +39,32 @@ void DeskRealTest::initTestCase()
     QVERIFY(m_page->serve());
     m_user = std::make_unique<DeskUser>();
     m_user->readPage(m_page->url());
-    QTRY_VERIFY_WITH_TIMEOUT(m_user->sees("streams"), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->sees("streams"), timeoutMs);
 }
 
 void DeskRealTest::cleanupTestCase()
 {
     m_user.reset();
     m_page.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(m_stage->isQuiet(), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_stage->isQuiet(), timeoutMs);
 }
 
 void DeskRealTest::download()
 {
     QVERIFY(m_user->text("title").startsWith("Open the café/bar?"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_user->desk().thumbnail().picture().isNull(), patienceMs);
-    QCOMPARE(m_user->desk().thumbnail().picture().size(), QSize(320, 180));
-    QTRY_VERIFY_WITH_TIMEOUT(m_user->streams().contains("3.1 MB;"_s), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_user->controller().thumbnail().picture().isNull(), timeoutMs);
+    QCOMPARE(m_user->controller().thumbnail().picture().size(), QSize(320, 180));
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->streams().contains("3.1 MB;"_s), timeoutMs);
 
     QSet<QString> phases;
     QVERIFY(m_user->press("download"));
     const auto isFinished = [this, &phases] {
         const QString status = m_user->text("status", 0);
         phases += status.section(" · "_s, 0, 0).section(QLatin1Char(','), 0, 0);
-        return status.startsWith("Finished"_s) || m_user->sees("failureWords", 0);
+        return status.startsWith("Finished"_s) || m_user->sees("failureMessage", 0);
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isFinished(), patienceMs);
-    QVERIFY2(!m_user->sees("failureWords", 0), qPrintable(m_user->text("failureWords", 0)));
+    QTRY_VERIFY_WITH_TIMEOUT(isFinished(), timeoutMs);
+    QVERIFY2(!m_user->sees("failureMessage", 0), qPrintable(m_user->text("failureMessage", 0)));
     for (const char *phase : {"Fetching video", "Fetching audio", "Finished"})
         QVERIFY2(phases.contains(QString::fromLatin1(phase)), phase);
     const QStringList files = m_stage->files();

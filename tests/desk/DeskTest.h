@@ -8,8 +8,8 @@
 
 #include <memory>
 
-#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, HostSandbox::Patience)
-#define QTRY_SOON_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, HostSandbox::Patience)
+#define QTRY_SOON(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, HostSandbox::Timeout)
+#define QTRY_SOON_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, HostSandbox::Timeout)
 
 /** What the tests of the window share: each test function has a sandbox with stand-ins, and a user at a new window. */
 class DeskTest : public QObject

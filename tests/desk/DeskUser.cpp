@@ -17,7 +17,7 @@
 using namespace NoxDesk;
 
 DeskUser::DeskUser()
-    : m_window(m_desk)
+    : m_window(m_controller)
 {
     m_window.show();
     if (!QTest::qWaitForWindowActive(&m_window))
@@ -79,7 +79,7 @@ bool DeskUser::seesFailure(int row)
     const auto state = downloads().index(row).data(DownloadListModel::StateRole).value<Download::State>();
     if (state == Download::State::Failed && !sees("detailsText", row))
         press("details", row);
-    return sees("failureWords", row);
+    return sees("failureMessage", row);
 }
 
 void DeskUser::type(const char *name, const QString &text)
@@ -99,12 +99,12 @@ void DeskUser::readPage(const QString &address)
 bool DeskUser::seesPage()
 {
     readPage();
-    return QTest::qWaitFor([this] { return sees("streams"); }, HostSandbox::Patience);
+    return QTest::qWaitFor([this] { return sees("streams"); }, HostSandbox::Timeout);
 }
 
 bool DeskUser::beginDownload(const QString &quality)
 {
-    if (m_desk.reader().state() != PageReader::State::Ready && !seesPage())
+    if (m_controller.reader().state() != PageReader::State::Ready && !seesPage())
         return false;
     choose(quality);
     return press("download");
@@ -129,7 +129,7 @@ void DeskUser::openMenu(int entry)
 
 QString DeskUser::streams()
 {
-    const StreamTableModel &model = m_desk.streams();
+    const StreamTableModel &model = m_controller.streams();
     QStringList rows;
     for (int row = 0; row < model.rowCount(); ++row) {
         QStringList cells;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/desk/model/Desk.h"
+#include "hosts/desk/model/DeskController.h"
 #include "hosts/desk/view/MainWindow.h"
 
 #include <QAbstractButton>
@@ -14,9 +14,9 @@ public:
 
     static QString pageAddress() { return QStringLiteral("http://x/"); }
 
-    NoxDesk::Desk &desk() { return m_desk; }
+    NoxDesk::DeskController &controller() { return m_controller; }
     NoxDesk::MainWindow &window() { return m_window; }
-    NoxDesk::DownloadListModel &downloads() { return m_desk.downloads(); }
+    NoxDesk::DownloadListModel &downloads() { return m_controller.downloads(); }
 
     /** A row of the downloads, or null. */
     QWidget *row(int row);
@@ -43,11 +43,11 @@ public:
 
     void openMenu(int entry); ///< Takes the entry of the window's menu, the first being 0.
     QString streams();        ///< The table, "cell,cell;cell,cell".
-    QString chosen() { return m_desk.plan().stream().getName(); } ///< Code of the chosen stream.
+    QString chosen() { return m_controller.plan().stream().getName(); } ///< Code of the chosen stream.
 
 private:
     QAction *action(const char *name, int row);
 
-    NoxDesk::Desk m_desk;
+    NoxDesk::DeskController m_controller;
     NoxDesk::MainWindow m_window;
 };

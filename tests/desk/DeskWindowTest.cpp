@@ -95,15 +95,15 @@ void DeskWindowTest::describesPage()
     QCOMPARE(m_user->text("destination"), m_stage->video("Clip.mp4"_s));
     const auto *sound = qobject_cast<QComboBox *>(m_user->find("sound"));
     m_user->choose("128K"_s);
-    QCOMPARE(sound->currentText(), "The stream is sound alone"_s);
+    QCOMPARE(sound->currentText(), "The stream has sound only"_s);
     m_user->choose("360P"_s);
     QVERIFY(!m_user->canPress("sound"));
     QCOMPARE(sound->currentText(), "Part of the stream"_s);
     QVERIFY(m_user->press("showAll"));
-    QCOMPARE(m_user->desk().streams().rowCount(), 6);
+    QCOMPARE(m_user->controller().streams().rowCount(), 6);
     QCOMPARE(m_user->chosen(), "18"_s);
     // What was chosen is gone from the thinned table: the best is chosen instead.
-    m_user->desk().chooseStream(-1);
+    m_user->controller().chooseStream(-1);
     QVERIFY(!m_user->canPress("download"));
 }
 
@@ -131,15 +131,15 @@ void DeskWindowTest::manyStreams()
 void DeskWindowTest::refusesAddress()
 {
     m_user->readPage("ftp://x/"_s);
-    QVERIFY(m_user->text("addressProblem").contains("must start with http"_s));
+    QVERIFY(m_user->text("addressError").contains("must start with http"_s));
     QCOMPARE(m_stage->runCount(), 0);
     QTest::keyClick(m_user->find("address"), Qt::Key_X);
-    QVERIFY(!m_user->sees("addressProblem"));
+    QVERIFY(!m_user->sees("addressError"));
 }
 
 void DeskWindowTest::unreadablePage_data()
 {
-    const TextTable row{"scenario", "words", "toolWords"};
+    const TextTable row{"scenario", "words", "failureDetails"};
     row("tool's own words", "dump: err ERROR: Unsupported URL|exit 1", "could not read", "Unsupported URL");
     row("crash", "dump: kill SIGKILL", "crashed");
     row("no stream", "dump: json Clip ", "no video");
@@ -154,15 +154,15 @@ void DeskWindowTest::unreadablePage()
     if (scenario.isEmpty())
         QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + "/yt.zip"_s));
     m_user->readPage();
-    QTRY_SOON(m_user->sees("failureWords"));
-    QVERIFY2(m_user->text("failureWords").contains(words), qPrintable(m_user->text("failureWords")));
-    QFETCH(QString, toolWords);
-    QVERIFY2(m_user->text("toolWords").contains(toolWords), qPrintable(m_user->text("toolWords")));
-    QCOMPARE(m_user->text("toolWords").isEmpty(), toolWords.isEmpty());
+    QTRY_SOON(m_user->sees("failureMessage"));
+    QVERIFY2(m_user->text("failureMessage").contains(words), qPrintable(m_user->text("failureMessage")));
+    QFETCH(QString, failureDetails);
+    QVERIFY2(m_user->text("failureDetails").contains(failureDetails), qPrintable(m_user->text("failureDetails")));
+    QCOMPARE(m_user->text("failureDetails").isEmpty(), failureDetails.isEmpty());
 
     QVERIFY(m_user->press("showLog"));
     const auto *log = qobject_cast<QPlainTextEdit *>(m_user->find("logText"));
-    QVERIFY(log != nullptr && log->toPlainText().contains(toolWords));
+    QVERIFY(log != nullptr && log->toPlainText().contains(failureDetails));
 }
 
 void DeskWindowTest::cancelsReading()
@@ -171,9 +171,9 @@ void DeskWindowTest::cancelsReading()
     m_user->readPage();
     QTRY_SOON(m_stage->hangs("dump"_s));
     QVERIFY(m_user->press("cancelReading"));
-    QTRY_SOON(m_user->desk().reader().state() == PageReader::State::Empty);
+    QTRY_SOON(m_user->controller().reader().state() == PageReader::State::Empty);
     QTRY_SOON(m_stage->isQuiet());
-    QVERIFY(!m_user->sees("busy") && !m_user->sees("failureWords"));
+    QVERIFY(!m_user->sees("busy") && !m_user->sees("failureMessage"));
 }
 
 void DeskWindowTest::newestPageWins()
@@ -252,7 +252,7 @@ void DeskWindowTest::cancelsDownload()
 
 void DeskWindowTest::failedDownload_data()
 {
-    const TextTable row{"scenario", "words", "toolWords"};
+    const TextTable row{"scenario", "words", "failureDetails"};
     row("disk full", "137: announce mp4|err ERROR: No space left on device|exit 1", "The download tool gave up",
         "No space left on device");
     row("joining", "ffmpeg: err broken header|exit 1", "Joining video and audio failed", "broken header");
@@ -263,14 +263,14 @@ void DeskWindowTest::failedDownload()
 {
     QFETCH(QString, scenario);
     QFETCH(QString, words);
-    QFETCH(QString, toolWords);
+    QFETCH(QString, failureDetails);
     HostSandbox::playPage(scenario);
     QVERIFY(m_user->beginDownload("1080P"_s));
     QTRY_SOON(m_user->seesFailure(0));
     QVERIFY(m_user->text("status", 0).contains(words));
-    QVERIFY2(m_user->text("failureWords", 0).contains(words), qPrintable(m_user->text("failureWords", 0)));
-    QVERIFY2(m_user->text("toolWords", 0).contains(toolWords), qPrintable(m_user->text("toolWords", 0)));
-    QCOMPARE(m_user->sees("toolWords", 0), !toolWords.isEmpty());
+    QVERIFY2(m_user->text("failureMessage", 0).contains(words), qPrintable(m_user->text("failureMessage", 0)));
+    QVERIFY2(m_user->text("failureDetails", 0).contains(failureDetails), qPrintable(m_user->text("failureDetails", 0)));
+    QCOMPARE(m_user->sees("failureDetails", 0), !failureDetails.isEmpty());
     QCOMPARE(m_stage->files(), QStringList());
     QVERIFY(m_user->press("showLog", 0));
     QVERIFY(m_user->sees("logText"));
@@ -298,7 +298,7 @@ void DeskWindowTest::badDestination()
 {
     QVERIFY(m_user->seesPage());
     m_user->type("destination", m_stage->video("a?.mp4"_s));
-    QVERIFY(m_user->text("destinationProblem").contains("must not hold"_s));
+    QVERIFY(m_user->text("destinationError").contains("must not contain"_s));
     QVERIFY(!m_user->canPress("download"));
     QHelpEvent hover(QEvent::ToolTip, {}, m_user->find("destination")->mapToGlobal(QPoint(5, 5)));
     QApplication::sendEvent(m_user->find("destination"), &hover);
@@ -311,7 +311,7 @@ void DeskWindowTest::badDestination()
     QVERIFY(dialog != nullptr);
     Q_EMIT dialog->fileSelected(m_stage->video("b"_s)); // as it is typed there
     dialog->reject();
-    QVERIFY(!m_user->sees("destinationProblem") && m_user->canPress("download"));
+    QVERIFY(!m_user->sees("destinationError") && m_user->canPress("download"));
     QCOMPARE(m_user->text("destination"), m_stage->video("b.mp4"_s));
 }
 
@@ -319,11 +319,11 @@ void DeskWindowTest::missingFfmpeg()
 {
     QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + "/ffmpeg"_s));
     QVERIFY(m_user->seesPage());
-    QVERIFY(m_user->text("soundProblem").contains("cannot be joined"_s));
+    QVERIFY(m_user->text("soundError").contains("cannot be joined"_s));
     QVERIFY(!m_user->canPress("download"));
     auto *sound = qobject_cast<QComboBox *>(m_user->find("sound"));
     sound->setCurrentIndex(sound->count() - 1); // none
-    QVERIFY(!m_user->sees("soundProblem") && m_user->canPress("download"));
+    QVERIFY(!m_user->sees("soundError") && m_user->canPress("download"));
 }
 
 void DeskWindowTest::closing()
@@ -393,14 +393,14 @@ void DeskWindowTest::failedPageKeepsTheOther()
     QVERIFY(m_user->sees("busy") && m_user->sees("streams"));
     QVERIFY(m_user->sees("outdated") && !m_user->canPress("download") && !m_user->canPress("streams"));
     m_stage->let("go"_s);
-    QTRY_SOON(m_user->sees("failureWords"));
+    QTRY_SOON(m_user->sees("failureMessage"));
     QVERIFY(!m_user->sees("busy"));
     QCOMPARE(m_user->text("failedAddress"), "http://y/"_s);
     QCOMPARE(m_user->text("title"), "Clip"_s);
     QCOMPARE(m_user->chosen(), "18"_s);
     QVERIFY(m_user->sees("outdated") && !m_user->canPress("download"));
     QVERIFY(m_user->press("dismissFailure"));
-    QVERIFY(!m_user->sees("failureWords") && !m_user->sees("outdated"));
+    QVERIFY(!m_user->sees("failureMessage") && !m_user->sees("outdated"));
     HostSandbox::play(QString());
     QVERIFY(m_user->press("download"));
     QTRY_SOON(m_user->sees("openFile", 0));
@@ -418,13 +418,13 @@ void DeskWindowTest::fileAppears()
     m_user->type("destination", "mine.mp4"_s);
     QVERIFY(make("mine.mp4"_s));
     QVERIFY(m_user->press("download"));
-    QTRY_SOON(m_user->text("destinationProblem").contains("exists already"_s));
+    QTRY_SOON(m_user->text("destinationError").contains("exists already"_s));
     QCOMPARE(m_user->downloads().rowCount(), 1);
 }
 
 void DeskWindowTest::logOpensAtItsEnd()
 {
-    QFile log(m_user->desk().logFile());
+    QFile log(m_user->controller().logFile());
     QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray("line\n").repeated(1000)) > 0);
     log.close();
     HostSandbox::play("dump: err ERROR: the last line|exit 1"_s);

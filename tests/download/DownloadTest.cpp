@@ -159,7 +159,7 @@ private Q_SLOTS:
             [](QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &text) { messages += text; });
         run.start();
         const bool isFinished =
-            QTest::qWaitFor([&run] { return run.log.text().endsWith("finished"_s); }, TestSandbox::Patience);
+            QTest::qWaitFor([&run] { return run.log.text().endsWith("finished"_s); }, TestSandbox::Timeout);
         qInstallMessageHandler(before);
         QVERIFY(isFinished);
 
@@ -215,7 +215,7 @@ private Q_SLOTS:
                         phase + (phase == "137"_s ? ": announce mp4"_s : ": merge"_s) + "|mark there|wait go"_s);
         TestSandbox &sandbox = run.sandbox;
         run.start();
-        QTRY_VERIFY_WITH_TIMEOUT(sandbox.isMarked("there"_s), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(sandbox.isMarked("there"_s), TestSandbox::Timeout);
         if (!failure.isEmpty()) {
             QVERIFY(QMetaObject::invokeMethod(run.worker.get(), qPrintable(failure),
                                               Q_ARG(QProcess::ProcessError, QProcess::ReadError)));
@@ -229,7 +229,7 @@ private Q_SLOTS:
         sandbox.mark("go"_s);
         const QString rest = before.count("started"_s) == 1 ? " started"_s : QString();
         const QString expected = before + rest + " progress(0,0,0) finished"_s;
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), expected, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), expected, TestSandbox::Timeout);
         QCOMPARE(before.contains("error"_s), !failure.isEmpty());
         QCOMPARE(sandbox.files(), "clip.mp4=137+140"_s);
         QCOMPARE(sandbox.keys(), (QStringList{"137"_s, "140"_s, "ffmpeg"_s}));
@@ -256,10 +256,10 @@ private Q_SLOTS:
         TestSandbox &sandbox = run.sandbox;
         run.start();
         if (!hangs.isEmpty()) {
-            QTRY_VERIFY_WITH_TIMEOUT(sandbox.hangs(hangs), TestSandbox::Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(sandbox.hangs(hangs), TestSandbox::Timeout);
             run.worker->cancel();
         }
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), first, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), first, TestSandbox::Timeout);
 
         sandbox.play("137: announce mp4|progress 50 1000\n140: announce m4a|progress 50 300"_s);
         const Setup two("two dest=second.mp4"_s, sandbox);
@@ -287,7 +287,7 @@ private Q_SLOTS:
         const auto [scenario, keys] = fetchTexts("scenario", "keys");
         DownloadRun run("two"_s, scenario);
         run.start();
-        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.isMarked("there"_s), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.isMarked("there"_s), TestSandbox::Timeout);
         const QString before = run.log.text();
         run.sandbox.mark("go"_s);
         run.worker.reset();
@@ -317,7 +317,7 @@ private Q_SLOTS:
             "started progress(1200,1000,10) started progress(1300,1150,10) progress(1300,1300,0) finished"_s;
         const QString second =
             "started progress(6000,5000,10) started progress(6501,6500,10) progress(6501,6501,0) finished"_s;
-        QTRY_COMPARE_WITH_TIMEOUT(otherLog.text(), second, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(otherLog.text(), second, TestSandbox::Timeout);
         QCOMPARE(run.finalText(first), first);
         QCOMPARE(otherLog.text(), second);
         QCOMPARE(run.sandbox.files(), "clip.mp4=137+140, other.mp4=138+141"_s);
@@ -369,7 +369,7 @@ private Q_SLOTS:
         sandbox.play(phase + ": spawn|hang"_s);
         HostProgram host(sandbox.path("app"_s));
         host.start(job, "/x/yt.zip"_s, sandbox.folder() + "/clip.mp4"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(sandbox.hangs(phase), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(sandbox.hangs(phase), TestSandbox::Timeout);
         const qint64 program = sandbox.runs().at(sandbox.keys().indexOf(phase)).pid;
         QVERIFY(Processes::isRunning(program));
         host.killHard();

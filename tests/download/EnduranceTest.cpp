@@ -37,7 +37,7 @@ QString outcome(Worker *worker, Start start)
     QEventLoop loop;
     QTimer watchdog;
     QObject::connect(&watchdog, &QTimer::timeout, &loop, &QEventLoop::quit);
-    watchdog.start(TestSandbox::Patience);
+    watchdog.start(TestSandbox::Timeout);
     const auto end = [&](const char *text) {
         result = QString::fromLatin1(text);
         loop.quit();

@@ -122,7 +122,7 @@ private Q_SLOTS:
         DownloadRun run("two"_s, "137: announce %1%2\n140: announce %3"_s.arg(video, steps, audio));
         const TestSandbox &sandbox = run.sandbox;
         run.start();
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "started started progress(0,0,0) finished"_s, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "started started progress(0,0,0) finished"_s, TestSandbox::Timeout);
 
         QStringList expected{"-i"_s, "DIR/{1}YDTMP_."_s + video, "-i"_s, "DIR/{2}YDTMP_."_s + audio};
         expected += codecs.split(QLatin1Char(' '), Qt::SkipEmptyParts);

@@ -56,7 +56,7 @@ private Q_SLOTS:
         connect(extractor.get(), &WebMediaInfoExtractor::finished, this,
                 [&](const WebMediaInfo &found) { info = found; });
         extractor->getMediaInfoBySignal(m_page.url());
-        QTRY_VERIFY_WITH_TIMEOUT(info.isValid(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(info.isValid(), Timeout);
 
         QCOMPARE(info.getUrl(), m_page.url());
         QVERIFY2(info.getTitle().startsWith("Open the café/bar? A clip"_s), qPrintable(info.getTitle()));
@@ -90,7 +90,7 @@ private Q_SLOTS:
         const auto downloader = newDownloader();
         const SignalLog log(downloader.get());
         downloader->download(m_page.url(), video, file);
-        QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith("finished"_s) || log.text().contains("error"_s), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith("finished"_s) || log.text().contains("error"_s), Timeout);
         const QStringList notifications = log.text().split(QLatin1Char(' '));
         QCOMPARE(notifications.first(), "started"_s);
         QCOMPARE(notifications.last(), "finished"_s);
@@ -103,7 +103,7 @@ private Q_SLOTS:
         probe.start(
             "ffprobe"_s,
             {"-v"_s, "error"_s, "-show_entries"_s, "stream=codec_type,codec_name"_s, "-of"_s, "csv=p=0"_s, file});
-        QVERIFY(probe.waitForFinished(Patience));
+        QVERIFY(probe.waitForFinished(Timeout));
         QCOMPARE(QString::fromUtf8(probe.readAllStandardOutput()), "h264,video\naac,audio\n"_s);
     }
 
@@ -112,7 +112,7 @@ private Q_SLOTS:
         const auto extractor = newExtractor();
         const SignalLog log(extractor.get());
         extractor->getMediaInfoBySignal(m_page.url() + "missing"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(") error(-1) error(-1)"_s), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(") error(-1) error(-1)"_s), Timeout);
         QVERIFY2(log.text().contains("ERROR"_s), qPrintable(log.text()));
         QVERIFY2(log.text().contains("404"_s), qPrintable(log.text()));
     }
@@ -122,7 +122,7 @@ private Q_SLOTS:
         const auto downloader = newDownloader();
         const SignalLog log(downloader.get());
         downloader->download(m_page.url(), m_video, m_root.filePath("my videos/b.mp4"_s));
-        QTRY_VERIFY_WITH_TIMEOUT(log.text().contains("progress"_s), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(log.text().contains("progress"_s), Timeout);
         QVERIFY2(!filesLeft().isEmpty(), "the tool writes beside the destination");
         downloader->cancel();
         QTRY_VERIFY_WITH_TIMEOUT(log.text().endsWith(" error(-1)"_s), TestSandbox::GraceAfterKill);
@@ -170,8 +170,8 @@ private Q_SLOTS:
         video.setPreferredDashAudioYdCode("140"_s);
         downloader->download(m_page.url(), video, destination);
         const QString expected = "started started error(%1)"_s.arg(code);
-        QTRY_VERIFY_WITH_TIMEOUT(log.text().contains("error"_s) || log.text().contains("finished"_s), Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(Processes::children().size(), m_childCount, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(log.text().contains("error"_s) || log.text().contains("finished"_s), Timeout);
+        QTRY_COMPARE_WITH_TIMEOUT(Processes::children().size(), m_childCount, Timeout);
         QCoreApplication::processEvents();
         QCOMPARE(log.text(), expected);
         QVERIFY(!QFile::exists(outside) && !QFile::exists(destination));
@@ -200,7 +200,7 @@ private:
         return QDir(m_root.filePath("my videos"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
-    static constexpr int Patience = 120000; // milliseconds
+    static constexpr int Timeout = 120000; // milliseconds
 
     QTemporaryDir m_root;
     QString m_tool;

@@ -27,7 +27,7 @@ private:
     static QString names(const QString &folder);
     static QByteArray codecs(const QString &file);
 
-    static constexpr int Patience = 120000; // milliseconds; only a failing test waits so long
+    static constexpr int Timeout = 120000; // milliseconds; only a failing test waits so long
 
     QTemporaryDir m_root;
     DemoPage m_page;
@@ -68,7 +68,7 @@ QByteArray ExamplesTest::codecs(const QString &file)
 {
     QProcess probe;
     probe.start("ffprobe"_s, {"-v"_s, "error"_s, "-show_entries"_s, "stream=codec_name"_s, "-of"_s, "csv=p=0"_s, file});
-    return probe.waitForFinished(Patience) ? probe.readAllStandardOutput() : QByteArray();
+    return probe.waitForFinished(Timeout) ? probe.readAllStandardOutput() : QByteArray();
 }
 
 void ExamplesTest::commands_data()
@@ -91,7 +91,7 @@ void ExamplesTest::commands()
     QFETCH(QString, arguments);
     const auto process = start(example, arguments.replace("PAGE"_s, m_page.url()).split(QLatin1Char(' ')));
     QVERIFY(process);
-    QVERIFY(process->waitForFinished(Patience));
+    QVERIFY(process->waitForFinished(Timeout));
     const QString output = QString::fromUtf8(process->readAllStandardOutput());
     const QString said = output + QString::fromUtf8(process->readAllStandardError());
     QVERIFY2(process->exitStatus() == QProcess::NormalExit, qPrintable(said));
@@ -122,10 +122,10 @@ void ExamplesTest::windows()
     QVERIFY(process);
     const QString folder = process->workingDirectory();
     const QRegularExpression file(R"(\AOpen the café bar[^|]*\.mp4\z)"_s); // and nothing beside it
-    QTRY_VERIFY_WITH_TIMEOUT(names(folder).contains(file) || process->state() == QProcess::NotRunning, Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(names(folder).contains(file) || process->state() == QProcess::NotRunning, Timeout);
     const bool goesOn = process->state() == QProcess::Running;
     process->kill();
-    process->waitForFinished(Patience);
+    process->waitForFinished(Timeout);
     QVERIFY2(goesOn && names(folder).contains(file), process->readAllStandardError().constData());
     QCOMPARE(process->readAllStandardError(), QByteArray());
     QCOMPARE(codecs(folder + "/"_s + names(folder)), QByteArray("h264\naac\n"));

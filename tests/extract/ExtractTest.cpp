@@ -84,7 +84,7 @@ private Q_SLOTS:
         WebMediaInfo seen;
         connect(run.worker.get(), &WebMediaInfoExtractor::finished, this, [&](WebMediaInfo info) { seen = info; });
         run.start();
-        QTRY_COMPARE_WITH_TIMEOUT(seen.getTitle(), QString(300000, QLatin1Char('t')), TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(seen.getTitle(), QString(300000, QLatin1Char('t')), TestSandbox::Timeout);
         QCOMPARE(seen.getUrl(), Setup::url());
         QCOMPARE(seen.getDuration(), qint64(7));
         QVERIFY(seen.isValid());
@@ -94,7 +94,7 @@ private Q_SLOTS:
     {
         ExtractRun run({}, R"(dump: err WARNING: w|out {"title":"é","duration":9})"_s);
         run.worker->getMediaInfoBySignal("http://h/é?v=1&a"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(é||WARNING: w)"_s, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(é||WARNING: w)"_s, TestSandbox::Timeout);
         // The log is read as Latin-1, in which UTF-8 texts have two characters for one.
         const QStringList expected{
             "[DEBUG] YdExtractor.cpp getMediaInfoBySignal: url http://h/Ã©?v=1&a "_s,
@@ -114,7 +114,7 @@ private Q_SLOTS:
     {
         ExtractRun run({}, "dump: err WARNING|json A 1,2"_s);
         run.worker->getMediaInfoBySignal("http://h/a"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(A|2,1|WARNING)"_s, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(A|2,1|WARNING)"_s, TestSandbox::Timeout);
         run.sandbox.play("dump: json B 3"_s);
         QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo("http://h/b"_s)), "finished(B|3,2,1|WARNING)"_s);
         run.sandbox.play("dump: out none"_s);
@@ -132,7 +132,7 @@ private Q_SLOTS:
             run.sandbox.play("dump: spawn|hang"_s);
             QFile::remove(run.sandbox.path("notes/mark.hang.dump"_s));
             run.worker->getMediaInfoBySignal("http://h/a"_s);
-            QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.hangs("dump"_s), TestSandbox::Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.hangs("dump"_s), TestSandbox::Timeout);
             run.sandbox.play("dump: json B 3"_s);
             if (isBlocking)
                 run.worker->getMediaInfo("http://h/b"_s);
@@ -180,11 +180,11 @@ private Q_SLOTS:
         connect(run.worker.get(), &WebMediaInfoExtractor::finished, this,
                 [&](const WebMediaInfo &info) { isRead = info.getTitle() == "Clip"_s; });
         run.start();
-        QTRY_VERIFY_WITH_TIMEOUT(isRead, 2 * TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(isRead, 2 * TestSandbox::Timeout);
         static const QRegularExpression pairs(R"(^(finished\(\|\|~+\) error\(-1\) )+finished\(Clip\|1\|~+\)$)"_s);
         QVERIFY2(pairs.match(run.log.text()).hasMatch(), qPrintable(run.log.text().left(300)));
         QCOMPARE(run.log.text().count(QLatin1Char('~')) / (1 << 20), 50);
-        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.isQuiet(), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.isQuiet(), TestSandbox::Timeout);
     }
 
     void littleMemory_data()
@@ -211,7 +211,7 @@ private Q_SLOTS:
                 run.worker->getMediaInfo(Setup::url());
             else
                 run.start();
-            QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(||)"_s, TestSandbox::Patience);
+            QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), "finished(||)"_s, TestSandbox::Timeout);
         }
         const QString lost = "read: Output of a program is lost, it cannot be held in memory: std::bad_alloc"_s;
         QVERIFY2(run.sandbox.errors().startsWith(lost), qPrintable(run.sandbox.errors()));
@@ -242,7 +242,7 @@ private Q_SLOTS:
                 [&] { inNotification = run.worker->errorDetail(); });
         run.sandbox.play(R"(dump: err WARNING: é\n|err ERROR: no\n|exit 1)"_s);
         run.start();
-        QTRY_VERIFY_WITH_TIMEOUT(run.log.text().endsWith("error(-1) error(-1)"_s), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(run.log.text().endsWith("error(-1) error(-1)"_s), TestSandbox::Timeout);
         QCOMPARE(inNotification, "WARNING: é\nERROR: no\n"_s);
 
         run.sandbox.play("dump: hang"_s);
@@ -250,7 +250,7 @@ private Q_SLOTS:
         QCOMPARE(run.worker->errorDetail(), QString());
         run.sandbox.play(R"(dump: err WARNING\n|json A 1)"_s);
         run.start();
-        QTRY_COMPARE_WITH_TIMEOUT(run.worker->errorDetail(), "WARNING\n"_s, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.worker->errorDetail(), "WARNING\n"_s, TestSandbox::Timeout);
         run.worker->getMediaInfo(Setup::url());
         QCOMPARE(run.worker->errorDetail(), QString());
     }
@@ -266,15 +266,15 @@ private Q_SLOTS:
         const std::unique_ptr<QThread> thread(QThread::create([&] {
             extractor = sandbox.newExtractor();
             extractor->getMediaInfoBySignal(Setup::url());
-            isStarted = QTest::qWaitFor([&] { return sandbox.isMarked("there"_s); }, TestSandbox::Patience);
+            isStarted = QTest::qWaitFor([&] { return sandbox.isMarked("there"_s); }, TestSandbox::Timeout);
             extractor->moveToThread(here);
         }));
         thread->start();
-        QVERIFY(thread->wait(2UL * TestSandbox::Patience));
+        QVERIFY(thread->wait(2UL * TestSandbox::Timeout));
         QVERIFY(isStarted);
         const SignalLog log(extractor.get());
         sandbox.mark("go"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(log.text(), "finished(Clip|1|)"_s, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(log.text(), "finished(Clip|1|)"_s, TestSandbox::Timeout);
     }
 };
 

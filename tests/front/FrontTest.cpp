@@ -190,7 +190,7 @@ private Q_SLOTS:
         const std::unique_ptr<WebMediaInfoExtractor> extractor(factory->createExtractor(tool, cache));
         const SignalLog extraction(extractor.get());
         extractor->getMediaInfoBySignal(url);
-        QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), "error(-1)"_s, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(extraction.text(), "error(-1)"_s, TestSandbox::Timeout);
         QCOMPARE(sandbox.arguments("dump"_s),
                  expectedHead(tool, cache, {"--dump-json"_s}, extractorSwitch) + QStringList(sentUrl));
         extractor->getMediaInfo(url);
@@ -201,7 +201,7 @@ private Q_SLOTS:
         MediaProfile profile;
         profile.setName("137"_s);
         downloader->download(url, profile, folder + "/clip.mp4"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(download.text(), "started error(-4)"_s, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(download.text(), "started error(-4)"_s, TestSandbox::Timeout);
         QStringList arguments = sandbox.arguments("137"_s);
         QVERIFY(arguments.size() > 2);
         const QString output = arguments.takeAt(arguments.size() - 2);

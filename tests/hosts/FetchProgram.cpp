@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int patienceMs = 60000; // only a failing test waits so long
+constexpr int timeoutMs = 60000; // only a failing test waits so long
 
 } // namespace
 
@@ -60,7 +60,7 @@ bool FetchProgram::runWithClosedChannels(const QStringList &arguments)
 
 bool FetchProgram::waitForEnd()
 {
-    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(patienceMs);
+    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(timeoutMs);
     m_output = QString::fromUtf8(m_process.readAllStandardOutput());
     m_errors = QString::fromUtf8(m_process.readAllStandardError());
     return hasEnded;

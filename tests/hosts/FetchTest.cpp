@@ -35,7 +35,7 @@ void addSuccesses(const TextTable &row)
                         "   18    video       MP4        360P     -     -\n"
                         "   251   audio       WEBM       160K     -     DASH\n"
                         "*  140   audio       M4A        128K     -     DASH\n";
-    row("best and companion", "", "", "0", done, "Clip (1:01:01)|137 (video only, MP4, 720P) with audio 140|joining",
+    row("best and audio", "", "", "0", done, "Clip (1:01:01)|137 (video only, MP4, 720P) with audio 140|joining",
         "dump 137 140 ffmpeg", "Clip.mp4=137+140");
     row("format", "", "-f|18", "0", done, "video", "dump 18", "Clip.mp4=18");
     row("no audio", "", "--no-audio", "0", done, "!joining", "dump 137", "Clip.mp4=137");
@@ -128,7 +128,7 @@ void addFailures(const TextTable &row)
         "!Deprecated", "dump 18", "Late.mp4=18");
     row("complaint but no page", R"(dump: err some words\n|out {})", "", "1", "", "could not be read|some words",
         "dump");
-    row("no stream", "dump: json Clip ", "-l", "1", "", "holds no video", "dump");
+    row("no stream", "dump: json Clip ", "-l", "1", "", "has no video", "dump");
     row("no code that can be passed on", "dump: json Clip --exec=x", "", "1", "", "cannot be passed", "dump");
     row("no description", "dump: out nonsense", "", "1", "", "could not be read|!newer", "dump");
     row("tool crash", "dump: kill SIGSEGV", "", "1", "", "crashed", "dump");
@@ -270,7 +270,7 @@ void FetchTest::interrupts()
     stage.play(QLatin1String(page) + "\n%1: %2"_s.arg(key, script));
     FetchProgram fetch(stage.folder());
     fetch.start({url()});
-    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(key), TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs(key), TestSandbox::Timeout);
     QCOMPARE(leftInFolder(stage).size(), key == "dump"_s ? 0 : 1); // all stands in one place
     fetch.interrupt(signal.toInt());
     QVERIFY(fetch.waitForEnd());
@@ -303,7 +303,7 @@ void FetchTest::goesOn()
     FetchProgram first(stage.folder());
     first.start({"-c"_s, url()});
     if (!signal.isEmpty()) {
-        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs("137"_s), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(stage.hangs("137"_s), TestSandbox::Timeout);
         first.interrupt(signal.toInt());
     }
     QVERIFY(first.waitForEnd());
@@ -387,7 +387,7 @@ void FetchTest::ignoredHangup()
     static_cast<void>(std::signal(SIGHUP, SIG_IGN));
     fetch.start({"-f"_s, "18"_s, url()});
     static_cast<void>(std::signal(SIGHUP, SIG_DFL));
-    QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Timeout);
     fetch.interrupt(SIGHUP);
     stage.mark("go"_s);
     QVERIFY(fetch.waitForEnd());
@@ -403,7 +403,7 @@ void FetchTest::killedRun()
     FetchProgram waiting(stage.folder());
     killed.start({"-f"_s, "137"_s, url()});
     waiting.start({"-f"_s, "18"_s, url()});
-    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs("137"_s) && stage.isMarked("on"_s), TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.hangs("137"_s) && stage.isMarked("on"_s), TestSandbox::Timeout);
     killed.interrupt(SIGKILL);
     QVERIFY(killed.waitForEnd());
     QCOMPARE(leftInFolder(stage).size(), 2);
@@ -426,7 +426,7 @@ void FetchTest::lostOutput()
     FetchProgram fetch(stage.folder());
     fetch.process().setStandardOutputFile(pipe);
     fetch.start({"-f"_s, "18"_s, url()});
-    QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.keys().size(), 2, TestSandbox::Timeout);
     close(reader); // a write gives SIGPIPE now
     stage.mark("go"_s);
     QVERIFY(fetch.waitForEnd());
@@ -483,10 +483,10 @@ void FetchTest::bar()
             text.append(bytes, static_cast<int>(count));
         return text.contains(words);
     };
-    QTRY_VERIFY_WITH_TIMEOUT(shows("extracting |"), TestSandbox::Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(shows("video      41% [##"), TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("extracting |"), TestSandbox::Timeout);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("video      41% [##"), TestSandbox::Timeout);
     stage.mark("go"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(shows("joining  5 bytes"), TestSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shows("joining  5 bytes"), TestSandbox::Timeout);
     stage.mark("join"_s);
     QVERIFY(fetch.waitForEnd());
     QVERIFY(shows("500 bytes / 1.2 kB  10 bytes/s  0:01:10"));

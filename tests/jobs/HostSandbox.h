@@ -35,7 +35,7 @@ public:
     bool isQuiet() const;                 ///< no stand-in runs, and this process has no child
     QStringList files() const;            ///< in videos(), hidden ones and folders, too
 
-    static constexpr int Patience = 30000; ///< milliseconds; only a failing test waits so long
+    static constexpr int Timeout = 30000; ///< milliseconds; only a failing test waits so long
 
 private:
     QList<qint64> pids() const;

@@ -65,10 +65,10 @@ private Q_SLOTS:
     void streamTexts();
     void urls_data();
     void urls();
-    void mendedUrls();
+    void correctedUrls();
     void proposedNames_data();
     void proposedNames();
-    void nameProblems();
+    void nameErrors();
     void figures_data();
     void figures();
     void partialFolder();
@@ -84,7 +84,7 @@ private Q_SLOTS:
 
 void JobPartsTest::choice_data()
 {
-    const TextTable row{"streams", "all", "thinned", "picked"}; // the best and its companion are picked
+    const TextTable row{"streams", "all", "thinned", "picked"}; // the best and its audio are picked
     row("none", "");
     row("one", "18 MP4 640x360", "18", "18", "18");
     row("one without sound, no audio", "1 MP4 640x360 dash", "1", "1", "1");
@@ -186,7 +186,7 @@ void JobPartsTest::conversions_data()
     row("v WEBM 1280x720 dash", "", Conversion::None, "");
     row("v MP4 1280x720 dash", "a M4A 1K", Conversion::None, "");
     row("v MP4 1280x720 dash", "a WEBM 1K", Conversion::Sound, "audio must be converted|: 2 min.");
-    row("v WEBM 1280x720 dash", "a M4A 1K", Conversion::Picture, "takes long|Rough guess");
+    row("v WEBM 1280x720 dash", "a M4A 1K", Conversion::Picture, "takes long|Rough estimate");
     row("v WEBM dash", "a M4A 1K", Conversion::Picture, "takes long");
     row("v WEBM 20000x20000 dash", "a M4A 1K", Conversion::Picture, " h.");
 }
@@ -234,8 +234,8 @@ void JobPartsTest::streamTexts()
     QCOMPARE(StreamText::labels(streams).join(QLatin1Char('|')), "128K (a)|128K (b)|64K|d|e|360P"_s);
     QStringList words;
     for (const MediaProfile &one : streams)
-        words += StreamText::plainWords(one);
-    words += StreamText::plainWords(written);
+        words += StreamText::description(one);
+    words += StreamText::description(written);
     QCOMPARE(words.mid(1).join(QLatin1Char('|')),
              "sound only, 128 kbit/s|sound only, 64 kbit/s|with sound|with sound|360p, with sound|"
              "720p, without sound"_s);
@@ -264,23 +264,23 @@ void JobPartsTest::urls_data()
     row("www.a", "http://");
 }
 
-void JobPartsTest::mendedUrls()
+void JobPartsTest::correctedUrls()
 {
-    const auto mended = [](const char *typed) { return UrlCheck::corrected(text(typed)); };
-    QCOMPARE(mended(" HTTP://A/B'c'\n"), "http://A/B%27c%27"_s);
-    QCOMPARE(mended("Https://a/?u=HTTP://b"), "https://a/?u=HTTP://b"_s);
-    QCOMPARE(mended("www.a.b/c"), "https://www.a.b/c"_s);
+    const auto corrected = [](const char *typed) { return UrlCheck::corrected(text(typed)); };
+    QCOMPARE(corrected(" HTTP://A/B'c'\n"), "http://A/B%27c%27"_s);
+    QCOMPARE(corrected("Https://a/?u=HTTP://b"), "https://a/?u=HTTP://b"_s);
+    QCOMPARE(corrected("www.a.b/c"), "https://www.a.b/c"_s);
     for (const char *unclear : {"", "a.b", "ftp://www.a", "http:/a", "http://a b", "http://a/\"", "--www.a"})
-        QCOMPARE(mended(unclear), text(unclear));
+        QCOMPARE(corrected(unclear), text(unclear));
 }
 
 void JobPartsTest::urls()
 {
     QFETCH(QString, url);
     QFETCH(QString, words);
-    const QString problem = UrlCheck::errorString(url);
-    QCOMPARE(problem.isEmpty(), words.isEmpty());
-    QVERIFY2(problem.contains(words), qPrintable(problem));
+    const QString error = UrlCheck::errorString(url);
+    QCOMPARE(error.isEmpty(), words.isEmpty());
+    QVERIFY2(error.contains(words), qPrintable(error));
 }
 
 void JobPartsTest::proposedNames_data()
@@ -318,20 +318,20 @@ void JobPartsTest::proposedNames()
     QCOMPARE(Destination::suffix(SampleStreams::stream("1 M4A 9K"_s), SoundFormat::Mp3), "mp3"_s);
 }
 
-void JobPartsTest::nameProblems()
+void JobPartsTest::nameErrors()
 {
     QTemporaryDir folder;
-    const auto problem = [&](const QString &name) { return Destination::errorString(folder.filePath(name)); };
+    const auto error = [&](const QString &name) { return Destination::errorString(folder.filePath(name)); };
     QVERIFY(QFile(folder.filePath("taken"_s)).open(QIODevice::WriteOnly));
     QVERIFY(QFile::link("nowhere"_s, folder.filePath("dangling"_s)));
     QCOMPARE(Destination::free(folder.filePath("taken"_s)), folder.filePath("taken(1)"_s));
 
-    QCOMPARE(problem("good (1).mp4"_s), QString());
+    QCOMPARE(error("good (1).mp4"_s), QString());
     for (const char *name : {"50% off", "a%(id)s", "100%%", "5 $ a", "$HOME", "a${B}", "line\nline"})
         QVERIFY(QDir(folder.path()).mkdir(text(name)));
-    QCOMPARE(problem("50% off/a%(id)s.mp4"_s), QString());
-    QCOMPARE(problem("5 $ a/a"_s), QString());
-    QCOMPARE(problem(QString(247, QLatin1Char('x'))), QString());
+    QCOMPARE(error("50% off/a%(id)s.mp4"_s), QString());
+    QCOMPARE(error("5 $ a/a"_s), QString());
+    QCOMPARE(error(QString(247, QLatin1Char('x'))), QString());
     const struct {
         QString name;
         const char *words;
@@ -340,7 +340,7 @@ void JobPartsTest::nameProblems()
         {QString(248, QLatin1Char('x')), "247"},
         {"\xe6\x97\xa5"_s.repeated(86), "255 bytes"},
         {"a."_s, "dot"},
-        {"a?"_s, "must not hold"},
+        {"a?"_s, "must not contain"},
         {"taken"_s, "exists already"},
         {"dangling"_s, "exists already"},
         {"none/a"_s, "does not exist"},
@@ -349,10 +349,10 @@ void JobPartsTest::nameProblems()
         {"100%%/a"_s, "cannot be used"},
         {"$HOME/a"_s, "a $"},
         {"a${B}/a"_s, "a $"},
-        {"line\nline/a"_s, "line line\" cannot be used: its name holds a line break"},
+        {"line\nline/a"_s, "line line\" cannot be used: its name contains a line break"},
     };
     for (const auto &row : rows) {
-        const QString words = problem(row.name);
+        const QString words = error(row.name);
         QVERIFY2(words.contains(text(row.words)), qPrintable(row.name + ": "_s + words));
     }
     QVERIFY(Destination::errorString(folder.path()).contains("is a folder"_s));

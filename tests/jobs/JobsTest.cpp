@@ -87,7 +87,7 @@ void JobsTest::cleanup()
 {
     m_job.reset();
     m_other.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
     m_sandbox.reset();
 }
 
@@ -241,13 +241,13 @@ void JobsTest::reactions()
         QEventLoop loop; // as in a host; QTest::qWait() lets other events pass before a deferred deletion
         connect(m_job.get(), &QObject::destroyed, &loop, &QEventLoop::quit);
         connect(m_job.get(), &Job::finished, &loop, &QEventLoop::quit);
-        QTimer::singleShot(HostSandbox::Patience, &loop, &QEventLoop::quit);
+        QTimer::singleShot(HostSandbox::Timeout, &loop, &QEventLoop::quit);
         loop.exec();
         QVERIFY2(m_hasReacted, qPrintable(reaction));
-        QTRY_VERIFY2_WITH_TIMEOUT(job.isNull() || isEnded(*job), qPrintable(reaction), HostSandbox::Patience);
+        QTRY_VERIFY2_WITH_TIMEOUT(job.isNull() || isEnded(*job), qPrintable(reaction), HostSandbox::Timeout);
         if (m_other != nullptr)
-            QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_other), HostSandbox::Patience);
-        QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_other), HostSandbox::Timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
         const QString outcome = m_outcomes.isEmpty() ? "-"_s : m_outcomes.join(QLatin1Char(' '));
         const QString file = m_sandbox->files() == QStringList("clip.mp4"_s) ? " + file"_s : QString();
         const QString expected =
@@ -296,7 +296,7 @@ void JobsTest::outcomes()
     QSignalSpy finished(m_job.get(), &Job::finished);
     m_job->start();
     QCOMPARE(finished.size(), 0); // from the event loop only
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
     QTEST(nameOf(m_job->error()), "error");
     QVERIFY2(m_job->errorString().contains(message), qPrintable(m_job->errorString()));
     QCOMPARE(m_job->errorString().isEmpty(), message.isEmpty());
@@ -312,10 +312,10 @@ void JobsTest::best()
         HostSandbox::play(scenario);
         PageJob page(url);
         page.start();
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(isEnded(page), HostSandbox::Patience); }();
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(isEnded(page), HostSandbox::Timeout); }();
         m_job = std::make_unique<DownloadJob>(page, m_sandbox->videos());
         m_job->start();
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_job), HostSandbox::Patience); }();
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_job), HostSandbox::Timeout); }();
         return QStringList{nameOf(m_job->error()), m_job->errorDetails()};
     };
     QCOMPARE(run(HostSandbox::pageScenario() + "\n137: announce mp4"_s), (QStringList{"NoError"_s, QString()}));
@@ -334,7 +334,7 @@ void JobsTest::sideBySide()
     QSignalSpy figures(first.get(), &DownloadJob::figuresChanged);
     first->start();
     second->start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*first) && isEnded(*second), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*first) && isEnded(*second), HostSandbox::Timeout);
     QCOMPARE(m_sandbox->files(), (QStringList{"clip(1).mp4"_s, "clip.mp4"_s}));
     QVERIFY(first->filePath() != second->filePath());
     QCOMPARE(phases.size(), 3); // video, audio, joining
@@ -352,9 +352,9 @@ void JobsTest::figures()
     connect(&silent, &DownloadJob::figuresChanged, this, [&](const TransferFigures &figures) { told += figures; });
     growing->start();
     silent.start();
-    QTRY_COMPARE_WITH_TIMEOUT(growing->figures().processed(), qint64(5), HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(growing->figures().processed(), qint64(5), HostSandbox::Timeout);
     QCOMPARE(growing->figures().total(), qint64(0));
-    QTRY_COMPARE_WITH_TIMEOUT(told.size(), 2, HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(told.size(), 2, HostSandbox::Timeout);
     QVERIFY(told.first().speed() > 0 && told.first().secondsLeft() > 0);
     QVERIFY(told.last().speed() == 0 && told.last().processed() == told.first().processed());
 }
@@ -375,11 +375,11 @@ void JobsTest::joiningFigures()
             told += text;
     });
     job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(told.contains("4 bytes"_s), HostSandbox::Patience); // of the joined file
+    QTRY_VERIFY_WITH_TIMEOUT(told.contains("4 bytes"_s), HostSandbox::Timeout); // of the joined file
     m_sandbox->let("on"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(told.last().startsWith("0:00:50"_s), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(told.last().startsWith("0:00:50"_s), HostSandbox::Timeout);
     m_sandbox->let("end"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
     const QStringList expected{"phase 1"_s, "50 bytes / 120 bytes10 bytes/s"_s, "phase 2"_s, "phase 3"_s, QString(),
                                "4 bytes"_s, "0:00:50 / 0:01:402.0x"_s};
     QCOMPARE(told, expected);
@@ -391,11 +391,11 @@ void JobsTest::waiting()
                       "file mp4 12345|wait end"_s);
     const auto job = newDownload("137");
     job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(job->waitingText().contains("4 s (3 of 6)"_s), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(job->waitingText().contains("4 s (3 of 6)"_s), HostSandbox::Timeout);
     m_sandbox->let("go"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(job->waitingText(), QString(), HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(job->waitingText(), QString(), HostSandbox::Timeout);
     m_sandbox->let("end"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
     QCOMPARE(job->errorString(), QString());
 }
 
@@ -404,7 +404,7 @@ void JobsTest::warnings()
     HostSandbox::play("dump: err WARNING: formats may be missing\\nWARNING: formats may be missing\\n|json Clip 18"_s);
     PageJob page(url);
     page.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(page), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(page), HostSandbox::Timeout);
     QCOMPARE(page.warnings(), QStringList("formats may be missing"_s));
     QCOMPARE(page.title(), "Clip"_s);
     QCOMPARE(page.errorDetails(), QString());
@@ -417,7 +417,7 @@ void JobsTest::startedTwice()
     const auto job = newDownload("137");
     job->start();
     job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
     job->start();
     QCOMPARE(m_sandbox->files(), QStringList("clip.mp4"_s));
     QCOMPARE(log.records(LOG_ERROR).filter("Nox::DownloadJob: a job is started once"_s).size(), 2);
@@ -430,7 +430,7 @@ void JobsTest::cancelledBeforeStart()
     job->cancel();
     job->start();
     QCOMPARE(finished.size(), 0); // from the event loop only
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
     QCOMPARE(job->error(), Job::Cancelled);
     QCOMPARE(m_sandbox->runCount(), 0);
 }
@@ -442,7 +442,7 @@ void JobsTest::cancelledTwice()
     job->start();
     job->cancel(); // before the tool has done anything
     job->cancel();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job) && m_sandbox->isQuiet(), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job) && m_sandbox->isQuiet(), HostSandbox::Timeout);
     QCOMPARE(finished.size(), 1);
     QCOMPARE(m_sandbox->files(), QStringList());
 }

@@ -73,7 +73,7 @@ void KeptPartsTest::init()
 
 void KeptPartsTest::cleanup()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
     m_sandbox.reset();
 }
 
@@ -90,7 +90,7 @@ void KeptPartsTest::leaveParts() const
     HostSandbox::play("137: touch parts/a.part|exit 1"_s);
     const auto job = newJob();
     job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
     QVERIFY(job->hasParts());
 }
 
@@ -146,7 +146,7 @@ void KeptPartsTest::ends()
     if (!key.isEmpty() || action.isEmpty())
         job->start();
     if (!key.isEmpty())
-        QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs(key), HostSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs(key), HostSandbox::Timeout);
     for (const QString &step : steps) {
         if (step == "pause"_s)
             job->pause();
@@ -155,8 +155,8 @@ void KeptPartsTest::ends()
         else if (step == "delete"_s)
             job.reset();
     }
-    QTRY_VERIFY_WITH_TIMEOUT(job == nullptr || isEnded(*job), HostSandbox::Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(job == nullptr || isEnded(*job), HostSandbox::Timeout);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
     QCOMPARE(outcomes.join(QLatin1Char(' ')), outcome);
     QStringList expected = outcome == "NoError"_s ? QStringList("clip.mp4"_s) : QStringList();
     if (left.isEmpty()) {
@@ -198,14 +198,14 @@ void KeptPartsTest::goesOn()
     const auto job = stream.isEmpty() ? std::make_unique<DownloadJob>(records.constFirst()) : newJob(stream, file);
     QVERIFY(job->keepsParts());
     job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_sandbox->path("notes/mark.on"_s)), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_sandbox->path("notes/mark.on"_s)), HostSandbox::Timeout);
     const bool isTaken = taken == "yes"_s;
     QCOMPARE(m_sandbox->files().size(), isTaken ? 1 : 2);
     QCOMPARE(DownloadJob::interrupted(m_sandbox->videos()).size(), isTaken ? 0 : 1);
     QVERIFY(QFile::exists(folder + "/parts/a.part"_s) && !QFile::exists(folder + "/rest"_s));
     DownloadJob::discard(job->record()); // of no effect while a job uses them
     m_sandbox->let("go"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
     QCOMPARE(job->errorString(), QString());
     QCOMPARE(m_sandbox->files().size(), isTaken ? 1 : 2);
     QCOMPARE(job->filePath(), m_sandbox->video(file));
@@ -220,7 +220,7 @@ void KeptPartsTest::takenName()
     HostSandbox::play({});
     DownloadJob job(record);
     job.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(job), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(job), HostSandbox::Timeout);
     QCOMPARE(m_sandbox->files(), (QStringList{"clip(1).mp4"_s, "clip.mp4"_s}));
 }
 
@@ -232,10 +232,10 @@ void KeptPartsTest::fullFigures()
     const auto job = newJob();
     QSignalSpy figures(job.get(), &DownloadJob::figuresChanged);
     job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(!figures.isEmpty(), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!figures.isEmpty(), HostSandbox::Timeout);
     QCOMPARE(job->figures().processed(), qint64(3));
     job->pause();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
 }
 
 void KeptPartsTest::abandoned_data()
@@ -281,7 +281,7 @@ void KeptPartsTest::abandoned()
     HostSandbox::play({});
     DownloadJob other(url, SampleStreams::stream("18 MP4 9x9"_s), m_sandbox->video("other.mp4"_s));
     other.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(other), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(other), HostSandbox::Timeout);
     QCOMPARE(m_sandbox->files().size(), stays == "yes"_s ? 2 : 1);
     QCOMPARE(QFile::exists(m_sandbox->path("elsewhere/a.part"_s)), change.startsWith("link"_s));
 }
@@ -320,7 +320,7 @@ void KeptPartsTest::damagedRecords()
     DownloadJob job(QJsonDocument::fromJson(record.toUtf8()).object());
     QSignalSpy finished(&job, &Job::finished);
     job.start();
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
     QTEST(QString::fromLatin1(QMetaEnum::fromType<Job::Error>().valueToKey(job.error())), "error");
     QVERIFY(!job.errorString().isEmpty());
     QVERIFY(job.stream().getSize() == 0 && !job.stream().getVResolution().isValid());

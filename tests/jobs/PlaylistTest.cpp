@@ -43,7 +43,7 @@ void PlaylistTest::init()
 
 void PlaylistTest::cleanup()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
     m_sandbox.reset();
 }
 
@@ -102,7 +102,7 @@ void PlaylistTest::entries()
     QSignalSpy found(&job, &PlaylistJob::entryFound);
     QSignalSpy finished(&job, &Job::finished);
     job.start();
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
     QTEST(texts(job), "expected");
     QCOMPARE(found.size(), job.entries().size());
     QCOMPARE(job.errorString().isEmpty(), job.error() == Job::NoError);
@@ -126,7 +126,7 @@ void PlaylistTest::flood()
     PlaylistJob job("http://x/"_s);
     const qint64 before = Processes::residentBytes();
     job.start();
-    QTRY_VERIFY_WITH_TIMEOUT(job.state() == Job::Ended, HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(job.state() == Job::Ended, HostSandbox::Timeout);
     QTEST(QString::number(job.entries().size()), "count");
     QTEST(QString::fromLatin1(QMetaEnum::fromType<Job::Error>().valueToKey(job.error())), "error");
     QCOMPARE(job.hasMore(), job.error() == Job::NoError);
@@ -142,7 +142,7 @@ void PlaylistTest::commandLine()
     PlaylistJob job("http://x/?a=b c"_s.replace(QLatin1Char(' '), "%20"_s));
     job.setRange(201, 1000);
     job.start();
-    QTRY_VERIFY_WITH_TIMEOUT(job.state() == Job::Ended, HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(job.state() == Job::Ended, HostSandbox::Timeout);
     QFile runs(m_sandbox->path("notes/runs"_s));
     QVERIFY(runs.open(QIODevice::ReadOnly));
     const QByteArrayList words = runs.readAll().trimmed().split('\x1f');
@@ -158,9 +158,9 @@ void PlaylistTest::cancelled()
     PlaylistJob job("http://x/"_s);
     QSignalSpy finished(&job, &Job::finished);
     job.start();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs("list"_s), HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs("list"_s), HostSandbox::Timeout);
     job.cancel();
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
     QCOMPARE(texts(job), "Cancelled 1,http://x/a,,0,"_s);
 }
 
@@ -183,7 +183,7 @@ void PlaylistTest::counts()
     PageJob job("http://x/"_s);
     QCOMPARE(job.videoCount(), 1);
     job.start();
-    QTRY_VERIFY_WITH_TIMEOUT(job.state() == Job::Ended, HostSandbox::Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(job.state() == Job::Ended, HostSandbox::Timeout);
     QStringList told{QString::number(job.videoCount())};
     if (job.isInParts())
         told += "parts"_s;

@@ -78,7 +78,7 @@ public:
 
         const QString expected = (m_before + QLatin1Char(' ') + QString::fromUtf8(following())).trimmed();
         if (m_reaction == "deleteLater"_s) { // until it is deleted, more may follow
-            QTRY_VERIFY_WITH_TIMEOUT(m_watch.isNull() && m_run.sandbox.isQuiet(), TestSandbox::Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(m_watch.isNull() && m_run.sandbox.isQuiet(), TestSandbox::Timeout);
             QVERIFY(m_run.log.text().startsWith(expected));
         } else {
             QCOMPARE(m_run.finalText(expected), expected);

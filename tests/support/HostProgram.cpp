@@ -21,11 +21,11 @@ void HostProgram::start(const QString &job, const QString &tool, const QString &
 
 bool HostProgram::waitForEnd()
 {
-    return m_process.waitForFinished(TestSandbox::Patience);
+    return m_process.waitForFinished(TestSandbox::Timeout);
 }
 
 void HostProgram::killHard()
 {
     m_process.kill();
-    m_process.waitForFinished(TestSandbox::Patience);
+    m_process.waitForFinished(TestSandbox::Timeout);
 }

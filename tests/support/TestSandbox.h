@@ -64,7 +64,7 @@ public:
     QString plain(QString text) const;
     QByteArray moduleLog() const;
 
-    static constexpr int Patience = 30000;      ///< longest wait in milliseconds, which only a failing test reaches
+    static constexpr int Timeout = 30000;       ///< longest wait in milliseconds, which only a failing test reaches
     static constexpr int GraceAfterKill = 2000; ///< milliseconds after which a stopped program must have ended
 
 private:

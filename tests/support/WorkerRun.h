@@ -37,7 +37,7 @@ struct WorkerRun {
     QString finalText(const QString &expected) const
     {
         static_cast<void>(
-            QTest::qWaitFor([&] { return log.text() == expected && sandbox.isQuiet(); }, TestSandbox::Patience));
+            QTest::qWaitFor([&] { return log.text() == expected && sandbox.isQuiet(); }, TestSandbox::Timeout));
         QCoreApplication::processEvents();
         return log.text();
     }

@@ -44,9 +44,9 @@ void WorkerTable<Worker>::run()
     if (!isDownload)
         QCOMPARE(run.log.text(), QString());
     if (moment == QLatin1String("end"))
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), notifications, TestSandbox::Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), notifications, TestSandbox::Timeout);
     else if (!moment.isEmpty())
-        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.hangs(moment), TestSandbox::Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.hangs(moment), TestSandbox::Timeout);
     if (verb == QLatin1String("cancel"))
         run.worker->cancel();
     else if (verb == QLatin1String("delete"))
@@ -56,7 +56,7 @@ void WorkerTable<Worker>::run()
             run.worker->clear();
     }
 
-    const int grace = verb.isEmpty() ? TestSandbox::Patience : TestSandbox::GraceAfterKill;
+    const int grace = verb.isEmpty() ? TestSandbox::Timeout : TestSandbox::GraceAfterKill;
     if (verb == QLatin1String("clear"))
         QCoreApplication::processEvents();
     else

@@ -2,7 +2,7 @@ import pathlib
 import re
 import tempfile
 import unittest
-from typing import Any, Dict, List, Tuple
+from typing import Any
 from unittest import mock
 
 from noxfront import addresses
@@ -11,7 +11,7 @@ from yt_dlp.extractor import gen_extractor_classes
 
 class NeededTest(unittest.TestCase):
     def test_texts(self) -> None:
-        rows: List[Tuple[str, List[str]]] = [
+        rows: list[tuple[str, list[str]]] = [
             (r"https?://(?:www\.)?example\.com/(?P<id>\d+)", ["example.com/"]),
             (r"https?://(?:www\.)?(?:first|second)\.(?:com|net)/v/", ["first", "second"]),
             (r"https?://(?:first|x)\.net/", [".net/"]),
@@ -30,11 +30,11 @@ class NeededTest(unittest.TestCase):
         """All those by which the tool tests its own extractors."""
         table = addresses.AddressTable(None)
         count = excluded = 0
-        known: List[Tuple[str, str]] = []
+        known: list[tuple[str, str]] = []
         for extractor in gen_extractor_classes():
             patterns = extractor._VALID_URL
             for pattern in [patterns] if isinstance(patterns, str) else patterns or []:
-                tests: List[Dict[str, Any]] = getattr(getattr(extractor, "real_class", extractor), "_TESTS", None) or []
+                tests: list[dict[str, Any]] = getattr(getattr(extractor, "real_class", extractor), "_TESTS", None) or []
                 known += [(pattern, test["url"]) for test in tests if re.match(pattern, test.get("url") or "")]
                 count += 1
                 excluded += table.excludes(pattern, "http://127.0.0.1/page")

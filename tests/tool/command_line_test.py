@@ -1,5 +1,5 @@
 import unittest
-from typing import List, Tuple
+
 
 from noxfront import command_line
 from noxfront.command_line import Describe, Download, ListEntries
@@ -12,7 +12,7 @@ TEMPLATE = "/videos/my clips/{0b6f}YDTMP_.%(ext)s"
 
 class CommandLineTest(unittest.TestCase):
     def test_commands_of_the_library(self) -> None:
-        rows: List[Tuple[List[str], command_line.Command]] = [
+        rows: list[tuple[list[str], command_line.Command]] = [
             (["--dump-json", URL], Describe(URL, [])),
             (["--dump-json", SWITCH, URL], Describe(URL, [SWITCH])),
             (["-f", "137", "-o", TEMPLATE, URL], Download(URL, [], "137", TEMPLATE)),
@@ -25,7 +25,7 @@ class CommandLineTest(unittest.TestCase):
                 self.assertEqual(command_line.parse(words), expected)
 
     def test_all_others_are_the_tools(self) -> None:
-        rows: List[List[str]] = [
+        rows: list[list[str]] = [
             [],
             ["--version"],
             ["--dump-json"],

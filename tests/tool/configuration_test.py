@@ -3,7 +3,7 @@ import pathlib
 import re
 import tempfile
 import unittest
-from typing import List, Tuple
+
 
 from noxfront import configuration, options
 from noxfront.configuration import Configuration, ConfigurationError
@@ -13,7 +13,7 @@ DOCUMENT = pathlib.Path(__file__).resolve().parents[2] / "docs" / "tool.md"
 
 class ParseTest(unittest.TestCase):
     def test_options_that_are_taken(self) -> None:
-        rows: List[Tuple[str, List[str]]] = [
+        rows: list[tuple[str, list[str]]] = [
             ("", []),
             ("# nothing\n\n", []),
             ("--proxy http://127.0.0.1:1 # always\n--force-ipv4", ["--proxy=http://127.0.0.1:1", "--force-ipv4"]),

@@ -1,6 +1,6 @@
 import json
 import unittest
-from typing import Any, Dict, List, Tuple
+from typing import Any
 
 from noxfront import description, json_text, streams
 
@@ -8,7 +8,7 @@ PICTURE = {"format_id": "137", "ext": "mp4", "url": "http://127.0.0.1/v", "vcode
 SOUND = {"format_id": "140", "ext": "m4a", "url": "http://127.0.0.1/a", "vcodec": "none", "acodec": "mp4a.40.2"}
 
 
-def described(stream: Dict[str, Any]) -> Dict[str, Any]:
+def described(stream: dict[str, Any]) -> dict[str, Any]:
     page = {"title": "t", "formats": [stream]}
     streams.complete(streams.of_page(page))
     [entry] = description.of_page(page)["formats"]
@@ -29,7 +29,7 @@ class DescriptionTest(unittest.TestCase):
         })
 
     def test_members_that_make_no_sense_are_left_out(self) -> None:
-        values: List[Any] = [None, "", "x", 0, -1, True, float("nan"), float("inf"), 2**31, [], {}]
+        values: list[Any] = [None, "", "x", 0, -1, True, float("nan"), float("inf"), 2**31, [], {}]
         for value in values:
             with self.subTest(value=value):
                 page = {"title": None, "duration": value, "formats": [{**PICTURE, "height": value, "abr": value}, None]}
@@ -43,10 +43,10 @@ class DescriptionTest(unittest.TestCase):
         self.assertEqual(json.dumps(rates), "[128, 128, 129.478]")
 
     def test_duration_of_segments(self) -> None:
-        segments: List[Any] = [{}, {"duration": 20.001}, {"duration": 20}, {"duration": None}, None]
-        formats: List[Any] = [PICTURE, {**SOUND, "fragments": segments[:2]}]
+        segments: list[Any] = [{}, {"duration": 20.001}, {"duration": 20}, {"duration": None}, None]
+        formats: list[Any] = [PICTURE, {**SOUND, "fragments": segments[:2]}]
         formats += [{**PICTURE, "fragments": fragments} for fragments in (segments, None, 3)]
-        rows: List[Tuple[Dict[str, Any], Any]] = [
+        rows: list[tuple[dict[str, Any], Any]] = [
             ({}, 40), ({"duration": 39}, 39), ({"duration": 0, "live_status": "was_live"}, 40),
             ({"is_live": True}, None), ({"live_status": "post_live"}, None),
         ]
@@ -59,7 +59,7 @@ class DescriptionTest(unittest.TestCase):
         self.assertEqual(description.of_page(page), {"title": "t", "formats": [PICTURE]})
 
     def test_streams_that_are_left_out(self) -> None:
-        rows: List[Tuple[Dict[str, Any], bool]] = [
+        rows: list[tuple[dict[str, Any], bool]] = [
             ({"format_id": "sb0", "ext": "mhtml", "vcodec": "none", "acodec": "none"}, False),
             ({"format_id": "sb1", "ext": "mhtml", "format_note": "storyboard"}, False),
             ({**PICTURE, "has_drm": True}, False),
@@ -74,7 +74,7 @@ class DescriptionTest(unittest.TestCase):
                 self.assertEqual(len(description.of_page({"formats": [stream]})["formats"]), int(is_there))
 
     def test_sound(self) -> None:
-        rows: List[Tuple[Dict[str, Any], Any]] = [
+        rows: list[tuple[dict[str, Any], Any]] = [
             # By direct link; the tool says nothing of codecs.
             ({"ext": "mp3"}, ("mp3", "none", "unknown")),
             ({"ext": "opus", "acodec": "opus"}, ("opus", "none", "opus")),

@@ -13,7 +13,7 @@ import tempfile
 import threading
 import time
 import unittest
-from typing import Any, Dict, Iterator, List, Tuple
+from typing import Any, Iterator
 
 from stoppable_server import StoppableServer
 
@@ -40,10 +40,10 @@ class Site(StoppableServer):
     def __init__(self, size: int, port: int = 0) -> None:
         super().__init__(Handler, port)
         self.size = size
-        self.status: Dict[int, int] = {}
-        self.delay: Dict[int, float] = {}
+        self.status: dict[int, int] = {}
+        self.delay: dict[int, float] = {}
         self.pause = 0.0  # seconds between pieces of 64 kB
-        self.asked: List[int] = []
+        self.asked: list[int] = []
         self.asked_before_first = 0
         self.under_way = self.most_under_way = 0
         self.lock = threading.Lock()
@@ -107,9 +107,9 @@ class DownloadTest(unittest.TestCase):
             if not site.is_stopped.is_set():
                 site.stop()
 
-    def begin(self, site: Site, segments: int = 0, options: Tuple[str, ...] = (), query: str = "") -> Any:
+    def begin(self, site: Site, segments: int = 0, options: tuple[str, ...] = (), query: str = "") -> Any:
         base = f"http://127.0.0.1:{site.server_address[1]}/"
-        stream: Dict[str, Any] = {"format_id": "1", "ext": "mp4", "url": f"{base}0{query}", "protocol": "http"}
+        stream: dict[str, Any] = {"format_id": "1", "ext": "mp4", "url": f"{base}0{query}", "protocol": "http"}
         if segments:
             fragments = [{"url": f"{base}{number}{query}"} for number in range(segments)]
             stream.update(protocol="http_dash_segments", fragments=fragments)
@@ -126,7 +126,7 @@ class DownloadTest(unittest.TestCase):
         self.addCleanup(child.kill)
         return child
 
-    def finish(self, child: Any) -> Tuple[int, str, str]:
+    def finish(self, child: Any) -> tuple[int, str, str]:
         output, errors = child.communicate(timeout=TIME_LIMIT)
         return child.returncode, output, errors
 
@@ -135,7 +135,7 @@ class DownloadTest(unittest.TestCase):
         self.assertEqual((self.folder / "clip.mp4").read_bytes(), b"".join(map(site.content, range(count))))
 
     def test_segments_at_once(self) -> None:
-        rows: List[Tuple[Tuple[str, ...], int]] = [((), 4), (("--concurrent-fragments=1",), 1),
+        rows: list[tuple[tuple[str, ...], int]] = [((), 4), (("--concurrent-fragments=1",), 1),
                                                    (("--concurrent-fragments=6", "--http-chunk-size=400K"), 6)]
         for options, at_once in rows:
             with self.subTest(options=options), self.site(1 << 20) as site:
@@ -176,7 +176,7 @@ class DownloadTest(unittest.TestCase):
 
     def test_what_the_server_refuses(self) -> None:
         past = "?expires=1500000000"
-        rows: List[Tuple[int, int, str, Tuple[str, ...], int, int]] = [
+        rows: list[tuple[int, int, str, tuple[str, ...], int, int]] = [
             # status, segments, query, options, exit code, how often that address is asked for
             *((status, segments, "", (), READ_ANEW, 1) for status, segments in ((403, 0), (410, 0), (404, 8))),
             (401, 0, "", (), 1, 1),

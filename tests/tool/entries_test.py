@@ -10,7 +10,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
-from typing import Any, Dict, Iterator, List, Optional, Tuple
+from typing import Any, Iterator, Optional
 
 from noxfront import entries
 from noxfront.entries import Entries
@@ -22,14 +22,14 @@ PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":")
 SITE = "http://shapes.invalid/"
 
 
-def video(number: int) -> Dict[str, Any]:
+def video(number: int) -> dict[str, Any]:
     return {"id": str(number), "title": f"Video {number}", "duration": number * 10,
             "formats": [{"format_id": "1", "url": f"http://127.0.0.1:9/{number}.mp4", "ext": "mp4"}]}
 
 
 TWELVE = [*({"_type": "url", "url": f"{SITE}one", "title": "\ud83d\n\"", "thumbnails": [{"url": "http://t/"}, {}]}
             for _ in range(2)), *map(video, range(3, 13))]
-PAGES: Dict[str, Any] = {
+PAGES: dict[str, Any] = {
     "twelve": {"entries": TWELVE}, "many": {"lazy": 5000}, "parts": {"lazy": 3, "parts": True}, "one": video(1),
     "nested": {"entries": [{"_type": "url", "url": f"{SITE}twelve"}]}, "lazy-one": {"lazy": 1}, "1": video(1),
     "empty": {"entries": []},
@@ -44,7 +44,7 @@ class ProgramTest(unittest.TestCase):
         self.folder = pathlib.Path(scratch.name)
         (self.folder / "pages.json").write_text(json.dumps(PAGES))
 
-    def run_front(self, package: str, *words: str) -> Tuple[int, str, str, int]:
+    def run_front(self, package: str, *words: str) -> tuple[int, str, str, int]:
         """The exit code, standard output, standard error and kilobytes of memory."""
         path = os.pathsep.join(filter(None, [package, str(HERE / "plugin")]))
         environment = {**os.environ, "PYTHONPATH": path, "NOX_SHAPES": str(self.folder / "pages.json"),
@@ -59,7 +59,7 @@ class ProgramTest(unittest.TestCase):
             return child.returncode, output.read(), errors.read(), usage.ru_maxrss
 
     def test_which_video_is_described_and_how_many_there_are(self) -> None:
-        rows: List[Tuple[str, Optional[str], str]] = [
+        rows: list[tuple[str, Optional[str], str]] = [
             # page, title of what is described, standard error
             ("twelve", "Video 1", "WARNING: [nox:videos] 12\n"), ("twelve#nox-item=12", "Video 12", ""),
             ("twelve#a#nox-item=3", "Video 3", ""), ("twelve#nox-item=13", None, "There is no video"),
@@ -79,7 +79,7 @@ class ProgramTest(unittest.TestCase):
                     self.assertIn(complaint, errors)
 
     def test_lists(self) -> None:
-        rows: List[Tuple[str, str, List[int], bool, Optional[int], Dict[int, Any]]] = [
+        rows: list[tuple[str, str, list[int], bool, Optional[int], dict[int, Any]]] = [
             # page, range, numbers, whether there are more, how many there are, addresses by number
             ("twelve", "1:200", list(range(1, 13)), False, 12, {2: f"{SITE}one", 12: f"{SITE}twelve#nox-item=12"}),
             ("twelve", "3:4", [3, 4], True, 12, {3: f"{SITE}twelve#nox-item=3"}),
@@ -134,9 +134,9 @@ class ProgramTest(unittest.TestCase):
 
 class EntriesTest(unittest.TestCase):
     def test_entries_that_come_page_by_page_are_asked_for_when_they_are_used(self) -> None:
-        asked: List[int] = []
+        asked: list[int] = []
 
-        def page(number: int) -> Iterator[Dict[str, int]]:
+        def page(number: int) -> Iterator[dict[str, int]]:
             asked.append(number)
             return iter([{"id": number * 10 + place} for place in range(10 if number < 20 else 3)])
 
@@ -146,11 +146,11 @@ class EntriesTest(unittest.TestCase):
         self.assertEqual(set(asked), {0, 19, 20})
 
     def test_counts(self) -> None:
-        def failing() -> Iterator[Dict[str, int]]:
+        def failing() -> Iterator[dict[str, int]]:
             yield {"id": 1}
             raise ConnectionError
 
-        rows: List[Tuple[Dict[str, Any], Optional[int]]] = [
+        rows: list[tuple[dict[str, Any], Optional[int]]] = [
             ({}, 0), ({"entries": [{}, {}]}, 2), ({"entries": iter([{}])}, 1), ({"entries": iter([{}, {}])}, None),
             ({"entries": iter([{}, {}, {}]), "playlist_count": 3}, 3), ({"entries": failing()}, 1),
             ({"entries": OnDemandPagedList(lambda number: [{}], 5)}, 1),

@@ -16,7 +16,7 @@ import tempfile
 import threading
 import time
 import unittest
-from typing import Any, Callable, Dict, List, NamedTuple, Optional, Sequence
+from typing import Any, Callable, NamedTuple, Optional, Sequence
 
 from noxfront import error_tags, failures
 
@@ -63,7 +63,7 @@ class Row(NamedTuple):
     template: str = ""  # of a download
     settings: str = ""
     prepare: Optional[Callable[[], None]] = None  # in the new process
-    changes: Dict[str, str] = {}  # in the environment
+    changes: dict[str, str] = {}  # in the environment
     package: str = ""  # the text of a broken one
 
 
@@ -82,7 +82,7 @@ class ErrorCausesTest(unittest.TestCase):
             unused.bind(("127.0.0.1", 0))
             self.closed_port = unused.getsockname()[1]
 
-    def rows(self) -> List[Row]:
+    def rows(self) -> list[Row]:
         site = "http://causes.invalid/"
         into = str(self.folder / "{x}YDTMP_.%(ext)s")
         broken = (self.folder / "bin").joinpath

@@ -5,11 +5,11 @@ import os
 import pathlib
 import shutil
 import subprocess
-from typing import Callable, Dict, List, Tuple
+from typing import Callable
 
 SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
-PATIENCE = 120  # seconds
-Row = Tuple[str, str, Callable[[], str]]  # the name, what has to come out, and what does
+TIMEOUT = 120  # seconds
+Row = tuple[str, str, Callable[[], str]]  # the name, what has to come out, and what does
 
 OPTIONS = """\
 --fetch F    the nox-fetch to try; it is copied, and the programs that it needs are put beside it
@@ -41,11 +41,11 @@ class HostBench:
         words = ["/usr/bin/python3", str(tool), "--version"]
         return subprocess.run(words, capture_output=True, check=True, text=True).stdout.strip()
 
-    def fetch(self, address: str, changes: Dict[str, str], *options: str) -> "subprocess.CompletedProcess[str]":
+    def fetch(self, address: str, changes: dict[str, str], *options: str) -> "subprocess.CompletedProcess[str]":
         """Runs nox-fetch in the work folder, with nothing of the user's settings but changes of the environment."""
         private = {name: str(self.folder / name) for name in ("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME")}
         return subprocess.run([str(self.host / "nox-fetch"), *options, address], capture_output=True, text=True,
-                              timeout=PATIENCE, cwd=self.work,
+                              timeout=TIMEOUT, cwd=self.work,
                               env={**os.environ, **private, "HOME": str(self.folder), **changes})
 
     def empty_work(self) -> None:
@@ -68,7 +68,7 @@ def options(description: str) -> argparse.Namespace:
     return own.parse_args()
 
 
-def print_table(bench: HostBench, rows: List[Row], wanted: argparse.Namespace) -> int:
+def print_table(bench: HostBench, rows: list[Row], wanted: argparse.Namespace) -> int:
     """The exit code."""
     code = 0
     print("| Page | Tool | Result | |\n|---|---|---|---|")

@@ -15,15 +15,15 @@ import sys
 import tempfile
 import threading
 import time
-from typing import Any, Callable, Dict, List, Tuple
+from typing import Any, Callable
 
 import host_bench
 import page_media
 import page_server
-from host_bench import PATIENCE, HostBench, Row
+from host_bench import TIMEOUT, HostBench, Row
 
 SECONDS = 24
-KINDS: Dict[str, str] = {
+KINDS: dict[str, str] = {
     "progressive": "/page/progressive",
     "DASH, whole files": "/page/dash-whole",
     "DASH, segments": "/page/dash-segments",
@@ -107,7 +107,7 @@ class Server(page_server.PageServer):
 
 
 def wait_for(condition: Callable[[], bool]) -> None:
-    deadline = time.monotonic() + PATIENCE
+    deadline = time.monotonic() + TIMEOUT
     while not condition():
         if time.monotonic() > deadline:
             raise TimeoutError
@@ -124,7 +124,7 @@ class Bench(HostBench):
         (settings / "tool.conf").chmod(0o600)
 
     @functools.lru_cache(maxsize=None)
-    def whole(self, address: str) -> Tuple[bytes, int]:
+    def whole(self, address: str) -> tuple[bytes, int]:
         """The file, and how many bytes are sent for it."""
         self.server.begin()
         self.fetch(address, {}, "-q")
@@ -143,7 +143,7 @@ class Bench(HostBench):
             os.kill(int(children[0]), signal.SIGKILL)
         else:
             self.server.is_broken = True
-        child.communicate(timeout=PATIENCE)
+        child.communicate(timeout=TIMEOUT)
 
     def result(self, kind: str, event: str) -> str:
         self.empty_work()
@@ -172,8 +172,8 @@ class Bench(HostBench):
         fetched = self.server.sent
         return GOOD if fetched <= total * (1 - share + SLACK) else f"{fetched} of {total} bytes fetched again"
 
-    def rows(self) -> List[Row]:
-        rows: List[Row] = []
+    def rows(self) -> list[Row]:
+        rows: list[Row] = []
         for kind in KINDS:
             for event in EVENTS:
                 if "second" not in event or kind.startswith("DASH"):

@@ -2,7 +2,7 @@ import importlib.util
 import subprocess
 import sys
 import unittest
-from typing import List, Tuple
+
 
 LOADED = "print([name for name in sys.modules if name.startswith('Cryptodome.') and sys.modules[name].__spec__])"
 # As FIPS 197 has it.
@@ -30,7 +30,7 @@ class LeanStartTest(unittest.TestCase):
         return run.stdout
 
     def test_ciphers_are_loaded_when_they_are_used(self) -> None:
-        rows: List[Tuple[str, str]] = [
+        rows: list[tuple[str, str]] = [
             (f"import yt_dlp\nyt_dlp.YoutubeDL()\n{LOADED}", "[]\n"),
             (DECRYPT, PLAIN),
             (OTHERS, "d84586000957633a 128\n"),

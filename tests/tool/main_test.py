@@ -6,7 +6,7 @@ import sys
 import tempfile
 import termios
 import unittest
-from typing import List
+
 
 FRONT = pathlib.Path(__file__).resolve().parents[2] / "tool"
 URL = "http://127.0.0.1/"
@@ -50,14 +50,14 @@ class MainTest(unittest.TestCase):
 
     def test_other_command_lines_are_the_tools(self) -> None:
         self.settings.write_text("--quiet")  # no concern of theirs
-        rows: List[List[str]] = [["--version"], ["-f", "22", URL], ["--dump-json", URL, URL]]
+        rows: list[list[str]] = [["--version"], ["-f", "22", URL], ["--dump-json", URL, URL]]
         for words in rows:
             run = self.run_front(*words)
             self.assertEqual((run.returncode, run.stdout, run.stderr), (7, " ".join(words) + "\nFalse\n", ""))
 
     def test_a_fault_of_the_front_leaves_it_to_the_tool(self) -> None:
         self.settings.write_text("--username me --password secret")
-        rows: List[List[str]] = [["--dump-json", URL], ["-f", "22", "-o", "/tmp/x.%(ext)s", URL]]
+        rows: list[list[str]] = [["--dump-json", URL], ["-f", "22", "-o", "/tmp/x.%(ext)s", URL]]
         for words in rows:
             run = self.run_front(*words)
             words_of_tool = " ".join(["--ignore-config --username=me --password=secret", *words])

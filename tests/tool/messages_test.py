@@ -1,6 +1,6 @@
 import os
 import unittest
-from typing import List, Tuple
+
 from unittest import mock
 
 from noxfront import messages
@@ -11,7 +11,7 @@ FILE = "/videos/50% off/{0b6f}YDTMP_.mp4"
 
 class DownloadLogTest(unittest.TestCase):
     def setUp(self) -> None:
-        self.said: List[str] = []
+        self.said: list[str] = []
         self.log = messages.DownloadLog(TEMPLATE, say=self.said.append)
 
     def test_lines_that_tell_of_the_file(self) -> None:
@@ -68,7 +68,7 @@ class ReportTest(unittest.TestCase):
             return pipe.read().decode("utf-8", "surrogateescape")
 
     def test_complaints(self) -> None:
-        rows: List[Tuple[List[str], List[str], bool, str]] = [
+        rows: list[tuple[list[str], list[str], bool, str]] = [
             ([], [], False, ""),
             (["w1", "w2", "w1"], [], False, "WARNING: w1\nWARNING: w2\n"),
             # A broken entry does not spoil the page.

@@ -9,7 +9,7 @@ import pathlib
 import subprocess
 import sys
 import unittest
-from typing import Any, Dict, List, Set
+from typing import Any
 
 from noxfront import options
 
@@ -33,7 +33,7 @@ arity = {name: parser.get_option(name).takes_value() for name in names if parser
 json.dump({"outcomes": [outcome(line) for line in json.load(sys.stdin)], "arity": arity}, sys.stdout)
 """
 # A line for each option; those that need others stand with them.
-LINES: List[str] = [
+LINES: list[str] = [
     "--proxy http://127.0.0.1:1", "--geo-verification-proxy http://127.0.0.1:1", "--xff DE", "--geo-bypass",
     "--no-geo-bypass", "--geo-bypass-country DE", "--geo-bypass-ip-block 127.0.0.0/8", "--socket-timeout 5",
     "--source-address 127.0.0.1", "--impersonate chrome", "--force-ipv4", "--force-ipv6", "--cookies /x",
@@ -49,17 +49,17 @@ LINES: List[str] = [
     "--js-runtimes node:/x", "--no-js-runtimes", "--remote-components ejs:npm", "--no-remote-components", "-4", "-6",
 ]
 # Newer than some tools that work otherwise.
-MAY_BE_UNKNOWN: Set[str] = {
+MAY_BE_UNKNOWN: set[str] = {
     "--xff", "--impersonate", "--js-runtimes", "--no-js-runtimes", "--remote-components", "--no-remote-components",
 }
 
 
 class OptionsTest(unittest.TestCase):
-    def outcomes(self, package: str) -> Dict[str, Any]:
+    def outcomes(self, package: str) -> dict[str, Any]:
         environment = {**os.environ, "PYTHONPATH": ":".join(filter(None, [str(FRONT), package]))}
         run = subprocess.run([sys.executable, "-c", PROGRAM], input=json.dumps(LINES), capture_output=True, text=True,
                              timeout=120, env=environment, check=True)
-        found: Dict[str, Any] = json.loads(run.stdout)
+        found: dict[str, Any] = json.loads(run.stdout)
         return found
 
     def test_each_is_tried(self) -> None:
@@ -76,7 +76,7 @@ class OptionsTest(unittest.TestCase):
                         self.assertEqual(outcome, "")
 
     def test_whether_they_have_values(self) -> None:
-        known: Set[str] = set()
+        known: set[str] = set()
         for package in PACKAGES:
             arity = self.outcomes(package)["arity"]
             known |= set(arity)

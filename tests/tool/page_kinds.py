@@ -11,7 +11,7 @@ import pathlib
 import subprocess
 import sys
 import tempfile
-from typing import Callable, Dict, List, NamedTuple, Optional
+from typing import Callable, NamedTuple, Optional
 
 import host_bench
 import page_media
@@ -26,24 +26,24 @@ class Kind(NamedTuple):
     address: str
     expected: str
     requests: str = "1 0"  # for the page and for manifests
-    prepare: Optional[Callable[["Bench"], Dict[str, str]]] = None  # returns what to change in the environment
+    prepare: Optional[Callable[["Bench"], dict[str, str]]] = None  # returns what to change in the environment
 
 
-def user_configuration(bench: "Bench") -> Dict[str, str]:
+def user_configuration(bench: "Bench") -> dict[str, str]:
     folder = bench.folder / "config"
     (folder / "yt-dlp").mkdir(parents=True, exist_ok=True)
     (folder / "yt-dlp" / "config").write_text("--quiet\n-x\n-o /nowhere/%(title)s\n--remux-video mkv\n")
     return {"XDG_CONFIG_HOME": str(folder)}
 
 
-def open_cache(bench: "Bench") -> Dict[str, str]:
+def open_cache(bench: "Bench") -> dict[str, str]:
     pages = bench.folder / "open" / "noxwebmedia" / "pycache" / "nox-pages"
     pages.mkdir(parents=True, exist_ok=True)
     pages.chmod(0o777)
     return {"XDG_CACHE_HOME": str(bench.folder / "open")}
 
 
-def no_other_ffmpeg(_: "Bench") -> Dict[str, str]:
+def no_other_ffmpeg(_: "Bench") -> dict[str, str]:
     return {"PATH": "/nowhere"}
 
 
@@ -73,7 +73,7 @@ def probe(file: pathlib.Path) -> str:
     """Such as "mp4: h264 640x360, aac, 6 s"."""
     words = ["ffprobe", "-v", "error", "-of", "json", "-show_entries",
              "stream=codec_name,codec_type,width,height:format=duration,format_name", str(file)]
-    found = json.loads(subprocess.run(words, capture_output=True, check=True, timeout=host_bench.PATIENCE).stdout)
+    found = json.loads(subprocess.run(words, capture_output=True, check=True, timeout=host_bench.TIMEOUT).stdout)
     texts = []
     for stream in found["streams"]:
         size = f" {stream['width']}x{stream['height']}" if stream["codec_type"] == "video" else ""
@@ -117,9 +117,9 @@ class Bench(HostBench):
             print(text, file=sys.stderr)
         return f"{len(page_server.TITLES) - len(wrong)} of {len(page_server.TITLES)} exact"
 
-    def rows(self) -> List[Row]:
+    def rows(self) -> list[Row]:
         count = len(page_server.TITLES)
-        rows: List[Row] = [(kind.name, kind.expected, functools.partial(self.result, kind)) for kind in KINDS]
+        rows: list[Row] = [(kind.name, kind.expected, functools.partial(self.result, kind)) for kind in KINDS]
         return [*rows, (f"{count} odd titles", f"{count} of {count} exact", self.titles)]
 
 

@@ -4,7 +4,7 @@ import stat
 import tempfile
 import threading
 import unittest
-from typing import Any, Dict, List
+from typing import Any
 
 from noxfront import page_memory
 from noxfront.page_memory import PageMemory
@@ -21,7 +21,7 @@ class PageMemoryTest(unittest.TestCase):
         self.folder = self.cache / page_memory.FOLDER
         self.memory = PageMemory(str(self.cache), ["2023"])
 
-    def files(self) -> List[pathlib.Path]:
+    def files(self) -> list[pathlib.Path]:
         return sorted(self.folder.iterdir()) if self.folder.exists() else []
 
     def test_a_page_is_remembered_for_its_address_and_scope(self) -> None:
@@ -44,7 +44,7 @@ class PageMemoryTest(unittest.TestCase):
         self.assertEqual([stat.S_IMODE(file.stat().st_mode) for file in self.files()], [0o600])
 
     def test_live_pages_are_not_remembered(self) -> None:
-        rows: List[Dict[str, Any]] = [{"is_live": True}]
+        rows: list[dict[str, Any]] = [{"is_live": True}]
         rows += [{"live_status": status} for status in ("is_live", "is_upcoming", "post_live")]
         for live in rows:
             self.memory.remember(URL, PAGE)

@@ -18,7 +18,7 @@ import subprocess
 import sys
 import tempfile
 import time
-from typing import Callable, Dict, List, NamedTuple
+from typing import Callable, NamedTuple
 
 import host_bench
 from host_bench import HostBench
@@ -56,7 +56,7 @@ class Bench(HostBench):
         words = [word for package in self._options.package[:count] for word in ("--package", package)]
         subprocess.run([host_bench.SCRIPTS / "stage-programs.sh", self.host, *words], check=True)
 
-    def environment(self, has_runtimes: bool) -> Dict[str, str]:
+    def environment(self, has_runtimes: bool) -> dict[str, str]:
         path = "/usr/bin:/bin"
         return {"PYTHONPATH": str(PLUGIN), "PATH": f"{self._options.runtimes}:{path}" if has_runtimes else path}
 
@@ -80,10 +80,10 @@ class Bench(HostBench):
             if not self.wait_for(lambda: is_running(marker)):
                 return "not started"
             host.send_signal(signal.SIGINT)
-            host.wait(host_bench.PATIENCE)
+            host.wait(host_bench.TIMEOUT)
         return f"exit code {host.returncode}, " + ("gone" if self.wait_for(lambda: not is_running(marker)) else "left")
 
-    def own_environment(self) -> Dict[str, str]:
+    def own_environment(self) -> dict[str, str]:
         names = ("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME")
         return {**{name: str(self.folder / name) for name in names}, "HOME": str(self.folder)}
 
@@ -113,7 +113,7 @@ def main() -> int:
     parser.add_argument("--runtimes", type=pathlib.Path, required=True)
     with tempfile.TemporaryDirectory() as scratch:
         bench = Bench(pathlib.Path(scratch), parser.parse_args())
-        results: List[List[str]] = [[row.name, row.title, bench.title(row)] for row in ROWS]
+        results: list[list[str]] = [[row.name, row.title, bench.title(row)] for row in ROWS]
         results.append(["a runtime that hangs, interrupted", "exit code 130, gone", bench.hanging_runtime()])
     print("| Runtime | Has to be | Is |\n|---|---|---|")
     for result in results:

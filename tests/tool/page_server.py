@@ -7,10 +7,10 @@ import pathlib
 import re
 import threading
 import time
-from typing import Counter, Dict, List, Tuple
+from typing import Counter
 
 # Titles that must come out as they are: each has broken something at some time.
-TITLES: List[str] = [
+TITLES: list[str] = [
     "Plain", "Caf\u00e9 \u2013 na\u00efve", "\u65e5\u672c\u8a9e", "\u0627\u0644\u0639\u0631\u0628\u064a\u0629",
     "Smile \U0001f600 and flag \U0001f1e9\U0001f1ea", "Family \U0001f468\u200d\U0001f469\u200d\U0001f467",
     "a/b\\c", "C:\\users\\new", "\\u0022 is an escape", "\\\\u0041 twice", "\\", "ends with \\",
@@ -29,7 +29,7 @@ def video(source: str, kind: str = "video/mp4") -> str:
 
 
 HLS, DASH = "application/x-mpegURL", "application/dash+xml"
-BODIES: Dict[str, str] = {
+BODIES: dict[str, str] = {
     "progressive": video("clip.mp4"),
     "dash-whole": video("dash-whole/manifest.mpd", DASH),
     "dash-segments": video("dash/manifest.mpd", DASH),
@@ -138,7 +138,7 @@ class PageServer(http.server.ThreadingHTTPServer):
             self._readings += 1
             return self._readings
 
-    def take_counts(self) -> Tuple[int, int]:
+    def take_counts(self) -> tuple[int, int]:
         """How often pages and manifests have been asked for since the last call."""
         with self._lock:
             counts, self._counts = self._counts, collections.Counter()

@@ -11,12 +11,12 @@ import pathlib
 import re
 import sys
 import tempfile
-from typing import Any, Dict, List, Tuple
+from typing import Any
 
 import host_bench
 from host_bench import HostBench, Row
 
-Record = Dict[str, Any]
+Record = dict[str, Any]
 PLUGIN = pathlib.Path(__file__).resolve().parent / "plugin"
 HEIGHTS = (144, 240, 360, 480, 720, 1080, 1440, 2160)
 
@@ -39,7 +39,7 @@ def sound(code: str, ext: str, codec: Any, rate: Any, **more: Any) -> Record:
     return stream(code, ext, "none", codec, abr=rate, format_note="DASH audio", **more)
 
 
-def storyboards() -> List[Record]:
+def storyboards() -> list[Record]:
     return [stream(f"sb{number}", "mhtml", "none", "none", 90, format_note="storyboard", protocol="mhtml")
             for number in range(4)]
 
@@ -75,7 +75,7 @@ NULLS = [{**stream("http-500", "mp4", None, None), "height": None, "width": None
           "tbr": None}, {**stream("http-900", "mp4", None, None, 480), "resolution": None}]
 
 # The name, the page's record, and what has to come out: what is chosen, how many streams are offered, the duration.
-SHAPES: List[Tuple[str, Record, str]] = [
+SHAPES: list[tuple[str, Record, str]] = [
     ("40 streams with storyboards", {"formats": FORTY, "duration": 212}, "mp4-1080-60+140 of 28, 212 s"),
     ("4K in WebM and AV1 only", {"formats": [*SOUNDS, MUXED, *WEBM, picture("av1", "mp4", AV1, 2160)]},
      "18 of 14, 0 s"),
@@ -113,9 +113,9 @@ class Bench(HostBench):
         chosen = "+".join(filter(None, (found["choice"].get("format"), found["choice"].get("audio"))))
         return f"{chosen} of {len(found['streams'])}, {found['duration']} s"
 
-    def rows(self) -> List[Row]:
+    def rows(self) -> list[Row]:
         records = {}
-        rows: List[Row] = []
+        rows: list[Row] = []
         for name, record, expected in SHAPES:
             identifier = address(name).rpartition("/")[2]
             records[identifier] = {"id": identifier, "title": name, **record}

@@ -18,7 +18,7 @@ import tempfile
 import time
 import unittest
 import unittest.mock
-from typing import Any, Callable, Dict, List, NamedTuple, Tuple
+from typing import Any, Callable, NamedTuple
 
 from download_test import CHILD, FRONT
 from noxfront import parts
@@ -47,7 +47,7 @@ class Site(StoppableServer):
         self.has_etag, self.has_ranges = has_etag, has_ranges
         self.version = "a"
         self.is_held = True  # nothing behind the first segments
-        self.requests: List[Request] = []
+        self.requests: list[Request] = []
         self.begin()
 
     def data(self) -> bytes:
@@ -128,7 +128,7 @@ class PartsTest(unittest.TestCase):
         base = f"http://127.0.0.1:{site.server_address[1]}/"
         self.token = str(time.monotonic_ns())
         query = f"?{self.token}"
-        streams: Dict[str, Dict[str, Any]] = {
+        streams: dict[str, dict[str, Any]] = {
             "file": {"url": f"{base}file{query}", "protocol": "http"},
             "dash": {"url": base, "protocol": "http_dash_segments",
                      "fragments": [{"url": f"{base}{number}.ts{query}"} for number in range(COUNT)]},
@@ -157,7 +157,7 @@ class PartsTest(unittest.TestCase):
         self.assertNotIn(str(self.parts), output + errors)
         return str(output)
 
-    def run_whole(self, site: Site, kind: str) -> Tuple[List[Request], str]:
+    def run_whole(self, site: Site, kind: str) -> tuple[list[Request], str]:
         """A run that completes the file, which is checked and removed: its requests for data, and what it prints."""
         site.is_held = False
         output = self.finish(self.begin(site, kind))
@@ -196,7 +196,7 @@ class PartsTest(unittest.TestCase):
         self.finish(child, 1)
         return self.site(has_etag=site.has_etag, has_ranges=site.has_ranges, port=site.server_address[1])
 
-    def assert_rest(self, kind: str, requests: List[Request], size: int) -> None:
+    def assert_rest(self, kind: str, requests: list[Request], size: int) -> None:
         """That no more than the rest was asked for.
 
         :param size: of the part that was there
@@ -240,7 +240,7 @@ class PartsTest(unittest.TestCase):
         os.truncate(part, part.stat().st_size + change)
 
     def test_what_is_there_counts_only_where_it_is_of_this_stream(self) -> None:
-        rows: List[Tuple[str, bool, Callable[[Site], None], int]] = [
+        rows: list[tuple[str, bool, Callable[[Site], None], int]] = [
             # kind, whether there are validators, what happens between the runs, bytes that need not be fetched again
             *((kind, False, lambda site: None, HELD) for kind in ("file", "hls")),
             *((kind, True, lambda site: setattr(site, "version", "b"), 0) for kind in ("file", "dash")),

@@ -1,6 +1,6 @@
 import re
 import unittest
-from typing import Any, Dict, List
+from typing import Any
 
 from noxfront import progress
 
@@ -8,7 +8,7 @@ from noxfront import progress
 PATTERN = re.compile(r"\[download\]\s*(\d+(\.\d+)?)%\s*of\s*((\d+(\.\d+)?)\w*)\s*at\s*([^\s\n\r]*/s)\s*ETA")
 
 
-def status(**members: Any) -> Dict[str, Any]:
+def status(**members: Any) -> dict[str, Any]:
     return {"status": "downloading", **members}
 
 
@@ -46,7 +46,7 @@ class LineTest(unittest.TestCase):
 
 class ReporterTest(unittest.TestCase):
     def test_few_lines_and_always_the_last(self) -> None:
-        said: List[str] = []
+        said: list[str] = []
         now = 0.0
         report = progress.Reporter(said.append, lambda: now)
         for step in range(1001):
@@ -58,12 +58,12 @@ class ReporterTest(unittest.TestCase):
         self.assertIn("100.000%", said[-1])
 
     def test_failures_are_no_progress(self) -> None:
-        said: List[str] = []
+        said: list[str] = []
         progress.Reporter(said.append)({"status": "error", "total_bytes": 1000})
         self.assertEqual(said, [])
 
     def test_nothing_said_falls(self) -> None:
-        said: List[str] = []
+        said: list[str] = []
         now = iter(range(100))
         report = progress.Reporter(said.append, lambda: float(next(now)))
         for done, estimate in ((10, 100), (8, 100), (20, 400), (60, 400), (50, 1000), (300, 310), (305, 600)):

@@ -6,13 +6,13 @@ import subprocess
 import tempfile
 import unittest
 import zipfile
-from typing import Dict, List
+
 
 SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
 MAIN = "def main(words):\n    print('2099.01.01')\n"
 
 
-def make_wheel(folder: pathlib.Path, name: str, kind: str, files: Dict[str, str], *needed: str) -> None:
+def make_wheel(folder: pathlib.Path, name: str, kind: str, files: dict[str, str], *needed: str) -> None:
     information = f"{name}-1.0.dist-info"
     requirements = "".join(f"Requires-Dist: {other}; extra == 'default'\n" for other in needed)
     with zipfile.ZipFile(folder / f"{name}-1.0-{kind}.whl", "w") as wheel:
@@ -34,7 +34,7 @@ class RenewTest(unittest.TestCase):
         self.folder.mkdir(parents=True)
         self.archive = self.folder / "yt.zip"
 
-    def make_packages(self) -> List[pathlib.Path]:
+    def make_packages(self) -> list[pathlib.Path]:
         """Folders of the tool's package and of one that it uses."""
         for name, text in (("yt_dlp", MAIN), ("yt_dlp_ejs", "")):
             package = self.scratch / f"{name}-sources" / name
@@ -47,7 +47,7 @@ class RenewTest(unittest.TestCase):
         return subprocess.run([script, *words], capture_output=True, text=True, timeout=120,
                               env={**os.environ, "XDG_DATA_HOME": str(self.folder.parent), **changes})
 
-    def names(self) -> List[str]:
+    def names(self) -> list[str]:
         with zipfile.ZipFile(self.archive) as archive:
             return archive.namelist()
 

@@ -15,7 +15,7 @@ import subprocess
 import sys
 import tempfile
 import time
-from typing import Callable, List, NamedTuple
+from typing import Callable, NamedTuple
 
 import host_bench
 import page_media
@@ -67,7 +67,7 @@ class Bench(HostBench):
         words = [str(self.host / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
                  str(self.host / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
                  "--merge-output-format", "mp4", "-o", "clip.%(ext)s", self.server.address + page.address]
-        subprocess.run(words, check=True, cwd=self.work, timeout=host_bench.PATIENCE)
+        subprocess.run(words, check=True, cwd=self.work, timeout=host_bench.TIMEOUT)
 
     def seconds(self, work: Callable[[Page], None], page: Page) -> float:
         self.empty_work()
@@ -83,8 +83,8 @@ class Bench(HostBench):
 def measure(bench: Bench, page: Page, version: str, pairs: int) -> bool:
     """Whether the bar holds."""
     bench.server.delay = page.delay
-    host: List[float] = []
-    tool: List[float] = []
+    host: list[float] = []
+    tool: list[float] = []
     for pair in range(-1, pairs):  # the first pair fills the caches
         order = [(host, bench.run_host), (tool, bench.run_tool)]
         for times, work in reversed(order) if pair % 2 else order:

@@ -2,7 +2,6 @@
 
 import http.server
 import threading
-from typing import Type
 
 
 class StoppableServer(http.server.ThreadingHTTPServer):
@@ -11,7 +10,7 @@ class StoppableServer(http.server.ThreadingHTTPServer):
     daemon_threads = True
     allow_reuse_address = True
 
-    def __init__(self, handler: Type[http.server.BaseHTTPRequestHandler], port: int = 0) -> None:
+    def __init__(self, handler: type[http.server.BaseHTTPRequestHandler], port: int = 0) -> None:
         super().__init__(("127.0.0.1", port), handler)
         self.is_stopped = threading.Event()
 

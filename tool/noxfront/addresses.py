@@ -1,15 +1,15 @@
-"""Which sites' patterns an address cannot match, without compiling them.
+"""Finds out which patterns an address cannot match, without compiling the patterns.
 
-The tool asks its extractors one after the other whether an address is theirs. For a page that none of them knows it
-compiles 1,900 patterns, which takes half of the time of a reading. Nearly all of them hold a text, such as the site's
-name, that an address must have; these texts are kept in a file.
+The tool tries the patterns of its extractors one after the other. For a page of an unknown site it compiles 1,900
+patterns, which takes half of the time to read the page. Nearly all patterns contain a fixed text, such as the name of
+the site, that a matching address must contain. These texts are cached in a file.
 """
 
 from __future__ import annotations
 
 import contextlib
 import json
-from typing import Any, Dict, Iterator, List, Optional
+from typing import Any, Iterator, Optional
 
 from yt_dlp.extractor.common import InfoExtractor
 
@@ -19,7 +19,7 @@ from .private_folder import PrivateFolder
 try:
     from re import _constants as codes, _parser as parser  # type: ignore[attr-defined]
 except ImportError:
-    parser = None  # then all patterns are compiled
+    parser = None  # then the table is not used
 
 FOLDER = "nox-addresses"
 FILE = "needed.json"
@@ -27,14 +27,14 @@ SIZE_LIMIT = 4 << 20
 _SHORTEST = 4
 _COMMON_TEXTS = frozenset("http https http:// https:// www. .com .com/ /video video videos".split())
 
-Texts = List[str]
+Texts = list[str]
 
 
 def needed(pattern: str) -> Texts:
-    """Texts of which each address that matches has at least one, in lower case; none where that is not known."""
+    """Texts in lower case; a matching address contains at least one of them. Empty if none are known."""
     try:
         return _needed(parser.parse(pattern))
-    except Exception:  # the parser is the interpreter's own; without it the pattern is compiled as before
+    except Exception:  # the parser is private to the interpreter; without it the pattern is compiled
         return []
 
 
@@ -59,18 +59,18 @@ def _needed(sequence: Any) -> Texts:
 
 
 def _better(one: Texts, other: Texts) -> Texts:
-    """The one whose shortest text is longer, as it is found in fewer addresses."""
+    """The set whose shortest text is longer, since fewer addresses contain it."""
     if not other or any(len(text) < _SHORTEST or text in _COMMON_TEXTS for text in other):
         return one
     return other if not one or min(map(len, other)) > min(map(len, one)) else one
 
 
 class AddressTable:
-    """Never fails: a table that cannot be read is empty, one that cannot be written is not kept."""
+    """The cached texts. Never fails: a file that cannot be read counts as empty; an error in writing is ignored."""
 
     def __init__(self, cache: Optional[str]) -> None:
         self._folder = PrivateFolder(cache, FOLDER)
-        self._texts: Dict[str, Texts] = {}
+        self._texts: dict[str, Texts] = {}
         self._has_grown = False
         with contextlib.suppress(OSError, ValueError, RecursionError), self._folder.opened(create=False) as folder:
             kept = json.loads(private_folder.read(folder, FILE, SIZE_LIMIT)[1])
@@ -98,17 +98,17 @@ class AddressTable:
             return
         with contextlib.suppress(OSError, ValueError), self._folder.opened(create=True) as folder:
             data = json.dumps(self._texts).encode()
-            # Patterns of other versions of the tool add up; then it is begun anew.
+            # Patterns of other versions of the tool accumulate, so the table is sometimes cleared.
             private_folder.write(folder, FILE, data if len(data) <= SIZE_LIMIT else b"{}")
 
 
 @contextlib.contextmanager
 def shortcut(cache: Optional[str]) -> Iterator[None]:
-    """For the time of the context, the tool's extractors ask the table before they compile their patterns."""
+    """Within this context, the tool's extractors ask the table before they compile their patterns."""
     if parser is None:
         yield
         return
-    kinds: List[Any] = [InfoExtractor]
+    kinds: list[Any] = [InfoExtractor]
     with contextlib.suppress(ImportError):
         from yt_dlp.extractor.lazy_extractors import LazyLoadExtractor
         kinds.append(LazyLoadExtractor)

@@ -1,4 +1,4 @@
-"""The tool's sentences, as far as they are of use to somebody who does not see the tool's command line."""
+"""Adapts the tool's messages for users who do not use the tool's command line."""
 
 from __future__ import annotations
 
@@ -7,17 +7,17 @@ import re
 
 from . import configuration, options
 
-# Said at each page, or of what nobody but the tool's developers can act on.
+# Printed for each page, or useful to developers of the tool only.
 _NOISE = re.compile(
     r"generic information extractor|older than \d+ days|^Deprecated Feature|unable to obtain file audio codec"
     r"|have asked for UNPLAYABLE|Could not determine .* terminal", re.IGNORECASE)
-# Sentences that tell how to call the tool, or whom to write to.
+# Sentences about the tool's command line and about bug reports.
 _NOT_HERE = re.compile(
     r"report this issue|latest version|how to update|(^|\s)-[Uv]\b|\bREADME\b|FAQ#how-do-i-pass"
     r"|yt-dlp \"ytsearch|warnings presented before", re.IGNORECASE)
 _SENTENCE_END = re.compile(r"(?<=[.;!?])\s+")
 _OPTION = re.compile(r"(?<![\w-])--[a-z][a-z0-9-]+")
-# What the tool says where a page asks for a program that runs its script, and none is found.
+# The tool's warning if a page needs a script runtime and none is found.
 _RUNTIME_MISSING = re.compile(r"No supported JavaScript runtime could be found", re.IGNORECASE)
 
 
@@ -36,7 +36,7 @@ def missing_runtime() -> str:
 
 
 def adapted(message: str) -> str:
-    """Without the sentences that are of no use here, and with the place where options are set; maybe empty."""
+    """The message without useless sentences, and with the place where options are set; may be empty."""
     if tells_missing_runtime(message):
         return re.sub(r"No supported JavaScript runtime could be found.*", lambda _: missing_runtime(), message,
                       flags=re.IGNORECASE | re.DOTALL)

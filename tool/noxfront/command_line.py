@@ -1,4 +1,4 @@
-"""The command lines by which the library and the jobs drive the tool."""
+"""The command lines of the library and the jobs."""
 
 from __future__ import annotations
 
@@ -12,7 +12,7 @@ class Describe(NamedTuple):
     """--dump-json [--no-check-certificate] URL"""
 
     url: str
-    tool_options: list[str]  # what the tool is to get as it is
+    tool_options: list[str]  # passed to the tool unchanged
 
 
 class Download(NamedTuple):
@@ -38,7 +38,7 @@ _RANGE = re.compile(r"([1-9][0-9]{0,8}):([1-9][0-9]{0,8})")
 
 
 def parse(words: Sequence[str]) -> Optional[Command]:
-    """The command that the words are; None when they are none of the library's."""
+    """The command in these arguments; None if they have another form."""
     if words[:1] == ["--flat-playlist"]:
         return _parse_list(words)
     place = 1 if words[:1] == ["--dump-json"] else 2

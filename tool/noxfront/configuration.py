@@ -1,7 +1,7 @@
 """The user's settings for the tool: $XDG_CONFIG_HOME/noxwebmedia/tool.conf.
 
-One option on a line or several, as on the tool's command line, quoted as in a shell; "#" begins a comment. Which
-options are taken stands in the module options.
+Each line contains one or more options, as on the tool's command line, quoted as in a shell; "#" begins a comment. The
+module "options" has the list of the allowed ones.
 """
 
 from __future__ import annotations
@@ -10,7 +10,7 @@ import os
 import pathlib
 import shlex
 import stat
-from typing import Dict, Iterator, List, Mapping, NamedTuple, Tuple
+from typing import Iterator, Mapping, NamedTuple
 
 from . import options as table
 
@@ -18,16 +18,16 @@ SIZE_LIMIT = 64 << 10
 
 
 class ConfigurationError(Exception):
-    """The file holds something that is not taken; the text is for the user."""
+    """The file contains something that is not allowed; the text is for the user."""
 
 
 class Configuration(NamedTuple):
-    options: List[str]
-    warnings: Tuple[str, ...] = ()
+    options: list[str]
+    warnings: tuple[str, ...] = ()
 
 
 def path(environment: Mapping[str, str]) -> pathlib.Path:
-    """Where the user's file is, whether or not there is one."""
+    """The path of the user's file, which need not exist."""
     folder = environment.get("XDG_CONFIG_HOME", "")
     if not os.path.isabs(folder):
         home = os.path.expanduser("~")
@@ -36,12 +36,12 @@ def path(environment: Mapping[str, str]) -> pathlib.Path:
 
 
 def load(file: pathlib.Path) -> Configuration:
-    """The options in the file; none, with a warning, where others than the user may have written them.
+    """The options in the file. If anybody else could have written them: none, and a warning.
 
-    :raises ConfigurationError: for all that is wrong with the file; the message names the file and the line
+    :raises ConfigurationError: for every error in the file; the message names the file and the line
     """
     try:
-        # Not waiting: a pipe in the file's place would hold up the tool for ever.
+        # Non-blocking: if the file is a named pipe, open() would block for ever.
         with open(file, "rb", opener=lambda name, flags: os.open(name, flags | os.O_NONBLOCK)) as source:
             status = os.fstat(source.fileno())
             if not stat.S_ISREG(status.st_mode):
@@ -64,11 +64,11 @@ def load(file: pathlib.Path) -> Configuration:
 
 
 def parse(text: str) -> Configuration:
-    """The options for the tool, each with its value in one word, so that none is read as another option."""
+    """The options for the tool, each joined with its value, so that no value is read as an option."""
     return _Parser(text).result()
 
 
-def _demand_files(options: List[str]) -> None:
+def _demand_files(options: list[str]) -> None:
     for option in options:
         name, _, value = option.partition("=")
         if name not in table.FILES:
@@ -87,10 +87,10 @@ def _demand_files(options: List[str]) -> None:
 class _Parser:
     def __init__(self, text: str) -> None:
         self._text = text
-        self._options: List[str] = []
-        self._first_lines: Dict[str, int] = {}
-        self._ignored: List[str] = []
-        self._warnings: List[str] = []
+        self._options: list[str] = []
+        self._first_lines: dict[str, int] = {}
+        self._ignored: list[str] = []
+        self._warnings: list[str] = []
 
     def result(self) -> Configuration:
         words = self._words()
@@ -102,8 +102,8 @@ class _Parser:
             self._warnings.append(f"without meaning here, and ignored: {names}")
         return Configuration(self._options, tuple(self._warnings))
 
-    def _words(self) -> Iterator[Tuple[int, str]]:
-        """With the numbers of their lines."""
+    def _words(self) -> Iterator[tuple[int, str]]:
+        """The words with their line numbers."""
         for line, text in enumerate(self._text.split("\n"), 1):
             if not text.isprintable():
                 _check_characters(line, text)
@@ -114,7 +114,7 @@ class _Parser:
             for word in words:
                 yield line, word
 
-    def _take(self, line: int, word: str, rest: Iterator[Tuple[int, str]]) -> None:
+    def _take(self, line: int, word: str, rest: Iterator[tuple[int, str]]) -> None:
         name, has_sign, value = word.partition("=")
         has_value = bool(has_sign)
         short = word[:2]

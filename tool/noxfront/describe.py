@@ -1,4 +1,4 @@
-"""--dump-json: a page is read, described and remembered."""
+"""--dump-json: reads a page, prints its description and stores its record."""
 
 from __future__ import annotations
 
@@ -11,9 +11,9 @@ from .page_memory import PageMemory
 
 
 def run(command: Describe, options: list[str], memory: PageMemory, log: messages.Collector) -> int:
-    """The exit code. A description is printed in one piece, and nothing else; complaints go out before it."""
+    """Returns the exit code. Prints warnings first, then the description in one piece and nothing else."""
     address, item = entries.split(command.url)
-    stray = io.StringIO()  # what others print there would be taken for a failure
+    stray = io.StringIO()  # the library takes other output there for an error
     with contextlib.redirect_stderr(stray):
         params = tool.settings([*options, *command.tool_options], logger=log)
         with tool.PageReader(params, auto_init="no_verbose_header") as reader:

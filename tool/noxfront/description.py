@@ -1,4 +1,4 @@
-"""The description of a page: of all that the tool knows, the members that the library reads."""
+"""The description of a page: those of the tool's members that the library reads."""
 
 from __future__ import annotations
 
@@ -14,7 +14,7 @@ _STREAM_NUMBERS = ("width", "height")
 
 
 def of_page(page: Info) -> Info:
-    """The description of a page's record. Members that are missing or make no sense are left out."""
+    """The description of a page's record. Missing and invalid members are left out."""
     document = _texts(page, ("title", "thumbnail", "description"))
     duration = whole(page.get("duration")) or _length_of_segments(page)
     if duration is not None:
@@ -24,7 +24,7 @@ def of_page(page: Info) -> Info:
 
 
 def _length_of_segments(page: Info) -> Optional[int]:
-    """The longest of the page's streams, for sites whose duration the tool does not find."""
+    """The longest duration among the streams, for sites whose duration the tool does not find."""
     if streams.is_live(page):
         return None
     return whole(max((_play_time(stream) for stream in streams.of_page(page)), default=0))
@@ -64,6 +64,6 @@ def _number(value: Any) -> Optional[float]:
 
 
 def whole(value: Any) -> Optional[int]:
-    """To the nearest whole number, but never zero, which means unknown."""
+    """Rounds to a whole number, but never to zero, which means unknown."""
     number = _number(value)
     return None if number is None else min(max(int(number + 0.5), 1), _INT_LIMIT - 1)

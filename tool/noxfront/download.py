@@ -1,4 +1,4 @@
-"""-f CODE -o TEMPLATE: one stream of a page is fetched into a file."""
+"""-f CODE -o TEMPLATE: downloads one stream of a page into a file."""
 
 from __future__ import annotations
 
@@ -17,7 +17,7 @@ from .page_memory import PageMemory
 from .progress import Reporter
 from .streams import Info
 
-# Failures of this machine's, which another reading of the page does not mend.
+# Errors of this machine; reading the page again does not help.
 _LOCAL_FAILURES = {
     errno.EACCES, errno.EDQUOT, errno.EFBIG, errno.EIO, errno.EISDIR, errno.EMFILE, errno.ENAMETOOLONG, errno.ENFILE,
     errno.ENOENT, errno.ENOMEM, errno.ENOSPC, errno.ENOTDIR, errno.EPERM, errno.EROFS,
@@ -25,11 +25,11 @@ _LOCAL_FAILURES = {
 
 
 class Failure(Exception):
-    """A stream could not be fetched; the log has been told why."""
+    """A stream could not be downloaded; the reason has been logged."""
 
     def __init__(self, cause: Optional[BaseException], is_stale: bool = False) -> None:
         """
-        :param is_stale: whether the server does not give the stream under this address, so that a new one may help
+        :param is_stale: whether the address of the stream may have expired, so that reading the page again may help
         """
         super().__init__()
         causes = list(failures.causes(cause))
@@ -43,7 +43,7 @@ class Failure(Exception):
 
 
 def run(command: Download, options: list[str], memory: PageMemory, log: messages.DownloadLog) -> int:
-    """Reads the page and fetches the stream; the exit code."""
+    """Reads the page and downloads the stream. Returns the exit code."""
     job = _Job(command, options, log)
     try:
         job.fetch_anew(memory)
@@ -55,7 +55,7 @@ def run(command: Download, options: list[str], memory: PageMemory, log: messages
 
 
 def run_remembered(command: Download, options: list[str], page: Info, log: messages.DownloadLog) -> Optional[int]:
-    """Fetches the stream by a record of the page; the exit code, or None where the page should be read anew."""
+    """Downloads the stream by a stored record of the page. Returns the exit code, or None to read the page again."""
     job = _Job(command, options, log)
     try:
         job.fetch_remembered(page)
@@ -81,7 +81,7 @@ class _Job:
         if any(retries.has_expired(address, time.time()) for address in addresses):
             raise Failure(None, is_stale=True)
         params = self._settings()
-        # Loading all that the tool knows about pages takes most of its start.
+        # Loading the extractors takes most of the tool's start-up time.
         with tool.Tool(params, auto_init=False) as plain_tool:
             policy = self._prepare(plain_tool, page)
             policy.can_read_anew = True
@@ -101,12 +101,12 @@ class _Job:
                 raise Failure(None)
             memory.remember(self._command.url, page)  # for the other stream
             self._log.report(has_failed=False)
-            reader._download_retcode = 0  # of entries that could not be described
+            reader._download_retcode = 0  # ignores failures of other entries
             self._prepare(reader, page)
             self._fetch(reader, page)
 
     def remove_leftovers(self) -> None:
-        """Removes what the tool keeps to go on with another time, which under these names never comes. Parts stay."""
+        """Removes the tool's partial files, which no later run would find. The folder for parts is not touched."""
         for file in dict.fromkeys(self._log.files):
             root, extension = os.path.splitext(file)
             parts = glob.glob(glob.escape(file) + ".part*")
@@ -118,14 +118,14 @@ class _Job:
         return tool.settings(
             self._options,
             logger=self._log,
-            ignoreerrors=False,  # each is raised, so that its cause is known
+            ignoreerrors=False,  # so that exceptions show the cause
             progress_hooks=[Reporter(self._log.say)],
-            # A stream may get another name at last, for example when the tool has joined two.
+            # The final name may differ, for example if the tool has joined two streams.
             post_hooks=[self._log.announce],
         )
 
     def _prepare(self, plain_tool: Any, page: Info) -> retries.RetryPolicy:
-        """Makes the tool fetch as we want it: waiting for servers, and several segments at once."""
+        """Changes how the tool downloads: it waits for servers, and downloads several segments at once."""
         policy = retries.RetryPolicy(plain_tool.params, self._options, self._log.notice)
         retries.install(policy, plain_tool)
         folder = parts.folder_beside(self._command.template)
@@ -138,7 +138,7 @@ class _Job:
         plain_tool.format_selector = tool.selector(plain_tool, self._command.code)
         try:
             plain_tool.process_ie_result(page, download=True)
-        except yt_dlp.utils.DownloadError as error:  # has been logged
+        except yt_dlp.utils.DownloadError as error:  # already logged
             raise Failure(error) from error
         except (yt_dlp.utils.YoutubeDLError, SyntaxError) as error:
             self._log.error(str(error))

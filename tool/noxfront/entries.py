@@ -1,6 +1,6 @@
-"""Pages with several videos: their entries, and the address by which each is named.
+"""Pages with several videos: their entries, and the address of each.
 
-An entry that has no address of its own is named by the page's, with a fragment that stays here: "#nox-item=3".
+An entry without its own address gets that of the page with a fragment, "#nox-item=3". It is never sent to a server.
 """
 
 from __future__ import annotations
@@ -8,24 +8,24 @@ from __future__ import annotations
 import contextlib
 import itertools
 import re
-from typing import Any, Iterator, List, Optional, Sequence, Tuple
+from typing import Any, Iterator, Optional, Sequence
 
 from . import description, json_text
 from .streams import Info
 
-KINDS = ("playlist", "multi_video")  # the tool's words for pages with several videos, and for a video in several parts
+KINDS = ("playlist", "multi_video")  # as the tool calls pages with several videos, and a video in several parts
 _MARK = "#nox-item="
 _NUMBER = re.compile(r"[1-9][0-9]{0,8}")
 _ADDRESS_LIMIT, _TITLE_LIMIT = 4096, 500
 
 
-def split(address: str) -> Tuple[str, int]:
-    """The page's address, and the number of the entry that is named, from 1; 0 where it is the page itself."""
+def split(address: str) -> tuple[str, int]:
+    """Splits an address into that of the page and the number of the entry, from 1; 0 is the page itself."""
     page, mark, number = address.rpartition(_MARK)
     return (page, int(number)) if mark and _NUMBER.fullmatch(number) else (address, 0)
 
 
-def plain_words(words: Sequence[str]) -> List[str]:
+def plain_words(words: Sequence[str]) -> list[str]:
     """The command line for a tool that does not know the fragment."""
     address, item = split(words[-1])
     choice = ["--playlist-items", str(item)] if item and "--playlist-items" not in words else []
@@ -33,13 +33,13 @@ def plain_words(words: Sequence[str]) -> List[str]:
 
 
 class Entries:
-    """The entries of one page. Those that the tool has to ask the server for come when they are used, and once."""
+    """The entries of one page. They are requested from the server on demand, and only once."""
 
     def __init__(self, page: Info) -> None:
         self.is_in_parts = page.get("_type") == "multi_video"
         found = page.get("entries")
-        self.all: Any = [] if found is None else found  # as the tool takes them; to test its truth may ask the server
-        self.count: Optional[int] = None  # where it is known
+        self.all: Any = [] if found is None else found  # the tool's list; testing its truth may send a request
+        self.count: Optional[int] = None  # None if unknown
         told = page.get("playlist_count")
         if isinstance(self.all, (list, tuple)):
             self.count = len(self.all)
@@ -48,9 +48,9 @@ class Entries:
         elif isinstance(told, int) and told > 1:
             self.count = told
 
-    def range(self, first: int, last: int) -> Iterator[Tuple[int, Info]]:
-        """Those from the first number to the last, with their numbers."""
-        if hasattr(self.all, "getslice"):  # the tool's lists that come page by page
+    def range(self, first: int, last: int) -> Iterator[tuple[int, Info]]:
+        """The entries from the first number to the last, with their numbers."""
+        if hasattr(self.all, "getslice"):  # the tool's list that loads page by page
             found = self.all.getslice(first - 1, last)
         else:
             found = itertools.islice(iter(self.all), first - 1, last)
@@ -61,14 +61,14 @@ class Entries:
             return len(self.all.getslice(0, 2)) < 2
         rest = iter(self.all)
         begin = list(itertools.islice(rest, 1))
-        with contextlib.suppress(Exception):  # a failure of the second is none of the first
+        with contextlib.suppress(Exception):  # an error in the second entry must not affect the first
             begin += itertools.islice(rest, 1)
         self.all = itertools.chain(begin, rest)
         return len(begin) < 2
 
 
 def line(number: int, entry: Info, page: str) -> Info:
-    """What a list of entries says of one.
+    """The line of one entry in the list.
 
     :param page: the page's address
     """
@@ -84,7 +84,7 @@ def line(number: int, entry: Info, page: str) -> Info:
 
 def _own_address(entry: Info) -> Optional[str]:
     address = _address(entry.get("url")) if entry.get("_type") in ("url", "url_transparent") else None
-    # Some hold what the page says to the tool alone.
+    # Some entries contain data for the tool only.
     return None if address and "#__youtubedl_smuggle" in address else address
 
 

@@ -1,6 +1,6 @@
-"""The tags by which an error tells its cause: "ERROR: [nox:TAG] message".
+"""The tags for the causes of errors: "ERROR: [nox:TAG] message".
 
-One constant stands on a line. Programs that read error output take the list from here, by these lines' form.
+One constant per line. Tests of other programs read the list from this file, so keep the form of the lines.
 """
 
 NETWORK = "network"

@@ -1,6 +1,6 @@
-"""The tag of a failure: from the tool's types of exceptions, from HTTP statuses and from errno.
+"""Finds the tag of a failure: by the tool's exception types, by HTTP statuses and by errno.
 
-For some causes the tool has only a sentence: its own are recognised by the one table here.
+For some causes the tool has only a message. A table in this module recognises these messages.
 """
 
 from __future__ import annotations
@@ -9,11 +9,11 @@ import errno
 import http.client
 import re
 import socket
-from typing import Iterator, List, Mapping, Optional, Tuple
+from typing import Iterator, Mapping, Optional
 
 from . import error_tags as tags
 
-# By the names of exceptions' classes: which of them there are depends on the tool's version.
+# By class names, since not every version of the tool has all of these exceptions.
 _TYPES: Mapping[str, str] = {
     "ConfigurationError": tags.SETTINGS,
     "CookieLoadError": tags.SETTINGS,
@@ -22,7 +22,7 @@ _TYPES: Mapping[str, str] = {
     "UnsupportedError": tags.NOTHING,
     "UserNotLive": tags.NOT_BEGUN,
 }
-# The less certain ones: the errors that the tool wraps in these have told nothing.
+# Less certain ones, used if the wrapped errors do not show the cause.
 _GENERAL_TYPES: Mapping[str, str] = {
     "PostProcessingError": tags.CONVERSION,
     "TransportError": tags.NETWORK,
@@ -48,9 +48,8 @@ _CONNECTION = frozenset({
 })
 _NETWORK_TYPES = (ConnectionError, TimeoutError, socket.timeout, socket.gaierror, http.client.HTTPException)
 
-# The tool's own sentences, in the order in which they are tried. Kept short: what a sentence does not say for certain
-# stays OTHER.
-_SENTENCES: List[Tuple[str, "re.Pattern[str]"]] = [(tag, re.compile(pattern, re.IGNORECASE)) for tag, pattern in (
+# Messages of the tool, in the order in which they are tried. A short list: an uncertain message is OTHER.
+_SENTENCES: list[tuple[str, "re.Pattern[str]"]] = [(tag, re.compile(pattern, re.IGNORECASE)) for tag, pattern in (
     (tags.PROTECTED, r"\bDRM\b"),
     (tags.RUNTIME, r"No supported JavaScript runtime|PhantomJS.* not found"),
     (tags.COUNTRY, r"geo.?restrict|in your (country|region|location)|from your (country|region|location)"),
@@ -75,7 +74,7 @@ _ERRNO_IN_TEXT = re.compile(r"\[Errno (\d+)\]")
 
 
 def causes(error: Optional[BaseException]) -> Iterator[BaseException]:
-    """The error and all those that led to it, the nearest first. The tool keeps some aside."""
+    """The error and its causes, the nearest first. Some are in attributes of the tool's exceptions."""
     waiting = [error]
     seen = set()
     while waiting:
@@ -92,10 +91,10 @@ def causes(error: Optional[BaseException]) -> Iterator[BaseException]:
 
 
 def tag_of(error: Optional[BaseException], message: str) -> str:
-    """The tag for what the tool has reported.
+    """The tag for an error that the tool reports.
 
-    :param error: that which is being handled while the tool reports it, if any
-    :param message: the tool's, whole
+    :param error: the exception that is being handled, if any
+    :param message: the tool's whole message
     """
     chain = list(causes(error))
     status_in_text = _STATUS_IN_TEXT.search(message)
@@ -110,7 +109,7 @@ def tag_of(error: Optional[BaseException], message: str) -> str:
     )
 
 
-def is_of_network(chain: List[BaseException]) -> bool:
+def is_of_network(chain: list[BaseException]) -> bool:
     return any(isinstance(error, _NETWORK_TYPES) or _names(error) & {"TransportError", "URLError", "SSLError"}
                for error in chain)
 
@@ -120,7 +119,7 @@ def _names(error: BaseException) -> "set[str]":
     return names | {f"{type(error).__module__}.{type(error).__name__}"}
 
 
-def _by_types(chain: List[BaseException], table: Mapping[str, str]) -> Optional[str]:
+def _by_types(chain: list[BaseException], table: Mapping[str, str]) -> Optional[str]:
     for error in chain:
         for name in _names(error) & set(table):
             return table[name]
@@ -131,7 +130,7 @@ def _by_sentence(message: str) -> Optional[str]:
     return next((tag for tag, pattern in _SENTENCES if pattern.search(message)), None)
 
 
-def _by_status(chain: List[BaseException], status_in_text: Optional["re.Match[str]"]) -> Optional[str]:
+def _by_status(chain: list[BaseException], status_in_text: Optional["re.Match[str]"]) -> Optional[str]:
     statuses = [int(status_in_text.group(1))] if status_in_text else []
     for error in chain:
         status = getattr(error, "status", None) or getattr(error, "code", None)
@@ -142,11 +141,11 @@ def _by_status(chain: List[BaseException], status_in_text: Optional["re.Match[st
             return _STATUSES[status]
         if status >= 500:
             return tags.NETWORK
-        return tags.OTHER  # refused, for a reason that the server does not tell by a number
+        return tags.OTHER  # refused by the server, without a known status
     return None
 
 
-def _by_errno(chain: List[BaseException], message: str) -> Optional[str]:
+def _by_errno(chain: list[BaseException], message: str) -> Optional[str]:
     numbers = [error.errno for error in chain if isinstance(error, OSError) and error.errno is not None]
     numbers += [int(number) for number in _ERRNO_IN_TEXT.findall(message)]
     if _SPACE & set(numbers):

@@ -1,4 +1,4 @@
-"""Keeps the tool from loading packages before they are needed, or at all: loading is most of a short run."""
+"""Prevents the tool from loading packages that are not needed. Loading takes most of the time of a short run."""
 
 from __future__ import annotations
 
@@ -13,19 +13,19 @@ from typing import Any, Optional, Sequence
 from . import streams
 from .streams import Info
 
-# To write tags into files, which no command of the library asks for. The tool does without where it is missing.
+# Writes tags into files, which the library never requests. The tool works without it.
 _NEVER_NEEDED = ("mutagen",)
-# The tool loads them in any case and uses them for few pages. Its ciphers take 0.1 to 0.3 s.
+# The tool always loads these, but uses them for few pages. Its ciphers take 0.1 to 0.3 s.
 _LATE = "asyncio"
 _CIPHERS = "Cryptodome"
 _CIPHER_PACKAGES = ("Cipher", "Hash", "PublicKey")
-# For pages and streams that are live.
+# Only for live pages and streams.
 _LIVE_PACKAGES = ("websockets",)
 _PLAIN_PROTOCOLS = ("http", "https", "http_dash_segments", "m3u8_native")
 
 
 def prepare() -> None:
-    """To be called before the tool's package is loaded. What is left out stays out for as long as the process runs."""
+    """To be called before the tool's package is loaded. Packages that are left out stay unavailable in this process."""
     _leave_out(_NEVER_NEEDED)
     if _LATE not in sys.modules:
         sys.meta_path.insert(0, _LateFinder())
@@ -36,7 +36,7 @@ def prepare() -> None:
 
 
 def prepare_stream(page: Info, code: str) -> None:
-    """The same where only a stream of a page that has been read is fetched."""
+    """The same for a run that only downloads a stream by a stored record."""
     wanted = [stream for stream in streams.of_page(page) if stream.get("format_id") == code]
     if wanted and all(stream.get("protocol") in _PLAIN_PROTOCOLS for stream in wanted):
         _leave_out(_LIVE_PACKAGES)
@@ -44,12 +44,12 @@ def prepare_stream(page: Info, code: str) -> None:
 
 def _leave_out(names: Sequence[str]) -> None:
     for name in names:
-        # The interpreter takes such an entry for a package that is not there.
+        # With None as its entry, the package cannot be imported.
         sys.modules.setdefault(name, None)  # type: ignore[arg-type]
 
 
 class _LateFinder(importlib.abc.MetaPathFinder):
-    """Finds a package whose code runs when something of it is used for the first time."""
+    """Finds a package and delays its loading until the first use."""
 
     def find_spec(self, fullname: str, path: Any, target: Any = None) -> Optional[importlib.machinery.ModuleSpec]:
         if fullname != _LATE:
@@ -61,10 +61,10 @@ class _LateFinder(importlib.abc.MetaPathFinder):
 
 
 class _LateModule(types.ModuleType):
-    """Stands for a package of ciphers or for one of its modules until something of that module is used.
+    """Placeholder for the package of ciphers or one of its modules, until the first use.
 
-    Not done by the interpreter's own lazy loader: to import a module from a package is to use the package, and this
-    one loads all of its parts.
+    The interpreter's own lazy loader does not help: importing a module uses its package, and this package loads all of
+    its modules.
     """
 
     def __getattr__(self, name: str) -> Any:

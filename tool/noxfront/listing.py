@@ -1,4 +1,4 @@
-"""--flat-playlist: the entries of a page are listed, without reading each."""
+"""--flat-playlist: lists the entries of a page, without reading each of them."""
 
 from __future__ import annotations
 
@@ -12,7 +12,7 @@ from .entries import Entries
 
 
 def run(command: ListEntries, options: list[str], log: messages.Collector) -> int:
-    """The exit code. Each entry is printed as a JSON object on a line, as soon as it is known."""
+    """Returns the exit code. Prints each entry as a JSON object on one line, as soon as it is known."""
     address, _ = entries.split(command.url)
 
     def show(found: Entries) -> None:
@@ -30,7 +30,7 @@ def run(command: ListEntries, options: list[str], log: messages.Collector) -> in
         params = tool.settings([*options, *command.tool_options], logger=log)
         with tool.PageReader(params, auto_init="no_verbose_header") as reader:
             page = reader.first_video(address, on_entries=show)
-        if page is not None and reader.entries is None:  # the only video is the page itself
+        if page is not None and reader.entries is None:  # the page itself is the only video
             show(Entries({"entries": [{**page, "_type": "url", "url": address}]}))
     for line in stray.getvalue().splitlines():
         log.warning(line)

@@ -1,4 +1,4 @@
-"""From the words of the command line to the exit code."""
+"""The main function: from the command line to the exit code."""
 
 from __future__ import annotations
 
@@ -12,8 +12,8 @@ from . import command_line, configuration, entries, error_tags, lean_start, mess
 from .command_line import Command, Describe, ListEntries
 from .page_memory import PageMemory
 
-# In the environment of a program that has begun anew. Settings never travel so, nor by the command line, which every
-# user of the machine can read: the new program reads them itself.
+# Set in the environment after a restart. Settings are never passed this way or on the command line, which other users
+# can read: the new process reads them itself.
 _ANEW = "NOX_READ_PAGE_ANEW"
 _WITHOUT_FRONT = "NOX_WITHOUT_FRONT"
 
@@ -43,7 +43,7 @@ def main(words: Sequence[str]) -> int:
         return 1
     except (BrokenPipeError, KeyboardInterrupt):
         return 1
-    except Exception as error:  # the tool alone may well manage, and gives its own reasons if not
+    except Exception as error:  # the tool alone may succeed, or prints its own error
         reason = f"{type(error).__name__}: {error}"
         messages.report_warning(f"The tool works without its front, which failed: {reason}")
         os.environ[_WITHOUT_FRONT] = "1"
@@ -56,14 +56,14 @@ def _refuse(error: configuration.ConfigurationError) -> int:
 
 
 def restart() -> NoReturn:
-    """Begins anew with the same words, and with nothing of what has been loaded or left out."""
+    """Starts this program again with the same arguments, without any loaded or excluded packages."""
     os.execv(sys.executable, sys.orig_argv)
 
 
 def _run(command: Command, settings: configuration.Configuration) -> int:
     memory = PageMemory(sys.pycache_prefix, [_tool_state(), *settings.options, *command.tool_options])
     lean_start.prepare()
-    # The tool's package is loaded as late as possible. What of it fails with an unknown version is a fault of ours.
+    # The tool's package is loaded as late as possible. If it fails with an unknown version, that is our fault.
     if isinstance(command, Describe):
         _load_tool()
         from . import describe
@@ -87,7 +87,7 @@ def _run(command: Command, settings: configuration.Configuration) -> int:
     if outcome is not None:
         return outcome
     memory.forget(command.url)
-    os.environ[_ANEW] = "1"  # where the record cannot be removed
+    os.environ[_ANEW] = "1"  # in case the record cannot be removed
     restart()
 
 
@@ -103,11 +103,11 @@ def _load_tool() -> None:
 
 
 def _tool_state() -> str:
-    """Changes when the tool's package does. Without loading it."""
+    """A text that changes if the tool's package changes. Does not load the package."""
     found = importlib.util.find_spec("yt_dlp")
     path = pathlib.Path(found.origin or "") if found else pathlib.Path()
     for file in (path, *path.parents):
-        if file.is_file():  # a module, or the archive that it lies in
+        if file.is_file():  # a module, or the archive that contains it
             status = file.stat()
             return f"{file} {status.st_mtime_ns} {status.st_size}"
     return ""

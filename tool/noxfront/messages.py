@@ -1,4 +1,4 @@
-"""What the tool says while it works, and which of it reaches the library."""
+"""The tool's messages, and which of them reach the library."""
 
 from __future__ import annotations
 
@@ -6,7 +6,7 @@ import os
 import re
 import select
 import sys
-from typing import Callable, Dict, Iterable, List, NamedTuple, Optional, Set
+from typing import Callable, Iterable, NamedTuple, Optional
 
 from . import advice, error_tags as tags, failures, tool_age
 
@@ -14,17 +14,17 @@ STANDARD_OUTPUT, STANDARD_ERROR = 1, 2
 _TAG = "[download]"
 _OTHER_TAG = "(download)"
 _DESTINATION = f"{_TAG} Destination: "
-# A pipe takes so much in one piece, so that the reader gets it in one piece.
+# Up to this size, a write to a pipe is atomic.
 _PIECE = select.PIPE_BUF
 _WARNING, _ERROR, _NOTE = "WARNING: ", "ERROR: ", "NOTE: "
 _TAG_START = "[nox:"
 _LINE_END = re.compile(r"\s*[\r\n]\s*")
-# Failures that a newer tool may well not have.
+# Failures that a newer version of the tool may fix.
 _OF_OLD_TOOLS = frozenset({tags.OTHER, tags.NOTHING, tags.LOGIN, tags.RUNTIME, tags.TOOL})
 
 
 def write(channel: int, text: str) -> None:
-    """At once and, as far as the system does so, in one piece."""
+    """Writes immediately and, if the system allows it, in one piece."""
     data = _encoded(text)
     while data:
         data = data[os.write(channel, data):]
@@ -32,7 +32,7 @@ def write(channel: int, text: str) -> None:
 
 def _encoded(text: str) -> bytes:
     try:
-        return text.encode("utf-8", "surrogateescape")  # file names that are not UTF-8 become what they were
+        return text.encode("utf-8", "surrogateescape")  # restores the bytes of file names that are not UTF-8
     except UnicodeEncodeError:
         return text.encode("utf-8", "replace")
 
@@ -43,32 +43,32 @@ class Complaint(NamedTuple):
 
 
 class Collector:
-    """The tool's logger while it reads a page: keeps what it complains about until the outcome is known.
+    """The tool's logger while it reads a page: collects errors and warnings until the outcome is known.
 
-    The library takes each piece of error output that does not begin with WARNING as a failure, and the host gets the
-    last piece only. So all of it goes out as one piece, which begins with what decides.
+    The library takes each piece of error output that does not begin with WARNING for a failure, and the host gets only
+    the last piece. So everything is written as one piece, which begins with the most important message.
     """
 
     def __init__(self, warnings: Iterable[str] = ()) -> None:
-        self.errors: List[Complaint] = []
+        self.errors: list[Complaint] = []
         self.warnings = list(warnings)
-        self.notices: List[str] = []  # the front's own, for a success; they may begin with a tag
+        self.notices: list[str] = []  # of the front, printed after a success; may begin with a tag
         self._lacks_runtime = False
 
     def debug(self, message: str) -> None:
-        """Narration, which nobody reads."""
+        """A status message; ignored."""
 
     info = debug
 
     def warning(self, message: str) -> None:
-        """A warning of the tool's."""
+        """A warning of the tool."""
         text = self._useful(message)
         if text:
             self.warnings.append(text)
 
     def error(self, message: str) -> None:
-        """An error of the tool's; its cause is the exception that is being handled."""
-        # Some begin with a carriage return and the narration's tag, behind the word of their own.
+        """An error of the tool; its cause is the exception that is being handled."""
+        # After their prefix, some begin with a carriage return and the tag of status messages.
         text = str(message).strip().removeprefix(_ERROR.strip()).lstrip().removeprefix(_TAG).lstrip()
         if text and not advice.is_noise(text):
             self.fail(failures.tag_of(sys.exc_info()[1], text), advice.adapted(text) or text)
@@ -78,7 +78,7 @@ class Collector:
         self.errors.append(Complaint(tag, text))
 
     def report(self, has_failed: bool) -> None:
-        """Writes it out: as warnings where there was a success all the same."""
+        """Writes the messages; after a success, errors become warnings."""
         errors = self._ordered_errors()
         lines = [_line(_WARNING, text) for text in self.warnings]
         end = ""
@@ -103,8 +103,8 @@ class Collector:
         self._lacks_runtime |= advice.tells_missing_runtime(text)
         return "" if advice.is_noise(text) else advice.adapted(text)
 
-    def _ordered_errors(self) -> List[Complaint]:
-        """The most telling one first."""
+    def _ordered_errors(self) -> list[Complaint]:
+        """The errors, the most useful one first."""
         errors = list(dict.fromkeys(self.errors))
         if self._lacks_runtime and errors and all(error.tag in (tags.OTHER, tags.NOTHING) for error in errors):
             self.warnings = [text for text in self.warnings if advice.missing_runtime() not in text]
@@ -113,25 +113,25 @@ class Collector:
 
 
 class DownloadLog(Collector):
-    """The tool's logger while it fetches a stream. Its narration goes to standard output, a line in one piece.
+    """The tool's logger while it downloads a stream. Status messages go to standard output, one line in one piece.
 
-    The library looks for file names and figures anywhere in it. Only the lines that really tell of this download's file
-    keep the tag by which it finds them: a page's title may look like one.
+    The library searches the output for file names and figures by a tag. Only lines about this download's file keep the
+    tag, since the title of a page could look like such a line.
     """
 
     def __init__(
         self, template: str, warnings: Iterable[str] = (), say: Optional[Callable[[str], None]] = None
     ) -> None:
         super().__init__(warnings)
-        self.files: list[str] = []  # those that the tool has begun to write
-        self.names: Dict[str, str] = {}  # by the tool's name of a file, that which the library knows
-        self._warned: Set[str] = set()
-        self._told = ""  # the name that the library has been told last
+        self.files: list[str] = []  # files that the tool has begun to write
+        self.names: dict[str, str] = {}  # maps the tool's names of files to those that the library knows
+        self._warned: set[str] = set()
+        self._told = ""  # the last printed name
         self.say = say or (lambda text: write(STANDARD_OUTPUT, text + "\n"))
         self._start = os.path.basename(template.partition("%(")[0].replace("%%", "%"))
 
     def announce(self, file: str) -> None:
-        """Tells the library the name of the file, unless it was the last told."""
+        """Prints the name of the file, unless it was the last printed one."""
         if file != self._told:
             self._told = file
             self.say(_DESTINATION + file)
@@ -162,7 +162,7 @@ class DownloadLog(Collector):
         super().error(self._renamed(message))
 
     def notice(self, message: str) -> None:
-        """A message of the front's own, which may begin with a tag; it goes out at once, as often as it is given."""
+        """Writes a message of the front immediately, also repeatedly. It may begin with a tag."""
         write(STANDARD_ERROR, f"{_WARNING}{message}\n")
 
     def _renamed(self, message: str) -> str:
@@ -173,19 +173,19 @@ class DownloadLog(Collector):
 
 
 def report_failure(tag: str, text: str) -> None:
-    """The one error of a run that the tool has not begun."""
+    """Reports the only error of a run in which the tool was not started."""
     log = Collector()
     log.fail(tag, text)
     log.report(has_failed=True)
 
 
 def report_warning(text: str) -> None:
-    """A warning that goes out at once."""
+    """Writes a warning immediately."""
     write(STANDARD_ERROR, _shortened(_line(_WARNING, text), _PIECE))
 
 
 def _line(start: str, text: str) -> str:
-    """The start and the text; further lines of the text are indented, so that none can pass for one of the front's."""
+    """Prefix and text. Further lines are indented, so that none of them looks like a message of the front."""
     text = _LINE_END.sub("\n  ", text.strip())
     if text.startswith(_TAG_START):
         text = "(" + text[1:]

@@ -1,11 +1,11 @@
-"""The tool's options that may stand in tool.conf, and what is said of those that may not."""
+"""The options that are allowed in tool.conf, and the messages about those that are not."""
 
 from __future__ import annotations
 
-from typing import Dict, Mapping, Optional
+from typing import Mapping, Optional
 
-# Options that are passed on, and whether they have a value. They leave the tool's output and its files as the library
-# expects them.
+# Allowed options, and whether they have a value. They do not change the tool's output or file names, on which the
+# library depends.
 TAKEN: Mapping[str, bool] = {
     "--proxy": True,
     "--geo-verification-proxy": True,
@@ -71,18 +71,18 @@ SHORT: Mapping[str, str] = {
     "-2": "--twofactor",
     "-n": "--netrc",
 }
-# Each of these adds to the ones before it; of all others the last one counts.
+# These accumulate; of all others the last one is used.
 REPEATED = frozenset({
     "--add-header", "--add-headers", "--retry-sleep", "--extractor-args", "--js-runtimes", "--no-js-runtimes",
     "--remote-components", "--no-remote-components",
 })
-# Their values name files that must be there and readable.
+# Their values are files that must exist and be readable.
 FILES = frozenset({"--cookies", "--netrc-location", "--client-certificate", "--client-certificate-key"})
-# Without the second, the tool asks the terminal for it.
+# If the second option is missing, the tool would ask for its value on the terminal.
 SECRETS: Mapping[str, str] = {"--username": "--password", "--ap-username": "--ap-password"}
 CONNECTIONS_LIMIT = 32
 
-# Options that change nothing here, and whether they have a value. Settings that hold them are good for all else.
+# Options without effect here, and whether they have a value. They are ignored.
 WITHOUT_MEANING: Mapping[str, bool] = {
     "--mtime": False, "--no-mtime": False, "--no-playlist": False, "--age-limit": True, "--cache-dir": True,
     "--no-cache-dir": False, "--rm-cache-dir": False, "--check-formats": False, "--check-all-formats": False,
@@ -148,7 +148,7 @@ _REASONS: Mapping[str, str] = {
     _RENEW: "-U --update --update-to",
     _WAITING: "--wait-for-video --live-from-start",
 }
-REFUSED: Dict[str, str] = {name: reason for reason, names in _REASONS.items() for name in names.split()}
+REFUSED: dict[str, str] = {name: reason for reason, names in _REASONS.items() for name in names.split()}
 _REFUSED_PREFIXES: Mapping[str, str] = {
     "--embed-": _CONTENT, "--write-": _CONTENT, "--sponsorblock-": _CONTENT, "--sponskrub": _CONTENT,
     "--dump-": _OUTPUT, "--get-": _OUTPUT,
@@ -160,7 +160,7 @@ def is_without_meaning(name: str) -> bool:
 
 
 def refusal(name: str) -> Optional[str]:
-    """Why the option may not stand in the file; None where it is not known at all."""
+    """Why the option is not allowed; None if it is unknown."""
     if name in REFUSED:
         return REFUSED[name]
     return next((reason for prefix, reason in _REFUSED_PREFIXES.items() if name.startswith(prefix)), None)

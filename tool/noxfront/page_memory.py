@@ -1,4 +1,4 @@
-"""Pages that have been read, for the downloads that follow a description.
+"""Stores the records of pages, for the downloads that follow a description.
 
 The records lie in a private folder, one file to a page. They hold what the tool needs to fetch the streams, which may
 include cookies.
@@ -24,7 +24,7 @@ SIZE_LIMIT = 32 << 20
 
 
 class PageMemory:
-    """Never fails: a record that cannot be written is not kept, one that cannot be read is not there."""
+    """Never fails: errors in writing are ignored, and a record that cannot be read counts as missing."""
 
     def __init__(self, cache: Optional[str], scope: Sequence[str], clock: Callable[[], float] = time.time) -> None:
         """
@@ -36,7 +36,7 @@ class PageMemory:
         self._clock = clock
 
     def recall(self, url: str) -> Optional[Info]:
-        """The page's record, if it was read a short time ago."""
+        """The page's record, if the page was read recently."""
         try:
             with self._folder.opened(create=False) as folder:
                 kept = self._read(folder, self._name(url))
@@ -48,7 +48,7 @@ class PageMemory:
         return page
 
     def remember(self, url: str, page: Info) -> None:
-        """Keeps the record, which must be one that can be written as JSON; not that of a live page."""
+        """Stores the record, if it can be written as JSON and the page is not live."""
         if streams.is_live(page):
             self.forget(url)
             return
@@ -91,5 +91,5 @@ class PageMemory:
                     os.unlink(name, dir_fd=folder)
 
     def _is_young(self, status: os.stat_result) -> bool:
-        # A record from the future means that the clock has been set: its age is not known.
+        # A date in the future means that the clock was changed: the record's age is unknown.
         return -1 <= self._clock() - status.st_mtime <= MAXIMUM_AGE

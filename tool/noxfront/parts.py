@@ -1,12 +1,12 @@
-"""Files of streams that an earlier run has begun or completed.
+"""Partial and complete files of streams from earlier runs.
 
-A host that wants to go on with them makes a folder for parts beside the output. There the tool works, under names that
-are the same in each run. Beside each file lies a record: what is known of the stream, and how much of the file is
-whole. A completed file stays in the folder, and the output is another name for it. Without the folder, nothing here is
-used.
+A host that wants to resume downloads creates a folder for parts beside the output. The tool then works in that folder,
+with file names that are the same in each run. Each file has a record with the identity of the stream and the length of
+the valid data. A complete file stays in the folder, and the output is a hard link to it. Without the folder, nothing
+here is used.
 
-The record is written after the data that it tells of. After a restart of the system, only those data count that had
-been forced to the disk. So a run may end at any moment.
+The record is written after the data that it describes. After a restart of the system, only data that were synced to the
+disk count as valid. So a run may be killed at any moment.
 """
 
 from __future__ import annotations
@@ -18,19 +18,19 @@ import re
 import stat
 import time
 import urllib.parse
-from typing import Any, Dict, List, Optional
+from typing import Any, Optional
 
 FOLDER = "parts"
-SYNC_INTERVAL = 5.0  # seconds between two times that data are forced to the disk
-_SYNC_SHARE = 20  # the interval is at least so many times as long as that takes
+SYNC_INTERVAL = 5.0  # seconds between two syncs to the disk
+_SYNC_SHARE = 20  # the interval is at least so many times the duration of a sync
 _RECORD_LIMIT = 1 << 16
 _BOOT_ID = "/proc/sys/kernel/random/boot_id"
 
-Identity = Dict[str, Any]  # what is known of a file on a server: "etag", "modified", "size", "name"
+Identity = dict[str, Any]  # members of a file on a server, as far as known: "etag", "modified", "size", "name"
 
 
 def folder_beside(template: str) -> Optional[str]:
-    """The folder for parts, where the host has made one beside the output."""
+    """The folder for parts beside the output; None if the host has not created one."""
     output = template.partition("%(")[0].replace("%%", "%")
     folder = os.path.join(os.path.dirname(output), FOLDER)
     try:
@@ -41,7 +41,7 @@ def folder_beside(template: str) -> Optional[str]:
 
 
 def identity_of(response: Any, address: str) -> Identity:
-    """What an answer tells of the whole file; nothing where its bytes are not those that ranges count."""
+    """The identity of the file, by the server's response. Empty if the content is encoded: then ranges do not fit."""
     headers = response.headers
     if headers.get("Content-Encoding", "identity") != "identity":
         return {}
@@ -52,7 +52,7 @@ def identity_of(response: Any, address: str) -> Identity:
 
 
 def is_same(one: Identity, other: Identity) -> bool:
-    """Whether both are the same file, by all that both tell."""
+    """Whether both are the same file, by all members that both have."""
     common = (one.keys() & other.keys()) - {"name"}
     if common == {"size"}:
         common.add("name")
@@ -60,12 +60,12 @@ def is_same(one: Identity, other: Identity) -> bool:
 
 
 def stable_name(address: str) -> str:
-    """The part of an address that stays: servers change, and queries and folders may hold what expires."""
+    """The stable part of an address: its server, folders and query may change from run to run."""
     return urllib.parse.urlsplit(address).path.rpartition("/")[2]
 
 
 class Part:
-    """The file of one stream, as far as it is there, and its record."""
+    """The partial or complete file of one stream, and its record."""
 
     def __init__(self, path: str) -> None:
         """
@@ -80,38 +80,38 @@ class Part:
 
     @property
     def identity(self) -> Identity:
-        """Of a stream that is fetched as one file."""
+        """Identity of a stream that is one file."""
         return self._record.get("identity") or {}
 
     @property
     def segment_list(self) -> Optional[str]:
-        """What the stream's segments are; None where it is one file, or has not been begun."""
+        """The digest of the stream's segments; None for a single file, or before the begin."""
         return self._record.get("list")
 
     @property
     def segments(self) -> int:
-        """How many segments are there."""
+        """Number of complete segments."""
         return int(self._record["whole"][0]) if self.segment_list else 0
 
     @property
     def length(self) -> int:
-        """How many bytes these segments have."""
+        """Size of these segments in bytes."""
         return int(self._record["whole"][1]) if self.segment_list else 0
 
     @property
     def last_segment(self) -> Identity:
-        """The last of these segments."""
+        """Identity of the last of these segments."""
         return dict(self._record["whole"][2]) if self.segment_list else {}
 
     def begin(self) -> bool:
-        """Leaves a completed file, or one that can be gone on with, or none; whether it is completed.
+        """Prepares the file: it is complete, can be resumed, or is removed. Returns whether it is complete.
 
-        :raises OSError: where the folder cannot be written to
+        :raises OSError: if the folder cannot be written
         """
         with contextlib.suppress(FileNotFoundError):
             if os.path.getsize(self.file) == self._record.get("complete"):
                 return True
-            os.replace(self.file, self._unfinished)  # the earlier run ended before it could record it
+            os.replace(self.file, self._unfinished)  # the earlier run ended before it wrote the record
         try:
             self._cut()
         except (AttributeError, LookupError, TypeError, ValueError, FileNotFoundError):
@@ -129,24 +129,24 @@ class Part:
                 os.unlink(file)
 
     def begin_file(self, identity: Identity) -> None:
-        """The server is about to send the stream from its first byte."""
+        """The server will send the stream from its first byte."""
         if os.path.exists(self._unfinished):
             os.truncate(self._unfinished, 0)
         self._begin_record(identity=identity)
 
     def begin_segments(self, segment_list: str) -> None:
-        """The first segment is about to be fetched, and the file is empty."""
+        """The first segment will be downloaded; the file is empty."""
         self._begin_record(list=segment_list)
 
     def add_segment(self, end: int, identity: Identity) -> None:
-        """One more segment is there, and the file ends behind it."""
+        """One more segment is complete; the file ends after it."""
         self._record["whole"] = [self.segments + 1, end, identity]
-        with contextlib.suppress(OSError):  # then the segment will be fetched again
+        with contextlib.suppress(OSError):  # then the segment will be downloaded again
             self._write()
         self.sync()
 
     def sync(self) -> None:
-        """To be called now and then: forces to the disk what is there."""
+        """To be called regularly. Syncs the data to the disk from time to time."""
         begin = time.monotonic()
         if begin < self._next_sync:
             return
@@ -159,7 +159,7 @@ class Part:
         self._next_sync = end + max(SYNC_INTERVAL, _SYNC_SHARE * (end - begin))
 
     def complete(self) -> bool:
-        """The tool has completed the file; False where it has not the size that the server has told."""
+        """The tool has completed the file. Returns False if its size is not the one that the server stated."""
         with open(self.file, "rb") as file:
             size = os.fstat(file.fileno()).st_size
             if self.identity.get("size", size) != size:
@@ -171,14 +171,14 @@ class Part:
         return True
 
     def deliver(self, name: str) -> None:
-        """Gives the completed file another name."""
+        """Links the complete file to its final name."""
         try:
             os.link(self.file, name)
         except OSError:  # a file system without links
             os.replace(self.file, name)
 
     def _cut(self) -> None:
-        """Removes from the file what is not known to be whole. Errors mean that nothing is."""
+        """Removes the data at the end that are not known to be valid. An exception means that none are."""
         size = os.path.getsize(self._unfinished)
         if not self._session or self._record["session"] != self._session:
             self._record.update(session=self._session, whole=self._record["synced"])
@@ -192,11 +192,11 @@ class Part:
         self._write()
 
     def _begin_record(self, **members: Any) -> None:
-        nothing: List[Any] = [0, 0, {}]
+        nothing: list[Any] = [0, 0, {}]
         self._record = {"session": self._session, "whole": nothing, "synced": nothing, **members}
         self._write()
 
-    def _read(self) -> Dict[str, Any]:
+    def _read(self) -> dict[str, Any]:
         with contextlib.suppress(OSError, ValueError, RecursionError), open(self._record_file, "rb") as file:
             record = json.loads(file.read(_RECORD_LIMIT))
             if isinstance(record, dict):
@@ -204,7 +204,7 @@ class Part:
         return {}
 
     def _write(self, is_forced: bool = False) -> None:
-        """In one step: the next run sees the old record or the new one."""
+        """Writes atomically: the next run sees the old record or the new one."""
         unfinished = self._record_file + ".new"
         with open(unfinished, "w", encoding="ascii") as file:
             json.dump(self._record, file)

@@ -1,14 +1,14 @@
-"""The playlist of an HLS stream, which the tool fetches once to describe the page and again to fetch the stream.
+"""Stores the playlist of an HLS stream, which the tool would request twice: for the description and for the download.
 
-Where the page names the playlist of segments itself, and not a list of such playlists, its text is kept in the stream's
-record, and the download asks the server for it no more.
+If the page links directly to the playlist of segments, its text is stored in the stream's record, and the download does
+not request it again.
 """
 
 from __future__ import annotations
 
 import contextlib
 import io
-from typing import Any, Dict, Iterator
+from typing import Any, Iterator
 
 from yt_dlp.extractor.common import InfoExtractor
 
@@ -17,13 +17,13 @@ from .streams import Info
 
 _TEXT = "nox_playlist"
 SIZE_LIMIT = 1 << 20
-# A playlist without its end grows: what was read of it is no longer all.
+# A playlist without an end mark grows, so the stored text would be outdated.
 _MARKS = ("#EXT-X-TARGETDURATION", "#EXT-X-ENDLIST")
 
 
 @contextlib.contextmanager
 def kept() -> Iterator[None]:
-    """For the time of the context, streams that the tool makes of a playlist hold its text."""
+    """Within this context, streams that the tool reads from a playlist contain its text."""
     original = InfoExtractor._parse_m3u8_formats_and_subtitles
 
     def parse(extractor: Any, text: Any, *arguments: Any, **more: Any) -> Any:
@@ -41,8 +41,8 @@ def kept() -> Iterator[None]:
 
 
 def install(tool: Any, page: Info) -> None:
-    """From now on the tool gets the playlists that the page's record holds without asking the server."""
-    texts: Dict[str, str] = {
+    """From now on the tool gets stored playlists from the page's record instead of the server."""
+    texts: dict[str, str] = {
         stream["url"]: stream[_TEXT] for stream in streams.of_page(page)
         if isinstance(stream.get("url"), str) and isinstance(stream.get(_TEXT), str)
     }
@@ -52,7 +52,7 @@ def install(tool: Any, page: Info) -> None:
         address: Any = request
         if not isinstance(request, str):
             address = getattr(request, "full_url", getattr(request, "url", None))
-        # Once: who asks again has a reason to.
+        # Only once: a second request has a reason, such as an error.
         text = texts.pop(address, None)
         return urlopen(request, *arguments, **more) if text is None else _Answer(address, text)
 
@@ -61,12 +61,12 @@ def install(tool: Any, page: Info) -> None:
 
 
 class _Answer(io.BytesIO):
-    """As far as the tool's downloader looks at the server's answer."""
+    """The attributes of a server's response that the tool's downloader uses."""
 
     def __init__(self, address: str, text: str) -> None:
         super().__init__(text.encode("utf-8", "replace"))
         self.url = address
-        self.headers: Dict[str, str] = {}
+        self.headers: dict[str, str] = {}
 
     def geturl(self) -> str:
         return self.url

@@ -1,6 +1,6 @@
-"""A folder below the interpreter's bytecode cache that nobody but the user reads or writes.
+"""A folder below the interpreter's bytecode cache with access for the user only.
 
-All files are reached through the open folder, so that a folder that is exchanged meanwhile is of no use.
+All files are opened relative to the open folder, so that exchanging the folder has no effect.
 """
 
 from __future__ import annotations
@@ -12,17 +12,17 @@ from typing import Iterator, Optional
 
 
 class PrivateFolder:
-    """Its operations raise OSError where the folder or the file is not there, or not private."""
+    """Its methods raise OSError if the folder or the file is missing or not private."""
 
     def __init__(self, cache: Optional[str], name: str) -> None:
         """
-        :param cache: the bytecode cache; without one there is no folder
+        :param cache: the bytecode cache; None for no folder
         """
         self._path = os.path.join(cache, name) if cache else None
 
     @contextlib.contextmanager
     def opened(self, create: bool) -> Iterator[int]:
-        """The open folder, for the time of the context."""
+        """Opens the folder for the duration of the context."""
         if self._path is None:
             raise FileNotFoundError
         if create:
@@ -38,7 +38,7 @@ class PrivateFolder:
 
 
 def read(folder: int, name: str, size_limit: int) -> tuple[os.stat_result, bytes]:
-    """A file of the open folder."""
+    """Reads a file of the open folder."""
     file = os.open(name, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC, dir_fd=folder)
     with open(file, "rb") as source:
         status = os.fstat(file)
@@ -49,7 +49,7 @@ def read(folder: int, name: str, size_limit: int) -> tuple[os.stat_result, bytes
 
 
 def write(folder: int, name: str, data: bytes) -> None:
-    """In one step: readers see the old file or the new one."""
+    """Writes atomically: readers see the old file or the new one."""
     unfinished = f"{name}.{os.getpid()}"
     flags = os.O_WRONLY | os.O_CREAT | os.O_TRUNC | os.O_NOFOLLOW | os.O_CLOEXEC
     file = os.open(unfinished, flags, mode=0o600, dir_fd=folder)

@@ -1,16 +1,16 @@
-"""Progress lines that the library reads, also where the tool only estimates."""
+"""Progress lines for the library, also if the tool only has an estimate."""
 
 from __future__ import annotations
 
 import threading
 import time
-from typing import Any, Callable, Dict, Optional
+from typing import Any, Callable, Optional
 
 LINES_PER_SECOND = 5
 
 
-def line(status: Dict[str, Any]) -> Optional[str]:
-    """The line for what the tool reports; None where there is no total to relate to."""
+def line(status: dict[str, Any]) -> Optional[str]:
+    """The progress line for the tool's report; None if there is no total."""
     done = status.get("downloaded_bytes") or 0
     total = status.get("total_bytes") or status.get("total_bytes_estimate") or 0
     if status.get("status") == "finished":
@@ -19,7 +19,7 @@ def line(status: Dict[str, Any]) -> Optional[str]:
     if total <= 0:
         return None
     total = max(int(total), int(done))  # an estimate may be too small
-    # Cut, not rounded: nothing is called complete before it is.
+    # Rounded down: 100 % is printed only at the end.
     percent = int(done) * 100_000 // total / 1000
     speed = max(int(status.get("speed") or 0), 0)
     return f"[download] {percent:.3f}% of {total}B at {speed}B/s ETA {_clock(status.get('eta'))}"
@@ -33,8 +33,8 @@ def _clock(seconds: Any) -> str:
 
 
 class Reporter:
-    """To be called by the tool for each block, from any thread; says no more than a few lines in a second, and always
-    the last. What it says never falls: neither the bytes nor their share of an estimated total."""
+    """To be called by the tool for each block, from any thread. Prints a few lines per second at most, and always the
+    last one. Neither the bytes nor the percentage ever decrease, even if the total is an estimate."""
 
     def __init__(self, say: Callable[[str], None], clock: Callable[[], float] = time.monotonic) -> None:
         self._say = say
@@ -44,7 +44,7 @@ class Reporter:
         self._done = 0.0
         self._share = 0.0
 
-    def __call__(self, status: Dict[str, Any]) -> None:
+    def __call__(self, status: dict[str, Any]) -> None:
         kind = status.get("status")
         if kind not in ("downloading", "finished"):
             return
@@ -54,12 +54,12 @@ class Reporter:
                 return
             text = line(self._risen(status) if kind == "downloading" else status)
             if kind == "finished":
-                self._done = self._share = 0  # another file may follow, to be joined with this one
+                self._done = self._share = 0  # another file to join may follow
             if text is not None:
                 self._next = now + 1 / LINES_PER_SECOND
                 self._say(text)
 
-    def _risen(self, status: Dict[str, Any]) -> Dict[str, Any]:
+    def _risen(self, status: dict[str, Any]) -> dict[str, Any]:
         self._done = max(self._done, status.get("downloaded_bytes") or 0)
         total = status.get("total_bytes") or status.get("total_bytes_estimate") or 0
         if not total:

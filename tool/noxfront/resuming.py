@@ -1,7 +1,7 @@
-"""Lets the tool go on with the parts of an earlier run.
+"""Lets the tool resume from the parts of an earlier run.
 
-It gets the name of a part instead of the output's. Each answer of the server is looked at: whether it still belongs to
-the file whose beginning is there. What the tool prints has the output's name.
+The tool gets the name of a part instead of the output. Each response of the server is checked: it must belong to the
+same file as the part. The tool's messages still contain the name of the output.
 """
 
 from __future__ import annotations
@@ -12,7 +12,7 @@ import json
 import os
 import re
 import threading
-from typing import Any, Callable, Dict, Iterable, List, Optional, Tuple
+from typing import Any, Callable, Iterable, Optional
 
 from yt_dlp.downloader.common import FileDownloader
 from yt_dlp.utils import determine_protocol
@@ -21,30 +21,30 @@ from . import messages, parts, retries, streams
 from .parts import Identity, Part
 from .streams import Info
 
-BLOCK_LIMIT = 1 << 16  # bytes; a killed tool loses what it has read of a block, and its blocks grow to 4 MB
-ATTEMPTS = 3  # for a stream that changes on the server while it is fetched
+BLOCK_LIMIT = 1 << 16  # bytes; the tool's blocks grow to 4 MB, and an incomplete block is lost if the tool is killed
+ATTEMPTS = 3  # for a stream that changes on the server during the download
 _ONE_FILE = ("http", "https")
 
 
 class Changed(Exception):
-    """The server has another file than the one whose beginning is there."""
+    """The file on the server is not the same as the part's."""
 
 
 class Resumer:
-    """Takes the place of the tool's functions that fetch a stream and that ask a server."""
+    """Replaces the tool's functions that download a stream and that send a request."""
 
     def __init__(self, tool: Any, folder: str, address: str, log: messages.DownloadLog) -> None:
         """
         :param folder: for the parts
-        :param address: of the page, by which its parts are found again
+        :param address: of the page, part of the names of its parts
         """
         self._tool = tool
         self._folder = folder
         self._page = address
         self._log = log
         self._thread = threading.local()
-        self._address = ""  # of a stream that is one file; empty for all others
-        self.part: Optional[Part] = None  # of the stream that is being fetched
+        self._address = ""  # of a stream that is one file; else empty
+        self.part: Optional[Part] = None  # of the current stream
         self._fetch_stream = tool.dl
         self._open = tool.urlopen
         tool.dl = self.fetch
@@ -53,11 +53,11 @@ class Resumer:
         block_size = FileDownloader.best_block_size
         FileDownloader.best_block_size = staticmethod(lambda *figures: min(block_size(*figures), BLOCK_LIMIT))
 
-    def fetch(self, name: str, info: Info, subtitle: bool = False, test: bool = False) -> Tuple[bool, bool]:
-        """As the tool's function: whether there is a file now, and whether it is a new one."""
+    def fetch(self, name: str, info: Info, subtitle: bool = False, test: bool = False) -> tuple[bool, bool]:
+        """As the tool's function: returns whether the file is complete, and whether it was downloaded."""
         is_section = "Range" in (info.get("http_headers") or {})
         if subtitle or test or is_section or streams.is_live(info) or info.get("requested_formats"):
-            result: Tuple[bool, bool] = self._fetch_stream(name, info, subtitle, test)
+            result: tuple[bool, bool] = self._fetch_stream(name, info, subtitle, test)
             return result
         protocol = determine_protocol(info)
         key = json.dumps([self._page, info.get("format_id"), protocol]).encode()
@@ -90,7 +90,7 @@ class Resumer:
         return False
 
     def open(self, request: Any, *arguments: Any, **more: Any) -> Any:
-        """As the tool's function: the server's answer."""
+        """As the tool's function: returns the server's response."""
         part = self.part
         if part is None or not self._address:
             response = self._open(request, *arguments, **more)
@@ -115,13 +115,13 @@ class Resumer:
         return response
 
     def last_identity(self) -> Identity:
-        """What the last answer to this thread has told."""
+        """Identity by the last response in this thread."""
         return getattr(self._thread, "identity", {})
 
     def remaining(
-        self, downloader: Any, stream: Any, segments: Iterable[Dict[str, Any]], info: Info, call: Callable[..., Any]
-    ) -> List[Dict[str, Any]]:
-        """The segments that are not there yet; the stream is cut behind the others."""
+        self, downloader: Any, stream: Any, segments: Iterable[dict[str, Any]], info: Info, call: Callable[..., Any]
+    ) -> list[dict[str, Any]]:
+        """The missing segments. Truncates the file after the complete ones."""
         assert self.part
         part = self.part
         wanted = list(segments)
@@ -134,8 +134,8 @@ class Resumer:
             part.begin_segments(digest)
         return wanted[part.segments:]
 
-    def _is_unchanged(self, downloader: Any, segment: Dict[str, Any], info: Info, call: Callable[..., Any]) -> bool:
-        """Asks the server whether a segment that is there is still the same, without fetching it."""
+    def _is_unchanged(self, downloader: Any, segment: dict[str, Any], info: Info, call: Callable[..., Any]) -> bool:
+        """Asks the server whether a complete segment has changed, without downloading it."""
         assert self.part
         known = self.part.last_segment
         headers = dict(info.get("http_headers") or {})
@@ -154,12 +154,12 @@ class Resumer:
         with contextlib.closing(response):
             return parts.is_same(known, parts.identity_of(response, ""))
 
-    def _on_progress(self, status: Dict[str, Any]) -> None:
+    def _on_progress(self, status: dict[str, Any]) -> None:
         if self.part is not None and self._address and status.get("status") == "downloading":
             self.part.sync()
 
 
-def _digest(segments: List[Dict[str, Any]]) -> str:
-    """What the segments are, without what expires in their addresses."""
+def _digest(segments: list[dict[str, Any]]) -> str:
+    """A digest of the segments, without the parts of their addresses that expire."""
     names = [[parts.stable_name(segment["url"]), segment.get("byte_range") or {}] for segment in segments]
     return hashlib.sha256(json.dumps(names).encode()).hexdigest()

@@ -1,7 +1,7 @@
-"""What becomes of a download whose server fails: how often it is tried again, after how long, and when it ends.
+"""Decides about retries after a failure of the server: how many, after which time, and when to give up.
 
-The tool tries again at once, so that a network that is away for some seconds ends the download. Here the tool's loops
-only ask. A RetryPolicy, which all threads of a download share, decides how long to wait and when to give up.
+The tool itself retries immediately, so an outage of some seconds would end the download. Here the tool's loops ask a
+RetryPolicy, which all threads of a download share. It decides how long to wait and when to give up.
 """
 
 from __future__ import annotations
@@ -13,16 +13,16 @@ import socket
 import threading
 import time
 import urllib.error
-from typing import Any, Callable, Dict, Optional, Sequence
+from typing import Any, Callable, Optional, Sequence
 
 from yt_dlp.downloader.common import FileDownloader
 from yt_dlp.downloader.http import HttpFD
 
 WAITS = (1, 2, 4, 8, 16, 9)  # seconds between attempts in one outage; 40 in all
-SEGMENT_RETRIES = 2  # of a segment that the server says it does not have
+SEGMENT_RETRIES = 2  # for a segment that the server reports as missing
 NEW_READING_HELPS = frozenset({403, 404, 410})
-_BUSY = frozenset({408, 425, 429})  # refusals that are for a time only
-_ATTEMPTS_OF_THE_TOOL = 10_000  # more than the policy ever takes, but not without end
+_BUSY = frozenset({408, 425, 429})  # temporary refusals
+_ATTEMPTS_OF_THE_TOOL = 10_000  # more than the policy allows, but limited
 _NO_DATA = "Did not get any data blocks"
 _NETWORK_ERRORS = (ConnectionError, TimeoutError, socket.gaierror, urllib.error.URLError, http.client.HTTPException)
 _EXPIRY = re.compile(r"(?i)(?<![a-z])(?:expires?|exp)(?:=|/|~|%3D)(\d{10})(?!\d)")
@@ -31,14 +31,14 @@ Tell = Callable[[str], None]
 
 
 def status_of(error: BaseException) -> Optional[int]:
-    """The HTTP status by which a server refused; None where the error is of another kind."""
+    """The HTTP status of the error; None if it is another kind of error."""
     is_refusal = any(kind.__name__ == "HTTPError" for kind in type(error).__mro__)
     status = getattr(error, "status", None) if is_refusal else None
     return status if isinstance(status, int) else None
 
 
 def is_outage(error: BaseException) -> bool:
-    """Whether the same request may well succeed some seconds later."""
+    """Whether the same request may succeed some seconds later."""
     status = status_of(error)
     if status is not None:
         return status in _BUSY or status >= 500
@@ -49,20 +49,20 @@ def is_outage(error: BaseException) -> bool:
 
 
 def has_expired(address: str, now: float) -> bool:
-    """Whether the address names a time up to which it is good, and that time has passed."""
+    """Whether the address contains an expiry time that has passed."""
     return any(int(seconds) <= now for seconds in _EXPIRY.findall(address))
 
 
 class RetryPolicy:
-    """Decides for one download. Its operations may be called from any thread."""
+    """The policy of one download. Its methods may be called from any thread."""
 
     def __init__(
-        self, params: Dict[str, Any], options: Sequence[str], tell: Tell, clock: Callable[[], float] = time.monotonic
+        self, params: dict[str, Any], options: Sequence[str], tell: Tell, clock: Callable[[], float] = time.monotonic
     ) -> None:
         """
-        :param params: the tool's settings, which are changed so that the tool leaves the decision to this object
-        :param options: those that the user has set; they go before the defaults of this module
-        :param tell: gets the message that a wait begins
+        :param params: the tool's settings; changed so that this object decides
+        :param options: the user's options, which override the defaults of this module
+        :param tell: called with the message when a wait begins
         """
         given = {option.partition("=")[0] for option in options}
         self._retries: float = params.get("retries") or 0 if "--retries" in given else len(WAITS)
@@ -74,17 +74,17 @@ class RetryPolicy:
         self._tell = tell
         self._clock = clock
         self._condition = threading.Condition()
-        self._thread = threading.local()  # its own attempts: what another thread gets is no help to this one
-        self._attempt = 0  # of all threads, since any of them got something
+        self._thread = threading.local()  # the attempts of each thread: data for another thread do not count
+        self._attempt = 0  # of all threads, since one of them last made progress
         self._until = 0.0
         self._most = 0
         self._has_ended = False
-        self.can_read_anew = False  # whether the download goes on from a new reading of its page when it fails
-        self.last_status: Optional[int] = None  # by which the download was ended
+        self.can_read_anew = False  # whether the page is read again if the download fails
+        self.last_status: Optional[int] = None  # the status that ended the download
 
-    def progress(self, status: Dict[str, Any]) -> None:
-        """To be called by the tool for each block. What was there once already is no progress: else a server that
-        always breaks off at the same place would be asked for ever."""
+    def progress(self, status: dict[str, Any]) -> None:
+        """To be called by the tool for each block. Bytes that were received before do not count as progress: otherwise
+        a server that always fails at the same place would be retried for ever."""
         done = status.get("downloaded_bytes") or 0
         if done > self._most:
             self._most = done
@@ -93,7 +93,7 @@ class RetryPolicy:
             self._most = 0
 
     def wait(self) -> bool:
-        """Waits before the next attempt; False when there is to be none. Threads that fail during one wait share it."""
+        """Waits before the next attempt; returns False to give up. Threads that fail during a wait share it."""
         with self._condition:
             if self._clock() >= self._until and not self._has_ended:
                 attempt = max(getattr(self._thread, "attempt", 0), self._attempt)
@@ -111,7 +111,7 @@ class RetryPolicy:
             return False
 
     def call(self, function: Callable[..., Any], *arguments: Any, **more: Any) -> Any:
-        """Calls the function again after each outage that the tool itself does not try again after."""
+        """Calls the function, and again after each outage that the tool itself does not retry."""
         while True:
             try:
                 return function(*arguments, **more)
@@ -120,7 +120,7 @@ class RetryPolicy:
                     raise
 
     def on_error(self, downloader: Any, error: BaseException, count: int, is_segment: bool) -> None:
-        """Returns when it is to be tried again; else reports the error, which ends the download."""
+        """Returns for a retry; otherwise reports the error, which ends the download."""
         if not is_segment or is_outage(error):
             if self.wait():
                 return
@@ -135,7 +135,7 @@ class RetryPolicy:
         raise error
 
     def end(self) -> None:
-        """No thread waits any longer, and none tries again."""
+        """Ends all waits; no thread retries afterwards."""
         with self._condition:
             self._has_ended = True
             self._condition.notify_all()
@@ -160,7 +160,7 @@ class RetryPolicy:
 
 
 def install(policy: RetryPolicy, tool: Any) -> None:
-    """From now on the tool's downloaders ask the policy."""
+    """From now on the tool's downloaders use the policy."""
     thread = threading.local()
     urlopen = tool.urlopen
 
@@ -175,7 +175,7 @@ def install(policy: RetryPolicy, tool: Any) -> None:
         policy.on_error(downloader, err, count, frag_index is not None)
 
     def report_error(downloader: Any, message: str, *arguments: Any, **more: Any) -> None:
-        # The tool gives up where a connection ends before the first byte of what was promised.
+        # The tool does not retry if a connection ends before the first byte.
         if message == _NO_DATA and getattr(thread, "length", None) not in (None, "0"):
             raise ConnectionAbortedError(message)
         tool.report_error(message, *arguments, **more)

@@ -1,8 +1,8 @@
-"""Segments of a stream, several at once and in memory.
+"""Downloads the segments of a stream, several at once, and keeps them in memory.
 
-The tool keeps each segment in a file until its turn comes, all of them if it must. A program that is killed leaves
-these files behind, and nobody knows their names. Here the segments stay in memory, and no more of them are under way
-than are fetched at once. Where parts are kept, a run goes on behind the last segment that an earlier one has written.
+The tool stores each segment in a file until it is its turn. If the program is killed, these files are left behind. Here
+the segments stay in memory, and their number is limited to those that are downloaded at once. If parts are kept, a run
+resumes after the last segment that an earlier run has written.
 """
 
 from __future__ import annotations
@@ -14,7 +14,7 @@ import io
 import os
 import threading
 import time
-from typing import Any, Callable, Deque, Dict, Iterable, Iterator, Optional, Tuple
+from typing import Any, Callable, Deque, Iterable, Iterator, Optional
 
 from yt_dlp.downloader.common import FileDownloader
 from yt_dlp.downloader.fragment import FragmentFD, HttpQuietDownloader
@@ -22,45 +22,45 @@ from yt_dlp.downloader.fragment import FragmentFD, HttpQuietDownloader
 from .parts import Identity
 from .resuming import Resumer
 
-AT_ONCE = 4  # unless the user says otherwise
-_SPEED_TIME = 3.0  # seconds over which the speed is taken
-# In a segment's record, which goes through the tool's hands.
+AT_ONCE = 4  # default
+_SPEED_TIME = 3.0  # seconds, for the average speed
+# Key in a segment's record, which the tool passes through.
 _SEGMENT = "fragment_filename_sanitized"
-_PART = "nox_part"  # in the record of a stream's download: that which the segments are added to
-_NO_FILE = "-"  # the tool writes to what it is given under this name, and leaves all files alone
-# Each segment is a small download to the tool; what concerns a whole one has had its effect before.
+_PART = "nox_part"  # key in the record of a stream's download: the Part
+_NO_FILE = "-"  # under this name the tool uses the given stream and no files
+# For the tool each segment is a small download; settings for a whole download must not apply to it again.
 _SEGMENT_PARAMS = {"continuedl": False, "updatetime": False, "sleep_interval": 0, "max_sleep_interval": 0}
 
 
-Call = Callable[..., Any]  # calls a function with the arguments that follow, once more after each outage
+Call = Callable[..., Any]  # calls a function with the given arguments, and again after each outage
 
 
 class Segment(io.BytesIO):
-    """What has been fetched of a segment, and what the server says it is."""
+    """The data of a segment, and its identity on the server."""
 
     identity: Identity = {}
 
 
 class SegmentMeter:
-    """Adds up what the threads of a download have fetched. To be called by the tool for each block of a segment."""
+    """Adds up the bytes of all threads. To be called by the tool for each block of a segment."""
 
     def __init__(self, count: int, clock: Callable[[], float] = time.monotonic) -> None:
         """
-        :param count: how many segments there are; 0 where that is not known
+        :param count: number of segments; 0 if unknown
         """
         self._count = count
         self._clock = clock
         self._lock = threading.Lock()
-        self._open: Dict[int, Tuple[int, int]] = {}  # by thread: bytes that are there, and bytes in all
+        self._open: dict[int, tuple[int, int]] = {}  # by thread: bytes so far, and total bytes
         self._finished = self._finished_bytes = 0
-        self._samples: Deque[Tuple[float, int]] = collections.deque([(clock(), 0)])
+        self._samples: Deque[tuple[float, int]] = collections.deque([(clock(), 0)])
 
     def begin_at(self, count: int, done: int) -> None:
-        """So many segments are there, of so many bytes in all."""
+        """Sets the number and the total size of the segments that are already complete."""
         self._finished, self._finished_bytes = count, done
         self._samples = collections.deque([(self._clock(), done)])
 
-    def __call__(self, status: Dict[str, Any]) -> None:
+    def __call__(self, status: dict[str, Any]) -> None:
         done = status.get("downloaded_bytes") or 0
         with self._lock:
             thread = threading.get_ident()
@@ -71,8 +71,8 @@ class SegmentMeter:
             else:
                 self._open[thread] = (done, status.get("total_bytes") or 0)
 
-    def figures(self) -> Dict[str, Any]:
-        """For the whole stream, under the names that the tool has for them."""
+    def figures(self) -> dict[str, Any]:
+        """The figures of the whole stream, under the tool's names."""
         with self._lock:
             done = self._finished_bytes + sum(done for done, _ in self._open.values())
             known = [total for _, total in self._open.values() if total]
@@ -95,15 +95,15 @@ class SegmentMeter:
 
 
 class SegmentDownloader(HttpQuietDownloader):  # type: ignore[misc]
-    """Fetches segments into memory. Several threads use one object at once."""
+    """Downloads segments into memory. Several threads may use one object at once."""
 
-    def __init__(self, tool: Any, params: Dict[str, Any], call: Call, resumer: Optional[Resumer]) -> None:
+    def __init__(self, tool: Any, params: dict[str, Any], call: Call, resumer: Optional[Resumer]) -> None:
         super().__init__(tool, {**params, **_SEGMENT_PARAMS})
         self._call = call
         self._resumer = resumer
         self._thread = threading.local()
 
-    def fetch(self, info: Dict[str, Any]) -> Optional[Segment]:
+    def fetch(self, info: dict[str, Any]) -> Optional[Segment]:
         self._thread.buffer = buffer = Segment()
         try:
             is_there, _ = self._call(self.download, _NO_FILE, info)
@@ -113,16 +113,16 @@ class SegmentDownloader(HttpQuietDownloader):  # type: ignore[misc]
             buffer.identity = self._resumer.last_identity()
         return buffer if is_there else None
 
-    def sanitize_open(self, filename: str, open_mode: str) -> Tuple[Segment, str]:
+    def sanitize_open(self, filename: str, open_mode: str) -> tuple[Segment, str]:
         buffer: Segment = self._thread.buffer
-        if open_mode != "ab":  # begun anew: the server does not send the rest alone
+        if open_mode != "ab":  # from the start: the server does not support ranges
             buffer.seek(0)
             buffer.truncate()
         return buffer, filename
 
 
 class SegmentPool(concurrent.futures.ThreadPoolExecutor):
-    """Threads that run no further ahead of the results than there are threads."""
+    """A thread pool that runs ahead of the results by at most the number of its threads."""
 
     def __init__(self, count: int) -> None:
         super().__init__(count)
@@ -144,12 +144,12 @@ class SegmentPool(concurrent.futures.ThreadPoolExecutor):
                 future.cancel()
 
     def __exit__(self, kind: Any, error: Any, trace: Any) -> None:
-        # What still runs after a failure is of no use and not waited for.
+        # After a failure, running downloads are not waited for.
         self.shutdown(wait=kind is None, cancel_futures=True)
 
 
 class _Segments:
-    """What takes the place of the tool's own functions, by their names there."""
+    """The replacements for the tool's own functions, under the same names."""
 
     def __init__(self, at_once: int, call: Call, resumer: Optional[Resumer]) -> None:
         self._at_once = at_once
@@ -158,26 +158,26 @@ class _Segments:
         self._prepare = FragmentFD._prepare_frag_download
         self._fetch_all = FragmentFD.download_and_append_fragments
 
-    def prepare(self, downloader: Any, ctx: Dict[str, Any]) -> None:
+    def prepare(self, downloader: Any, ctx: dict[str, Any]) -> None:
         part = self._resumer.part if self._resumer else None
         if part is None or part.segments == 0:
             with contextlib.suppress(OSError):
-                os.unlink(downloader.temp_name(ctx["filename"]))  # of an attempt before; nothing is added to it
+                os.unlink(downloader.temp_name(ctx["filename"]))  # left by an earlier attempt; must not be appended to
         self._prepare(downloader, ctx)
         ctx["dl"] = SegmentDownloader(downloader.ydl, ctx["dl"].params, self._call, self._resumer)
         downloader.nox_meter = SegmentMeter(ctx.get("total_frags") or 0)
         ctx["dl"].add_progress_hook(downloader.nox_meter)
 
-    def fetch_all(self, downloader: Any, ctx: Dict[str, Any], fragments: Any, info_dict: Any, **more: Any) -> Any:
+    def fetch_all(self, downloader: Any, ctx: dict[str, Any], fragments: Any, info_dict: Any, **more: Any) -> Any:
         if self._at_once > 1 and more.get("tpe") is None:
             more["tpe"] = SegmentPool(self._at_once)
-            for limit in ("ratelimit", "throttledratelimit"):  # of all threads together
+            for limit in ("ratelimit", "throttledratelimit"):  # for all threads together
                 if ctx["dl"].params.get(limit):
                     ctx["dl"].params[limit] /= self._at_once
-            # What the tool warns of here, that its speed is of one thread alone, does not hold for these figures.
+            # The tool warns here that its speed is that of one thread; these figures are of all threads.
             downloader.report_warning = downloader.write_debug
         resumer = self._resumer
-        # Subtitles are packed; what that needs to know of the segments before is not kept.
+        # Subtitles need data of earlier segments, which are not kept.
         if resumer and resumer.part and not ctx.get("live") and "pack_func" not in more:
             fragments = resumer.remaining(downloader, ctx["dest_stream"], fragments, info_dict, self._call)
             downloader.nox_meter.begin_at(resumer.part.segments, resumer.part.length)
@@ -186,7 +186,7 @@ class _Segments:
 
 
 def _download(
-    downloader: Any, ctx: Dict[str, Any], frag_url: str, info_dict: Dict[str, Any], headers: Any = None,
+    downloader: Any, ctx: dict[str, Any], frag_url: str, info_dict: dict[str, Any], headers: Any = None,
     request_data: Any = None
 ) -> bool:
     segment = ctx["dl"].fetch({
@@ -199,12 +199,12 @@ def _download(
     return True
 
 
-def _read(downloader: Any, ctx: Dict[str, Any]) -> Optional[bytes]:
+def _read(downloader: Any, ctx: dict[str, Any]) -> Optional[bytes]:
     segment = ctx.get(_SEGMENT)
     return segment.getvalue() if segment else None
 
 
-def _append(downloader: Any, ctx: Dict[str, Any], frag_content: bytes) -> None:
+def _append(downloader: Any, ctx: dict[str, Any], frag_content: bytes) -> None:
     segment = ctx.pop(_SEGMENT, None)
     ctx["dest_stream"].write(frag_content)
     ctx["dest_stream"].flush()
@@ -212,18 +212,18 @@ def _append(downloader: Any, ctx: Dict[str, Any], frag_content: bytes) -> None:
         ctx[_PART].add_segment(ctx["dest_stream"].tell(), segment.identity)
 
 
-def _hook_progress(downloader: Any, status: Dict[str, Any], info_dict: Dict[str, Any]) -> None:
+def _hook_progress(downloader: Any, status: dict[str, Any], info_dict: dict[str, Any]) -> None:
     if status.get("status") == "downloading" and hasattr(downloader, "nox_meter"):
         status = {**status, **downloader.nox_meter.figures()}
     FileDownloader._hook_progress(downloader, status, info_dict)
 
 
-def install(params: Dict[str, Any], call: Call, resumer: Optional[Resumer]) -> None:
-    """From now on the tool fetches segments as this module does.
+def install(params: dict[str, Any], call: Call, resumer: Optional[Resumer]) -> None:
+    """From now on the tool downloads segments with this module.
 
-    :param resumer: where parts are kept
+    :param resumer: set if parts are kept
     """
-    params["_no_ytdl_file"] = True  # to go on another time, which under these names never comes
+    params["_no_ytdl_file"] = True  # the tool's own file for resuming; no later run would find it
     segments = _Segments(params.get("concurrent_fragment_downloads") or 1, call, resumer)
     FragmentFD._prepare_frag_download = lambda downloader, ctx: segments.prepare(downloader, ctx)
     FragmentFD.download_and_append_fragments = lambda downloader, *arguments, **more: segments.fetch_all(

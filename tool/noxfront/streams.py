@@ -1,10 +1,10 @@
-"""What a stream of the tool's is: sound, picture, or nothing that can be watched."""
+"""Properties of the tool's streams: sound, picture, or not playable."""
 
 from __future__ import annotations
 
-from typing import Any, Dict, Iterable
+from typing import Any, Iterable
 
-Info = Dict[str, Any]  # a page's record or a stream's, as the tool makes it
+Info = dict[str, Any]  # the tool's record of a page or a stream
 
 UNKNOWN_CODEC = "unknown"
 _LIVE = ("is_live", "is_upcoming", "post_live")
@@ -12,7 +12,7 @@ _SOUND_FILES = frozenset("aac aiff alac ape flac m4a m4b mka mp3 oga ogg opus wa
 
 
 def of_page(page: Info) -> list[Info]:
-    """The page's streams; where the tool names none, the page's record is itself the only one."""
+    """The page's streams. If the tool has no list, the page's record itself is the only stream."""
     formats = page.get("formats")
     if formats is None and page.get("url"):
         return [page]
@@ -20,13 +20,13 @@ def of_page(page: Info) -> list[Info]:
 
 
 def is_live(page: Info) -> bool:
-    """Whether the page's streams still grow, or may be made anew any time."""
+    """Whether the page's streams are live, so they may grow or be replaced."""
     return bool(page.get("is_live")) or page.get("live_status") in _LIVE
 
 
 def complete(streams: Iterable[Info]) -> None:
-    """Says of each stream what the tool leaves open although it can be known. Downloads need it as well: the file gets
-    the name that was described."""
+    """Adds properties that the tool leaves out. Downloads need this as well, so that the file gets the name from the
+    description."""
     for stream in streams:
         extension = stream.get("ext")
         if stream.get("vcodec") is None and extension in _SOUND_FILES and not stream.get("height"):
@@ -36,12 +36,12 @@ def complete(streams: Iterable[Info]) -> None:
         if not stream.get("acodec"):
             stream["acodec"] = UNKNOWN_CODEC
         if extension == "mp4":
-            # The name of an MP4 file that holds sound alone; by it the library sees that the sound need not be encoded.
+            # The suffix of an MP4 file with sound only. It shows the library that the sound need not be encoded.
             stream["ext"] = "m4a"
 
 
 def is_usable(stream: Info) -> bool:
-    """Whether the stream is something to watch or to hear that can be had."""
+    """Whether the stream can be downloaded and has picture or sound."""
     if stream.get("vcodec") == "none" and stream.get("acodec") == "none":
         return False
     if stream.get("ext") == "mhtml" or stream.get("format_note") == "storyboard":

@@ -1,4 +1,4 @@
-"""Nothing that the tool runs asks a person: the host's user sees no terminal, and nobody would answer."""
+"""Prevents questions on the terminal, which a user of a host could not see or answer."""
 
 from __future__ import annotations
 
@@ -12,19 +12,19 @@ from typing import Any, NoReturn
 
 
 class SecretMissing(Exception):
-    """The tool has asked for a password or a code."""
+    """The tool asked for a password or a code."""
 
 
 def leave() -> None:
-    """From now on standard input is empty, for the programs that the tool runs as well, and there is no terminal."""
+    """From now on, this process and its children have an empty standard input and no terminal."""
     empty = os.open(os.devnull, os.O_RDONLY)
     os.dup2(empty, 0)
     if empty != 0:
         os.close(empty)
-    # The process stays in its group, by which the library ends it: a session of its own would be a new group.
+    # setsid() would create a new process group, but the library kills the process by its group.
     with contextlib.suppress(OSError):
         terminal = os.open("/dev/tty", os.O_RDWR | os.O_NOCTTY | os.O_NONBLOCK)
-        hang_up = signal.signal(signal.SIGHUP, signal.SIG_IGN)  # is sent where this process leads its session
+        hang_up = signal.signal(signal.SIGHUP, signal.SIG_IGN)  # sent if this process is the session leader
         try:
             fcntl.ioctl(terminal, termios.TIOCNOTTY)
         finally:

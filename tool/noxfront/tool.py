@@ -1,4 +1,4 @@
-"""The tool's own package, set up for what the library wants of it."""
+"""Sets up the tool's package for the library's commands."""
 
 from __future__ import annotations
 
@@ -7,7 +7,7 @@ import io
 import optparse
 import os
 import sys
-from typing import Any, Callable, Dict, Iterator, List, Optional
+from typing import Any, Callable, Iterator, Optional
 
 import yt_dlp
 from yt_dlp.utils import DownloadCancelled
@@ -17,30 +17,30 @@ from .configuration import ConfigurationError
 from .entries import Entries
 from .streams import Info
 
-# Of a page that holds many videos none of which can be described, no more than these are tried.
+# At most so many entries of a page are tried until one can be described.
 MAXIMUM_FAILURES = 25
 _COMMON_OPTIONS = (
     "--ignore-config",
-    "--no-update",  # that a version is old is nothing that a host's user can act on at each page
+    "--no-update",  # no advice to update the tool at each page
     "--no-playlist",
     "--lazy-playlist",
     "--abort-on-unavailable-fragments",
-    "--no-progress",  # the front has its own
+    "--no-progress",  # the front prints its own
     f"--concurrent-fragments={segments.AT_ONCE}",
 )
 
-Selector = Callable[[Dict[str, Any]], List[Info]]
+Selector = Callable[[dict[str, Any]], list[Info]]
 
 
-def settings(options: list[str], **more: Any) -> Dict[str, Any]:
-    """The tool's settings for the options given, as its own command line would make them.
+def settings(options: list[str], **more: Any) -> dict[str, Any]:
+    """The tool's settings for these options, as by its own command line.
 
-    :raises ConfigurationError: where the tool does not take an option; they come from the user's settings
+    :raises ConfigurationError: if the tool refuses an option of the user's settings
     """
     complaint = io.StringIO()
     try:
         with contextlib.redirect_stderr(complaint):
-            params: Dict[str, Any] = yt_dlp.parse_options([*_COMMON_OPTIONS, *options])[3]
+            params: dict[str, Any] = yt_dlp.parse_options([*_COMMON_OPTIONS, *options])[3]
     except (SystemExit, optparse.OptParseError) as error:
         unknown = _unknown_options(options)
         if unknown:
@@ -65,18 +65,18 @@ def _unknown_options(options: list[str]) -> list[str]:
 
 
 class Tool(yt_dlp.YoutubeDL):  # type: ignore[misc]
-    """The tool, which tells of settings that cannot be used as such, and not as a fault of the page's."""
+    """The tool's main class. Reports errors in the settings as such, and not as errors of the page."""
 
-    def __init__(self, params: Dict[str, Any], **more: Any) -> None:
+    def __init__(self, params: dict[str, Any], **more: Any) -> None:
         """
-        :raises ConfigurationError: where a setting cannot be used
+        :raises ConfigurationError: if a setting cannot be used
         """
         impersonate = params.get("impersonate")
         try:
             with _cookie_errors():
                 super().__init__(params, **more)
                 if params.get("cookiefile") or params.get("cookiesfrombrowser"):
-                    self.cookiejar  # newer tools load it when it is used
+                    self.cookiejar  # newer versions of the tool load it at the first use
         except yt_dlp.utils.YoutubeDLError as error:
             if impersonate is None:
                 raise
@@ -85,18 +85,18 @@ class Tool(yt_dlp.YoutubeDL):  # type: ignore[misc]
                 "or does not know this client") from error
 
     def save_cookies(self) -> None:
-        # A file of cookies that may only be read is good enough.
+        # A read-only file of cookies is sufficient.
         with contextlib.suppress(OSError):
             super().save_cookies()
 
     def __exit__(self, *error: Any) -> None:
-        with contextlib.suppress(OSError):  # of cookies, where an older tool saves them here
+        with contextlib.suppress(OSError):  # older versions of the tool save the cookies here
             super().__exit__(*error)
 
 
 @contextlib.contextmanager
 def _cookie_errors() -> Iterator[None]:
-    """Makes the tool say of cookies that cannot be loaded that the settings are wrong."""
+    """Makes the tool report cookies that cannot be loaded as an error in the settings."""
     module = sys.modules["yt_dlp.YoutubeDL"]
     load = module.load_cookies
 
@@ -119,7 +119,7 @@ def _cookie_errors() -> Iterator[None]:
 
 
 class FirstVideo(DownloadCancelled):  # type: ignore[misc]
-    """Ends the reading of a page; the tool lets its own kind of cancellation through everywhere."""
+    """Ends the reading of a page. The tool never catches its own class for cancellation."""
 
     def __init__(self, page: Info) -> None:
         super().__init__()
@@ -127,19 +127,20 @@ class FirstVideo(DownloadCancelled):  # type: ignore[misc]
 
 
 class PageReader(Tool):
-    """Reads a page up to the first video that can be described, or a certain one."""
+    """Reads a page until the first video that can be described, or until a given one."""
 
-    entries: Optional[Entries] = None  # of the page, where it has several
+    entries: Optional[Entries] = None  # of a page that has several
     _item = 0
     _on_entries: Optional[Callable[[Entries], None]] = None
 
     def first_video(
         self, url: str, item: int = 0, on_entries: Optional[Callable[[Entries], None]] = None
     ) -> Optional[Info]:
-        """The video's record; None if there is none, for reasons that the logger has been told.
+        """The video's record; None if there is none. Then the reason has been logged.
 
-        :param item: the number of the page's entry that is wanted, from 1; 0 for the first that can be described
-        :param on_entries: gets the entries of a page that has several; then none is read, and the result is the page's
+        :param item: number of the requested entry, from 1; 0 for the first that can be described
+        :param on_entries: called with the entries of a page that has several; then no entry is read, and the result is
+            the record of the page
         """
         self._item, self._on_entries = item, on_entries
         self.params.update(ignoreerrors=True, skip_playlist_after_errors=MAXIMUM_FAILURES)
@@ -180,18 +181,18 @@ class PageReader(Tool):
         raise FirstVideo(self.sanitize_info(page, remove_private_keys=True))
 
 
-def _any_stream(context: Dict[str, Any]) -> List[Info]:
-    # A description is of all streams. The tool demands that one be chosen, which must not fail.
-    formats: List[Info] = context["formats"]
+def _any_stream(context: dict[str, Any]) -> list[Info]:
+    # A description has all streams, but the tool requires a selection, which must not fail.
+    formats: list[Info] = context["formats"]
     return formats[-1:]
 
 
 def selector(tool: Any, code: str) -> Selector:
-    """Chooses the stream that has the code. The tool itself would read a code such as "mp4" as a wish; a code that no
-    stream has is left to it."""
+    """Chooses the stream with the code. The tool itself would take a code such as "mp4" for a container; if no stream
+    has the code, the tool decides."""
 
-    def select(context: Dict[str, Any]) -> List[Info]:
-        # The tool puts an "f" before a code that is also the name of a container.
+    def select(context: dict[str, Any]) -> list[Info]:
+        # The tool prepends "f" to a code that is also the name of a container.
         for name in (code, "f" + code):
             found = [stream for stream in context["formats"] if stream.get("format_id") == name]
             if found:

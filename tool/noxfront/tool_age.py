@@ -1,4 +1,4 @@
-"""How old the tool's package is."""
+"""The age of the tool's package."""
 
 from __future__ import annotations
 
@@ -11,7 +11,7 @@ LIMIT = datetime.timedelta(days=365)
 
 
 def note(today: Optional[datetime.date] = None) -> Optional[str]:
-    """What the user should know of a failure of a tool that is older than a year; None with a younger one."""
+    """A note for failures of a tool that is older than a year; None for a newer one."""
     version = getattr(sys.modules.get("yt_dlp.version"), "__version__", "")
     found = re.match(r"(\d{4})\.(\d{1,2})\.(\d{1,2})", version)
     try:

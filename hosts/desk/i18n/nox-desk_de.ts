@@ -48,7 +48,7 @@
     </message>
 </context>
 <context>
-    <name>NoxDesk::Desk</name>
+    <name>NoxDesk::DeskController</name>
     <message>
         <source>%1 %, %2 of %3</source>
         <comment>percent; ended, all downloads</comment>
@@ -107,15 +107,15 @@
         <translation>noch %1</translation>
     </message>
     <message>
-        <source>Waiting for others to end</source>
-        <translation>Wartet, bis andere fertig sind</translation>
+        <source>Waiting for other downloads</source>
+        <translation>Wartet auf andere Downloads</translation>
     </message>
     <message>
         <source>Failed: %1</source>
         <translation>Fehlgeschlagen: %1</translation>
     </message>
     <message>
-        <source>The file is not there any more</source>
+        <source>The file no longer exists</source>
         <translation>Die Datei ist nicht mehr vorhanden</translation>
     </message>
     <message>
@@ -186,7 +186,7 @@
         <translation>%1: %2</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not there any more.</source>
+        <source>&quot;%1&quot; no longer exists.</source>
         <translation>„%1“ ist nicht mehr vorhanden.</translation>
     </message>
     <message>
@@ -241,7 +241,7 @@
 <context>
     <name>NoxDesk::DownloadStore</name>
     <message>
-        <source>The list of downloads could not be read. It has been set aside as &quot;%1&quot;.</source>
+        <source>The list of downloads could not be read. It was renamed to &quot;%1&quot;.</source>
         <translation>Die Liste der Downloads war nicht lesbar. Sie wurde als „%1“ beiseitegelegt.</translation>
     </message>
 </context>
@@ -252,8 +252,8 @@
         <translation>&amp;Beendete entfernen</translation>
     </message>
     <message>
-        <source>Takes ended downloads off the list; files stay</source>
-        <translation>Nimmt beendete Downloads aus der Liste; Dateien bleiben</translation>
+        <source>Removes ended downloads from the list, not their files</source>
+        <translation>Entfernt beendete Downloads aus der Liste, nicht ihre Dateien</translation>
     </message>
     <message>
         <source>Downloads:</source>
@@ -268,15 +268,15 @@
         <translation>Alle abbre&amp;chen</translation>
     </message>
     <message>
-        <source>Cancels the downloads that run and those that wait</source>
-        <translation>Bricht die laufenden und die wartenden Downloads ab</translation>
+        <source>Cancels running and waiting downloads</source>
+        <translation>Bricht laufende und wartende Downloads ab</translation>
     </message>
     <message>
-        <source>Stops the downloads that run or wait, and keeps what they have</source>
-        <translation>Hält laufende und wartende Downloads an und behält, was sie haben</translation>
+        <source>Pauses running and waiting downloads</source>
+        <translation>Hält laufende und wartende Downloads an</translation>
     </message>
     <message>
-        <source>Goes on with the downloads that are paused</source>
+        <source>Resumes the paused downloads</source>
         <translation>Setzt die angehaltenen Downloads fort</translation>
     </message>
     <message>
@@ -306,12 +306,12 @@
         <translation>Zeigt das Protokoll des Download-Werkzeugs</translation>
     </message>
     <message>
-        <source>What went wrong</source>
-        <translation>Was nicht gelungen ist</translation>
+        <source>Error message</source>
+        <translation>Fehlermeldung</translation>
     </message>
     <message>
-        <source>What the download tool said</source>
-        <translation>Was das Download-Werkzeug gemeldet hat</translation>
+        <source>Messages of the download tool</source>
+        <translation>Meldungen des Download-Werkzeugs</translation>
     </message>
 </context>
 <context>
@@ -397,8 +397,8 @@
         <translation>den gewählten Stream herunterladen</translation>
     </message>
     <message>
-        <source>take the download off the list, when it has ended</source>
-        <translation>den Download aus der Liste nehmen, wenn er zu Ende ist</translation>
+        <source>remove the ended download from the list</source>
+        <translation>den beendeten Download aus der Liste entfernen</translation>
     </message>
     <message>
         <source>open the menu</source>
@@ -449,8 +449,12 @@
         <translation>In „%1“ stehen keine Adressen.</translation>
     </message>
     <message>
-        <source>This stream of this page is in the list of downloads already.</source>
-        <translation>Dieser Datenstrom dieser Seite steht schon in der Liste der Downloads.</translation>
+        <source>The list already has %1 of these pages.</source>
+        <translation>Schon in der Liste: %1 von diesen Seiten.</translation>
+    </message>
+    <message>
+        <source>The list already has a download of this stream.</source>
+        <translation>In der Liste steht schon ein Download dieses Streams.</translation>
     </message>
     <message>
         <source>Download &amp;again</source>
@@ -461,8 +465,8 @@
         <translation>Noch laufende Downloads: %1. Stoppen und schließen?</translation>
     </message>
     <message>
-        <source>They stay in the list, and go on later where they have stopped.</source>
-        <translation>Sie bleiben in der Liste und machen später dort weiter, wo sie stehen geblieben sind.</translation>
+        <source>They stay in the list and can be resumed later.</source>
+        <translation>Sie bleiben in der Liste und lassen sich später fortsetzen.</translation>
     </message>
     <message>
         <source>&amp;Stop and close</source>
@@ -589,8 +593,8 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>&amp;Ordner anlegen</translation>
     </message>
     <message>
-        <source>The stream is sound alone</source>
-        <translation>Der Stream ist reiner Ton</translation>
+        <source>The stream has sound only</source>
+        <translation>Der Stream enthält nur Ton</translation>
     </message>
     <message>
         <source>unknown quality (%1)</source>
@@ -681,8 +685,8 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Adressen:</translation>
     </message>
     <message>
-        <source>the best there is</source>
-        <translation>die beste, die es gibt</translation>
+        <source>the best available</source>
+        <translation>die beste verfügbare</translation>
     </message>
     <message>
         <source>at most %1p</source>
@@ -693,7 +697,7 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Vorgeschlagene &amp;Qualität:</translation>
     </message>
     <message>
-        <source>the one that came along</source>
+        <source>the included one</source>
         <translation>das mitgelieferte</translation>
     </message>
     <message>
@@ -725,15 +729,15 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Archiv auswählen</translation>
     </message>
     <message>
-        <source>Save sound without a picture as MP&amp;3, which encodes it anew</source>
-        <translation>Ton ohne Bild als MP&amp;3 speichern, wozu er neu kodiert wird</translation>
+        <source>Convert sound without a picture to MP&amp;3</source>
+        <translation>Ton ohne Bild in MP&amp;3 umwandeln</translation>
     </message>
     <message>
-        <source>&amp;Go on with unfinished downloads when the program starts</source>
+        <source>&amp;Resume unfinished downloads when the program starts</source>
         <translation>Beim Start unfertige Downloads &amp;fortsetzen</translation>
     </message>
     <message>
-        <source>none; or bytes a second, such as 500K or 2M</source>
+        <source>none; or bytes per second, such as 500K or 2M</source>
         <translation>keine; oder Bytes pro Sekunde, etwa 500K oder 2M</translation>
     </message>
     <message>
@@ -741,8 +745,8 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>&amp;Höchste Geschwindigkeit:</translation>
     </message>
     <message>
-        <source>as the system has it; or such as socks5://127.0.0.1:9050</source>
-        <translation>wie im System; oder etwa socks5://127.0.0.1:9050</translation>
+        <source>proxy of the system; or, for example, socks5://127.0.0.1:9050</source>
+        <translation>Proxy des Systems; oder zum Beispiel socks5://127.0.0.1:9050</translation>
     </message>
     <message>
         <source>&amp;Proxy:</source>
@@ -871,7 +875,7 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Der Befehl nox-renew-tool ist nicht installiert.</translation>
     </message>
     <message>
-        <source>Cancelled. The tool is the one as before.</source>
+        <source>Cancelled. The tool has not changed.</source>
         <translation>Abgebrochen. Das Werkzeug ist dasselbe wie vorher.</translation>
     </message>
     <message>

@@ -12,10 +12,10 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr int maximumLength = 4096; // whatever is longer is text that happens to begin like an address
+constexpr int maximumLength = 4096; // longer text only begins like an address
 constexpr qint64 maximumBytes = 4LL * 1024 * 1024;
 
-/** Takes what belongs to the sentence around an address off its end. */
+/** Removes punctuation of the surrounding sentence from the end of an address. */
 QString trimmed(QString word)
 {
     while (!word.isEmpty() && QStringLiteral(".,;:!?)]}>\"'").contains(word.back())) {

@@ -5,19 +5,20 @@
 
 namespace NoxDesk {
 
-/** The addresses of pages that a text holds, such as what is pasted or dropped. */
+/** Finds the addresses of pages in a text, for example in pasted or dropped text. */
 class AddressList
 {
 public:
     AddressList() = delete;
 
-    /** Each address once, in their order, fit for reading. Words without a scheme count where they look like one. */
+    /** The addresses in @p text in their order, without repetitions, completed for a PageJob. Also finds addresses
+     * without a scheme, such as www.example.org. */
     static QStringList in(const QString &text);
 
-    /** The addresses in dropped or copied data: of links, of text files, or of a text. */
+    /** The addresses in dropped or copied data: in links, in text files or in the text. */
     static QStringList in(const QMimeData *data);
 
-    static QStringList inFile(const QString &path); ///< Those in a text file; none where it is too large for one.
+    static QStringList inFile(const QString &path); ///< The addresses in a text file; none if the file is too large.
 };
 
 } // namespace NoxDesk

@@ -1,4 +1,4 @@
-#include "hosts/desk/model/Desk.h"
+#include "hosts/desk/model/DeskController.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -7,11 +7,11 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr int saveMs = 200; // many changes are stored together
+constexpr int saveMs = 200; // stores several changes at once
 
 } // namespace
 
-Desk::Desk(const QString &logFolder, QObject *parent)
+DeskController::DeskController(const QString &logFolder, QObject *parent)
     : QObject(parent)
     , m_log(logFolder)
     , m_reader(m_tools)
@@ -20,26 +20,26 @@ Desk::Desk(const QString &logFolder, QObject *parent)
     , m_downloads(m_tools)
 {
     applySettings();
-    connect(&m_reader, &PageReader::pageChanged, this, &Desk::onPageChanged);
-    connect(&m_sizes, &StreamSizeProbe::found, this, &Desk::onSizeFound);
+    connect(&m_reader, &PageReader::pageChanged, this, &DeskController::onPageChanged);
+    connect(&m_sizes, &StreamSizeProbe::found, this, &DeskController::onSizeFound);
     connect(&m_downloads, &DownloadListModel::countsChanged, this,
             [this] { m_plan.setTaken(m_downloads.activeFiles()); });
-    connect(&m_downloads, &DownloadListModel::ended, this, &Desk::onEnded);
-    connect(&m_downloads, &DownloadListModel::countsChanged, this, &Desk::watchLog);
-    connect(&m_reader, &PageReader::stateChanged, this, &Desk::watchLog);
+    connect(&m_downloads, &DownloadListModel::ended, this, &DeskController::onEnded);
+    connect(&m_downloads, &DownloadListModel::countsChanged, this, &DeskController::watchLog);
+    connect(&m_reader, &PageReader::stateChanged, this, &DeskController::watchLog);
     m_downloads.setChooser([this](const Nox::PageJob &page) {
-        m_saveTimer.start(); // it will be known what is downloaded
+        m_saveTimer.start(); // the record of the new download becomes known
         return choose(page);
     });
     restoreDownloads();
 }
 
-Desk::~Desk()
+DeskController::~DeskController()
 {
     m_store.save(m_downloads.toJson());
 }
 
-void Desk::restoreDownloads()
+void DeskController::restoreDownloads()
 {
     m_downloads.restore(m_store.load());
     QSet<QString> folders{m_settings.folder()};
@@ -53,11 +53,11 @@ void Desk::restoreDownloads()
     connect(&m_saveTimer, &QTimer::timeout, this, [this] { m_store.save(m_downloads.toJson()); });
     connect(&m_downloads, &DownloadListModel::countsChanged, this, saveSoon);
     connect(&m_downloads, &QAbstractItemModel::rowsMoved, this, saveSoon);
-    if (m_settings.preferences().goesOnAtStart)
+    if (m_settings.preferences().resumesAtStart)
         m_downloads.resumeAll();
 }
 
-DownloadRequest Desk::choose(const Nox::PageJob &page) const
+DownloadRequest DeskController::choose(const Nox::PageJob &page) const
 {
     const Preferences preferences = m_settings.preferences();
     const Nox::StreamChoice streams = page.streams();
@@ -68,13 +68,27 @@ DownloadRequest Desk::choose(const Nox::PageJob &page) const
     return {page.url(), stream, file, page.page().getDuration(), sound};
 }
 
-void Desk::addPages(const QStringList &addresses)
+void DeskController::addPages(const QStringList &addresses)
+{
+    QStringList listed;
+    for (const QString &address : addresses) {
+        const DownloadRequest request{address, {}, {}};
+        if (m_downloads.contains(request))
+            listed += address;
+        else
+            m_downloads.add(request);
+    }
+    if (!listed.isEmpty())
+        Q_EMIT pagesAddedTwice(listed);
+}
+
+void DeskController::addPagesAgain(const QStringList &addresses)
 {
     for (const QString &address : addresses)
         m_downloads.add({address, {}, {}});
 }
 
-void Desk::applySettings()
+void DeskController::applySettings()
 {
     const Preferences preferences = m_settings.preferences();
     m_tools = Nox::ToolSetup(preferences.toolFile);
@@ -86,7 +100,7 @@ void Desk::applySettings()
     m_plan.setSound(preferences.makesMp3 ? Nox::SoundFormat::Mp3 : Nox::SoundFormat::AsIs);
 }
 
-QString Desk::progressText() const
+QString DeskController::progressText() const
 {
     if (m_downloads.activeCount() == 0)
         return {};
@@ -96,14 +110,14 @@ QString Desk::progressText() const
         .arg(m_downloads.batchCount());
 }
 
-void Desk::chooseStream(int row)
+void DeskController::chooseStream(int row)
 {
     m_plan.setStream(m_streams.stream(row));
 }
 
-void Desk::startDownload()
+void DeskController::startDownload()
 {
-    m_plan.setTaken(m_downloads.activeFiles()); // the file may have come to be since
+    m_plan.setTaken(m_downloads.activeFiles()); // the file may exist by now
     if (m_plan.isComplete() && m_downloads.contains(m_plan.request())) {
         Q_EMIT startedTwice();
     } else {
@@ -111,16 +125,16 @@ void Desk::startDownload()
     }
 }
 
-void Desk::startAgain()
+void DeskController::startAgain()
 {
     if (!m_plan.isComplete())
         return;
     const DownloadRequest request = m_plan.request();
-    m_plan.renumber(); // before the name is taken, so that it never looks as if nothing could be downloaded
+    m_plan.renumber(); // first, so that the form never shows the name as taken
     m_downloads.add(request);
 }
 
-void Desk::onPageChanged()
+void DeskController::onPageChanged()
 {
     m_plan.setPage(m_reader.url(), m_reader.page(), m_reader.streams());
     m_streams.setStreams(m_reader.streams(), m_reader.page().getDuration());
@@ -129,12 +143,12 @@ void Desk::onPageChanged()
     m_sizes.ask(m_reader.streams().all());
 }
 
-void Desk::watchLog()
+void DeskController::watchLog()
 {
     m_log.setWatched(m_downloads.activeCount() > 0 || m_reader.state() == PageReader::State::Reading);
 }
 
-void Desk::onEnded(int row)
+void DeskController::onEnded(int row)
 {
     const QModelIndex download = m_downloads.index(row);
     const QString file = download.data().toString();
@@ -142,14 +156,14 @@ void Desk::onEnded(int row)
     if (state == Download::State::Finished) {
         Q_EMIT noticed(tr("Download finished"), file);
     } else if (state == Download::State::Failed) {
-        const QString problem = download.data(DownloadListModel::ErrorRole).toString();
-        Q_EMIT noticed(tr("Download failed"), tr("%1: %2", "file, problem").arg(file, problem));
+        const QString error = download.data(DownloadListModel::ErrorRole).toString();
+        Q_EMIT noticed(tr("Download failed"), tr("%1: %2", "file, problem").arg(file, error));
     } else if (state == Download::State::Cancelled) {
         Q_EMIT noticed(tr("Download cancelled"), file);
     }
 }
 
-void Desk::onSizeFound(const QString &code, qint64 bytes)
+void DeskController::onSizeFound(const QString &code, qint64 bytes)
 {
     m_streams.setSize(code, bytes);
     m_plan.setSize(code, bytes);

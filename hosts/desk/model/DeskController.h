@@ -18,15 +18,15 @@
 
 namespace NoxDesk {
 
-/** Everything behind the window: reads pages, keeps the choices, runs the downloads. */
-class Desk : public QObject
+/** The logic of the window: reads pages, holds the user's choices and runs the downloads. */
+class DeskController : public QObject
 {
     Q_OBJECT
 
 public:
-    /** @param logFolder where the library's log goes; empty for a temporary file */
-    explicit Desk(const QString &logFolder = {}, QObject *parent = nullptr);
-    ~Desk() override; ///< Stores the list of downloads; those that run are stopped and can be gone on with.
+    /** @param logFolder folder for the library's log; empty for a temporary file */
+    explicit DeskController(const QString &logFolder = {}, QObject *parent = nullptr);
+    ~DeskController() override; ///< Stores the list of downloads. Running ones are stopped and can be resumed.
 
     PageReader &reader() { return m_reader; }
     StreamTableModel &streams() { return m_streams; }
@@ -38,28 +38,35 @@ public:
     QString logFile() const { return m_log.fileName(); }
     Nox::ToolSetup tools() const { return m_tools; }
 
-    /** Takes up what has changed in the settings. */
+    /** Applies changed settings. */
     void applySettings();
 
-    /** How far all downloads are together, for a title; empty when none is active. */
+    /** Progress of all downloads together, for a window title; empty if none is active. */
     QString progressText() const;
 
-    /** Chooses the stream in a row of streams(); no stream for a row that does not exist. */
+    /** Chooses the stream in @p row of streams(); none if the row does not exist. */
     void chooseStream(int row);
 
-    /** Begins the download that the plan describes, if it is complete. One that is in the list already is asked for. */
+    /** Starts the download that the plan describes, if it is complete. If the list has it already, asks the user. */
     void startDownload();
-    void startAgain(); ///< As startDownload(), but without asking.
+    void startAgain(); ///< As startDownload(), without asking the user.
 
-    /** Lets pages be read and downloaded one after the other, as the preferences say. */
+    /**
+     * Reads and downloads several pages one after the other, by the preferences. If the list has some of them already,
+     * asks the user about these.
+     */
     void addPages(const QStringList &addresses);
+    void addPagesAgain(const QStringList &addresses); ///< As addPages(), without asking the user.
 
 Q_SIGNALS:
-    /** The download that the user has asked for is in the list already: startAgain() begins it nevertheless. */
+    /** The list already has the requested download; startAgain() starts it all the same. */
     void startedTwice();
 
-    /** Something has happened that the user waits for. */
-    void noticed(const QString &title, const QString &words);
+    /** The list already has these pages; addPagesAgain() adds them all the same. */
+    void pagesAddedTwice(const QStringList &addresses);
+
+    /** An event that the user is waiting for. */
+    void noticed(const QString &title, const QString &message);
 
 private:
     void onPageChanged();
@@ -80,7 +87,7 @@ private:
     DownloadPlan m_plan;
     DownloadListModel m_downloads;
     DownloadStore m_store;
-    QTimer m_saveTimer; // runs when the list is to be stored
+    QTimer m_saveTimer; // active while the list must be stored
 };
 
 } // namespace NoxDesk

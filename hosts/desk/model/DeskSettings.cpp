@@ -60,7 +60,7 @@ Preferences DeskSettings::preferences() const
         qBound(Preferences::leastParallel, m_settings.value(parallelKey, result.parallelDownloads).toInt(),
                Preferences::mostParallel);
     result.offersClipboard = m_settings.value(clipboardKey, result.offersClipboard).toBool();
-    result.goesOnAtStart = m_settings.value(goOnKey, result.goesOnAtStart).toBool();
+    result.resumesAtStart = m_settings.value(goOnKey, result.resumesAtStart).toBool();
     result.makesMp3 = m_settings.value(mp3Key, result.makesMp3).toBool();
     result.toolFile = m_settings.value(toolKey).toString();
     return result;
@@ -73,7 +73,7 @@ void DeskSettings::setPreferences(const Preferences &preferences)
     m_settings.setValue(soundOnlyKey, preferences.stream.soundOnly);
     m_settings.setValue(parallelKey, preferences.parallelDownloads);
     m_settings.setValue(clipboardKey, preferences.offersClipboard);
-    m_settings.setValue(goOnKey, preferences.goesOnAtStart);
+    m_settings.setValue(goOnKey, preferences.resumesAtStart);
     m_settings.setValue(mp3Key, preferences.makesMp3);
     m_settings.setValue(toolKey, preferences.toolFile);
 }

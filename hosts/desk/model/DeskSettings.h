@@ -9,21 +9,21 @@
 
 namespace NoxDesk {
 
-/** What the program remembers from one time to the next: the user's preferences, and what was used last. */
+/** Settings that are kept between two runs: the user's preferences, and the last used values. */
 class DeskSettings
 {
 public:
-    QByteArray windowState(const QString &part) const; ///< Place and size of a part of the window.
+    QByteArray windowState(const QString &part) const; ///< Stored position and size of a part of the window.
     void setWindowState(const QString &part, const QByteArray &state);
 
-    /** Where files go: the folder chosen in the preferences, or the user's folder for videos. */
+    /** Folder for downloads: the one from the preferences, or else the user's folder for videos. */
     QString folder() const;
     void setFolder(const QString &folder);
 
     Preferences preferences() const;
     void setPreferences(const Preferences &preferences);
 
-    QStringList recentAddresses() const; ///< Of pages that could be read, the last one first.
+    QStringList recentAddresses() const; ///< Addresses of pages that could be read, newest first.
     void addRecentAddress(const QString &address);
     void clearRecentAddresses();
 

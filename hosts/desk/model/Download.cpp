@@ -88,7 +88,7 @@ void Download::start(const Nox::ToolSetup &tools, const Chooser &choose)
 void Download::onPageRead()
 {
     Nox::PageJob *page = m_page.release();
-    page->deleteLater(); // it is the sender
+    page->deleteLater(); // the page is the sender of this signal
     const DownloadRequest request = page->error() == Nox::Job::NoError ? m_choose(*page) : DownloadRequest();
     if (!request.stream.isValid()) {
         end(*page);
@@ -122,7 +122,7 @@ void Download::end(const Nox::Job &job)
     case Nox::Job::NoError:
         end(State::Finished);
         break;
-    case Nox::Job::Cancelled: // a page that was being read is read anew later
+    case Nox::Job::Cancelled: // a page that was being read will be read again
         end(m_state == State::Pausing ? State::Paused : State::Cancelled);
         break;
     case Nox::Job::Paused:
@@ -181,8 +181,8 @@ void Download::discard()
 
 bool Download::isSameAs(const DownloadRequest &request) const
 {
-    if (request.url != m_url || m_record.isEmpty())
-        return false;
+    if (request.url != m_url || !request.stream.isValid() || m_record.isEmpty())
+        return request.url == m_url && !request.stream.isValid();
     const Nox::MediaProfile stream = DownloadJob(m_record).stream();
     return stream.getName() == request.stream.getName()
         && stream.getPreferredDashAudioYdCode() == request.stream.getPreferredDashAudioYdCode();
@@ -221,7 +221,7 @@ QString Download::status() const
 {
     switch (m_state) {
     case State::Waiting:
-        return tr("Waiting for others to end");
+        return tr("Waiting for other downloads");
     case State::Running:
         return m_page != nullptr ? tr("Reading the page") : phaseText() + figuresText();
     case State::Cancelling:
@@ -230,7 +230,7 @@ QString Download::status() const
         return tr("Pausing…");
     case State::Finished:
         if (!QFileInfo::exists(m_file))
-            return tr("The file is not there any more");
+            return tr("The file no longer exists");
         return tr("Finished, %1")
             .arg(QLocale().formattedDataSize(QFileInfo(m_file).size(), 1, QLocale::DataSizeSIFormat));
     case State::Failed:
@@ -260,7 +260,7 @@ QString Download::phaseText() const
     return tr("Starting");
 }
 
-/** That the server does not answer; or what is known of amount, speed and time left; each behind a separator. */
+/** The message that the server does not answer, or else amount, speed and time left, each after a separator. */
 QString Download::figuresText() const
 {
     const QLocale locale;

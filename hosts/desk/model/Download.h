@@ -16,8 +16,8 @@
 namespace NoxDesk {
 
 /**
- * One download as the user sees it, from its request on: how far it is, and what has become of it. A download of which
- * only the address is known reads the page first.
+ * One download in the list: its state, progress and outcome. A download of which only the address is known reads the
+ * page first.
  */
 class Download : public QObject
 {
@@ -27,35 +27,35 @@ public:
     enum class State { Waiting, Running, Cancelling, Finished, Failed, Cancelled, Pausing, Paused };
     Q_ENUM(State)
 
-    /** Makes the request for a page that has been read; without a stream when there is none to download. */
+    /** Makes the request for a page that was read; without a stream if there is nothing to download. */
     using Chooser = std::function<DownloadRequest(const Nox::PageJob &page)>;
 
-    /** @param request without a stream, the page is read first */
+    /** @param request if it has no stream, the page is read first */
     explicit Download(const DownloadRequest &request, QObject *parent = nullptr);
 
-    /** A download of an earlier time. @param stored what toJson() told; an unfinished download is paused */
+    /** A stored download. @param stored result of toJson(); if it is unfinished, the download is paused */
     explicit Download(const QJsonObject &stored, QObject *parent = nullptr);
 
-    /** A paused download. @param record of the job that goes on with it */
+    /** A paused download. @param record record for the job that resumes it */
     Download(const QJsonObject &record, const QString &url, const QString &file, QObject *parent);
 
-    QJsonObject toJson() const; ///< In a form to be stored.
+    QJsonObject toJson() const; ///< A form that can be stored.
 
-    void start(const Nox::ToolSetup &tools, const Chooser &choose); ///< Begins, if it waits.
+    void start(const Nox::ToolSetup &tools, const Chooser &choose); ///< Starts the download if it is waiting.
     void pause();
     void cancel();
 
-    /** Lets a download wait again that is paused, has failed or been cancelled; it goes on with what is there. */
+    /** Puts a paused, failed or cancelled download back to waiting. It will resume if it has parts. */
     void retry();
 
-    void discard(); ///< Removes what is kept to go on with. Not while it runs.
+    void discard(); ///< Removes the parts. Not allowed while the download runs.
 
     State state() const { return m_state; }
 
-    /** Whether it waits or runs. */
+    /** Whether it is waiting or running. */
     bool isActive() const { return m_state == State::Waiting || isRunning(); }
 
-    /** Whether processes of it may be there. */
+    /** Whether it may have processes. */
     bool isRunning() const
     {
         return m_state == State::Running || m_state == State::Cancelling || m_state == State::Pausing;
@@ -63,23 +63,23 @@ public:
 
     bool isEnded() const { return !isActive() && m_state != State::Paused; }
     bool canRetry() const { return !isActive() && m_state != State::Finished; }
-    QString url() const { return m_url; }   ///< Address of the page.
-    QString file() const { return m_file; } ///< Path of the file that is being made, or has been; may be empty yet.
-    QString name() const;                   ///< The file's name, or the address.
-    int percent() const;                    ///< 0 to 100, or -1 when it cannot be told.
-    QString status() const;                 ///< Phase and figures, or the outcome, in words.
-    QString errorString() const { return m_error; } ///< What went wrong, for a person; empty unless it has failed.
+    QString url() const { return m_url; }           ///< Address of the page.
+    QString file() const { return m_file; }         ///< Path of the file; may be empty at first.
+    QString name() const;                           ///< The file's name, or the address.
+    int percent() const;                            ///< 0 to 100, or -1 if unknown.
+    QString status() const;                         ///< Phase and figures, or the outcome, as text.
+    QString errorString() const { return m_error; } ///< The error message; empty unless it failed.
 
-    /** What the external programs said of the failure; empty when it is not known. */
+    /** Messages of the external programs about the failure; may be empty. */
     QString errorDetails() const { return m_errorDetails; }
 
-    /** Whether it fetches what @p request asks for. */
+    /** Whether it downloads what @p request describes. */
     bool isSameAs(const DownloadRequest &request) const;
 
 Q_SIGNALS:
     void changed();
 
-    /** It does not run any more. But for the finished file and what is kept to go on with, nothing is left of it. */
+    /** The download no longer runs. Only its finished file or its parts are left. */
     void ended();
 
 private:
@@ -94,7 +94,7 @@ private:
 
     QString m_url;
     QString m_file;
-    QJsonObject m_record; // of the job; empty until it is known what to download
+    QJsonObject m_record; // of the job; empty until the stream is known
     State m_state = State::Waiting;
     QString m_error;
     QString m_errorDetails;

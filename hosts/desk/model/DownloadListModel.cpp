@@ -7,7 +7,7 @@ namespace NoxDesk {
 
 namespace {
 
-/** Which part of the list the download belongs to. */
+/** The part of the list in which the download stands. */
 int part(const Download *download)
 {
     return download->isRunning() ? 0 : download->isActive() ? 1 : download->isEnded() ? 3 : 2;
@@ -124,7 +124,7 @@ void DownloadListModel::cancel(int row)
 void DownloadListModel::cancelAll()
 {
     const QList<Download *> downloads = m_downloads;
-    // Those that wait before those that run, or they would take their places.
+    // First the waiting ones: otherwise they would start in place of the cancelled ones.
     for (auto download = downloads.crbegin(); download != downloads.crend(); ++download)
         (*download)->cancel();
 }
@@ -260,7 +260,7 @@ void DownloadListModel::onChanged(Download *download)
     Q_EMIT dataChanged(row, row);
 }
 
-/** Moves the download in @p row to where it belongs, when its state has changed. */
+/** Moves the download in @p row to its new place after a change of its state. */
 void DownloadListModel::place(int row)
 {
     const Download *download = m_downloads.at(row);

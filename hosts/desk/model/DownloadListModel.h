@@ -9,8 +9,8 @@
 namespace NoxDesk {
 
 /**
- * All downloads that have not been taken off the list. Owns them. First come those that run, then those that wait, in
- * the order in which they will begin, then those that are paused, then those that have ended, the last one first.
+ * The list of downloads, which it owns. Order: running, then waiting in the order in which they will start, then
+ * paused, then ended, newest first.
  */
 class DownloadListModel : public QAbstractListModel
 {
@@ -20,63 +20,64 @@ public:
     enum Role {
         FileRole = Qt::UserRole, ///< Path of the file.
         StateRole,               ///< Download::State.
-        PercentRole,             ///< 0 to 100, or -1 when it cannot be told.
-        StatusRole,              ///< Phase and figures, or the outcome, in words.
-        ErrorRole,               ///< What went wrong, in words.
-        ErrorDetailsRole,        ///< What the external programs said of it.
+        PercentRole,             ///< 0 to 100, or -1 if unknown.
+        StatusRole,              ///< Phase and figures, or the outcome, as text.
+        ErrorRole,               ///< The error message.
+        ErrorDetailsRole,        ///< Messages of the external programs about it.
         AddressRole,             ///< Address of the page.
     };
 
     explicit DownloadListModel(const Nox::ToolSetup &tools, QObject *parent = nullptr);
 
-    /** For downloads that begin from now on. */
+    /** Used by downloads that start from now on. */
     void setTools(const Nox::ToolSetup &tools) { m_tools = tools; }
 
-    /** How many run at a time, at least one. More begin at once where there is room. */
+    /** Number of downloads that run at the same time, at least 1. If it grows, waiting ones start at once. */
     void setLimit(int limit);
 
-    /** For pages that are read before their download. */
+    /** Chooses the stream of a page that is read before its download. */
     void setChooser(const Download::Chooser &choose) { m_choose = choose; }
 
-    void add(const DownloadRequest &request); ///< Begins a download, or lets it wait behind the others.
+    void add(const DownloadRequest &request); ///< Starts a download, or puts it at the end of the waiting ones.
 
-    /** Adds the downloads of an earlier time. @param stored what toJson() told; whatever is unfinished is paused */
+    /** Adds stored downloads. @param stored result of toJson(); unfinished downloads are paused */
     void restore(const QJsonArray &stored);
 
-    /** Adds, paused, what killed programs have left in @p folder and is not in the list. */
+    /** Adds as paused the downloads that killed programs have left in @p folder, if the list does not have them. */
     void addInterrupted(const QString &folder);
 
-    QJsonArray toJson() const; ///< In a form to be stored.
+    QJsonArray toJson() const; ///< A form that can be stored.
 
     void pause(int row);
     void pauseAll();
     void cancel(int row);
     void cancelAll();
-    void retry(int row); ///< Goes on with a download that is paused, has failed or been cancelled, or lets it wait.
-    void resumeAll();    ///< Goes on with all that are paused.
-    void move(int row, int by); ///< Moves a download that waits up (below 0) or down among those that wait.
-    void remove(int row);       ///< Takes a download that has ended off the list.
-    void removeEnded();         ///< Takes all that have ended off the list.
+    void retry(int row);        ///< Resumes a paused, failed or cancelled download; it may have to wait.
+    void resumeAll();           ///< Resumes all paused downloads.
+    void move(int row, int by); ///< Moves a waiting download up (negative) or down among the waiting.
+    void remove(int row);       ///< Removes an ended download from the list.
+    void removeEnded();         ///< Removes all ended downloads from the list.
 
-    int activeCount() const; ///< Those that run or wait.
+    int activeCount() const; ///< Number of running and waiting downloads.
     int runningCount() const;
     int endedCount() const;
     int pausedCount() const { return rowCount() - activeCount() - endedCount(); }
-    bool contains(const DownloadRequest &request) const; ///< Whether one that has not been given up asks for the same.
-    QStringList activeFiles() const;                     ///< What is being made, or will be.
+    bool contains(const DownloadRequest &request)
+        const;                       ///< Whether a download in the list, not cancelled or failed, is the same.
+    QStringList activeFiles() const; ///< Files of running and waiting downloads.
 
-    /** Of the downloads asked for since none was active last: how many there are, and how many have ended. */
+    /** Downloads since the last time that none was active: their number, and how many of them have ended. */
     int batchCount() const { return static_cast<int>(m_batch.size()); }
     int batchEndedCount() const;
 
-    /** How far these are, 0 to 100. */
+    /** Progress of these downloads together, 0 to 100. */
     int batchPercent() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
 Q_SIGNALS:
-    /** A download has been asked for, has begun or ended, or has come to the list or left it. */
+    /** A download was added, started, ended or removed. */
     void countsChanged();
 
     /** The download in @p row has ended. */

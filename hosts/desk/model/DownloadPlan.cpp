@@ -18,14 +18,14 @@ using Nox::StreamChoice;
 
 namespace {
 
-/** What stands behind the last dot of @p path, if it looks like the suffix of a kind of file and not like a title. */
+/** The suffix of @p path, if it looks like a file type and not like a part of a title. */
 QString suffixOf(const QString &path)
 {
     static const QRegularExpression pattern(QStringLiteral("\\.([a-zA-Z][a-zA-Z0-9]{0,4}|[0-9][a-zA-Z][a-zA-Z0-9]?)$"));
     return pattern.match(path).captured(1);
 }
 
-/** @p path, whose name has been numbered; a name that ended in a number before gets the next free one instead. */
+/** @p path with a number. If the name ended in a number before, that number is replaced by the next free one. */
 QString numberedOnce(const QString &path, const QStringList &taken)
 {
     static const QRegularExpression pattern(QStringLiteral("^(.*\\()(\\d{1,3})\\)\\(\\d+\\)(\\.[^./]*)?$"),
@@ -63,7 +63,7 @@ void DownloadPlan::setPage(const QString &url, const Nox::WebMediaInfo &page, co
 void DownloadPlan::setFolder(const QString &folder)
 {
     if (m_chosenFile && !m_chosenFile->isEmpty())
-        m_chosenFile = absolutePath(*m_chosenFile, m_folder); // a relative one was meant in the folder before
+        m_chosenFile = absolutePath(*m_chosenFile, m_folder); // a relative path referred to the old folder
     m_folder = folder;
     Q_EMIT changed();
 }
@@ -93,7 +93,7 @@ void DownloadPlan::setStream(const MediaProfile &stream)
     follow(oldSuffix);
 }
 
-void DownloadPlan::setCompanion(const QString &code)
+void DownloadPlan::setAudio(const QString &code)
 {
     const QString oldSuffix = Destination::suffix(m_stream, m_sound);
     m_stream.setPreferredDashAudioYdCode(code);
@@ -123,7 +123,7 @@ void DownloadPlan::renumber()
     Q_EMIT changed();
 }
 
-/** After another choice: gives the user's own file the suffix that goes with it. */
+/** After another choice: changes the suffix of the user's file to match. */
 void DownloadPlan::follow(const QString &oldSuffix)
 {
     const QString ending = QLatin1Char('.') + oldSuffix;
@@ -151,7 +151,7 @@ QString DownloadPlan::proposed(const Nox::WebMediaInfo &page, const MediaProfile
     return numberedOnce(Destination::proposed(page, stream, folder, taken, sound), taken);
 }
 
-/** The path that the user has chosen, with the stream's suffix where it has none. */
+/** The path that the user typed, with the stream's suffix if it has none. */
 QString DownloadPlan::chosenPath() const
 {
     const QString path = absolutePath(*m_chosenFile, m_folder);
@@ -159,17 +159,17 @@ QString DownloadPlan::chosenPath() const
     return isFile && suffixOf(path).isEmpty() ? path + QLatin1Char('.') + suffix() : path;
 }
 
-bool DownloadPlan::takesCompanion() const
+bool DownloadPlan::takesAudio() const
 {
     return StreamChoice::needsAudio(m_stream) && !m_streams.audio().isEmpty();
 }
 
-QList<MediaProfile> DownloadPlan::companions() const
+QList<MediaProfile> DownloadPlan::audioChoices() const
 {
-    return takesCompanion() ? m_streams.audio() : QList<MediaProfile>();
+    return takesAudio() ? m_streams.audio() : QList<MediaProfile>();
 }
 
-QString DownloadPlan::companion() const
+QString DownloadPlan::audio() const
 {
     return m_stream.getPreferredDashAudioYdCode();
 }
@@ -194,13 +194,13 @@ QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
     return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
 }
 
-QString DownloadPlan::soundProblem() const
+QString DownloadPlan::soundError() const
 {
-    const bool needsFfmpeg = !companion().isEmpty() || suffix() != Destination::suffix(m_stream);
+    const bool needsFfmpeg = !audio().isEmpty() || suffix() != Destination::suffix(m_stream);
     return needsFfmpeg ? Nox::ToolSetup::joiningErrorString() : QString();
 }
 
-QString DownloadPlan::destinationProblem() const
+QString DownloadPlan::destinationError() const
 {
     const QString file = path();
     if (m_taken.contains(file))
@@ -228,7 +228,7 @@ QString DownloadPlan::destinationWarning() const
 
 QString DownloadPlan::warning() const
 {
-    const bool isJoined = !companion().isEmpty();
+    const bool isJoined = !audio().isEmpty();
     return isJoined ? Conversion::warning(m_streams.conversion(m_stream), m_stream, m_page.getDuration()) : QString();
 }
 
@@ -253,16 +253,16 @@ void DownloadPlan::makeFolder()
 
 bool DownloadPlan::isComplete() const
 {
-    return m_stream.isValid() && soundProblem().isEmpty() && destinationProblem().isEmpty();
+    return m_stream.isValid() && soundError().isEmpty() && destinationError().isEmpty();
 }
 
 DownloadRequest DownloadPlan::request() const
 {
     MediaProfile stream = m_stream;
     qint64 bytes = m_sizes.value(stream.getName());
-    if (!companion().isEmpty()) {
-        // The size is that of both, or progress would stand still at its end while the sound comes.
-        const qint64 soundBytes = m_sizes.value(companion());
+    if (!audio().isEmpty()) {
+        // The size of both, or the progress would stay at 100 % while the sound is downloaded.
+        const qint64 soundBytes = m_sizes.value(audio());
         bytes = bytes > 0 && soundBytes > 0 ? bytes + soundBytes : 0;
     }
     stream.setSize(bytes);

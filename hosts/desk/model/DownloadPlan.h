@@ -14,8 +14,8 @@
 namespace NoxDesk {
 
 /**
- * The choices that lead to a download: stream, sound, destination. What the user has not chosen
- * follows from the rest, and what stands in the way is told in words.
+ * The choices for the next download: stream, sound and destination. What the user has not chosen gets a default. Error
+ * messages tell why a download is not possible.
  */
 class DownloadPlan : public QObject
 {
@@ -24,57 +24,57 @@ class DownloadPlan : public QObject
 public:
     explicit DownloadPlan(QObject *parent = nullptr);
 
-    /** Begins anew for a page. No stream is chosen yet. */
+    /** Resets all choices for a new page. No stream is chosen then. */
     void setPage(const QString &url, const Nox::WebMediaInfo &page, const Nox::StreamChoice &streams);
 
-    void setFolder(const QString &folder);           ///< Sets where files are proposed.
-    void setSound(Nox::SoundFormat sound);           ///< Sets what sound without a picture becomes.
-    void setTaken(const QStringList &paths);         ///< Tells what other downloads are going to make.
-    void setSize(const QString &code, qint64 bytes); ///< Tells the size of a stream.
+    void setFolder(const QString &folder);           ///< Folder for the default destination.
+    void setSound(Nox::SoundFormat sound);           ///< Format for sound without a picture.
+    void setTaken(const QStringList &paths);         ///< Paths that other downloads will use.
+    void setSize(const QString &code, qint64 bytes); ///< Size of the stream with format code @p code.
 
-    void setStream(const Nox::MediaProfile &stream); ///< Chooses, with the sound that suits it best.
-    void setCompanion(const QString &code);          ///< Chooses the sound to join; empty for none.
-    void setDestination(const QString &text);        ///< Chooses a file, as the user writes it.
+    void setStream(const Nox::MediaProfile &stream); ///< Chooses a stream, with its default sound.
+    void setAudio(const QString &code);              ///< Chooses the sound to join; empty for none.
+    void setDestination(const QString &text);        ///< Chooses the file, as typed by the user.
 
-    /** The user has written the file: its name gets a suffix, if it has none. */
+    /** The user has finished typing: appends the suffix if the name has none. */
     void completeDestination();
 
-    /** Goes on to a name that is still free, for the next download; to the user's own as soon as that is. */
+    /** Selects a free name for the next download; prefers the name that the user typed. */
     void renumber();
 
     /** Whether sound can be joined to the stream. */
-    bool takesCompanion() const;
+    bool takesAudio() const;
 
-    Nox::MediaProfile stream() const { return m_stream; } ///< The stream; invalid when none is chosen.
-    QList<Nox::MediaProfile> companions() const;          ///< The sounds to choose from.
-    QString companion() const;                            ///< Code of the sound to join; empty for none.
-    QString destination() const;                          ///< The file as shown to the user.
+    Nox::MediaProfile stream() const { return m_stream; } ///< The chosen stream; invalid if none is chosen.
+    QList<Nox::MediaProfile> audioChoices() const;        ///< The sounds to choose from.
+    QString audio() const;                                ///< Code of the sound to join; empty for none.
+    QString destination() const;                          ///< The destination as shown to the user.
     QString suffix() const;                               ///< Suffix of the file, without a dot.
-    QString path() const; ///< The file's absolute path, with a suffix; empty without a name.
+    QString path() const; ///< Absolute path of the file, with its suffix; empty without a name.
 
-    QString soundProblem() const;       ///< Why the sound cannot be joined; empty when it can.
-    QString destinationProblem() const; ///< Why the file cannot be made; empty when it can.
+    QString soundError() const;       ///< Error message if the sound cannot be joined; else empty.
+    QString destinationError() const; ///< Error message if the file cannot be created; else empty.
 
-    /** What is strange about the file, or that there is too little room for it; may be empty. Does not stand in the
-     * way. */
+    /** A warning about the file's suffix or about too little disk space; may be empty. It does not prevent the
+     * download. */
     QString destinationWarning() const;
 
-    /** What will take long, and how long about; empty when nothing does. Does not stand in the way. */
+    /** A warning about a long conversion; may be empty. It does not prevent the download. */
     QString warning() const;
 
-    /** The folder of the file, if it does not exist but can be made; else empty. */
+    /** The folder of the file if it does not exist and can be created; else empty. */
     QString missingFolder() const;
 
-    void makeFolder(); ///< Makes the missing folder.
+    void makeFolder(); ///< Creates the missing folder.
 
-    /** What the user means by @p text, which may be relative to @p folder or begin with "~/"; empty without a text. */
+    /** The absolute path for @p text, which may be relative to @p folder or begin with "~/"; empty without a text. */
     static QString absolutePath(const QString &text, const QString &folder);
 
     /** As Nox::Destination::proposed(), but a name that ends in a number gets no second one. */
     static QString proposed(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream, const QString &folder,
                             const QStringList &taken, Nox::SoundFormat sound);
 
-    /** Whether a download can begin. */
+    /** Whether the download can start. */
     bool isComplete() const;
 
     DownloadRequest request() const;
@@ -94,8 +94,8 @@ private:
     QStringList m_taken;
     QHash<QString, qint64> m_sizes;
     Nox::MediaProfile m_stream;          // its preferred audio code is the chosen one
-    std::optional<QString> m_chosenFile; // as the user writes it; without it the file is proposed
-    bool m_isNumbered = false;           // a download of the chosen file has begun: the next one gets a free name
+    std::optional<QString> m_chosenFile; // as typed by the user; if not set, the default is used
+    bool m_isNumbered = false;           // the chosen file is being downloaded: the next download gets a free name
 };
 
 } // namespace NoxDesk

@@ -7,12 +7,12 @@
 
 namespace NoxDesk {
 
-/** All that a download needs to begin. */
+/** Everything that a download needs to start. */
 struct DownloadRequest {
     QString url;
-    Nox::MediaProfile stream; ///< with a preferred audio code two streams are fetched and joined
-    QString destination;      ///< absolute path of the file to make
-    qint64 duration = 0;      ///< of the page, in seconds; 0 when unknown
+    Nox::MediaProfile stream; ///< with a preferred audio code, two streams are downloaded and joined
+    QString destination;      ///< absolute path of the file to create
+    qint64 duration = 0;      ///< of the page in seconds; 0 if unknown
     Nox::SoundFormat sound = Nox::SoundFormat::AsIs;
 };
 

@@ -32,7 +32,7 @@ QString fileOf(int program)
 std::unique_ptr<QLockFile> newLock(int program)
 {
     auto lock = std::make_unique<QLockFile>(fileOf(program) + QStringLiteral(".lock"));
-    lock->setStaleLockTime(0); // a lock is stale only when its program has gone
+    lock->setStaleLockTime(0); // stale only if its process no longer exists
     return lock->tryLock(0) ? std::move(lock) : nullptr;
 }
 
@@ -80,7 +80,7 @@ QJsonArray DownloadStore::read(const QString &name)
     const QString aside = Nox::Destination::free(name + QStringLiteral(".unreadable"));
     file.rename(aside);
     m_error = QCoreApplication::translate("NoxDesk::DownloadStore",
-                                          "The list of downloads could not be read. It has been set aside as \"%1\".")
+                                          "The list of downloads could not be read. It was renamed to \"%1\".")
                   .arg(aside);
     return {};
 }

@@ -9,22 +9,22 @@
 namespace NoxDesk {
 
 /**
- * Keeps the list of downloads from one start of the program to the next, in a file of the user. Each running program
- * has a file of its own; the lists of programs that do not run any more are taken over.
+ * Stores the list of downloads between two runs, in a file of the user. Each running instance has its own file. A new
+ * instance takes over the lists of instances that no longer run.
  */
 class DownloadStore
 {
 public:
-    /** Takes a file that no other program has; without one nothing is kept. */
+    /** Selects a file that no other instance uses. If that fails, nothing is stored. */
     DownloadStore();
 
-    /** Takes over what is stored: see DownloadListModel::restore(). To be called once. */
+    /** Reads the stored lists, for DownloadListModel::restore(). To be called once. */
     QJsonArray load();
 
-    /** Which files could not be read and have been set aside, in words; empty when there is none. */
+    /** The error message about files that could not be read and were renamed; empty if there are none. */
     QString errorString() const { return m_error; }
 
-    void save(const QJsonArray &downloads); ///< Replaces what is stored; the old list stays whole if that fails.
+    void save(const QJsonArray &downloads); ///< Replaces the stored list; the old one is kept if that fails.
 
 private:
     QJsonArray read(const QString &name);

@@ -38,7 +38,7 @@ void PageReader::cancel()
         m_job->cancel();
 }
 
-void PageReader::dismissProblem()
+void PageReader::dismissError()
 {
     if (m_state == State::Failed)
         setState(hasPage() ? State::Ready : State::Empty);

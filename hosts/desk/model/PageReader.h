@@ -13,8 +13,8 @@
 namespace NoxDesk {
 
 /**
- * The page that the user looks at. Reads one after the other, the newest request wins; a page that has been read stays
- * until another one has been.
+ * The current page. It reads one page at a time; a new request replaces the one before. The last page stays until
+ * another one was read.
  */
 class PageReader : public QObject
 {
@@ -26,44 +26,44 @@ public:
 
     explicit PageReader(const Nox::ToolSetup &tools, QObject *parent = nullptr);
 
-    /** For pages that are read from now on. */
+    /** Used for pages that are read from now on. */
     void setTools(const Nox::ToolSetup &tools) { m_tools = tools; }
 
     /**
-     * Reads the page whose address is @p text, corrected where it is clear what was meant; or refuses it. A page that
-     * is being read is not begun anew.
+     * Reads the page with the address @p text, completed if necessary, or emits refused(). If this page is being read
+     * already, nothing happens.
      */
     void read(const QString &text);
 
     /** Reads the page of the last request again. */
     void readAgain();
 
-    /** Stops reading; when the tool is gone the state is Ready with the page before, or Empty without one. */
+    /** Stops reading. When the tool has ended, the state is Ready with the page before, or Empty without one. */
     void cancel();
 
-    /** Forgets a failure. */
-    void dismissProblem();
+    /** Leaves the state Failed. */
+    void dismissError();
 
     State state() const { return m_state; }
-    QString requestedUrl() const { return m_requestedUrl; } ///< Address of the last request, if there was one.
-    bool hasPage() const { return !m_url.isEmpty(); }       ///< Whether a page has been read.
-    bool isOutdated() const;                                ///< Whether another page is wanted than was read.
-    QString url() const { return m_url; }                   ///< Address of the page that has been read.
-    Nox::WebMediaInfo page() const { return m_page; }       ///< What it holds.
+    QString requestedUrl() const { return m_requestedUrl; } ///< Address of the last request; may be empty.
+    bool hasPage() const { return !m_url.isEmpty(); }       ///< Whether a page was read.
+    bool isOutdated() const;                                ///< Whether the last request was for another page.
+    QString url() const { return m_url; }                   ///< Address of the page that was read.
+    Nox::WebMediaInfo page() const { return m_page; }       ///< Its content.
     Nox::StreamChoice streams() const { return m_streams; } ///< Its streams.
-    QStringList warnings() const { return m_warnings; }     ///< What the tool warned of.
+    QStringList warnings() const { return m_warnings; }     ///< Warnings of the tool.
     int videoCount() const { return m_videoCount; }         ///< See Nox::PageJob::videoCount().
     bool isInParts() const { return m_isInParts; }          ///< Whether the videos are parts of one.
-    QString errorString() const;                            ///< What went wrong, when Failed.
-    QString errorDetails() const;                           ///< What the tool itself said of it; may be empty.
+    QString errorString() const;                            ///< The error message in the state Failed.
+    QString errorDetails() const;                           ///< Messages of the tool about it; may be empty.
 
 Q_SIGNALS:
     void stateChanged(NoxDesk::PageReader::State state);
 
-    /** Another page has been read. */
+    /** Another page was read. */
     void pageChanged();
 
-    /** The text is no address; whatever is shown stays. */
+    /** The text is not a valid address. Page and state do not change. */
     void refused(const QString &message);
 
 private:

@@ -6,17 +6,17 @@
 
 namespace NoxDesk {
 
-/** How the user wants the program to work. */
+/** The user's preferences. */
 struct Preferences {
     static constexpr int leastParallel = 1;
     static constexpr int mostParallel = 10;
 
     Nox::StreamPreference stream;
-    int parallelDownloads = 3; ///< at a time, from leastParallel to mostParallel
+    int parallelDownloads = 3; ///< at the same time, from #leastParallel to #mostParallel
     bool offersClipboard = true;
-    bool goesOnAtStart = false; ///< with downloads that were not finished
-    bool makesMp3 = false;      ///< of sound that is saved without a picture
-    QString toolFile;           ///< the tool's archive; empty for the usual one
+    bool resumesAtStart = false; ///< resumes unfinished downloads at start
+    bool makesMp3 = false;       ///< saves sound without a picture as MP3
+    QString toolFile;            ///< the tool's archive; empty for the default
 };
 
 } // namespace NoxDesk

@@ -37,7 +37,7 @@ void ProgramLog::rotate()
 {
     if (QFileInfo(fileName()).size() <= largestSize)
         return;
-    // Of several windows one does it; the others find the file small again.
+    // Only one instance renames the file; the others then find a small one.
     QLockFile lock(fileName() + QStringLiteral(".lock"));
     if (lock.tryLock() && QFileInfo(fileName()).size() > largestSize) {
         const QString old = fileName() + QStringLiteral(".old");

@@ -8,23 +8,23 @@
 namespace NoxDesk {
 
 /**
- * The library's log: a file that all windows append to. It is kept to a bounded size while it is watched.
+ * The log file of the library, to which all instances append. Its size is limited.
  */
 class ProgramLog
 {
 public:
-    /** @param folder where log files go; where none can be written, or for an empty text, a temporary file */
+    /** @param folder for log files; if it is empty or no file can be written there, a temporary file is used */
     explicit ProgramLog(const QString &folder);
 
     QString fileName() const { return m_log.fileName(); }
 
-    /** Says whether external programs run, which write to the log. */
+    /** Whether external programs are running, which write to the log. */
     void setWatched(bool isWatched);
 
-    /** Sets the log aside as "<name>.old" when it has become large. */
+    /** Renames the log to "<name>.old" if it is too large. */
     void rotate();
 
-    static constexpr qint64 largestSize = 1024LL * 1024; ///< bytes; of a file that is not rotated yet
+    static constexpr qint64 largestSize = 1024LL * 1024; ///< in bytes; a larger file is renamed
 
 private:
     NoxHost::LibraryLog m_log;

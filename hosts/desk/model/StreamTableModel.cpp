@@ -99,7 +99,7 @@ QVariant StreamTableModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return text(index.row(), index.column());
-    case Qt::ToolTipRole: // a page's words are no markup
+    case Qt::ToolTipRole: // text of a page must not be read as markup
         return Qt::convertFromPlainText(explanation(index.row(), index.column()), Qt::WhiteSpaceNormal);
     case Qt::AccessibleDescriptionRole:
         return explanation(index.row(), index.column());
@@ -118,8 +118,8 @@ QString StreamTableModel::text(int row, int column) const
 {
     const MediaProfile &stream = m_shown.at(row);
     switch (column) {
-    case Words:
-        return words(stream);
+    case Description:
+        return description(stream);
     case Quality:
         return m_labels.at(row).isEmpty() ? tr("unknown") : m_labels.at(row);
     case Container:
@@ -133,7 +133,7 @@ QString StreamTableModel::text(int row, int column) const
     }
 }
 
-/** What the user gets: the sound that is joined to a stream counts as its own. */
+/** The description of the resulting file: includes the sound that will be joined. */
 MediaProfile StreamTableModel::whole(MediaProfile stream) const
 {
     if (m_streams.audioFor(stream).isValid())
@@ -141,16 +141,16 @@ MediaProfile StreamTableModel::whole(MediaProfile stream) const
     return stream;
 }
 
-QString StreamTableModel::words(const MediaProfile &stream) const
+QString StreamTableModel::description(const MediaProfile &stream) const
 {
     const QString mark = Conversion::mark(m_streams.conversion(stream));
-    QString plain = StreamText::plainWords(whole(stream));
+    QString plain = StreamText::description(whole(stream));
     if (StreamText::label(stream).isEmpty() && stream.getMediaType() != Nox::MEDIA_TYPE_AUDIO)
         plain = tr("unknown quality, %1", "with or without sound").arg(plain);
     return mark.isEmpty() ? plain : tr("⚠ %1; %2", "stream, mark").arg(plain, mark);
 }
 
-/** The text in full, in case it is cut, and what else there is to know of the stream. */
+/** The whole text, which may be elided in the cell, and more properties of the stream. */
 QString StreamTableModel::explanation(int row, int column) const
 {
     const MediaProfile &stream = m_shown.at(row);
@@ -162,8 +162,8 @@ QVariant StreamTableModel::sortKey(int row, int column) const
 {
     const MediaProfile &stream = m_shown.at(row);
     switch (column) {
-    case Words:
-    case Quality: { // any picture is more than sound alone
+    case Description:
+    case Quality: { // any picture sorts above audio
         constexpr qint64 sound = 1LL << 40;
         const QSize picture = stream.getVResolution();
         return stream.getMediaType() == Nox::MEDIA_TYPE_AUDIO ? stream.getABitRate() - sound

@@ -9,37 +9,37 @@
 
 namespace NoxDesk {
 
-/** The streams of a page as a table, best first, without near duplicates unless all are wanted. */
+/** The streams of a page as a table, best first; by default without near duplicates. */
 class StreamTableModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
-    enum Column { Words, Quality, Container, Kind, Size, ColumnCount };
+    enum Column { Description, Quality, Container, Kind, Size, ColumnCount };
 
     enum Role {
-        SortRole = Qt::UserRole, ///< What a column is sorted by.
-        AddressRole,             ///< Address of the stream itself; may be empty.
+        SortRole = Qt::UserRole, ///< Value for sorting.
+        AddressRole,             ///< Address of the media file; may be empty.
     };
 
     explicit StreamTableModel(QObject *parent = nullptr);
 
-    /** @param duration of the page's video in seconds; -1 when it is not known */
+    /** @param duration of the page's video in seconds; -1 if unknown */
     void setStreams(const Nox::StreamChoice &streams, qint64 duration);
 
-    /** Which stream startRow() begins with. */
+    /** Preferences for startRow(). */
     void setPreference(const Nox::StreamPreference &preference) { m_preference = preference; }
 
     void setShowsAll(bool all); ///< Whether near duplicates are shown.
     bool showsAll() const { return m_showsAll; }
     bool hidesAny() const; ///< Whether there are near duplicates.
 
-    /** Tells the size of the stream with format code @p code. */
+    /** Sets the size of the stream with format code @p code. */
     void setSize(const QString &code, qint64 bytes);
 
-    Nox::MediaProfile stream(int row) const { return m_shown.value(row); } ///< Invalid for a row that does not exist.
+    Nox::MediaProfile stream(int row) const { return m_shown.value(row); } ///< Invalid if the row does not exist.
 
-    /** The row to begin with: @p preferred if it is shown, else the stream that suits best; -1 when empty. */
+    /** The row to select first: @p preferred if it is shown, else the best stream by the preferences; -1 if empty. */
     int startRow(const QString &preferred = {}) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -50,7 +50,7 @@ public:
 private:
     QString text(int row, int column) const;
     Nox::MediaProfile whole(Nox::MediaProfile stream) const;
-    QString words(const Nox::MediaProfile &stream) const;
+    QString description(const Nox::MediaProfile &stream) const;
     QString explanation(int row, int column) const;
     QVariant sortKey(int row, int column) const;
     qint64 size(const Nox::MediaProfile &stream) const;
@@ -62,7 +62,7 @@ private:
     qint64 m_duration = -1;
     QHash<QString, qint64> m_sizes;
     QList<Nox::MediaProfile> m_shown;
-    QStringList m_labels; // of the streams shown
+    QStringList m_labels; // of the shown streams
     bool m_showsAll = false;
 };
 

@@ -14,7 +14,7 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr int maximumCharacters = 600; // of what the command says
+constexpr int maximumCharacters = 600; // of the command's message
 
 } // namespace
 
@@ -39,7 +39,8 @@ void ToolRenewal::start()
     } else if (!isRunning()) {
         m_isCancelled = false;
         m_process.setStandardInputFile(QProcess::nullDevice());
-        m_process.start(QStringLiteral("setsid"), {command}); // a group of its own, since it starts programs, too
+        m_process.start(QStringLiteral("setsid"),
+                        {command}); // in its own process group, since it starts other programs
     }
 }
 
@@ -52,7 +53,7 @@ void ToolRenewal::cancel()
 void ToolRenewal::sendSignal(int number)
 {
     if (const qint64 id = m_process.processId(); id > 0 && ::kill(-static_cast<pid_t>(id), number) != 0)
-        m_process.kill(); // it has no group yet
+        m_process.kill(); // it has no process group yet
 }
 
 void ToolRenewal::onFinished(int code, QProcess::ExitStatus status)
@@ -60,7 +61,7 @@ void ToolRenewal::onFinished(int code, QProcess::ExitStatus status)
     const QString output = QString::fromUtf8(m_process.readAllStandardOutput()).trimmed();
     const QString errors = QString::fromUtf8(m_process.readAllStandardError()).trimmed().right(maximumCharacters);
     if (m_isCancelled) {
-        Q_EMIT finished(tr("Cancelled. The tool is the one as before."));
+        Q_EMIT finished(tr("Cancelled. The tool has not changed."));
     } else if (status == QProcess::NormalExit && code == 0) {
         Q_EMIT finished(tr("Renewed: %1").arg(output.section(QLatin1Char('\n'), -1)));
     } else {

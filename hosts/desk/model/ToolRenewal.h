@@ -5,7 +5,7 @@
 
 namespace NoxDesk {
 
-/** Fetches a newer download tool by the command nox-renew-tool. Ends the command when it is deleted. */
+/** Downloads a newer tool with the command nox-renew-tool. The destructor ends the command. */
 class ToolRenewal : public QObject
 {
     Q_OBJECT
@@ -14,15 +14,15 @@ public:
     explicit ToolRenewal(QObject *parent = nullptr);
     ~ToolRenewal() override;
 
-    void start(); ///< Does nothing while it runs.
+    void start(); ///< Does nothing while the command runs.
     void cancel();
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
 
-    /** When the user's own tool was made, in words; empty when there is none. */
+    /** The date of the user's own tool, as text; empty when there is none. */
     static QString dateText();
 
 Q_SIGNALS:
-    /** @param outcome what has become of it, in words */
+    /** @param outcome the outcome, as a message */
     void finished(const QString &outcome);
 
 private:

@@ -11,16 +11,16 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr qint64 maximumBytes = 64LL * 1024; // the tool's front reads no more
+constexpr qint64 maximumBytes = 64LL * 1024; // the limit of the tool's front
 
-/** A piece of the text, and what it means. */
+/** A word of the text: its place, and its value without quotes. */
 struct Piece {
     int start;
     int end;
     QByteArray value;
 };
 
-/** The words of the text, as a shell reads them: with quotes, and without comments. */
+/** The words of the text by the rules of a shell: with quotes and comments. */
 QList<Piece> words(const QByteArray &text)
 {
     QList<Piece> result;
@@ -53,7 +53,7 @@ QList<Piece> words(const QByteArray &text)
     return result;
 }
 
-/** Where the option and its value stand, each time that it is set. */
+/** The places of the option and its value, for each time that it is set. */
 QList<Piece> places(const QByteArray &text, const ToolSettings::Option &option)
 {
     const QByteArray name(option.name);
@@ -62,7 +62,7 @@ QList<Piece> places(const QByteArray &text, const ToolSettings::Option &option)
     const QList<Piece> all = words(text);
     for (int i = 0; i < all.size(); ++i) {
         const Piece &word = all.at(i);
-        if (text.at(word.start) != '-') // a value in quotes may look like an option
+        if (text.at(word.start) != '-') // a quoted value may begin with a dash
             continue;
         if (word.value == name || (word.value == shortName && !shortName.isEmpty())) {
             const Piece &value = all.value(i + 1, {word.start, word.end, {}});
@@ -87,7 +87,7 @@ QByteArray quoted(const QString &value)
     return text.toUtf8();
 }
 
-/** Removes the piece, and its line when nothing else stands in it. */
+/** Removes the piece, and its line if nothing else is in it. */
 void removePiece(QByteArray &text, const Piece &piece)
 {
     const int start = static_cast<int>(text.left(piece.start).lastIndexOf('\n')) + 1;
@@ -118,7 +118,7 @@ QString ToolSettings::fileName()
 QString ToolSettings::value(const Option &option) const
 {
     const QList<Piece> found = places(m_text, option);
-    return found.isEmpty() ? QString() : QString::fromUtf8(found.last().value); // the last one counts
+    return found.isEmpty() ? QString() : QString::fromUtf8(found.last().value); // the tool uses the last one
 }
 
 void ToolSettings::setValue(const Option &option, const QString &value)

@@ -6,8 +6,8 @@
 namespace NoxDesk {
 
 /**
- * The user's settings of the download tool, in tool.conf. The file is written by hand as well: all that is not set here
- * stays as it is, comments included.
+ * The user's settings of the download tool, in tool.conf. Users also edit the file by hand: everything that is not set
+ * here stays unchanged, comments included.
  */
 class ToolSettings
 {
@@ -15,7 +15,7 @@ public:
     /** An option with a value. */
     struct Option {
         const char *name;
-        const char *shortName; ///< Or an empty text.
+        const char *shortName; ///< may be empty
     };
 
     static constexpr Option limitRate{"--limit-rate", "-r"};
@@ -25,10 +25,10 @@ public:
     /** Reads the file. */
     ToolSettings();
 
-    QString value(const Option &option) const;                 ///< Empty when it is not set.
-    void setValue(const Option &option, const QString &value); ///< Sets it, or removes it by an empty value.
+    QString value(const Option &option) const;                 ///< Empty if the option is not set.
+    void setValue(const Option &option, const QString &value); ///< An empty value removes the option.
 
-    /** Writes the file, if anything has changed. @return whether the file holds the settings now */
+    /** Writes the file if anything has changed. @return whether the file contains the settings now */
     bool save();
 
     static QString fileName();

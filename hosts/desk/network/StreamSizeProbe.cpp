@@ -14,7 +14,7 @@ StreamSizeProbe::StreamSizeProbe(QNetworkAccessManager &network, QObject *parent
 
 void StreamSizeProbe::ask(const QList<Nox::MediaProfile> &streams)
 {
-    m_questions = std::make_unique<QObject>(); // those of the page before end with their owner
+    m_questions = std::make_unique<QObject>(); // deletes the pending replies of the page before
     for (const Nox::MediaProfile &stream : streams) {
         if (stream.getSize() > 0 || !WebRequest::isPossible(stream.getUrl()))
             continue;
@@ -29,7 +29,7 @@ void StreamSizeProbe::onAnswer(QNetworkReply &reply, const QString &code)
 {
     reply.deleteLater();
     const qint64 bytes = reply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
-    // A manifest or an error page has a size, too, but not that of the stream.
+    // The size of a manifest or an error page is not the size of the stream.
     const QString type = reply.header(QNetworkRequest::ContentTypeHeader).toString();
     const bool isMedia = type.startsWith(QLatin1String("video/")) || type.startsWith(QLatin1String("audio/"))
         || type.startsWith(QLatin1String("application/octet-stream"));

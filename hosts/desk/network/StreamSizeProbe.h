@@ -12,7 +12,7 @@ class QNetworkReply;
 
 namespace NoxDesk {
 
-/** Asks servers how large streams are, without fetching them. Streams of which no answer is to be had stay unknown. */
+/** Asks servers for the size of streams, without downloading them. The size stays unknown if there is no answer. */
 class StreamSizeProbe : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     /** @param network must outlive the probe */
     explicit StreamSizeProbe(QNetworkAccessManager &network, QObject *parent = nullptr);
 
-    void ask(const QList<Nox::MediaProfile> &streams); ///< Begins anew, with these streams.
+    void ask(const QList<Nox::MediaProfile> &streams); ///< Asks for these streams; forgets earlier ones.
 
 Q_SIGNALS:
     void found(const QString &code, qint64 bytes);
@@ -30,7 +30,7 @@ private:
     void onAnswer(QNetworkReply &reply, const QString &code);
 
     QNetworkAccessManager &m_network;
-    std::unique_ptr<QObject> m_questions; // owns the replies that are awaited
+    std::unique_ptr<QObject> m_questions; // owns the pending replies
 };
 
 } // namespace NoxDesk

@@ -12,8 +12,8 @@ namespace NoxDesk {
 namespace {
 
 constexpr qint64 maximumBytes = 8LL * 1024 * 1024;
-constexpr int maximumEdge = 8192;    // of the picture as it comes
-constexpr QSize keptSize(1280, 720); // enough for the small view at any scaling
+constexpr int maximumEdge = 8192;    // of the original picture
+constexpr QSize keptSize(1280, 720); // enough for the small view at any scale factor
 
 QImage decoded(const QByteArray &bytes)
 {
@@ -30,7 +30,7 @@ QImage decoded(const QByteArray &bytes)
     return reader.read();
 }
 
-/** Where sites that serve the same picture in both forms have the JPEG. */
+/** The address of the JPEG on sites that serve each picture in both formats. */
 QString jpegUrl(QString url)
 {
     static const QRegularExpression ending(QStringLiteral("\\.webp(?=$|\\?)"));

@@ -8,7 +8,7 @@ class QNetworkReply;
 
 namespace NoxDesk {
 
-/** Fetches a page's picture, the newest one wanted. Pictures of an unreasonable size are refused. */
+/** Downloads the picture of a page; a new request replaces the one before. Refuses very large pictures. */
 class ThumbnailLoader : public QObject
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ public:
     ~ThumbnailLoader() override;
 
     /**
-     * Begins to fetch; the picture is null until it has come, and stays so when it cannot be had. A picture of a kind
-     * that this system cannot read is asked for once more, as JPEG.
+     * Starts the download. The picture is null until it arrives, or if there is none. If this system cannot read the
+     * format, the loader tries the address of the same picture as JPEG.
      */
     void load(const QString &url);
 
@@ -27,7 +27,7 @@ public:
     bool isLoading() const { return m_reply != nullptr; }
 
 Q_SIGNALS:
-    /** Fetching has begun, or the picture has come, or cannot be had. */
+    /** The download has started, succeeded or failed. */
     void changed();
 
 private:

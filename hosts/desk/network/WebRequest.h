@@ -5,16 +5,16 @@
 
 namespace NoxDesk {
 
-/** What all of this program's own network requests have in common. */
+/** The common properties of this program's network requests. */
 class WebRequest
 {
 public:
     WebRequest() = delete;
 
-    /** Whether @p url, which comes from a page, is one to follow: of the web, not of this machine's files. */
+    /** Whether @p url, which comes from a page, may be requested: only http and https, no local files. */
     static bool isPossible(const QString &url);
 
-    /** A request that follows safe redirects and gives up in time. */
+    /** A request with a time limit that follows safe redirects only. */
     static QNetworkRequest make(const QString &url);
 };
 

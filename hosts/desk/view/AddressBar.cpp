@@ -17,10 +17,10 @@ AddressBar::AddressBar(QWidget *parent)
     : QWidget(parent)
     , m_field(new QLineEdit)
     , m_readButton(new QPushButton(tr("&Read page")))
-    , m_problem(new ReasonLabel)
+    , m_error(new ReasonLabel)
     , m_recent(new QStringListModel(this))
 {
-    m_problem->setObjectName(QStringLiteral("addressProblem"));
+    m_error->setObjectName(QStringLiteral("addressError"));
     m_readButton->setObjectName(QStringLiteral("read"));
     setUpField();
     auto *label = new QLabel(tr("&Address:"));
@@ -32,11 +32,11 @@ AddressBar::AddressBar(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addLayout(m_row);
-    layout->addWidget(m_problem);
+    layout->addWidget(m_error);
 
     connect(m_field, &QLineEdit::textEdited, this, [this] {
         m_isEdited = true;
-        m_problem->explain({}, *m_field);
+        m_error->explain({}, *m_field);
     });
     connect(m_field, &QLineEdit::textChanged, this, &AddressBar::addressChanged);
     connect(m_field, &QLineEdit::returnPressed, this, &AddressBar::request);
@@ -49,7 +49,7 @@ void AddressBar::setUpField()
     m_field->setAccessibleName(tr("Address of the page"));
     m_field->setPlaceholderText(tr("https://… of a page with a video or a sound recording"));
     m_field->setClearButtonEnabled(true);
-    m_field->setAcceptDrops(false); // the window takes them, and reads the page at once
+    m_field->setAcceptDrops(false); // the window handles drops, and reads the page at once
     m_field->setInputMethodHints(Qt::ImhUrlCharactersOnly);
     auto *completer = new QCompleter(m_recent, this);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
@@ -62,7 +62,7 @@ void AddressBar::setAddress(const QString &address)
     m_field->setText(address);
     m_field->setCursorPosition(0);
     m_isEdited = false;
-    m_problem->explain({}, *m_field);
+    m_error->explain({}, *m_field);
 }
 
 void AddressBar::setRecentAddresses(const QStringList &addresses)
@@ -82,7 +82,7 @@ void AddressBar::addMenu(QMenu *menu)
     button->setFocusPolicy(Qt::StrongFocus);
     new QShortcut(Qt::Key_F10, window(), button, &QToolButton::showMenu);
     m_row->addWidget(button);
-    setTabOrder(m_readButton, button); // it is made after all else
+    setTabOrder(m_readButton, button); // created last, so it would be last in the tab order
 }
 
 void AddressBar::focusField()
@@ -96,18 +96,18 @@ bool AddressBar::isDone() const
     return window()->focusWidget() == m_field && !m_isEdited;
 }
 
-void AddressBar::showProblem(const QString &words)
+void AddressBar::showError(const QString &message)
 {
-    m_problem->explain(words, *m_field);
+    m_error->explain(message, *m_field);
     focusField();
 }
 
 void AddressBar::request()
 {
-    m_problem->explain({}, *m_field);
+    m_error->explain({}, *m_field);
     m_isEdited = false;
     if (m_field->hasFocus())
-        m_field->selectAll(); // what is typed next is another address
+        m_field->selectAll(); // so that typing replaces the address
     Q_EMIT readRequested(m_field->text());
 }
 

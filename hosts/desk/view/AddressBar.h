@@ -12,7 +12,7 @@ namespace NoxDesk {
 
 class ReasonLabel;
 
-/** The field for a page's address, and what is wrong with it. */
+/** The field for the address of a page, and its error message. */
 class AddressBar : public QWidget
 {
     Q_OBJECT
@@ -21,18 +21,18 @@ public:
     explicit AddressBar(QWidget *parent = nullptr);
 
     void setAddress(const QString &address);
-    void setRecentAddresses(const QStringList &addresses); ///< Sets what completes the field.
-    void addMenu(QMenu *menu);                             ///< Puts the button of the window's menu beside the field.
+    void setRecentAddresses(const QStringList &addresses); ///< Addresses for the completer.
+    void addMenu(QMenu *menu);                             ///< Adds the button of the window's menu.
     void focusField();
 
-    /** Whether the user is in the field, and has typed nothing since asking for a page. */
+    /** Whether the field has the focus, and nothing was typed since the last request. */
     bool isDone() const;
 
 public Q_SLOTS:
-    void showProblem(const QString &words);
+    void showError(const QString &message);
 
 Q_SIGNALS:
-    /** The user wants this page read. */
+    /** The user asked to read this page. */
     void readRequested(const QString &address);
 
     void addressChanged(const QString &address);
@@ -43,7 +43,7 @@ private:
 
     QLineEdit *m_field;
     QPushButton *m_readButton;
-    ReasonLabel *m_problem;
+    ReasonLabel *m_error;
     QStringListModel *m_recent;
     QHBoxLayout *m_row = nullptr;
     bool m_isEdited = false;

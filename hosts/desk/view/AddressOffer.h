@@ -6,7 +6,7 @@
 
 namespace NoxDesk {
 
-/** The addresses on the clipboard, offered as long as they are news. */
+/** Offers the addresses on the clipboard, unless they were used or dismissed. */
 class AddressOffer : public QObject
 {
     Q_OBJECT
@@ -14,17 +14,17 @@ class AddressOffer : public QObject
 public:
     explicit AddressOffer(QClipboard &clipboard, QObject *parent = nullptr);
 
-    QStringList addresses() const { return m_addresses; } ///< Those offered; empty when there is none.
+    QStringList addresses() const { return m_addresses; } ///< The offered addresses; may be empty.
 
-    /** Looks at the clipboard again; systems may show it to the active window only. */
+    /** Reads the clipboard again. Some systems show it only to the active window. */
     void check();
 
-    /** No offer of an address that the user has already. */
+    /** Excludes an address that the window shows already. */
     void setKnown(const QString &address);
 
-    void setEnabled(bool isEnabled); ///< Whether addresses are offered at all.
+    void setEnabled(bool isEnabled); ///< Whether addresses are offered.
 
-    /** No offer of these addresses any more. */
+    /** Removes the current offer. */
     void dismiss();
 
 Q_SIGNALS:

@@ -9,7 +9,7 @@ namespace NoxDesk {
 class AddressOffer;
 class ElidedLabel;
 
-/** The offer to use the addresses on the clipboard. Takes its room also while there is none, so that nothing moves. */
+/** A bar that offers the addresses on the clipboard. It keeps its height while empty, so that nothing moves. */
 class AddressOfferBar : public QWidget
 {
     Q_OBJECT

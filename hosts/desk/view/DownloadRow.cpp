@@ -54,7 +54,7 @@ DownloadRow::DownloadRow(QWidget *parent)
     m_bar->setObjectName(QStringLiteral("progress"));
     m_status->setObjectName(QStringLiteral("status"));
     for (QWidget *label : {m_title, m_status})
-        label->setContextMenuPolicy(Qt::NoContextMenu); // the row's is shown
+        label->setContextMenuPolicy(Qt::NoContextMenu); // the menu of the row is shown instead
     m_detailsButton->setCheckable(true);
     connect(m_detailsButton, &QToolButton::toggled, this, &DownloadRow::showDetails);
     addActions();
@@ -123,7 +123,7 @@ void DownloadRow::layOut()
     font.setBold(true);
     m_title->setFont(font);
     QSizePolicy policy = m_bar->sizePolicy();
-    policy.setRetainSizeWhenHidden(true); // what stands beside it is in one line with that of other rows
+    policy.setRetainSizeWhenHidden(true); // keeps the columns of all rows aligned
     m_bar->setSizePolicy(policy);
     m_bar->setFixedWidth(barCharacters * fontMetrics().averageCharWidth());
     m_buttons->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -132,7 +132,7 @@ void DownloadRow::layOut()
     line->addWidget(m_title, 4);
     line->addWidget(m_bar);
     line->addWidget(m_status, 5);
-    line->addWidget(m_pauseButton); // not among those of which one is seen
+    line->addWidget(m_pauseButton); // not part of the group of which one is visible
     line->addWidget(m_buttons);
     line->addWidget(m_menuButton);
     auto *layout = new QVBoxLayout(this);
@@ -183,7 +183,7 @@ void DownloadRow::showState(Download::State state)
     m_removeAction->setEnabled(!isActive);
 }
 
-/** Shows the whole status, the file and the page below the line, or what went wrong, or hides them. */
+/** Shows or hides the details below the line: status, file and page, or the error message. */
 void DownloadRow::showDetails()
 {
     const bool isShown = m_detailsButton->isChecked();
@@ -206,7 +206,7 @@ void DownloadRow::showDetails()
     m_failure->setVisible(isShown && isFailed);
     if (isShown) {
         const QString place = QDir::toNativeSeparators(m_file) + QLatin1Char('\n') + m_address;
-        m_details->setWords(isFailed ? place : m_status->text() + QLatin1Char('\n') + place);
+        m_details->showText(isFailed ? place : m_status->text() + QLatin1Char('\n') + place);
         m_failure->setTexts(m_index.data(DownloadListModel::ErrorRole).toString(),
                             m_index.data(DownloadListModel::ErrorDetailsRole).toString());
     }
@@ -225,7 +225,7 @@ QList<QWidget *> DownloadRow::tabStops() const
     return stops;
 }
 
-/** The same buttons stand in every row: who cannot see the row hears which file they are for. */
+/** Every row has the same buttons, so their accessible names include the file. */
 void DownloadRow::nameControls(const QString &title)
 {
     const auto name = [&title](const QString &text) { return tr("%1: %2", "button, file").arg(text, title); };
@@ -251,7 +251,7 @@ void DownloadRow::openFile()
     if (QFileInfo::exists(m_file)) {
         newOpener()->open(QUrl::fromLocalFile(m_file));
     } else {
-        refresh(QModelIndex(m_index)); // tells that it has gone; a copy, since the index is set anew
+        refresh(QModelIndex(m_index)); // shows that the file is missing; a copy, since refresh() sets the index
     }
 }
 
@@ -262,11 +262,11 @@ void DownloadRow::showFolder()
         newOpener()->showInFolder(m_file);
         return;
     }
-    refresh(QModelIndex(m_index)); // a copy, since the index is set anew
+    refresh(QModelIndex(m_index)); // a copy, since refresh() sets the index
     if (QFileInfo::exists(folder)) {
         newOpener()->open(QUrl::fromLocalFile(folder));
     } else {
-        Q_EMIT openingFailed(tr("\"%1\" is not there any more.").arg(folder));
+        Q_EMIT openingFailed(tr("\"%1\" no longer exists.").arg(folder));
     }
 }
 

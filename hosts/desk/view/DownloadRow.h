@@ -21,8 +21,8 @@ class Opener;
 class WrappedText;
 
 /**
- * One download in the list, in one line: its name, its bar, its figures and the button that is needed most. All that
- * can be done with it is in its menu, with keys; the details are shown below the line when they are asked for.
+ * One download in the list, in one line: name, bar, figures and the most important button. Its menu has all actions,
+ * with their keys. Details are shown below the line on request.
  */
 class DownloadRow : public QFrame
 {
@@ -31,20 +31,20 @@ class DownloadRow : public QFrame
 public:
     explicit DownloadRow(QWidget *parent = nullptr);
 
-    /** Shows what the model says of the download. */
+    /** Shows the current data of the model. */
     void refresh(const QModelIndex &index);
 
-    /** What the keyboard goes to, in the order in which it is read. */
+    /** The widgets for the tab order. */
     QList<QWidget *> tabStops() const;
 
-    void focusFirst(); ///< Moves the keyboard to the button that is needed most.
+    void focusFirst(); ///< Sets the focus to the most important button.
 
 Q_SIGNALS:
     void pauseRequested();
     void cancelRequested();
     void retryRequested();
     void removeRequested();
-    void moveRequested(int by); ///< Up (below 0) or down among those that wait.
+    void moveRequested(int by); ///< Up (negative) or down among the waiting downloads.
     void readRequested(const QString &address);
     void logRequested();
     void openingFailed(const QString &message);
@@ -74,7 +74,7 @@ private:
     QPushButton *m_retryButton;
     QPushButton *m_openButton;
     QToolButton *m_menuButton;
-    WrappedText *m_details = nullptr; // made when it is needed, and so is the box
+    WrappedText *m_details = nullptr; // created on demand, as the box is
     FailureBox *m_failure = nullptr;
     QAction *m_openAction = nullptr;
     QAction *m_folderAction = nullptr;

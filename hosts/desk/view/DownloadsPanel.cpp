@@ -49,17 +49,15 @@ QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name,
 
 QLayout *DownloadsPanel::makeHead()
 {
-    m_pauseAllButton =
-        newButton(tr("&Pause all"), QStringLiteral("pauseAll"),
-                  tr("Stops the downloads that run or wait, and keeps what they have"), &DownloadListModel::pauseAll);
-    m_resumeAllButton = newButton(tr("Resume all"), QStringLiteral("resumeAll"),
-                                  tr("Goes on with the downloads that are paused"), &DownloadListModel::resumeAll);
-    m_cancelAllButton =
-        newButton(tr("Ca&ncel all"), QStringLiteral("cancelAll"),
-                  tr("Cancels the downloads that run and those that wait"), &DownloadListModel::cancelAll);
+    m_pauseAllButton = newButton(tr("&Pause all"), QStringLiteral("pauseAll"),
+                                 tr("Pauses running and waiting downloads"), &DownloadListModel::pauseAll);
+    m_resumeAllButton = newButton(tr("Resume all"), QStringLiteral("resumeAll"), tr("Resumes the paused downloads"),
+                                  &DownloadListModel::resumeAll);
+    m_cancelAllButton = newButton(tr("Ca&ncel all"), QStringLiteral("cancelAll"),
+                                  tr("Cancels running and waiting downloads"), &DownloadListModel::cancelAll);
     m_removeEndedButton =
         newButton(tr("Remove &ended"), QStringLiteral("removeEnded"),
-                  tr("Takes ended downloads off the list; files stay"), &DownloadListModel::removeEnded);
+                  tr("Removes ended downloads from the list, not their files"), &DownloadListModel::removeEnded);
     auto *head = new QHBoxLayout;
     head->addWidget(new QLabel(tr("Downloads:")), 1);
     for (QPushButton *button : {m_pauseAllButton, m_resumeAllButton, m_cancelAllButton, m_removeEndedButton})
@@ -121,7 +119,7 @@ void DownloadsPanel::moveRow(int from, int to)
     orderTabStops();
 }
 
-/** Rows are read in another order than that in which they are made, by the keyboard and by screen readers. */
+/** The keyboard and screen readers need the order of the rows, not the order in which they were created. */
 void DownloadsPanel::orderTabStops()
 {
     QWidget *before = m_area;
@@ -135,7 +133,7 @@ void DownloadsPanel::orderTabStops()
     }
 }
 
-/** A row may be the one whose button was pressed, so it goes later. */
+/** Deletes the row later, since one of its buttons may be the sender of the current signal. */
 void DownloadsPanel::removeRows(int first, int last)
 {
     bool hadFocus = false;

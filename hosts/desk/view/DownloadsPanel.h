@@ -14,8 +14,8 @@ class DownloadRow;
 class VerticalScrollArea;
 
 /**
- * The list of downloads. Each row is made of widgets, not drawn by a delegate, so that its buttons can
- * be reached by keyboard and its bar be read by a screen reader.
+ * The list of downloads. Each row consists of widgets instead of a delegate, so that the keyboard reaches its buttons
+ * and a screen reader its bar.
  */
 class DownloadsPanel : public QWidget
 {
@@ -25,12 +25,12 @@ public:
     /** @param model must outlive the panel */
     explicit DownloadsPanel(DownloadListModel &model, QWidget *parent = nullptr);
 
-    void refresh(); ///< Shows what has changed while the window was minimised.
+    void refresh(); ///< Shows changes that happened while the window was minimised.
 
 Q_SIGNALS:
     void logRequested();
     void readRequested(const QString &address);
-    void openingFailed(const QString &words);
+    void openingFailed(const QString &message);
 
 private:
     QLayout *makeHead();

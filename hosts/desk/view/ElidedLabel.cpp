@@ -47,7 +47,7 @@ void ElidedLabel::paintEvent(QPaintEvent *event)
     const QRect area = contentsRect();
     const Qt::Alignment place = QStyle::visualAlignment(layoutDirection(), alignment());
     QString shown = fontMetrics().elidedText(text(), m_mode, area.width());
-    if (!text().isRightToLeft()) // the last sign of an address stays at its end in any layout
+    if (!text().isRightToLeft()) // keeps the last character of an address at its end in a right-to-left layout
         shown = QChar(0x200e) + shown + QChar(0x200e);
     style()->drawItemText(&painter, area, static_cast<int>(place), palette(), isEnabled(), shown, foregroundRole());
 }

@@ -4,8 +4,7 @@
 
 namespace NoxDesk {
 
-/** One line of plain text that shortens itself to the room there is; the whole stands in its tool tip, and can be
- * copied. */
+/** One line of plain text, elided to the available width. The tool tip has the whole text, and it can be copied. */
 class ElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -13,7 +12,7 @@ class ElidedLabel : public QLabel
 public:
     explicit ElidedLabel(Qt::TextElideMode mode, QWidget *parent = nullptr);
 
-    QSize sizeHint() const override { return minimumSizeHint(); } ///< The text has no say: it changes often.
+    QSize sizeHint() const override { return minimumSizeHint(); } ///< Independent of the text, which changes often.
     QSize minimumSizeHint() const override;
 
 protected:

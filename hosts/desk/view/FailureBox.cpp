@@ -17,14 +17,14 @@ constexpr int maximumLines = 6;
 
 FailureBox::FailureBox(QWidget *parent)
     : QWidget(parent)
-    , m_words(new WrappedText(maximumLines))
-    , m_toolWords(new WrappedText(maximumLines))
+    , m_message(new WrappedText(maximumLines))
+    , m_details(new WrappedText(maximumLines))
     , m_logButton(new QPushButton(tr("Show log")))
 {
-    m_words->setObjectName(QStringLiteral("failureWords"));
-    m_words->setAccessibleName(tr("What went wrong"));
-    m_toolWords->setObjectName(QStringLiteral("toolWords"));
-    m_toolWords->setAccessibleName(tr("What the download tool said"));
+    m_message->setObjectName(QStringLiteral("failureMessage"));
+    m_message->setAccessibleName(tr("Error message"));
+    m_details->setObjectName(QStringLiteral("failureDetails"));
+    m_details->setAccessibleName(tr("Messages of the download tool"));
     m_logButton->setObjectName(QStringLiteral("showLog"));
     m_logButton->setAccessibleDescription(tr("Shows the log of the download tool"));
     connect(m_logButton, &QPushButton::clicked, this, &FailureBox::logRequested);
@@ -36,22 +36,22 @@ FailureBox::FailureBox(QWidget *parent)
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(icon, 0, 0, 2, 1, Qt::AlignTop);
-    layout->addWidget(m_words, 0, 1);
-    layout->addWidget(m_toolWords, 1, 1);
+    layout->addWidget(m_message, 0, 1);
+    layout->addWidget(m_details, 1, 1);
     layout->addWidget(m_logButton, 0, 2, 2, 1, Qt::AlignTop);
     layout->setColumnStretch(1, 1);
 }
 
-void FailureBox::setTexts(const QString &words, const QString &toolWords)
+void FailureBox::setTexts(const QString &message, const QString &details)
 {
-    m_words->setWords(words);
-    m_toolWords->setWords(toolWords);
-    m_toolWords->setVisible(!toolWords.isEmpty());
+    m_message->showText(message);
+    m_details->showText(details);
+    m_details->setVisible(!details.isEmpty());
 }
 
 QList<QWidget *> FailureBox::tabStops() const
 {
-    return {m_words, m_toolWords, m_logButton};
+    return {m_message, m_details, m_logButton};
 }
 
 } // namespace NoxDesk

@@ -8,7 +8,7 @@ namespace NoxDesk {
 
 class WrappedText;
 
-/** What went wrong, in words, with what the external programs said and a way to the log. */
+/** The error message, what the external programs said about it, and a button that shows the log. */
 class FailureBox : public QWidget
 {
     Q_OBJECT
@@ -16,17 +16,17 @@ class FailureBox : public QWidget
 public:
     explicit FailureBox(QWidget *parent = nullptr);
 
-    void setTexts(const QString &words, const QString &toolWords);
+    void setTexts(const QString &message, const QString &details);
 
-    /** What the keyboard goes to, in the order in which it is read. */
+    /** The widgets for the tab order. */
     QList<QWidget *> tabStops() const;
 
 Q_SIGNALS:
     void logRequested();
 
 private:
-    WrappedText *m_words;
-    WrappedText *m_toolWords;
+    WrappedText *m_message;
+    WrappedText *m_details;
     QPushButton *m_logButton;
 };
 

@@ -6,7 +6,7 @@ class QFormLayout;
 
 namespace NoxDesk {
 
-/** Rows of a name and what belongs to it, to read. */
+/** A dialog with rows of a name and a text. */
 class InfoDialog : public QDialog
 {
     Q_OBJECT

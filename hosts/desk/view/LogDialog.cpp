@@ -61,7 +61,7 @@ LogDialog::LogDialog(const QString &file, QWidget *parent)
 void LogDialog::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    // Only now it is known how many lines can be seen.
+    // The number of visible lines is known only now.
     m_text->verticalScrollBar()->setValue(m_text->verticalScrollBar()->maximum());
 }
 

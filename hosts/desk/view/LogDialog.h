@@ -6,7 +6,7 @@ class QPlainTextEdit;
 
 namespace NoxDesk {
 
-/** The end of the log file, to read and to copy from. */
+/** Shows the end of the log file, as text that can be copied. */
 class LogDialog : public QDialog
 {
     Q_OBJECT

@@ -1,7 +1,7 @@
 #include "hosts/desk/view/MainWindow.h"
 
 #include "hosts/desk/model/AddressList.h"
-#include "hosts/desk/model/Desk.h"
+#include "hosts/desk/model/DeskController.h"
 #include "hosts/desk/view/AddressBar.h"
 #include "hosts/desk/view/AddressOfferBar.h"
 #include "hosts/desk/view/DownloadsPanel.h"
@@ -38,13 +38,13 @@ constexpr int noticeMs = 20000;
 
 } // namespace
 
-MainWindow::MainWindow(Desk &desk, QWidget *parent)
+MainWindow::MainWindow(DeskController &controller, QWidget *parent)
     : QMainWindow(parent)
-    , m_desk(desk)
+    , m_controller(controller)
     , m_offer(*QGuiApplication::clipboard())
     , m_addressBar(new AddressBar)
     , m_splitter(new QSplitter(Qt::Vertical))
-    , m_downloads(new DownloadsPanel(desk.downloads()))
+    , m_downloads(new DownloadsPanel(controller.downloads()))
     , m_notice(new ElidedLabel(Qt::ElideMiddle))
     , m_noticeTimer(new QTimer(this))
     , m_notifier(new Notifier(this))
@@ -55,38 +55,44 @@ MainWindow::MainWindow(Desk &desk, QWidget *parent)
     addMenu();
     restore();
     connect(m_addressBar, &AddressBar::readRequested, this, &MainWindow::useText);
-    connect(&m_desk.reader(), &PageReader::refused, m_addressBar, &AddressBar::showProblem);
+    connect(&m_controller.reader(), &PageReader::refused, m_addressBar, &AddressBar::showError);
     connect(m_addressBar, &AddressBar::addressChanged, &m_offer, &AddressOffer::setKnown);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { m_isClosing = true; }); // the user logs out
-    connect(&m_desk, &Desk::startedTwice, this, &MainWindow::askToRepeat);
-    connect(&m_desk, &Desk::noticed, this, &MainWindow::notice);
-    connect(&m_desk.downloads(), &DownloadListModel::countsChanged, this, &MainWindow::showProgress);
-    connect(&m_desk.downloads(), &QAbstractItemModel::dataChanged, this, &MainWindow::showProgress);
-    connect(&m_desk.reader(), &PageReader::pageChanged, this, &MainWindow::applySettings);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { m_isClosing = true; }); // at logout
+    connect(&m_controller, &DeskController::startedTwice, this, [this] {
+        askToRepeat(tr("The list already has a download of this stream."), [this] { m_controller.startAgain(); });
+    });
+    connect(&m_controller, &DeskController::pagesAddedTwice, this, [this](const QStringList &addresses) {
+        askToRepeat(tr("The list already has %1 of these pages.").arg(addresses.size()),
+                    [this, addresses] { m_controller.addPagesAgain(addresses); });
+    });
+    connect(&m_controller, &DeskController::noticed, this, &MainWindow::notice);
+    connect(&m_controller.downloads(), &DownloadListModel::countsChanged, this, &MainWindow::showProgress);
+    connect(&m_controller.downloads(), &QAbstractItemModel::dataChanged, this, &MainWindow::showProgress);
+    connect(&m_controller.reader(), &PageReader::pageChanged, this, &MainWindow::applySettings);
     showProgress();
     applySettings();
     m_addressBar->focusField();
-    if (!m_desk.storeError().isEmpty())
+    if (!m_controller.storeError().isEmpty())
         QMetaObject::invokeMethod(this, &MainWindow::warnOfStore, Qt::QueuedConnection);
 }
 
 void MainWindow::warnOfStore()
 {
-    warn(m_desk.storeError());
+    warn(m_controller.storeError());
 }
 
 void MainWindow::layOut()
 {
-    auto *page = new PagePanel(m_desk);
-    connect(&m_desk.reader(), &PageReader::stateChanged, this, [this, page](PageReader::State state) {
+    auto *page = new PagePanel(m_controller);
+    connect(&m_controller.reader(), &PageReader::stateChanged, this, [this, page](PageReader::State state) {
         if (state == PageReader::State::Ready && m_addressBar->isDone())
             page->focusStreams();
     });
     connect(m_downloads, &DownloadsPanel::openingFailed, this, &MainWindow::warn);
     connect(m_downloads, &DownloadsPanel::readRequested, this, &MainWindow::read);
     connect(page, &PagePanel::listRequested, this, [this] {
-        auto *dialog = new PlaylistDialog(m_desk.reader().url(), m_desk.tools(), this);
-        connect(dialog, &PlaylistDialog::chosen, &m_desk, &Desk::addPages);
+        auto *dialog = new PlaylistDialog(m_controller.reader().url(), m_controller.tools(), this);
+        connect(dialog, &PlaylistDialog::chosen, &m_controller, &DeskController::addPages);
         dialog->open();
     });
     connect(page, &PagePanel::logRequested, this, &MainWindow::showLog);
@@ -112,7 +118,7 @@ void MainWindow::layOut()
     m_noticeTimer->setSingleShot(true);
     m_noticeTimer->setInterval(noticeMs);
     connect(m_noticeTimer, &QTimer::timeout, this, [this] {
-        if (isActiveWindow()) // else it has not been seen yet
+        if (isActiveWindow()) // otherwise the user has not seen it
             m_notice->setText(QString());
     });
     statusBar()->addWidget(m_notice, 1);
@@ -122,11 +128,11 @@ void MainWindow::layOut()
 void MainWindow::addShortcuts()
 {
     new QShortcut(QKeySequence(QStringLiteral("Ctrl+L")), this, m_addressBar, &AddressBar::focusField);
-    new QShortcut(Qt::Key_Escape, this, &m_desk.reader(), &PageReader::cancel);
+    new QShortcut(Qt::Key_Escape, this, &m_controller.reader(), &PageReader::cancel);
     new QShortcut(QKeySequence::Quit, this, this, &QWidget::close);
-    auto *again = new QShortcut(Qt::Key_F5, this, &m_desk.reader(), &PageReader::readAgain);
+    auto *again = new QShortcut(Qt::Key_F5, this, &m_controller.reader(), &PageReader::readAgain);
     again->setAutoRepeat(false);
-    // A field that has the focus pastes for itself.
+    // A field with the focus handles the key itself.
     new QShortcut(QKeySequence::Paste, this, this,
                   [this] { use(AddressList::in(QGuiApplication::clipboard()->mimeData())); });
 }
@@ -144,13 +150,13 @@ void MainWindow::addMenu()
     m_addressBar->addMenu(menu);
 }
 
-/** What the user has typed or pasted into the field: one address as a rule, or a text with some in it. */
+/** Handles the text of the address field: usually one address, or a text that contains several. */
 void MainWindow::useText(const QString &text)
 {
     const QStringList addresses = AddressList::in(text);
     const bool isOneWord = text.simplified().count(QLatin1Char(' ')) == 0;
     if (addresses.isEmpty() || isOneWord) {
-        m_desk.reader().read(text); // mends it, or tells what is wrong with it
+        m_controller.reader().read(text); // completes the address, or shows the error
     } else {
         use(addresses);
     }
@@ -162,7 +168,7 @@ void MainWindow::use(const QStringList &addresses)
         read(addresses.first());
     } else if (!addresses.isEmpty()) {
         m_addressBar->setAddress(QString());
-        m_desk.addPages(addresses);
+        m_controller.addPages(addresses);
     }
 }
 
@@ -182,66 +188,64 @@ void MainWindow::openList()
     dialog->open();
 }
 
-void MainWindow::askToRepeat()
+void MainWindow::askToRepeat(const QString &message, const std::function<void()> &repeat)
 {
-    auto *question =
-        new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
-                        tr("This stream of this page is in the list of downloads already."), QMessageBox::Cancel, this);
+    auto *question = new QMessageBox(QMessageBox::Question, tr("Nox Desk"), message, QMessageBox::Cancel, this);
     question->setAttribute(Qt::WA_DeleteOnClose);
     QPushButton *button = question->addButton(tr("Download &again"), QMessageBox::AcceptRole);
     button->setObjectName(QStringLiteral("downloadAgain"));
-    connect(button, &QPushButton::clicked, &m_desk, &Desk::startAgain);
+    connect(button, &QPushButton::clicked, this, repeat);
     question->open();
 }
 
 void MainWindow::showProgress()
 {
-    const QString progress = m_desk.progressText();
-    m_downloads->setVisible(m_desk.downloads().rowCount() > 0);
-    m_taskbar.show(progress.isEmpty() ? -1 : m_desk.downloads().batchPercent());
+    const QString progress = m_controller.progressText();
+    m_downloads->setVisible(m_controller.downloads().rowCount() > 0);
+    m_taskbar.show(progress.isEmpty() ? -1 : m_controller.downloads().batchPercent());
     setWindowTitle(progress.isEmpty() ? tr("Nox Desk") : tr("%1 – Nox Desk", "progress").arg(progress));
 }
 
 void MainWindow::applySettings()
 {
-    m_offer.setEnabled(m_desk.settings().preferences().offersClipboard);
-    m_addressBar->setRecentAddresses(m_desk.settings().recentAddresses());
+    m_offer.setEnabled(m_controller.settings().preferences().offersClipboard);
+    m_addressBar->setRecentAddresses(m_controller.settings().recentAddresses());
 }
 
-void MainWindow::notice(const QString &title, const QString &words)
+void MainWindow::notice(const QString &title, const QString &message)
 {
-    m_notice->setText(tr("%1: %2", "what has happened, to which file").arg(title, words));
-#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0) // older ones can only say that there is something new to be read
+    m_notice->setText(tr("%1: %2", "what has happened, to which file").arg(title, message));
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0) // older versions have no announcements
     QAccessibleAnnouncementEvent event(m_notice, m_notice->text());
 #else
     QAccessibleEvent event(m_notice, QAccessible::Alert);
 #endif
     QAccessible::updateAccessibility(&event);
     m_noticeTimer->start();
-    m_notifier->notify(title, words);
+    m_notifier->notify(title, message);
 }
 
 void MainWindow::restore()
 {
-    // In terms of the font, so that it fits any scaling, and no larger than the screen.
+    // By the size of the font, so that it works with any scale factor; at most the size of the screen.
     const QSize wanted(fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 56);
     resize(wanted.boundedTo(screen()->availableSize() * 0.9));
     m_splitter->setSizes({2 * wanted.height() / 3, wanted.height() / 3});
-    restoreGeometry(m_desk.settings().windowState(QStringLiteral("geometry")));
-    m_splitter->restoreState(m_desk.settings().windowState(QStringLiteral("splitter")));
+    restoreGeometry(m_controller.settings().windowState(QStringLiteral("geometry")));
+    m_splitter->restoreState(m_controller.settings().windowState(QStringLiteral("splitter")));
 }
 
 void MainWindow::remember()
 {
-    m_desk.settings().setWindowState(QStringLiteral("geometry"), saveGeometry());
-    m_desk.settings().setWindowState(QStringLiteral("splitter"), m_splitter->saveState());
+    m_controller.settings().setWindowState(QStringLiteral("geometry"), saveGeometry());
+    m_controller.settings().setWindowState(QStringLiteral("splitter"), m_splitter->saveState());
 }
 
 void MainWindow::read(const QString &address)
 {
     m_addressBar->setAddress(address);
-    m_addressBar->focusField(); // where the keyboard is, may be out of reach while the page is read
-    m_desk.reader().read(address);
+    m_addressBar->focusField(); // the focused widget may be disabled while the page is read
+    m_controller.reader().read(address);
 }
 
 void MainWindow::takeOver(const QStringList &addresses)
@@ -253,7 +257,7 @@ void MainWindow::takeOver(const QStringList &addresses)
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     remember();
-    if (m_isClosing || m_desk.downloads().activeCount() == 0) {
+    if (m_isClosing || m_controller.downloads().activeCount() == 0) {
         QMainWindow::closeEvent(event);
     } else {
         event->ignore();
@@ -265,13 +269,13 @@ void MainWindow::askToClose()
 {
     if (const QMessageBox *shown = m_question.data(); shown != nullptr && shown->isVisible())
         return;
-    const int count = m_desk.downloads().activeCount();
+    const int count = m_controller.downloads().activeCount();
     auto *question = new QMessageBox(QMessageBox::Question, tr("Nox Desk"),
                                      tr("Downloads still running: %1. Stop them and close?").arg(count),
                                      QMessageBox::NoButton, this);
     m_question = question;
     question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setInformativeText(tr("They stay in the list, and go on later where they have stopped."));
+    question->setInformativeText(tr("They stay in the list and can be resumed later."));
     QPushButton *closeButton = question->addButton(tr("&Stop and close"), QMessageBox::DestructiveRole);
     closeButton->setObjectName(QStringLiteral("closeAnyway"));
     QPushButton *stayButton = question->addButton(tr("&Keep downloading"), QMessageBox::RejectRole);
@@ -288,10 +292,10 @@ void MainWindow::closeAtOnce()
     close();
 }
 
-void MainWindow::warn(const QString &words)
+void MainWindow::warn(const QString &message)
 {
     auto *box =
-        new QMessageBox(QMessageBox::Warning, tr("Nox Desk"), ShownText::breakable(words), QMessageBox::Close, this);
+        new QMessageBox(QMessageBox::Warning, tr("Nox Desk"), ShownText::breakable(message), QMessageBox::Close, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setObjectName(QStringLiteral("warning"));
     box->open();
@@ -299,16 +303,16 @@ void MainWindow::warn(const QString &words)
 
 void MainWindow::showLog()
 {
-    auto *dialog = new LogDialog(m_desk.logFile(), this);
+    auto *dialog = new LogDialog(m_controller.logFile(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
 }
 
 void MainWindow::showPreferences()
 {
-    auto *dialog = new PreferencesDialog(m_desk.settings(), this);
+    auto *dialog = new PreferencesDialog(m_controller.settings(), this);
     connect(dialog, &QDialog::finished, this, [this] {
-        m_desk.applySettings();
+        m_controller.applySettings();
         applySettings();
     });
     dialog->open();
@@ -324,12 +328,12 @@ void MainWindow::showShortcuts()
         {QKeySequence(Qt::Key_Escape), tr("stop reading the page")},
         {QKeySequence(Qt::Key_Return), tr("download the stream that is chosen")},
         {QKeySequence(QStringLiteral("Shift+F10")), tr("open the menu of the download, which shows its other keys")},
-        {QKeySequence(Qt::Key_Delete), tr("take the download off the list, when it has ended")},
+        {QKeySequence(Qt::Key_Delete), tr("remove the ended download from the list")},
         {QKeySequence(Qt::Key_F10), tr("open the menu")},
         {QKeySequence(QKeySequence::Quit), tr("quit")},
     };
-    for (const auto &[keys, words] : rows)
-        dialog->addRow(keys.toString(QKeySequence::NativeText), words);
+    for (const auto &[keys, meaning] : rows)
+        dialog->addRow(keys.toString(QKeySequence::NativeText), meaning);
     dialog->open();
 }
 
@@ -339,7 +343,7 @@ void MainWindow::showAbout()
     dialog->addRow(tr("Nox Desk and its library:"), QCoreApplication::applicationVersion());
     dialog->addRow(tr("Qt:"), QString::fromLatin1(qVersion()));
     auto *version = new ToolVersionLabel;
-    version->ask(m_desk.tools());
+    version->ask(m_controller.tools());
     dialog->addRow(tr("Download tool:"), version);
     dialog->open();
 }
@@ -348,7 +352,7 @@ void MainWindow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         m_offer.check();
-        m_downloads->refresh(); // files may have gone meanwhile
+        m_downloads->refresh(); // files may have been removed meanwhile
         m_noticeTimer->start();
         m_notifier->clear();
     }

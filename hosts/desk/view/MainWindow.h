@@ -7,36 +7,38 @@
 #include <QMessageBox>
 #include <QPointer>
 
+#include <functional>
+
 class QSplitter;
 class QTimer;
 
 namespace NoxDesk {
 
 class AddressBar;
-class Desk;
+class DeskController;
 class DownloadsPanel;
 class ElidedLabel;
 class Notifier;
 
-/** The window: address above, page in the middle, downloads below. */
+/** The main window: the address at the top, the page in the middle, the downloads at the bottom. */
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /** @param desk must outlive the window */
-    explicit MainWindow(Desk &desk, QWidget *parent = nullptr);
+    /** @param controller must outlive the window */
+    explicit MainWindow(DeskController &controller, QWidget *parent = nullptr);
 
-    /** Reads the page at @p address, as if the user had typed it. */
+    /** Reads the page @p address, as if the user had typed it. */
     void read(const QString &address);
 
-    /** Reads the page of a single address; several are read and downloaded one after the other. */
+    /** Reads the page if there is one address. Several are read and downloaded one after the other. */
     void use(const QStringList &addresses);
 
-    /** Another start of the program has handed over these addresses: brings the window up, and uses them. */
+    /** Handles the addresses of another instance: activates the window and uses them. */
     void takeOver(const QStringList &addresses);
 
-    /** Closes without a question. What runs can be gone on with at the next start. */
+    /** Closes without a question. Running downloads can be resumed at the next start. */
     void closeAtOnce();
 
 protected:
@@ -52,9 +54,9 @@ private:
     void addMenu();
     void useText(const QString &text);
     void openList();
-    void askToRepeat();
+    void askToRepeat(const QString &message, const std::function<void()> &repeat);
     void applySettings();
-    void notice(const QString &title, const QString &words);
+    void notice(const QString &title, const QString &message);
     void showProgress();
     void showPreferences();
     void showShortcuts();
@@ -63,19 +65,19 @@ private:
     void remember();
     void askToClose();
     void showLog();
-    void warn(const QString &words);
+    void warn(const QString &message);
 
-    Desk &m_desk;
+    DeskController &m_controller;
     AddressOffer m_offer;
     AddressBar *m_addressBar;
     QSplitter *m_splitter;
     DownloadsPanel *m_downloads;
     ElidedLabel *m_notice;
-    QTimer *m_noticeTimer; // runs while the notice is seen
+    QTimer *m_noticeTimer; // active while the notice is shown
     Notifier *m_notifier;
     TaskbarProgress m_taskbar;
     QPointer<QMessageBox> m_question;
-    bool m_isClosing = false; // without a question
+    bool m_isClosing = false; // closes without a question
 };
 
 } // namespace NoxDesk

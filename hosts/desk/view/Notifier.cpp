@@ -11,7 +11,7 @@ namespace NoxDesk {
 namespace {
 
 constexpr SessionBus::Service service{"org.freedesktop.Notifications", "/org/freedesktop/Notifications"};
-constexpr int usualTime = -1; // the service decides how long it shows something
+constexpr int usualTime = -1; // the service decides how long to show it
 
 } // namespace
 

@@ -9,8 +9,8 @@ class QWidget;
 namespace NoxDesk {
 
 /**
- * Tells what has happened while the window is not looked at: by the desktop's notification service, or by its tray
- * where there is no such service. A click brings the window up.
+ * Shows notifications while the window is not active: by the desktop's notification service, or by the tray if there is
+ * no such service. A click activates the window.
  */
 class Notifier : public QObject
 {
@@ -22,12 +22,12 @@ public:
 
     void notify(const QString &title, const QString &message);
 
-    /** The window is looked at: what was told is known. */
+    /** The window is active: withdraws the notifications. */
     void clear();
 
-    void showWindow(); ///< Brings the window up.
+    void showWindow(); ///< Activates the window.
 
-private Q_SLOTS: // found by name when the service sends a signal
+private Q_SLOTS: // connected by name to the service's signals
     void onActionInvoked(uint id);
     void onClosed(uint id) { m_shown.remove(id); }
 
@@ -36,8 +36,8 @@ private:
     void showInTray(const QString &title, const QString &message);
 
     QWidget *m_window;
-    QSet<uint> m_shown;                // the service's numbers of what it shows
-    QSystemTrayIcon *m_icon = nullptr; // made when it is needed
+    QSet<uint> m_shown;                // identifiers of the shown notifications
+    QSystemTrayIcon *m_icon = nullptr; // created on demand
 };
 
 } // namespace NoxDesk

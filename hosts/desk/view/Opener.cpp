@@ -27,15 +27,15 @@ void Opener::open(const QUrl &url)
         end(QDesktopServices::openUrl(url));
         return;
     }
-    // Only the exit code tells whether a program was found. It may come when the user closes that program, and the
-    // process must outlive this one: so it has no parent, and is not deleted before it ends.
+    // Only the exit code shows whether a program was found. The process may run until the user closes that program, and
+    // must not be killed when this program ends: so it has no parent, and is deleted only after its end.
     auto *process = new QProcess;
     process->setProcessChannelMode(QProcess::ForwardedChannels);
     connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             [end](int code, QProcess::ExitStatus status) { end(status == QProcess::NormalExit && code == 0); });
     connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), process, &QObject::deleteLater);
     connect(process, &QProcess::errorOccurred, this, [end, process](QProcess::ProcessError error) {
-        if (error != QProcess::FailedToStart) // a crash is told by finished() as well
+        if (error != QProcess::FailedToStart) // after a crash, finished() follows
             return;
         process->deleteLater();
         end(false);

@@ -5,7 +5,7 @@
 
 namespace NoxDesk {
 
-/** Opens one file or page with the user's program for it, or shows a file in its folder. Deletes itself afterwards. */
+/** Opens one file or page with the user's default program, or shows a file in its folder. Deletes itself afterwards. */
 class Opener : public QObject
 {
     Q_OBJECT
@@ -18,11 +18,11 @@ public:
 
     void open(const QUrl &url);
 
-    /** Opens the folder of @p file, with the file selected where the file manager can do it. */
+    /** Opens the folder of @p file, and selects the file if the file manager supports that. */
     void showInFolder(const QString &file);
 
 Q_SIGNALS:
-    /** No program took it. @param name file or address that was to be opened */
+    /** No program could open it. @param name the file or address */
     void failed(const QString &name);
 };
 

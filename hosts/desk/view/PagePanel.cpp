@@ -1,6 +1,6 @@
 #include "hosts/desk/view/PagePanel.h"
 
-#include "hosts/desk/model/Desk.h"
+#include "hosts/desk/model/DeskController.h"
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
 #include "hosts/desk/view/PlanForm.h"
@@ -24,14 +24,14 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr int titleLines = 8; // in a narrow window
+constexpr int titleLines = 8; // at most, in a narrow window
 constexpr int titleCharacters = 300;
 
 } // namespace
 
-PagePanel::PagePanel(Desk &desk, QWidget *parent)
+PagePanel::PagePanel(DeskController &controller, QWidget *parent)
     : QWidget(parent)
-    , m_desk(desk)
+    , m_controller(controller)
     , m_busy(makeBusy())
     , m_failure(makeFailure())
     , m_hint(makeHint())
@@ -46,22 +46,22 @@ PagePanel::PagePanel(Desk &desk, QWidget *parent)
     layout->setContentsMargins({});
     layout->addWidget(m_head);
     layout->addWidget(m_content, 1);
-    connect(&m_desk.reader(), &PageReader::stateChanged, this, &PagePanel::show);
-    connect(&m_desk.reader(), &PageReader::pageChanged, this, &PagePanel::showPage);
-    show(m_desk.reader().state());
+    connect(&m_controller.reader(), &PageReader::stateChanged, this, &PagePanel::show);
+    connect(&m_controller.reader(), &PageReader::pageChanged, this, &PagePanel::showPage);
+    show(m_controller.reader().state());
 }
 
 QWidget *PagePanel::makeHint()
 {
     auto *hint = new QWidget;
     auto *layout = new QVBoxLayout(hint);
-    auto *words = new QLabel(tr("Paste or drop the address of a page above and press Enter.\n"
-                                "Its streams appear here, to choose from."));
-    words->setAlignment(Qt::AlignCenter);
-    words->setWordWrap(true);
+    auto *text = new QLabel(tr("Paste or drop the address of a page above and press Enter.\n"
+                               "Its streams appear here, to choose from."));
+    text->setAlignment(Qt::AlignCenter);
+    text->setWordWrap(true);
     layout->addStretch();
     layout->addWidget(new ThumbnailView, 0, Qt::AlignHCenter);
-    layout->addWidget(words);
+    layout->addWidget(text);
     layout->addStretch();
     return hint;
 }
@@ -70,15 +70,15 @@ QWidget *PagePanel::makeBusy()
 {
     m_busyAddress = new ElidedLabel(Qt::ElideMiddle);
     m_busyAddress->setAlignment(Qt::AlignCenter);
-    auto *words = new QLabel(tr("Reading the page…"));
-    words->setAlignment(Qt::AlignCenter);
+    auto *text = new QLabel(tr("Reading the page…"));
+    text->setAlignment(Qt::AlignCenter);
     auto *bar = new QProgressBar;
     bar->setObjectName(QStringLiteral("busy"));
     bar->setAccessibleName(tr("The page is being read"));
     bar->setRange(0, 0);
     auto *cancelButton = new QPushButton(tr("&Cancel"));
     cancelButton->setObjectName(QStringLiteral("cancelReading"));
-    connect(cancelButton, &QPushButton::clicked, &m_desk.reader(), &PageReader::cancel);
+    connect(cancelButton, &QPushButton::clicked, &m_controller.reader(), &PageReader::cancel);
 
     auto *busy = new QWidget;
     auto *row = new QHBoxLayout;
@@ -89,7 +89,7 @@ QWidget *PagePanel::makeBusy()
     auto *layout = new QVBoxLayout(busy);
     layout->setContentsMargins({});
     layout->addStretch();
-    layout->addWidget(words);
+    layout->addWidget(text);
     layout->addWidget(m_busyAddress);
     layout->addLayout(row);
     layout->addStretch();
@@ -104,7 +104,7 @@ QWidget *PagePanel::makeFailure()
     m_failedAddress->setObjectName(QStringLiteral("failedAddress"));
     auto *closeButton = new QPushButton(tr("Close &message"));
     closeButton->setObjectName(QStringLiteral("dismissFailure"));
-    connect(closeButton, &QPushButton::clicked, &m_desk.reader(), &PageReader::dismissProblem);
+    connect(closeButton, &QPushButton::clicked, &m_controller.reader(), &PageReader::dismissError);
 
     auto *failure = new QWidget;
     auto *row = new QHBoxLayout;
@@ -129,18 +129,18 @@ VerticalScrollArea *PagePanel::makeHead()
     for (QWidget *part : {m_busy, m_failure, static_cast<QWidget *>(m_outdated), m_card})
         layout->addWidget(part);
     auto *head = new VerticalScrollArea(content);
-    head->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
+    head->setFocusPolicy(Qt::NoFocus); // scrolls to the child that gets the focus
     head->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     return head;
 }
 
 QWidget *PagePanel::makeChoices()
 {
-    m_streams = new StreamPanel(m_desk.streams());
-    auto *form = new PlanForm(m_desk.plan());
-    connect(m_streams, &StreamPanel::chosen, &m_desk, &Desk::chooseStream);
-    connect(m_streams, &StreamPanel::downloadRequested, &m_desk, &Desk::startDownload);
-    connect(form, &PlanForm::downloadRequested, &m_desk, &Desk::startDownload);
+    m_streams = new StreamPanel(m_controller.streams());
+    auto *form = new PlanForm(m_controller.plan());
+    connect(m_streams, &StreamPanel::chosen, &m_controller, &DeskController::chooseStream);
+    connect(m_streams, &StreamPanel::downloadRequested, &m_controller, &DeskController::startDownload);
+    connect(form, &PlanForm::downloadRequested, &m_controller, &DeskController::startDownload);
 
     auto *choices = new QWidget;
     auto *layout = new QVBoxLayout(choices);
@@ -186,19 +186,19 @@ QWidget *PagePanel::makeCard()
     layout->addWidget(m_thumbnail);
     layout->addSpacing(fontMetrics().averageCharWidth());
     layout->addLayout(texts, 1);
-    connect(&m_desk.thumbnail(), &ThumbnailLoader::changed, m_thumbnail, [this] {
-        m_thumbnail->setPicture(m_desk.thumbnail().picture());
-        m_thumbnail->setVisible(m_desk.thumbnail().isLoading() || !m_desk.thumbnail().picture().isNull());
+    connect(&m_controller.thumbnail(), &ThumbnailLoader::changed, m_thumbnail, [this] {
+        m_thumbnail->setPicture(m_controller.thumbnail().picture());
+        m_thumbnail->setVisible(m_controller.thumbnail().isLoading() || !m_controller.thumbnail().picture().isNull());
     });
     return card;
 }
 
 void PagePanel::show(PageReader::State state)
 {
-    const PageReader &reader = m_desk.reader();
+    const PageReader &reader = m_controller.reader();
     const bool isReading = state == PageReader::State::Reading;
     const bool isFailed = state == PageReader::State::Failed;
-    // Focus goes on only from what is about to vanish: the address field, or wherever the user is by now, keeps it.
+    // Only a widget that will be hidden gives up the focus. Any other, such as the address field, keeps it.
     const QWidget *focused = window()->focusWidget();
     const bool hadFocus = focused != nullptr && (m_busy->isAncestorOf(focused) || m_failure->isAncestorOf(focused));
     m_busyAddress->setText(reader.requestedUrl());
@@ -220,27 +220,27 @@ void PagePanel::show(PageReader::State state)
 
 void PagePanel::showPage()
 {
-    const Nox::WebMediaInfo page = m_desk.reader().page();
+    const Nox::WebMediaInfo page = m_controller.reader().page();
     const QString title = Nox::TextSanitizer::line(page.getTitle());
     const QString shown = ShownText::cut(title, titleCharacters);
-    m_title->setWords(shown);
+    m_title->showText(shown);
     m_title->setToolTip(shown == title ? QString() : ShownText::breakable(title));
     m_title->setAccessibleDescription(shown == title ? QString() : title);
     const qint64 seconds = page.getDuration();
     m_duration->setText(seconds > 0 ? tr("Duration %1").arg(Nox::TransferFigures::timeText(seconds))
                                     : tr("Duration unknown"));
-    m_address->setText(m_desk.reader().url());
-    m_warnings->explain(m_desk.reader().warnings().join(QLatin1Char('\n')), *m_address);
-    const int count = m_desk.reader().videoCount();
+    m_address->setText(m_controller.reader().url());
+    m_warnings->explain(m_controller.reader().warnings().join(QLatin1Char('\n')), *m_address);
+    const int count = m_controller.reader().videoCount();
     m_videosButton->setVisible(count != 1);
-    m_videosButton->setText(m_desk.reader().isInParts() ? tr("This is the first of %1 parts. Choose…").arg(count)
-                                : count > 1             ? tr("This is the first of %1 videos. Choose…").arg(count)
-                                                        : tr("This is the first of several videos. Choose…"));
+    m_videosButton->setText(m_controller.reader().isInParts() ? tr("This is the first of %1 parts. Choose…").arg(count)
+                                : count > 1 ? tr("This is the first of %1 videos. Choose…").arg(count)
+                                            : tr("This is the first of several videos. Choose…"));
 }
 
 void PagePanel::focusStreams()
 {
-    if (m_desk.reader().hasPage())
+    if (m_controller.reader().hasPage())
         m_streams->focusTable();
 }
 

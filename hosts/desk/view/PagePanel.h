@@ -10,7 +10,7 @@ class QStackedWidget;
 
 namespace NoxDesk {
 
-class Desk;
+class DeskController;
 class ElidedLabel;
 class FailureBox;
 class ReasonLabel;
@@ -20,23 +20,23 @@ class VerticalScrollArea;
 class WrappedText;
 
 /**
- * The page: nothing yet, or what it holds and the choices; above it, that another one is being read or has failed. In a
- * small window the table of streams gives way first, then what stands above it scrolls; the form is always seen whole.
+ * Shows the page and the choices for its download; above them the state of a page that is being read or has failed. In
+ * a small window the table of streams shrinks first, then the part above it scrolls. The form is always fully visible.
  */
 class PagePanel : public QWidget
 {
     Q_OBJECT
 
 public:
-    /** @param desk must outlive the panel */
-    explicit PagePanel(Desk &desk, QWidget *parent = nullptr);
+    /** @param controller must outlive the panel */
+    explicit PagePanel(DeskController &controller, QWidget *parent = nullptr);
 
-    /** Moves the keyboard to the streams, if there are any. */
+    /** Sets the focus to the table of streams, if there are any. */
     void focusStreams();
 
 Q_SIGNALS:
     void logRequested();
-    void listRequested(); ///< The user wants to see all videos of the page.
+    void listRequested(); ///< The user asked for the list of all videos of the page.
 
 private:
     QWidget *makeHint();
@@ -48,7 +48,7 @@ private:
     void show(PageReader::State state);
     void showPage();
 
-    Desk &m_desk;
+    DeskController &m_controller;
     ElidedLabel *m_busyAddress = nullptr;
     QWidget *m_busy;
     FailureBox *m_failureBox = nullptr;
@@ -57,7 +57,7 @@ private:
     ThumbnailView *m_thumbnail = nullptr;
     WrappedText *m_title = nullptr;
     QLabel *m_duration = nullptr;
-    QLabel *m_outdated = nullptr; // above the card
+    QLabel *m_outdated = nullptr; // shown above the page
     ElidedLabel *m_address = nullptr;
     ReasonLabel *m_warnings = nullptr;
     QPushButton *m_videosButton = nullptr;

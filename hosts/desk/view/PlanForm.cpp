@@ -23,7 +23,7 @@ using Nox::StreamText;
 
 namespace {
 
-constexpr int soundCharacters = 12; // that are seen in the narrowest window
+constexpr int soundCharacters = 12; // visible in the narrowest window
 
 } // namespace
 
@@ -31,10 +31,10 @@ PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
     : QWidget(parent)
     , m_plan(plan)
     , m_sound(new QComboBox)
-    , m_soundProblem(new ReasonLabel)
+    , m_soundError(new ReasonLabel)
     , m_destination(new QLineEdit)
     , m_browseButton(new QPushButton(tr("&Browse…")))
-    , m_destinationProblem(new ReasonLabel)
+    , m_destinationError(new ReasonLabel)
     , m_folderButton(new QPushButton(tr("Create f&older")))
     , m_downloadButton(new QPushButton(tr("&Download")))
 {
@@ -57,14 +57,14 @@ void PlanForm::addSound(QGridLayout &layout)
     m_sound->setAccessibleName(tr("Sound to join with the picture"));
     m_sound->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_sound->setMinimumContentsLength(soundCharacters);
-    m_soundProblem->setObjectName(QStringLiteral("soundProblem"));
+    m_soundError->setObjectName(QStringLiteral("soundError"));
     auto *label = new QLabel(tr("&Sound:"));
     label->setBuddy(m_sound);
     layout.addWidget(label, 0, 0);
     layout.addWidget(m_sound, 0, 1, 1, 3);
-    layout.addWidget(m_soundProblem, 1, 1, 1, 3);
+    layout.addWidget(m_soundError, 1, 1, 1, 3);
     connect(m_sound, qOverload<int>(&QComboBox::currentIndexChanged), this,
-            [this] { m_plan.setCompanion(m_sound->currentData().toString()); });
+            [this] { m_plan.setAudio(m_sound->currentData().toString()); });
 }
 
 void PlanForm::addDestination(QGridLayout &layout)
@@ -72,7 +72,7 @@ void PlanForm::addDestination(QGridLayout &layout)
     m_destination->setObjectName(QStringLiteral("destination"));
     m_destination->setAccessibleName(tr("File to save to"));
     m_browseButton->setObjectName(QStringLiteral("browse"));
-    m_destinationProblem->setObjectName(QStringLiteral("destinationProblem"));
+    m_destinationError->setObjectName(QStringLiteral("destinationError"));
     auto *label = new QLabel(tr("&File:"));
     label->setBuddy(m_destination);
     layout.addWidget(label, 2, 0);
@@ -82,7 +82,7 @@ void PlanForm::addDestination(QGridLayout &layout)
     m_folderButton->hide();
     m_downloadButton->setObjectName(QStringLiteral("download"));
     layout.addWidget(m_downloadButton, 2, 3);
-    layout.addWidget(m_destinationProblem, 3, 1, 1, 2);
+    layout.addWidget(m_destinationError, 3, 1, 1, 2);
     layout.addWidget(m_folderButton, 3, 3, Qt::AlignTop);
     connect(m_folderButton, &QPushButton::clicked, this, [this] {
         m_plan.makeFolder();
@@ -100,11 +100,10 @@ void PlanForm::refresh()
     if (m_destination->text() != m_plan.destination())
         m_destination->setText(m_plan.destination());
     const bool hasStream = m_plan.stream().isValid();
-    const QString soundProblem = m_plan.soundProblem();
-    m_soundProblem->explain(soundProblem.isEmpty() ? m_plan.warning() : soundProblem, *m_sound);
-    const QString problem = hasStream ? m_plan.destinationProblem() : QString();
-    m_destinationProblem->explain(problem.isEmpty() && hasStream ? m_plan.destinationWarning() : problem,
-                                  *m_destination);
+    const QString soundError = m_plan.soundError();
+    m_soundError->explain(soundError.isEmpty() ? m_plan.warning() : soundError, *m_sound);
+    const QString error = hasStream ? m_plan.destinationError() : QString();
+    m_destinationError->explain(error.isEmpty() && hasStream ? m_plan.destinationWarning() : error, *m_destination);
     m_folderButton->setVisible(hasStream && !m_plan.missingFolder().isEmpty());
     m_downloadButton->setEnabled(m_plan.isComplete());
 }
@@ -113,15 +112,15 @@ void PlanForm::fillSounds()
 {
     const QSignalBlocker blocker(m_sound);
     m_sound->clear();
-    m_sound->setEnabled(m_plan.takesCompanion());
-    if (!m_plan.takesCompanion()) {
+    m_sound->setEnabled(m_plan.takesAudio());
+    if (!m_plan.takesAudio()) {
         const bool isSound = m_plan.stream().getMediaType() == Nox::MEDIA_TYPE_AUDIO;
-        m_sound->addItem(isSound                        ? tr("The stream is sound alone")
+        m_sound->addItem(isSound                        ? tr("The stream has sound only")
                              : m_plan.stream().isDash() ? tr("The page has none")
                                                         : tr("Part of the stream"));
         return;
     }
-    const QList<Nox::MediaProfile> sounds = m_plan.companions();
+    const QList<Nox::MediaProfile> sounds = m_plan.audioChoices();
     for (const Nox::MediaProfile &sound : sounds) {
         const QString label = StreamText::label(sound);
         m_sound->addItem(tr("%1, %2", "container, bit rate")
@@ -130,7 +129,7 @@ void PlanForm::fillSounds()
                          sound.getName());
     }
     m_sound->addItem(tr("None, the picture only"), QString());
-    m_sound->setCurrentIndex(m_sound->findData(m_plan.companion()));
+    m_sound->setCurrentIndex(m_sound->findData(m_plan.audio()));
 }
 
 void PlanForm::browse()
@@ -140,7 +139,7 @@ void PlanForm::browse()
     m_dialog = new QFileDialog(this, tr("Save as"));
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
     m_dialog->setAcceptMode(QFileDialog::AcceptSave);
-    // An existing file is never replaced: the form says so beside the field.
+    // No question about replacing: existing files are never replaced, and the form shows that error.
     m_dialog->setOption(QFileDialog::DontConfirmOverwrite);
     const QFileInfo file(m_plan.path());
     m_dialog->setDirectory(file.absolutePath());
@@ -153,10 +152,11 @@ void PlanForm::browse()
     m_dialog->open();
 }
 
-/** The next file has a free name already: what is meant for one download must not begin two. */
+/** Ignores double clicks and key repeat, which would start a second download of the page. */
 bool PlanForm::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_destination && event->type() == QEvent::ToolTip) { // no property: it would be read as markup
+    if (watched == m_destination
+        && event->type() == QEvent::ToolTip) { // not as a property, which would be read as markup
         const QPoint place = static_cast<QHelpEvent *>(event)->globalPos();
         QToolTip::showText(place, ShownText::breakable(m_plan.destination()), m_destination);
         return true;

@@ -14,7 +14,7 @@ namespace NoxDesk {
 class DownloadPlan;
 class ReasonLabel;
 
-/** Sound and destination of the next download, and the button that begins it. */
+/** The form for sound and destination of the next download, with the button that starts it. */
 class PlanForm : public QWidget
 {
     Q_OBJECT
@@ -38,10 +38,10 @@ private:
 
     DownloadPlan &m_plan;
     QComboBox *m_sound;
-    ReasonLabel *m_soundProblem;
+    ReasonLabel *m_soundError;
     QLineEdit *m_destination;
     QPushButton *m_browseButton;
-    ReasonLabel *m_destinationProblem;
+    ReasonLabel *m_destinationError;
     QPushButton *m_folderButton;
     QPushButton *m_downloadButton;
     QPointer<QFileDialog> m_dialog;

@@ -12,7 +12,7 @@ class QPushButton;
 
 namespace NoxDesk {
 
-/** The videos of a page with several, to tick those that are to be downloaded. They are listed in steps. */
+/** A list of the videos of a page, from which the user selects. It is loaded in steps. */
 class PlaylistDialog : public QDialog
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ private:
 
     QString m_url;
     Nox::ToolSetup m_tools;
-    std::unique_ptr<Nox::PlaylistJob> m_job; // of the last step
+    std::unique_ptr<Nox::PlaylistJob> m_job; // for the last step
     QListWidget *m_list;
     QLabel *m_state;
     QPushButton *m_moreButton;

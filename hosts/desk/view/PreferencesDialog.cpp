@@ -32,17 +32,17 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     : QDialog(parent)
     , m_settings(settings)
     , m_folder(new QLineEdit(QDir::toNativeSeparators(settings.folder())))
-    , m_problem(new ReasonLabel)
+    , m_error(new ReasonLabel)
     , m_makeButton(new QPushButton(tr("Cr&eate folder")))
     , m_lines(new QComboBox)
     , m_withoutConversion(newBox(tr("&MP4 without conversion, where there is one"), QStringLiteral("withoutConversion"),
                                  settings.preferences().stream.withoutConversion))
     , m_soundOnly(newBox(tr("S&ound only"), QStringLiteral("soundOnly"), settings.preferences().stream.soundOnly))
-    , m_mp3(newBox(tr("Save sound without a picture as MP&3, which encodes it anew"), QStringLiteral("mp3"),
-                   settings.preferences().makesMp3))
+    , m_mp3(
+          newBox(tr("Convert sound without a picture to MP&3"), QStringLiteral("mp3"), settings.preferences().makesMp3))
     , m_parallel(new QSpinBox)
-    , m_goesOn(newBox(tr("&Go on with unfinished downloads when the program starts"), QStringLiteral("goesOnAtStart"),
-                      settings.preferences().goesOnAtStart))
+    , m_goesOn(newBox(tr("&Resume unfinished downloads when the program starts"), QStringLiteral("resumesAtStart"),
+                      settings.preferences().resumesAtStart))
     , m_clipboard(newBox(tr("Offer addresses on the &clipboard"), QStringLiteral("offersClipboard"),
                          settings.preferences().offersClipboard))
     , m_limitRate(new QLineEdit(m_toolSettings.value(ToolSettings::limitRate)))
@@ -65,7 +65,7 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     addNetwork(*form);
     addTool(*form);
 
-    m_problem->setObjectName(QStringLiteral("preferredFolderProblem"));
+    m_error->setObjectName(QStringLiteral("preferredFolderError"));
     m_makeButton->setObjectName(QStringLiteral("makePreferredFolder"));
     m_makeButton->hide();
     connect(m_makeButton, &QPushButton::clicked, this, [this] {
@@ -77,9 +77,9 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
     auto *area = new VerticalScrollArea(content);
-    area->setFocusPolicy(Qt::NoFocus); // what it holds is scrolled to when the keyboard comes to it
+    area->setFocusPolicy(Qt::NoFocus); // scrolls to the child that gets the focus
     layout->addWidget(area, 1);
-    layout->addWidget(m_problem);
+    layout->addWidget(m_error);
     layout->addWidget(m_makeButton, 0, Qt::AlignRight);
     layout->addWidget(buttons);
     resize(
@@ -97,7 +97,7 @@ QCheckBox *PreferencesDialog::newBox(const QString &text, const QString &name, b
 void PreferencesDialog::addStreams(QFormLayout &form)
 {
     m_lines->setObjectName(QStringLiteral("maximumLines"));
-    m_lines->addItem(tr("the best there is"), 0);
+    m_lines->addItem(tr("the best available"), 0);
     for (const int lines : {2160, 1440, 1080, 720, 480, 360})
         m_lines->addItem(tr("at most %1p").arg(lines), lines);
     m_lines->setCurrentIndex(qMax(0, m_lines->findData(m_settings.preferences().stream.maximumHeight)));
@@ -127,16 +127,16 @@ void PreferencesDialog::addAddresses(QFormLayout &form)
     form.addRow(QString(), forgetButton);
 }
 
-/** These stand in the tool's own settings. */
+/** The fields for the tool's own settings (tool.conf). */
 void PreferencesDialog::addNetwork(QFormLayout &form)
 {
     static const QRegularExpression rate(QStringLiteral("(\\d+(\\.\\d+)?[kKmMgG]?)?"));
     m_limitRate->setObjectName(QStringLiteral("limitRate"));
-    m_limitRate->setPlaceholderText(tr("none; or bytes a second, such as 500K or 2M"));
+    m_limitRate->setPlaceholderText(tr("none; or bytes per second, such as 500K or 2M"));
     m_limitRate->setValidator(new QRegularExpressionValidator(rate, m_limitRate));
     form.addRow(tr("&Limit of speed:"), m_limitRate);
     m_proxy->setObjectName(QStringLiteral("proxy"));
-    m_proxy->setPlaceholderText(tr("as the system has it; or such as socks5://127.0.0.1:9050"));
+    m_proxy->setPlaceholderText(tr("proxy of the system; or, for example, socks5://127.0.0.1:9050"));
     form.addRow(tr("&Proxy:"), m_proxy);
     m_browser->setObjectName(QStringLiteral("browser"));
     m_browser->addItem(tr("none"), QString());
@@ -144,14 +144,14 @@ void PreferencesDialog::addNetwork(QFormLayout &form)
         m_browser->addItem(QLatin1String(name), QString::fromLatin1(name).toLower());
     const QString browser = m_toolSettings.value(ToolSettings::browser);
     if (m_browser->findData(browser) < 0)
-        m_browser->addItem(browser, browser); // with a profile, for example
+        m_browser->addItem(browser, browser); // a value that the list does not have, such as one with a profile
     m_browser->setCurrentIndex(m_browser->findData(browser));
     form.addRow(tr("Cookies from the &browser:"), m_browser);
 }
 
 void PreferencesDialog::addTool(QFormLayout &form)
 {
-    m_toolFile->setPlaceholderText(tr("the one that came along"));
+    m_toolFile->setPlaceholderText(tr("the included one"));
     m_toolFile->setClearButtonEnabled(true);
     form.addRow(tr("&Archive of the download tool:"), withBrowse(m_toolFile, QStringLiteral("toolFile"), false));
     form.addRow(tr("Its version:"), m_version);
@@ -183,7 +183,7 @@ void PreferencesDialog::addTool(QFormLayout &form)
 void PreferencesDialog::showRenewal(const QString &outcome)
 {
     m_renewButton->setText(tr("Rene&w the tool"));
-    m_renewalText->setWords(outcome);
+    m_renewalText->showText(outcome);
 }
 
 QWidget *PreferencesDialog::withBrowse(QLineEdit *field, const QString &name, bool isFolder)
@@ -221,7 +221,7 @@ void PreferencesDialog::askVersion()
 {
     const QString file = m_toolFile->text().trimmed();
     m_version->ask(Nox::ToolSetup(file));
-    m_renewButton->setVisible(file.isEmpty()); // another archive would not be the one that is used
+    m_renewButton->setVisible(file.isEmpty()); // renewing has no effect if another archive is selected
     m_renewalText->setVisible(file.isEmpty());
 }
 
@@ -230,19 +230,19 @@ QString PreferencesDialog::folder() const
     return DownloadPlan::absolutePath(m_folder->text(), QDir::homePath());
 }
 
-/** Takes the folder over. @return whether it can be used; else it is told why not */
+/** Accepts the folder. @return whether it can be used; if not, an error is shown */
 bool PreferencesDialog::checkFolder()
 {
     const bool isChanged = folder() != m_settings.folder();
-    const QString problem = isChanged ? Nox::Destination::folderErrorString(folder()) : QString();
-    m_problem->explain(problem, *m_folder);
+    const QString error = isChanged ? Nox::Destination::folderErrorString(folder()) : QString();
+    m_error->explain(error, *m_folder);
     m_makeButton->setVisible(isChanged && !folder().isEmpty() && !QFileInfo::exists(folder()));
-    if (!problem.isEmpty()) {
+    if (!error.isEmpty()) {
         m_folder->setFocus();
     } else if (isChanged) {
         m_settings.setFolder(folder());
     }
-    return problem.isEmpty();
+    return error.isEmpty();
 }
 
 void PreferencesDialog::accept()
@@ -253,8 +253,8 @@ void PreferencesDialog::accept()
     m_toolSettings.setValue(ToolSettings::proxy, m_proxy->text().trimmed());
     m_toolSettings.setValue(ToolSettings::browser, m_browser->currentData().toString());
     if (!m_toolSettings.save()) {
-        m_problem->explain(tr("The settings of the tool cannot be written to \"%1\".").arg(ToolSettings::fileName()),
-                           *m_limitRate);
+        m_error->explain(tr("The settings of the tool cannot be written to \"%1\".").arg(ToolSettings::fileName()),
+                         *m_limitRate);
         return;
     }
     m_settings.setPreferences(

@@ -19,7 +19,7 @@ class ReasonLabel;
 class ToolVersionLabel;
 class WrappedText;
 
-/** What the user prefers. Written to the settings, and to those of the tool, when it is accepted. */
+/** The dialog for the preferences. When accepted, it writes the settings of this program and of the tool. */
 class PreferencesDialog : public QDialog
 {
     Q_OBJECT
@@ -46,7 +46,7 @@ private:
     DeskSettings &m_settings;
     ToolSettings m_toolSettings;
     QLineEdit *m_folder;
-    ReasonLabel *m_problem;
+    ReasonLabel *m_error;
     QPushButton *m_makeButton;
     QComboBox *m_lines;
     QCheckBox *m_withoutConversion;

@@ -11,15 +11,15 @@ constexpr int maximumLines = 4;
 ReasonLabel::ReasonLabel(QWidget *parent)
     : WrappedText(maximumLines, parent)
 {
-    setFocusPolicy(Qt::ClickFocus); // its words are read to who is in the field
+    setFocusPolicy(Qt::ClickFocus); // so that a screen reader reads it while the field has the focus
     hide();
 }
 
-void ReasonLabel::explain(const QString &words, QWidget &field)
+void ReasonLabel::explain(const QString &message, QWidget &field)
 {
-    setWords(words.isEmpty() ? words : QStringLiteral("⚠ ") + words);
-    setVisible(!words.isEmpty());
-    field.setAccessibleDescription(words);
+    showText(message.isEmpty() ? message : QStringLiteral("⚠ ") + message);
+    setVisible(!message.isEmpty());
+    field.setAccessibleDescription(message);
 }
 
 } // namespace NoxDesk

@@ -4,7 +4,7 @@
 
 namespace NoxDesk {
 
-/** Why the field above it is refused. Hidden while there is no reason. */
+/** The error message of the field above it. Hidden while it is empty. */
 class ReasonLabel : public WrappedText
 {
     Q_OBJECT
@@ -12,8 +12,8 @@ class ReasonLabel : public WrappedText
 public:
     explicit ReasonLabel(QWidget *parent = nullptr);
 
-    /** Shows @p words, or nothing when they are empty, and tells @p field's readers of them. */
-    void explain(const QString &words, QWidget &field);
+    /** Shows @p message, or nothing when it is empty. Screen readers find it as the description of @p field. */
+    void explain(const QString &message, QWidget &field);
 };
 
 } // namespace NoxDesk

@@ -14,7 +14,7 @@ namespace NoxDesk {
 void SessionBus::call(const Service &service, const QString &method, const QVariantList &arguments, QObject *context,
                       const Answer &answer)
 {
-    if (!QDBusConnection::sessionBus().isConnected()) { // a call would never be answered
+    if (!QDBusConnection::sessionBus().isConnected()) { // otherwise a call would never be answered
         answer(false, {});
         return;
     }

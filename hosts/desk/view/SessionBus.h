@@ -7,33 +7,33 @@
 
 namespace NoxDesk {
 
-/** The user's message bus (D-Bus), by which the desktop's services are reached. Without it all calls fail. */
+/** The user's session bus (D-Bus), for services of the desktop. Without a bus all calls fail. */
 class SessionBus
 {
 public:
     SessionBus() = delete;
 
-    /** A service with one object; the object's interface has the name of the service. */
+    /** A service with one object, whose interface has the same name as the service. */
     struct Service {
         const char *name;
         const char *path;
     };
 
-    /** Takes whether the service has answered, and the values that it has sent. */
+    /** Receives whether the service has answered, and the values of its answer. */
     using Answer = std::function<void(bool isAnswered, const QVariantList &values)>;
 
     /**
      * Calls @p method without waiting.
-     * @param context the call is forgotten when it is deleted
-     * @param answer called once; at once where there is no bus
+     * @param context if it is deleted, @p answer is not called
+     * @param answer called once; immediately if there is no bus
      */
     static void call(const Service &service, const QString &method, const QVariantList &arguments, QObject *context,
                      const Answer &answer);
 
-    /** Connects the signal @p name of the service with a slot, which is given as SLOT(...). */
+    /** Connects the signal @p name of the service to a slot, given as SLOT(...). */
     static void listen(const Service &service, const QString &name, QObject *receiver, const char *slot);
 
-    /** Sends a signal to whoever listens. */
+    /** Emits a signal on the bus. */
     static void tell(const QString &path, const QString &interface, const QString &signal,
                      const QVariantList &arguments);
 };

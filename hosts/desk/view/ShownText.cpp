@@ -7,7 +7,7 @@ namespace NoxDesk {
 namespace {
 
 constexpr int maximumCharacters = 2000;
-constexpr int unbrokenCharacters = 40; // after so many a word may be broken
+constexpr int unbrokenCharacters = 40; // a longer word may wrap
 
 } // namespace
 
@@ -34,7 +34,7 @@ QString ShownText::breakable(const QString &text)
         unbroken = character.at(0).isSpace() ? 0 : unbroken + 1;
         result += character == QLatin1String("\n") ? QStringLiteral("<br>") : character.toHtmlEscaped();
         if (unbroken == unbrokenCharacters) {
-            result += QChar(0x200b); // a place to break, without width
+            result += QChar(0x200b); // zero-width space: allows a line break
             unbroken = 0;
         }
         start = end;

@@ -4,16 +4,16 @@
 
 namespace NoxDesk {
 
-/** Texts from outside, made fit to be shown. */
+/** Makes texts from outside safe to show. */
 class ShownText
 {
 public:
     ShownText() = delete;
 
-    /** The first @p most characters of @p text, as a reader counts them, and an ellipsis when there are more. */
+    /** The first @p most user-perceived characters of @p text, and an ellipsis if there are more. */
     static QString cut(const QString &text, int most);
 
-    /** @p text as rich text that means just this text, and may be broken into lines inside words, too. */
+    /** @p text as rich text without markup, which may also wrap inside long words. */
     static QString breakable(const QString &text);
 };
 

@@ -67,7 +67,7 @@ void StreamPanel::setUpTable()
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + 3);
     m_table->installEventFilter(this);
-    // All else in the window is seen before more than three streams are.
+    // The minimum: all other widgets get their space before the table gets more than three rows.
     m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height()
                               + 3 * m_table->verticalHeader()->defaultSectionSize() + 2 * m_table->frameWidth());
     m_table->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
@@ -79,9 +79,9 @@ void StreamPanel::setUpHeader()
     header->setHighlightSections(false);
     header->setResizeContentsPrecision(100);
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header->setSectionResizeMode(StreamTableModel::Words, QHeaderView::Stretch);
+    header->setSectionResizeMode(StreamTableModel::Description, QHeaderView::Stretch);
     header->setMinimumSectionSize(fontMetrics().averageCharWidth() * 8);
-    // At first no column is sorted by: the best stream is the first. Newer Qt would turn this order round, too.
+    // No sorting at first: the model has the best stream first. Newer Qt versions would even reverse this order.
     header->setSortIndicator(-1, Qt::AscendingOrder);
     m_table->setSortingEnabled(true);
     connect(header, &QHeaderView::sortIndicatorChanged, this, [this] { m_table->scrollTo(m_table->currentIndex()); });

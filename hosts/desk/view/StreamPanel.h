@@ -11,7 +11,7 @@ namespace NoxDesk {
 
 class StreamTableModel;
 
-/** The table of streams, one of which is chosen. */
+/** The table of streams with the chosen one. */
 class StreamPanel : public QWidget
 {
     Q_OBJECT
@@ -23,10 +23,10 @@ public:
     void focusTable();
 
 Q_SIGNALS:
-    /** Another stream is chosen. @param row its row in the model, or -1 when there is none */
+    /** Another stream was chosen. @param row its row in the model, or -1 for none */
     void chosen(int row);
 
-    /** The user wants the chosen stream. */
+    /** The user asked to download the chosen stream. */
     void downloadRequested();
 
 protected:

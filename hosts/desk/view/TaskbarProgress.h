@@ -2,11 +2,11 @@
 
 namespace NoxDesk {
 
-/** How far the downloads are, shown at the program's entry in the taskbar by desktops that offer it. */
+/** Shows the progress of the downloads in the taskbar, on desktops that support it. */
 class TaskbarProgress
 {
 public:
-    /** @param percent 0 to 100; -1 when there is nothing to show */
+    /** @param percent 0 to 100; -1 hides the progress */
     void show(int percent);
 
 private:

@@ -40,7 +40,7 @@ void ThumbnailView::paintEvent(QPaintEvent *event)
         paintPlaceholder(painter);
         return;
     }
-    // Scaled beforehand, in device pixels: the painter's own scaling looks at too few of the picture's.
+    // Scaled here in device pixels, with smooth transformation: the painter's own scaling is of lower quality.
     const QSize size = m_picture.size().scaled(this->size(), Qt::KeepAspectRatio);
     QRect area(QPoint(), size);
     area.moveCenter(rect().center());

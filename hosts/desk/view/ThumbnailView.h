@@ -5,7 +5,7 @@
 
 namespace NoxDesk {
 
-/** A page's picture, fitted into a frame of 16 by 9; a drawn film strip where there is none. */
+/** The picture of a page in a frame of 16 by 9; a drawn film strip if there is none. */
 class ThumbnailView : public QWidget
 {
     Q_OBJECT

@@ -8,7 +8,7 @@
 
 namespace NoxDesk {
 
-/** The version of a download tool, once the tool has told it. */
+/** Shows the version of the download tool, as soon as it is known. */
 class ToolVersionLabel : public ElidedLabel
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ class ToolVersionLabel : public ElidedLabel
 public:
     explicit ToolVersionLabel(QWidget *parent = nullptr);
 
-    /** Asks the tool of @p tools. */
+    /** Asks the tool in @p tools for its version. */
     void ask(const Nox::ToolSetup &tools);
 
 private:

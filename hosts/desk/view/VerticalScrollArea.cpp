@@ -7,7 +7,7 @@ namespace NoxDesk {
 
 namespace {
 
-constexpr int leastLines = 2; // that are seen at a time
+constexpr int leastLines = 2; // visible at the same time
 
 } // namespace
 
@@ -40,7 +40,7 @@ void VerticalScrollArea::resizeEvent(QResizeEvent *event)
 {
     QScrollArea::resizeEvent(event);
     if (event->size().width() != event->oldSize().width())
-        updateGeometry(); // the height of wrapped text goes by the width
+        updateGeometry(); // the height of wrapped text depends on the width
 }
 
 bool VerticalScrollArea::eventFilter(QObject *watched, QEvent *event)

@@ -4,7 +4,7 @@
 
 namespace NoxDesk {
 
-/** Scrolls up and down only, and so is never narrower than what it holds. It asks for the height of what it holds. */
+/** A scroll area without horizontal scrolling: at least as wide as its widget, and by preference as high. */
 class VerticalScrollArea : public QScrollArea
 {
     Q_OBJECT

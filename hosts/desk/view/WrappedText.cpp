@@ -36,7 +36,7 @@ QString WrappedText::text() const
     return toPlainText();
 }
 
-void WrappedText::setWords(const QString &text)
+void WrappedText::showText(const QString &text)
 {
     if (text != this->text()) {
         setPlainText(text);
@@ -61,19 +61,20 @@ bool WrappedText::hasHeightForWidth() const
 
 int WrappedText::heightForWidth(int width) const
 {
-    const std::unique_ptr<QTextDocument> copy(document()->clone()); // its own is as wide as the widget
+    const std::unique_ptr<QTextDocument> copy(
+        document()->clone()); // a copy, since the layout of the original has the widget's width
     copy->setTextWidth(width);
     return qMin(qCeil(copy->size().height()), m_maximumLines * fontMetrics().lineSpacing());
 }
 
 void WrappedText::resizeEvent(QResizeEvent *event)
 {
-    // A bar takes room from the lines, which may then need it: only text that is too long for certain gets one.
+    // A scroll bar makes the lines shorter, so the text may need it only because of it. Show it only for longer text.
     const bool isCut = document()->size().height() >= height() + fontMetrics().lineSpacing() / 2.0;
     setVerticalScrollBarPolicy(isCut ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     QTextEdit::resizeEvent(event);
     if (event->size().width() != event->oldSize().width())
-        updateGeometry(); // what stands around it goes by its height at the width that it had before
+        updateGeometry(); // the layout used the height for the old width
 }
 
 } // namespace NoxDesk

@@ -5,8 +5,8 @@
 namespace NoxDesk {
 
 /**
- * Plain text of some lines, to read and to copy from. It wraps inside words, too, so that no text decides how wide the
- * window is; what is longer than the lines allowed can be scrolled to.
+ * Plain text of several lines that can be copied. It also wraps inside words, so that a text never widens the window. A
+ * text that is longer than the allowed lines can be scrolled.
  */
 class WrappedText : public QTextEdit
 {
@@ -17,7 +17,7 @@ public:
     explicit WrappedText(int maximumLines, QWidget *parent = nullptr);
 
     QString text() const;
-    void setWords(const QString &text);
+    void showText(const QString &text);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -16,15 +16,15 @@
         <translation>Der Ton muss umgewandelt werden, wenn er mit dem Video zusammengefügt wird.</translation>
     </message>
     <message>
-        <source>%1 Rough guess: less than a minute.</source>
+        <source>%1 Rough estimate: less than a minute.</source>
         <translation>%1 Grobe Schätzung: weniger als eine Minute.</translation>
     </message>
     <message>
-        <source>%1 Rough guess: %2 min.</source>
+        <source>%1 Rough estimate: %2 min.</source>
         <translation>%1 Grobe Schätzung: %2 min.</translation>
     </message>
     <message>
-        <source>%1 Rough guess: %2 h.</source>
+        <source>%1 Rough estimate: %2 h.</source>
         <translation>%1 Grobe Schätzung: %2 h.</translation>
     </message>
 </context>
@@ -43,8 +43,8 @@
         <translation>„%1“ gibt es schon; eine vorhandene Datei wird nie ersetzt.</translation>
     </message>
     <message>
-        <source>The name is too long: %1 characters are the most.</source>
-        <translation>Der Name ist zu lang: Mehr als %1 Zeichen sind nicht möglich.</translation>
+        <source>The name is too long: at most %1 characters are allowed.</source>
+        <translation>Der Name ist zu lang: Höchstens %1 Zeichen sind möglich.</translation>
     </message>
     <message>
         <source>The name is too long: it takes more than %1 bytes.</source>
@@ -55,7 +55,7 @@
         <translation>Der Name darf nicht mit einem Punkt enden.</translation>
     </message>
     <message>
-        <source>The name must not hold any of / \ : * ? &quot; &lt; &gt; |</source>
+        <source>The name must not contain any of / \ : * ? &quot; &lt; &gt; |</source>
         <translation>Der Name darf keines der Zeichen / \ : * ? &quot; &lt; &gt; | enthalten</translation>
     </message>
     <message>
@@ -87,7 +87,7 @@
         <translation>Der Ordner „%1“ ist nicht verwendbar: Das Download-Werkzeug hält ein $ in seinem Namen für eine Variable.</translation>
     </message>
     <message>
-        <source>The folder &quot;%1&quot; cannot be used: its name holds a line break or another control character.</source>
+        <source>The folder &quot;%1&quot; cannot be used: its name contains a line break or another control character.</source>
         <translation>Der Ordner „%1“ ist nicht verwendbar: Sein Name enthält einen Zeilenumbruch oder ein anderes Steuerzeichen.</translation>
     </message>
 </context>
@@ -122,7 +122,7 @@
         <translation>Die fertige Datei konnte ihren endgültigen Namen nicht bekommen. Prüfen Sie, ob es ihren Ordner noch gibt, ob Sie in ihn schreiben dürfen und ob auf dem Datenträger Platz ist.</translation>
     </message>
     <message>
-        <source>The download failed for an unknown reason (code %1). The log may tell more.</source>
+        <source>The download failed for an unknown reason (code %1). The log may contain more details.</source>
         <translation>Der Download ist aus unbekanntem Grund fehlgeschlagen (Code %1). Das Protokoll sagt vielleicht mehr.</translation>
     </message>
     <message>
@@ -146,7 +146,7 @@
         <translation>An das Download-Werkzeug ließ sich nichts übergeben. Versuchen Sie es noch einmal.</translation>
     </message>
     <message>
-        <source>The download tool failed for an unknown reason (code %1). The log may tell more.</source>
+        <source>The download tool failed for an unknown reason (code %1). The log may contain more details.</source>
         <translation>Das Download-Werkzeug ist aus unbekanntem Grund fehlgeschlagen (Code %1). Das Protokoll sagt vielleicht mehr.</translation>
     </message>
     <message>
@@ -162,15 +162,15 @@
         <translation>Keiner der Streams der Seite lässt sich herunterladen: Ihre Formatcodes können dem Download-Werkzeug nicht übergeben werden.</translation>
     </message>
     <message>
-        <source>The download tool&apos;s description of the page could not be read. The log may tell more.</source>
+        <source>The download tool&apos;s description of the page could not be read. The log may contain more details.</source>
         <translation>Die Beschreibung der Seite durch das Download-Werkzeug ist nicht lesbar. Das Protokoll sagt vielleicht mehr.</translation>
     </message>
     <message>
-        <source>The download tool does not take its settings. Correct them in the file tool.conf.</source>
-        <translation>Das Download-Werkzeug nimmt seine Einstellungen nicht an. Berichtigen Sie sie in der Datei tool.conf.</translation>
+        <source>The settings of the download tool are not valid. Correct them in the file tool.conf.</source>
+        <translation>Die Einstellungen des Download-Werkzeugs sind nicht gültig. Berichtigen Sie sie in der Datei tool.conf.</translation>
     </message>
     <message>
-        <source>The download tool does not tell its version. Check that its file is complete.</source>
+        <source>The download tool does not print its version. Check that its file is complete.</source>
         <translation>Das Download-Werkzeug nennt seine Version nicht. Prüfen Sie, ob seine Datei vollständig ist.</translation>
     </message>
     <message>
@@ -190,7 +190,7 @@
         <translation>Die Seite gibt es nicht, oder ihr Video wurde entfernt. Prüfen Sie die Adresse.</translation>
     </message>
     <message>
-        <source>The site wants a login. Name your browser&apos;s cookies or your user name in the file tool.conf, and try again.</source>
+        <source>The site requires a login. Name your browser&apos;s cookies or your user name in the file tool.conf, and try again.</source>
         <translation>Die Website verlangt eine Anmeldung. Nennen Sie in der Datei tool.conf die Cookies Ihres Browsers oder Ihren Benutzernamen und versuchen Sie es noch einmal.</translation>
     </message>
     <message>
@@ -206,7 +206,7 @@
         <translation>Die Sendung hat noch nicht begonnen. Versuchen Sie es noch einmal, wenn sie begonnen hat.</translation>
     </message>
     <message>
-        <source>The page holds no video that can be downloaded. Check the address; the site may not be supported.</source>
+        <source>The page has no video that can be downloaded. Check the address; the site may not be supported.</source>
         <translation>Die Seite enthält kein Video, das sich herunterladen lässt. Prüfen Sie die Adresse; vielleicht wird die Website nicht unterstützt.</translation>
     </message>
     <message>
@@ -234,8 +234,8 @@
         <translation>Der Stream lässt sich nicht herunterladen: Sein Formatcode kann dem Download-Werkzeug nicht übergeben werden.</translation>
     </message>
     <message>
-        <source>What was kept of this download cannot be read. Read the page again.</source>
-        <translation>Was von diesem Download aufbewahrt wurde, ist nicht lesbar. Lesen Sie die Seite neu ein.</translation>
+        <source>The stored data of this download cannot be read. Read the page again.</source>
+        <translation>Die gespeicherten Daten dieses Downloads sind nicht lesbar. Lesen Sie die Seite neu ein.</translation>
     </message>
 </context>
 <context>
@@ -353,11 +353,11 @@
         <translation>Eine Adresse muss mit http:// oder https:// beginnen.</translation>
     </message>
     <message>
-        <source>An address must not hold blanks.</source>
+        <source>An address must not contain blanks.</source>
         <translation>Eine Adresse darf keine Leerzeichen enthalten.</translation>
     </message>
     <message>
-        <source>An address must not hold quotes; write %22 or %27 instead.</source>
+        <source>An address must not contain quotes; write %22 or %27 instead.</source>
         <translation>Eine Adresse darf keine Anführungszeichen enthalten; schreiben Sie stattdessen %22 oder %27.</translation>
     </message>
     <message>
