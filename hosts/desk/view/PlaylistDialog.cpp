@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace NoxDesk {
@@ -82,8 +83,10 @@ void PlaylistDialog::add(const Nox::PlaylistEntry &entry)
 
 void PlaylistDialog::tickAll(bool isTicked)
 {
+    const QSignalBlocker blocker(m_list); // one refresh, not one for each of thousands of videos
     for (int row = 0; row < m_list->count(); ++row)
         m_list->item(row)->setCheckState(isTicked ? Qt::Checked : Qt::Unchecked);
+    refresh();
 }
 
 QStringList PlaylistDialog::ticked() const
