@@ -90,7 +90,8 @@ class ReportTest(unittest.TestCase):
         self.assertTrue(text.startswith("WARNING: 0 ") and text.endswith("...\n"))
 
     def test_the_age_of_the_tool(self) -> None:
-        for version, is_told in (("2020.01.02", True), ("2999.01.02", False), ("strange", False), ("2020.99.99", False)):
+        rows = [("2020.01.02", True), ("2999.01.02", False), ("strange", False), ("2020.99.99", False)]
+        for version, is_told in rows:
             for message, has_hint in (("e " * 3000, is_told), ("timed out", False)):
                 text = self.report([], [message], True, version)
                 note = f"\nNOTE: This download tool is older than a year ({version})"

@@ -1,3 +1,4 @@
+import functools
 import os
 import pathlib
 import stat
@@ -101,7 +102,7 @@ class PageMemoryTest(FolderTest):
         texts = ("", "{", "[]", '{"url": "http://127.0.0.1/other", "page": {}}', f'{{"url": "{URL}", "page": []}}',
                  "[" * 100_000)
         rows: list[Callable[[pathlib.Path], Any]] = [lambda file: file.chmod(0o640), link, fifo]
-        rows += [lambda file, text=text: file.write_text(text) for text in texts]  # type: ignore[misc]
+        rows += [functools.partial(pathlib.Path.write_text, data=text) for text in texts]
         for place, spoil in enumerate(rows):
             with self.subTest(row=place):
                 self.setUp()
