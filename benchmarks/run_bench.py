@@ -20,6 +20,7 @@ from typing import Callable, NamedTuple
 import host_bench
 import page_media
 import page_server
+from front_runs import TIME_LIMIT
 from host_bench import HostBench
 
 SEGMENTS = 80
@@ -72,7 +73,7 @@ class Bench(HostBench):
 
     def run_host(self, page: Page) -> None:
         self.server.take_counts()
-        run = self.fetch(self.server.address + page.address, {}, "--quiet", "-o", "clip.mp4")
+        run = self.fetch(self.server.address + page.address, "--quiet", "-o", "clip.mp4")
         if run.returncode != 0:
             sys.exit(f"{page.name}: nox-fetch failed: {run.stderr}")
         self.requests = "{} + {}".format(*self.server.take_counts())
@@ -81,7 +82,7 @@ class Bench(HostBench):
         words = [str(self.host / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
                  str(self.host / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
                  "--merge-output-format", "mp4", "-o", "clip.%(ext)s", self.server.address + page.address]
-        subprocess.run(words, check=True, cwd=self.work, timeout=host_bench.TIMEOUT)
+        subprocess.run(words, check=True, cwd=self.work, timeout=TIME_LIMIT)
 
     def seconds(self, work: Callable[[Page], None], page: Page) -> float:
         self.empty_work()
@@ -135,7 +136,6 @@ def main() -> int:
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch)
         media = folder / "media"
-        media.mkdir()
         page_media.make(media)
         make_segments(media / "many")
         print("| Page | Tool | nox-fetch | plain tool | ratio | bar | requests for page + manifest | |")

@@ -79,18 +79,12 @@ QString DescribedTextTest::madeUpText(QRandomGenerator &random)
 QString DescribedTextTest::asHeld(const QString &text)
 {
     QString held;
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar unit = text.at(i);
-        if (unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
-            held += unit;
-            held += text.at(++i);
-        } else {
-            held += unit.isSurrogate() || unit.isNull() ? QChar(QChar::ReplacementCharacter) : unit;
-        }
+    const auto characters = text.toUcs4(); // with a replacement for each half pair
+    for (const char32_t character : characters) {
+        if (character != 0xfeff || !held.isEmpty())
+            held += QString::fromUcs4(&character, 1);
     }
-    while (held.startsWith(QChar(QChar::ByteOrderMark)))
-        held.remove(0, 1);
-    return held;
+    return held.replace(QChar(QChar::Null), QChar(QChar::ReplacementCharacter));
 }
 
 void DescribedTextTest::texts()

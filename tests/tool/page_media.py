@@ -62,6 +62,7 @@ def hls_single(folder: pathlib.Path) -> None:
 
 
 def make(folder: pathlib.Path) -> None:
+    folder.mkdir()
     ffmpeg(*PICTURE, *SOUND, *H264, *AAC, "-movflags", "+faststart", folder / "clip.mp4")
     ffmpeg(*PICTURE, *H264, "-t", 2, folder / "other.mp4")
     ffmpeg(*PICTURE, *SOUND, "-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", 8, "-c:a", "libopus",

@@ -7,17 +7,15 @@
 
 import functools
 import json
-import pathlib
 import re
 import sys
-import tempfile
 from typing import Any
 
 import host_bench
+from front_runs import HERE
 from host_bench import HostBench, Row
 
 Record = dict[str, Any]
-PLUGIN = pathlib.Path(__file__).resolve().parent / "plugin"
 HEIGHTS = (144, 240, 360, 480, 720, 1080, 1440, 2160)
 
 
@@ -104,8 +102,8 @@ SHAPES: list[tuple[str, Record, str]] = [
 
 class Bench(HostBench):
     def result(self, name: str, expected: str) -> str:
-        environment = {"PYTHONPATH": str(PLUGIN), "NOX_SHAPES": str(self.folder / "shapes.json")}
-        run = self.fetch(address(name), environment, "--json")
+        run = self.fetch(address(name), "--json", PYTHONPATH=str(HERE / "plugin"),
+                         NOX_SHAPES=str(self.folder / "shapes.json"))
         if run.returncode != 0:
             words = expected.partition(": ")[2]
             return f"exit code {run.returncode}: {words if words and words in run.stderr else run.stderr.strip()}"
@@ -124,12 +122,5 @@ class Bench(HostBench):
         return rows
 
 
-def main() -> int:
-    options = host_bench.options(__doc__ or "")
-    with tempfile.TemporaryDirectory() as scratch:
-        bench = Bench(pathlib.Path(scratch), options.fetch)
-        return host_bench.print_table(bench, bench.rows(), options)
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(host_bench.main(__doc__ or "", Bench))
