@@ -1,6 +1,6 @@
 """Prints two lines for each of many texts: the text as the library can hold it, and the front's description of a page.
 
-The first is UTF-8 in hexadecimal digits. The text is that of title and description, and of the stream's code and address.
+The first is UTF-8 in hexadecimal digits. The text is title and description of the page, code and address of its stream.
 """
 
 import random
