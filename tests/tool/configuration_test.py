@@ -3,7 +3,7 @@ import pathlib
 import unittest
 
 from front_runs import FolderTest
-from noxfront import configuration, options
+from noxfront import configuration
 from noxfront.configuration import Configuration, ConfigurationError
 
 
@@ -61,12 +61,6 @@ class ParseTest(unittest.TestCase):
                 self.assertEqual(found.options, expected)
                 [warning] = found.warnings
                 self.assertIn(part, warning)
-
-    def test_no_option_stands_in_two_lists(self) -> None:
-        for name in (*options.TAKEN, *options.SHORT):
-            self.assertFalse(options.is_without_meaning(name) or options.refusal(name), name)
-        for name in options.WITHOUT_MEANING:
-            self.assertIsNone(options.refusal(name), name)
 
 
 class LoadTest(FolderTest):

@@ -43,14 +43,11 @@ class PageMemoryTest(FolderTest):
         self.assertEqual([stat.S_IMODE(path.stat().st_mode) for path in (self.pages, *self.files())], [0o700, 0o600])
 
     def test_live_pages_are_not_remembered(self) -> None:
-        rows: list[dict[str, Any]] = [{"is_live": True}]
-        rows += [{"live_status": status} for status in ("is_live", "is_upcoming", "post_live")]
-        for live in rows:
-            self.memory.remember(URL, PAGE)
-            self.memory.remember(URL, {**PAGE, **live})
-            self.assertIsNone(self.memory.recall(URL), live)
-        self.memory.remember(URL, {**PAGE, "live_status": "was_live", "is_live": False})
-        self.assertIsNotNone(self.memory.recall(URL))
+        for is_live, status in ((True, None), (False, "is_live"), (False, "is_upcoming"), (False, "post_live")):
+            self.memory.remember(URL, {**PAGE, "live_status": "was_live", "is_live": False})
+            self.assertIsNotNone(self.memory.recall(URL))
+            self.memory.remember(URL, {**PAGE, "live_status": status, "is_live": is_live})
+            self.assertIsNone(self.memory.recall(URL), status)
 
     def test_age(self) -> None:
         self.memory.remember(URL, PAGE)

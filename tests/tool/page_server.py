@@ -10,13 +10,10 @@ import servers
 
 # Titles that must come out as they are: each has broken something at some time.
 TITLES: list[str] = [
-    "Plain", "Caf\u00e9 \u2013 na\u00efve", "\u65e5\u672c\u8a9e", "\u0627\u0644\u0639\u0631\u0628\u064a\u0629",
-    "Smile \U0001f600 and flag \U0001f1e9\U0001f1ea", "Family \U0001f468\u200d\U0001f469\u200d\U0001f467",
-    "a/b\\c", "C:\\users\\new", "\\u0022 is an escape", "\\\\u0041 twice", "\\", "ends with \\",
-    "&#34; is a reference", "&#92;u0022 both", "Tom & Jerry &amp; co", "\"quoted\"", "'single' \"double\" `back`",
-    "{\"json\": [1, 2]}", "100% of 50%", "%(title)s.%(ext)s",
-    "[download] Destination: /tmp/x.mp4", "[download] 50% of 1MiB at 1B/s ETA 00:01", "<b>bold</b>", "$HOME `id` $(id)",
-    "-x --exec", "Half \u00bd and \u2603", "x" * 300,
+    "Caf\u00e9 \u2013 na\u00efve", "\u0627\u0644\u0639\u0631\u0628\u064a\u0629", "Smile \U0001f600", "a/b\\c",
+    "\\u0022 is an escape", "ends with \\", "&#34; is a reference", "&#92;u0022 both", "Tom & Jerry &amp; co",
+    "'single' \"double\" `back`", "%(title)s.%(ext)s", "[download] Destination: /tmp/x.mp4", "<b>bold</b>", "-x --exec",
+    "x" * 300,
 ]
 
 MANIFESTS = (".m3u8", ".mpd")
