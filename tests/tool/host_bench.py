@@ -79,6 +79,7 @@ def parser(description: str) -> argparse.ArgumentParser:
 def print_rows(rows: list[Row], version: str) -> bool:
     """Whether all came out as they have to."""
     is_good = True
+    print("| Page | Tool | Result | |\n|---|---|---|---|")
     for name, expected, result in rows:
         found = result()
         verdict = "as it has to be" if found == expected else f"not {expected}"
@@ -92,7 +93,6 @@ def main(description: str, kind: type[HostBench]) -> int:
     own = parser(description)
     own.add_argument("--plain", action="store_true")
     wanted = own.parse_args()
-    print("| Page | Tool | Result | |\n|---|---|---|---|")
     with tempfile.TemporaryDirectory() as scratch:
         bench = kind(pathlib.Path(scratch), wanted.fetch)
         rows = [row for row in bench.rows() if wanted.only in row[0]]
