@@ -18,8 +18,8 @@ import yt_dlp
 from noxfront import configuration, options, tool
 
 def outcome(line):
-    found = configuration.parse(line)
     try:
+        found = configuration.parse(line)
         return "".join(found.warnings) if tool.settings(found.options) and found.options else "no option"
     except configuration.ConfigurationError as error:
         return str(error)

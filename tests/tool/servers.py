@@ -113,9 +113,6 @@ class Site(Server):
         number = int(path[1:-3])
         return self.data()[number * self.size:None if number == self.count - 1 else (number + 1) * self.size]
 
-    def times(self, path: str) -> int:
-        return [request.path for request in self.requests].count(path)
-
 
 class SiteHandler(Handler):
     server: Site
