@@ -130,7 +130,7 @@ class SiteHandler(Handler):
             site.under_way += 1
             site.most_under_way = max(site.most_under_way, site.under_way)
         try:
-            time.sleep(site.delay.get(number, 0))
+            time.sleep(site.delay.get(number, 0) if first == 0 else 0)
             if number == 0 and not site.asked_before_first:
                 site.asked_before_first = len({request.path for request in site.requests})
             self.begin_answer(status, first, end, len(data), etag)
