@@ -36,8 +36,11 @@ class DownloadTest(StreamTest):
                 self.assertEqual(figures[-1], ("100.000", str(24 << 20)))
 
     def test_the_speed_limit_is_for_all_segments_together(self) -> None:
+        site = self.site(12, 1 << 18)
+        child = self.begin(site, "dash", "--limit-rate=1M")
+        wait_for(lambda: site.requests)
         begin = time.monotonic()
-        self.assertEqual(self.finish(self.begin(self.site(12, 1 << 18), "dash", "--limit-rate=1M"))[0], 0)
+        self.assertEqual(self.finish(child)[0], 0)
         self.assertGreater(time.monotonic() - begin, 2)
 
     def test_a_program_that_is_killed_leaves_what_the_library_removes(self) -> None:

@@ -92,11 +92,9 @@ class PartsTest(StreamTest):
                     if event == "kill":  # a stream that is there is not asked for at all
                         self.assertEqual(self.run_whole(site, kind)[0], [])
 
-    def start_anew(self, *synced: Any) -> None:
-        """As when the system has been started anew, with so much on the disk."""
-        record = json.loads(self.the("json").read_text())
-        record.update(session="x", synced=synced or record["synced"])
-        self.the("json").write_text(json.dumps(record))
+    def change_record(self, **members: Any) -> None:
+        """With another session as when the system has been started anew, with so much on the disk as was synced."""
+        self.the("json").write_text(json.dumps({**json.loads(self.the("json").read_text()), **members}))
 
     def resize_part(self, change: int) -> None:
         os.truncate(self.the("part"), self.the("part").stat().st_size + change)
@@ -108,9 +106,11 @@ class PartsTest(StreamTest):
             *((kind, True, lambda site: setattr(site, "version", "b"), 0) for kind in ("file", "dash")),
             ("file", False, lambda site: setattr(site, "version", "longer"), 0),
             ("file", True, lambda site: setattr(site, "has_ranges", False), 0),
-            ("hls", True, lambda site: self.start_anew(), 0),
-            ("file", True, lambda site: self.start_anew(0, 3 * SEGMENT, {}), 3),
-            ("dash", False, lambda site: self.start_anew(3, 3 * SEGMENT, {"size": SEGMENT, "name": ""}), 3),
+            ("file", False, lambda site: self.change_record(identity={"size": COUNT * SEGMENT, "name": "other"}), 0),
+            ("hls", True, lambda site: self.change_record(session="x"), 0),
+            ("file", True, lambda site: self.change_record(session="x", synced=[0, 3 * SEGMENT, {}]), 3),
+            ("dash", False, lambda site: self.change_record(
+                session="x", synced=[3, 3 * SEGMENT, {"size": SEGMENT, "name": ""}]), 3),
             ("dash", True, lambda site: self.resize_part(SEGMENT // 2), HELD),
             ("dash", True, lambda site: self.resize_part(-SEGMENT), 0),
             ("file", True, lambda site: self.the("json").write_text("[" * 9999), 0),
