@@ -20,8 +20,8 @@ class DownloadTest(StreamTest):
         for options, at_once in rows:
             with self.subTest(options=options):
                 self.setUp()
-                # All that are fetched at once meet each other; no further ones are asked for before the first is there.
-                site = self.site(24, 1 << 20, delay={**dict.fromkeys(range(at_once), 1.0), 0: 2.0})
+                # The others must not run far ahead of the first.
+                site = self.site(24, 1 << 20, crowd=at_once, delay={0: 1.0})
                 code, output, errors = self.finish(self.begin(site, "dash", *options))
                 self.assertEqual((code, errors), (0, ""))
                 self.assert_whole(site)

@@ -95,6 +95,7 @@ class Site(Server):
         self.has_etag = self.has_ranges = True
         self.held = sys.maxsize  # from this segment on nothing is sent
         self.status: dict[int, int] = {}
+        self.crowd = 0  # so many requests have to be under way at the same time before the first is answered
         self.delay: dict[int, float] = {}
         self.pause = 0.0  # seconds after each block
         self.requests: list[Request] = []
@@ -130,7 +131,10 @@ class SiteHandler(Handler):
             site.under_way += 1
             site.most_under_way = max(site.most_under_way, site.under_way)
         try:
-            time.sleep(site.delay.get(number, 0) if first == 0 else 0)
+            deadline = time.monotonic() + 20
+            while site.most_under_way < site.crowd and time.monotonic() < deadline:
+                time.sleep(0.01)
+            time.sleep(site.delay.get(number, 0))
             if number == 0 and not site.asked_before_first:
                 site.asked_before_first = len({request.path for request in site.requests})
             self.begin_answer(status, first, end, len(data), etag)
