@@ -81,6 +81,7 @@ for program in "${programs[@]}"; do
 done
 if [[ -n $pages ]]; then
     say "pages beside one run of the plain tool"
-    /usr/bin/python3 "$root/tests/tool/run_bench.py" --fetch "$build/bin/nox-fetch" "${packages[@]}" || failed=1
+    PYTHONPATH=$root/tests/tool /usr/bin/python3 "$root/benchmarks/run_bench.py" --fetch "$build/bin/nox-fetch" \
+        "${packages[@]}" || failed=1
 fi
 exit $failed

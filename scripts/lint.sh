@@ -23,10 +23,11 @@ check_scripts() {
     done
 }
 
-# The tool's front, its tests, and scripts.
+# The front of the tool, its tests and benchmark, and scripts.
 check_python() {
-    flake8 tool tests/tool scripts/*.py
-    MYPYPATH=tool:tests/tool mypy --config-file tool/mypy.ini --cache-dir "$root/build/mypy" tool tests/tool/*.py
+    flake8 tool tests/tool benchmarks scripts/*.py
+    MYPYPATH=tool:tests/tool mypy --config-file tool/mypy.ini --cache-dir "$root/build/mypy" tool tests/tool/*.py \
+        benchmarks/*.py
     mypy --strict --cache-dir "$root/build/mypy" scripts/check-documents.py scripts/check-includes.py scripts/clang-tidy-cache.py
 }
 

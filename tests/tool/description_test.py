@@ -8,13 +8,6 @@ PICTURE = {"format_id": "137", "ext": "mp4", "url": "http://127.0.0.1/v", "vcode
 SOUND = {"format_id": "140", "ext": "m4a", "url": "http://127.0.0.1/a", "vcodec": "none", "acodec": "mp4a.40.2"}
 
 
-def described(stream: dict[str, Any]) -> dict[str, Any]:
-    page = {"title": "t", "formats": [stream]}
-    streams.complete(streams.of_page(page))
-    [entry] = description.of_page(page)["formats"]
-    return dict(entry)
-
-
 class DescriptionTest(unittest.TestCase):
     def test_only_what_the_library_reads(self) -> None:
         page = {
@@ -36,11 +29,11 @@ class DescriptionTest(unittest.TestCase):
                 self.assertEqual(description.of_page(page), {"formats": [PICTURE]})
 
     def test_numbers(self) -> None:
-        for value, expected in ((212, 212), (212.0, 212), (0.2, 1), ("212", 212), (2**31 - 1, 2**31 - 1)):
+        for value, expected in ((212.0, 212), (0.2, 1), ("212", 212), (2**31 - 1, 2**31 - 1)):
             duration = description.of_page({"duration": value})["duration"]
             self.assertEqual((type(duration), duration), (int, expected))
-        rates = [described({**SOUND, "abr": abr})["abr"] for abr in (128, 128.0, 129.478)]
-        self.assertEqual(json.dumps(rates), "[128, 128, 129.478]")
+        page = description.of_page({"formats": [{**SOUND, "abr": abr} for abr in (128, 128.0, 129.478)]})
+        self.assertEqual(json.dumps([entry["abr"] for entry in page["formats"]]), "[128, 128, 129.478]")
 
     def test_duration_of_segments(self) -> None:
         segments: list[Any] = [{}, {"duration": 20.001}, {"duration": 20}, {"duration": None}, None]
@@ -48,63 +41,40 @@ class DescriptionTest(unittest.TestCase):
         formats += [{**PICTURE, "fragments": fragments} for fragments in (segments, None, 3)]
         rows: list[tuple[dict[str, Any], Any]] = [
             ({}, 40), ({"duration": 39}, 39), ({"duration": 0, "live_status": "was_live"}, 40),
-            ({"is_live": True}, None), ({"live_status": "post_live"}, None),
+            ({"is_live": True}, None),
         ]
         for page, expected in rows:
             with self.subTest(page=page):
                 self.assertEqual(description.of_page({**page, "formats": formats}).get("duration"), expected)
 
-    def test_a_page_that_is_its_own_stream(self) -> None:
-        page = {**PICTURE, "title": "t"}
-        self.assertEqual(description.of_page(page), {"title": "t", "formats": [PICTURE]})
-
-    def test_streams_that_are_left_out(self) -> None:
-        rows: list[tuple[dict[str, Any], bool]] = [
-            ({"format_id": "sb0", "ext": "mhtml", "vcodec": "none", "acodec": "none"}, False),
-            ({"format_id": "sb1", "ext": "mhtml", "format_note": "storyboard"}, False),
-            ({**PICTURE, "has_drm": True}, False),
-            ({**PICTURE, "has_drm": "maybe"}, True),
-            ({**PICTURE, "has_drm": None}, True),
-            (PICTURE, True),
-            (SOUND, True),
-            ({"format_id": "0", "ext": "mp4"}, True),
-        ]
-        for stream, is_there in rows:
-            with self.subTest(stream=stream):
-                self.assertEqual(len(description.of_page({"formats": [stream]})["formats"]), int(is_there))
-
-    def test_sound(self) -> None:
+    def test_streams(self) -> None:
         rows: list[tuple[dict[str, Any], Any]] = [
+            # what the tool says of a stream; suffix and codecs as they are described, or None when it is left out
+            ({"ext": "mhtml", "format_note": "storyboard"}, None),
+            ({"ext": "mp4", "vcodec": "none", "acodec": "none"}, None),
+            ({**PICTURE, "has_drm": True}, None),
+            ({**PICTURE, "has_drm": "maybe"}, ("mp4", "avc1", "none")),
             # By direct link; the tool says nothing of codecs.
             ({"ext": "mp3"}, ("mp3", "none", "unknown")),
             ({"ext": "opus", "acodec": "opus"}, ("opus", "none", "opus")),
             ({"ext": "mp4"}, ("mp4", None, None)),
             ({"ext": "ogg", "height": 240}, ("ogg", None, None)),
             # In a group of an HLS manifest; the file is an MP4 that holds sound alone.
-            ({"ext": "mp4", "vcodec": "none"}, ("m4a", "none", "unknown")),
             ({"ext": "mp4", "vcodec": "none", "acodec": None}, ("m4a", "none", "unknown")),
-            ({"ext": "mp4", "vcodec": "none", "acodec": "none"}, None),
             ({"ext": "webm", "vcodec": "none", "acodec": "opus"}, ("webm", "none", "opus")),
-            (PICTURE, ("mp4", "avc1", "none")),
         ]
         for stream, expected in rows:
             with self.subTest(stream=stream):
-                if expected is None:
-                    with self.assertRaises(ValueError):
-                        described(dict(stream))
-                else:
-                    entry = described(dict(stream))
-                    self.assertEqual((entry["ext"], entry.get("vcodec"), entry.get("acodec")), expected)
+                page = {"formats": [dict(stream)]}
+                streams.complete(streams.of_page(page))
+                found = [(entry["ext"], entry.get("vcodec"), entry.get("acodec"))
+                         for entry in description.of_page(page)["formats"]]
+                self.assertEqual(found, [expected] if expected else [])
 
-
-class JsonTextTest(unittest.TestCase):
-    """The form only; what the library makes of it is the text test's."""
-
-    def test_nothing_but_ascii_without_references(self) -> None:
+    def test_form(self) -> None:
+        """What the library makes of it is the text test's."""
         text = json_text.dumps({"title": "&#34; \u00e9 \U0001f600 \ud800 \x7f"})
         self.assertTrue(text.isascii())
         self.assertNotIn("&", text)
-
-    def test_numbers_that_json_does_not_have_are_refused(self) -> None:
-        with self.assertRaises(ValueError):
+        with self.assertRaises(ValueError):  # no JSON
             json_text.dumps({"abr": float("nan")})

@@ -1,25 +1,19 @@
-"""Pages with several videos.
-
-The environment's NOX_TOOL_PACKAGES names folders with other packages of the tool to try, divided by colons.
-"""
+"""Pages with several videos."""
 
 import json
 import os
-import pathlib
 import subprocess
 import sys
-import tempfile
 import unittest
 from typing import Any, Iterator, Optional
 
+from front_runs import FRONT, HERE, PACKAGES, FolderTest, environment, run_front
 from noxfront import entries
 from noxfront.entries import Entries
 from yt_dlp.utils import OnDemandPagedList
 
-HERE = pathlib.Path(__file__).resolve().parent
-FRONT = HERE.parents[1] / "tool"
-PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":"))]
 SITE = "http://shapes.invalid/"
+LIST = ["--flat-playlist", "--dump-json", "--playlist-items"]
 
 
 def video(number: int) -> dict[str, Any]:
@@ -37,46 +31,37 @@ PAGES: dict[str, Any] = {
 }
 
 
-class ProgramTest(unittest.TestCase):
+class ProgramTest(FolderTest):
     def setUp(self) -> None:
-        scratch = tempfile.TemporaryDirectory()
-        self.addCleanup(scratch.cleanup)
-        self.folder = pathlib.Path(scratch.name)
+        super().setUp()
         (self.folder / "pages.json").write_text(json.dumps(PAGES))
 
-    def run_front(self, package: str, *words: str) -> tuple[int, str, str, int]:
-        """The exit code, standard output, standard error and kilobytes of memory."""
-        path = os.pathsep.join(filter(None, [package, str(HERE / "plugin")]))
-        environment = {**os.environ, "PYTHONPATH": path, "NOX_SHAPES": str(self.folder / "pages.json"),
-                       "XDG_CONFIG_HOME": str(self.folder)}
-        with open(self.folder / "out", "w+") as output, open(self.folder / "err", "w+") as errors:
-            child = subprocess.Popen([sys.executable, str(FRONT), *words], stdout=output, stderr=errors,
-                                     env=environment)
-            _, status, usage = os.wait4(child.pid, 0)
-            child.returncode = os.waitstatus_to_exitcode(status)
-            output.seek(0)
-            errors.seek(0)
-            return child.returncode, output.read(), errors.read(), usage.ru_maxrss
+    def environment(self, package: str) -> dict[str, str]:
+        return environment(package, HERE / "plugin", NOX_SHAPES=str(self.folder / "pages.json"),
+                           XDG_CONFIG_HOME=str(self.folder))
+
+    def run_page(self, package: str, *words: str) -> tuple[int, str, str]:
+        run = run_front([*words[:-1], SITE + words[-1]], self.environment(package))
+        return run.returncode, run.stdout, run.stderr
 
     def test_which_video_is_described_and_how_many_there_are(self) -> None:
         rows: list[tuple[str, Optional[str], str]] = [
             # page, title of what is described, standard error
-            ("twelve", "Video 1", "WARNING: [nox:videos] 12\n"), ("twelve#nox-item=12", "Video 12", ""),
-            ("twelve#a#nox-item=3", "Video 3", ""), ("twelve#nox-item=13", None, "There is no video"),
-            ("many", "Video 1", "WARNING: [nox:videos] many\n"), ("parts", "Video 1", "WARNING: [nox:parts] many\n"),
-            ("one", "Video 1", ""), ("one#nox-item=1", "Video 1", ""), ("one#nox-item=2", None, "There is no video 2"),
-            ("lazy-one", "Video 1", ""), ("nested", "Video 1", "WARNING: [nox:videos] 12\n"),
-            ("nested#nox-item=4", "Video 4", ""),
+            ("twelve", "Video 1", "WARNING: [nox:videos] 12\n"), ("twelve#a#nox-item=12", "Video 12", ""),
+            ("twelve#nox-item=13", None, "There is no video"), ("many", "Video 1", "WARNING: [nox:videos] many\n"),
+            ("parts", "Video 1", "WARNING: [nox:parts] many\n"), ("one#nox-item=1", "Video 1", ""),
+            ("one#nox-item=2", None, "There is no video 2"), ("lazy-one", "Video 1", ""),
+            ("nested", "Video 1", "WARNING: [nox:videos] 12\n"), ("nested#nox-item=4", "Video 4", ""),
+            ("empty", None, "ERROR: [nox:nothing] There is no video on this page\n"),
         ]
         for package in PACKAGES:
             for page, title, complaint in rows:
                 with self.subTest(package=package, page=page):
-                    code, output, errors, _ = self.run_front(package, "--dump-json", SITE + page)
+                    code, output, errors = self.run_page(package, "--dump-json", page)
                     self.assertEqual(json.loads(output)["title"] if output else None, title)
                     self.assertEqual(code, 0 if title else 1)
-                    if title:
-                        self.assertEqual(errors, complaint)
                     self.assertIn(complaint, errors)
+                    self.assertTrue(title is None or errors == complaint, errors)
 
     def test_lists(self) -> None:
         rows: list[tuple[str, str, list[int], bool, Optional[int], dict[int, Any]]] = [
@@ -93,8 +78,7 @@ class ProgramTest(unittest.TestCase):
         for package in PACKAGES:
             for page, numbers, expected, has_more, count, addresses in rows:
                 with self.subTest(package=package, page=page, numbers=numbers):
-                    code, output, errors, _ = self.run_front(
-                        package, "--flat-playlist", "--dump-json", "--playlist-items", numbers, SITE + page)
+                    code, output, errors = self.run_page(package, *LIST, numbers, page)
                     self.assertEqual((code, errors), (0, ""))
                     lines = [json.loads(line) for line in output.splitlines()]
                     self.assertEqual(lines[len(expected):], [{"nox_more": True}] if has_more else [])
@@ -110,29 +94,27 @@ class ProgramTest(unittest.TestCase):
                         self.assertEqual({key: found[0][key] for key in ("title", "duration", "thumbnail")},
                                          {"title": "\ufffd\n\"", "duration": None, "thumbnail": "http://t/"})
                         self.assertEqual((found[11]["title"], found[11]["duration"]), ("Video 12", 120))
-
-    def test_a_page_without_videos(self) -> None:
-        for package in PACKAGES:
-            for words in (["--dump-json"], ["--flat-playlist", "--dump-json", "--playlist-items", "1:9"]):
-                code, output, errors, _ = self.run_front(package, *words, f"{SITE}empty")
-                self.assertEqual((code, output, errors.splitlines()[0]),
-                                 (1, "", "ERROR: [nox:nothing] There is no video on this page"))
+            code, output, errors = self.run_page(package, *LIST, "1:9", "empty")
+            self.assertEqual((code, output, errors.splitlines()[0]),
+                             (1, "", "ERROR: [nox:nothing] There is no video on this page"))
 
     def test_memory_does_not_grow_with_the_list(self) -> None:
-        words = ("--flat-playlist", "--dump-json", "--playlist-items")
         for package in PACKAGES:
-            begin, end = (self.run_front(package, *words, numbers, f"{SITE}many")[3]
-                          for numbers in ("1:9", "4992:5000"))
-            self.assertLess(end, begin + 3000)  # 5,000 entries have more than 5 MB
+            kilobytes = []
+            for numbers in ("1:9", "4992:5000"):
+                words = [sys.executable, str(FRONT), *LIST, numbers, f"{SITE}many"]
+                with subprocess.Popen(words, stdout=subprocess.PIPE, env=self.environment(package)) as child:
+                    kilobytes.append(os.wait4(child.pid, 0)[2].ru_maxrss)  # the pipe holds nine lines
+            self.assertLess(kilobytes[1], kilobytes[0] + 3000)  # 5,000 entries have more than 5 MB
 
+
+class EntriesTest(unittest.TestCase):
     def test_what_a_faulty_front_leaves_to_the_tool(self) -> None:
         self.assertEqual(entries.plain_words(["--dump-json", "http://a/#nox-item=7"]),
                          ["--dump-json", "--playlist-items", "7", "http://a/"])
         for address in ("http://a/", "http://a/#nox-item=0", "http://a/#nox-item=\u0663", "http://a/#nox-item=3#x"):
             self.assertEqual(entries.plain_words(["-f", address]), ["-f", address])
 
-
-class EntriesTest(unittest.TestCase):
     def test_entries_that_come_page_by_page_are_asked_for_when_they_are_used(self) -> None:
         asked: list[int] = []
 
@@ -150,10 +132,9 @@ class EntriesTest(unittest.TestCase):
             yield {"id": 1}
             raise ConnectionError
 
-        rows: list[tuple[dict[str, Any], Optional[int]]] = [
-            ({}, 0), ({"entries": [{}, {}]}, 2), ({"entries": iter([{}])}, 1), ({"entries": iter([{}, {}])}, None),
-            ({"entries": iter([{}, {}, {}]), "playlist_count": 3}, 3), ({"entries": failing()}, 1),
-            ({"entries": OnDemandPagedList(lambda number: [{}], 5)}, 1),
+        rows: list[tuple[Any, Optional[int]]] = [
+            (iter([{}]), 1), (iter([{}, {}]), None), (failing(), 1), (OnDemandPagedList(lambda number: [{}], 5), 1),
         ]
-        for page, count in rows:
-            self.assertEqual(Entries(page).count, count)
+        for found, count in rows:
+            self.assertEqual(Entries({"entries": found}).count, count)
+        self.assertEqual(Entries({"entries": iter([{}, {}, {}]), "playlist_count": 3}).count, 3)

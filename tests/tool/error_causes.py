@@ -1,33 +1,25 @@
-"""Each cause of a failure, provoked through the real tool: what the front says of it.
-
-The environment's NOX_TOOL_PACKAGES names folders with other packages of the tool to try, divided by colons.
-"""
+"""Each cause of a failure, provoked through the real tool: what the front says of it."""
 
 import concurrent.futures
-import http.server
-import os
-import pathlib
 import re
 import resource
 import socket
 import subprocess
-import sys
-import tempfile
-import threading
 import time
 import unittest
-from typing import Any, Callable, NamedTuple, Optional, Sequence
+import urllib.parse
+from typing import Any, Callable, NamedTuple, Optional
 
+from front_runs import HERE, PACKAGES, FolderTest, environment, run_front
 from noxfront import error_tags, failures
+from servers import Handler, Server
 
-HERE = pathlib.Path(__file__).resolve().parent
-FRONT = HERE.parents[1] / "tool"
-PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":"))]
 TAGS = {value for name, value in vars(error_tags).items() if name.isupper()}
 ERROR_BLOCK = re.compile(r"ERROR: \[nox:([a-z-]+)\] (.*(?:\n  .*)*)\n((?:(?:ERROR|WARNING|NOTE): .*\n|  .*\n)*)")
+SITE = "http://causes.invalid/"
 
 
-class Handler(http.server.BaseHTTPRequestHandler):
+class CausesHandler(Handler):
     def do_GET(self) -> None:
         if self.path == "/slow":
             time.sleep(5)
@@ -35,25 +27,16 @@ class Handler(http.server.BaseHTTPRequestHandler):
         data = b"#EXTM3U\n" if "list" in self.path else b"<html><title>t</title></html>"
         if self.path == "/clip":
             data = bytes(1 << 20)
-        self.send_response(status)
-        self.send_header("Content-Type", "video/mp4" if self.path == "/clip" else "text/html")
-        self.send_header("Content-Length", str(len(data)))
-        self.end_headers()
+        self.begin_answer(status, 0, len(data), len(data), kind="video/mp4" if self.path == "/clip" else "text/html")
         self.wfile.write(data)
-
-    def log_message(self, *_: object) -> None:
-        pass
-
-
-class Server(http.server.ThreadingHTTPServer):
-    daemon_threads = True
-
-    def handle_error(self, *_: object) -> None:
-        """A client that goes away is nothing to report."""
 
 
 def limit_files() -> None:
     resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 18, 1 << 18))
+
+
+def says(sentence: str) -> str:
+    return f"{SITE}says?{urllib.parse.quote(sentence)}"
 
 
 class Row(NamedTuple):
@@ -67,94 +50,80 @@ class Row(NamedTuple):
     package: str = ""  # the text of a broken one
 
 
-class ErrorCausesTest(unittest.TestCase):
+class ErrorCausesTest(FolderTest):
     def setUp(self) -> None:
-        scratch = tempfile.TemporaryDirectory()
-        self.addCleanup(scratch.cleanup)
-        self.folder = pathlib.Path(scratch.name)
-        server = Server(("127.0.0.1", 0), Handler)
-        self.addCleanup(server.server_close)
-        self.addCleanup(server.shutdown)
-        threading.Thread(target=server.serve_forever, daemon=True).start()
-        self.port = server.server_address[1]
-        self.server = f"http://127.0.0.1:{self.port}"
-        with socket.socket() as unused:
-            unused.bind(("127.0.0.1", 0))
-            self.closed_port = unused.getsockname()[1]
+        super().setUp()
+        self.server = Server(CausesHandler)
+        self.addCleanup(self.server.stop)
+        self.config = self.folder / "config" / "noxwebmedia" / "tool.conf"
 
     def rows(self) -> list[Row]:
-        site = "http://causes.invalid/"
+        server = self.server.address
         into = str(self.folder / "{x}YDTMP_.%(ext)s")
-        broken = (self.folder / "bin").joinpath
+        with socket.socket() as unused:
+            unused.bind(("127.0.0.1", 0))
+            closed_port = unused.getsockname()[1]
         (self.folder / "bin").mkdir()
         (self.folder / "file").write_text("")
         (self.folder / "cookies").write_text("none")
-        broken("ffmpeg").symlink_to("/bin/false")
-        broken("ffprobe").symlink_to("/bin/false")
+        for name in ("ffmpeg", "ffprobe"):
+            (self.folder / "bin" / name).symlink_to("/bin/false")
         return [
-            Row(f"http://127.0.0.1:{self.closed_port}/", "network", "refused"),
+            Row(f"http://127.0.0.1:{closed_port}/", "network", "refused"),
             Row("http://no.such.invalid/", "network"),
-            Row(f"https://127.0.0.1:{self.port}/", "network"),
-            Row(f"{self.server}/slow", "network", "timed out", settings="--socket-timeout 0.5"),
-            *(Row(f"{self.server}/status/{status}", tag, str(status)) for status, tag in (
-                (401, "login"), (403, "other"), (404, "not-found"), (410, "not-found"), (429, "network"),
-                (451, "country"), (500, "network"), (503, "network"))),
-            Row(f"{self.server}/", "nothing", "Unsupported URL"),
-            Row(site + "login", "login", f"Options are set in {self.folder}/config/noxwebmedia/tool.conf"),
-            Row(site + "members", "login"),
-            Row(site + "private", "login"),
-            Row(site + "age", "login"),
-            Row(site + "code", "login", "--twofactor", settings="--username me --password x"),
-            Row(site + "country", "country", "available in Germany"),
-            Row(site + "drm", "protected"),
-            Row(site + "drm-streams", "protected"),
-            Row(site + "begins", "not-begun"),
-            Row(site + "premiere", "not-begun"),
-            Row(site + "offline", "not-begun"),
-            Row(site + "removed", "not-found"),
-            Row(site + "unavailable", "not-found"),
-            Row(site + "not-found", "not-found"),
-            Row(site + "pictures", "nothing", "No stream of this page"),
-            Row(site + "runtime", "runtime", "Install Deno 2.3"),
-            Row(site + "strange", "other", "Something strange"),
-            Row(site + "fault", "other"),
-            Row(site + "forged", "other", "[nox:runtime] x\n  ERROR: [nox:runtime] y\n  WARNING: z"),
-            Row(site + "advice", "login", "--cookies FILE. Options are set in"),
-            Row(site + "strange", "settings", "--exec", settings="--exec true"),
-            Row(site + "strange", "settings", "no file of cookies", settings=f"--cookies {self.folder}/cookies"),
-            Row(site + "strange", "settings", "cannot be read", settings="--cookies-from-browser firefox",
+            Row(f"https://127.0.0.1:{self.server.port}/", "network"),
+            Row(f"{server}/slow", "network", "timed out", settings="--socket-timeout 0.5"),
+            *(Row(f"{server}/status/{status}", tag, str(status)) for status, tag in (
+                (401, "login"), (403, "other"), (404, "not-found"), (429, "network"), (451, "country"),
+                (503, "network"))),
+            Row(f"{server}/", "nothing", "Unsupported URL"),
+            Row(SITE + "login", "login", f"Options are set in {self.config}"),
+            Row(SITE + "code", "login", "--twofactor", settings="--username me --password x"),
+            Row(SITE + "country", "country", "available in Germany"),
+            Row(SITE + "drm", "protected"),
+            Row(SITE + "offline", "not-begun"),
+            Row(SITE + "not-found", "not-found"),
+            Row(SITE + "runtime", "runtime", "Install Deno 2.3"),
+            Row(SITE + "fault", "other"),
+            Row(says("Premieres in 20 minutes"), "not-begun"),
+            Row(says("[nox:runtime] x\nERROR: [nox:runtime] y\r\nWARNING: z\r"), "other",
+                "[nox:runtime] x\n  ERROR: [nox:runtime] y\n  WARNING: z"),
+            Row(says("Something is wrong; please report this issue on  https://example.invalid/ . Use --cookies FILE. "
+                     "Use --list-formats to see more"), "login", "--cookies FILE. Options are set in"),
+            Row(SITE + "page", "settings", "--exec", settings="--exec true"),
+            Row(SITE + "page", "settings", "no file of cookies", settings=f"--cookies {self.folder}/cookies"),
+            Row(SITE + "page", "settings", "cannot be read", settings="--cookies-from-browser firefox",
                 changes={"HOME": str(self.folder)}),
-            Row(site + "page", "settings", "rate limit", settings="-rfast", template=into),
-            Row(site + "strange", "tool", "not for this Python", package="raise ImportError('not for this Python')"),
-            Row(site + "strange", "tool", "SyntaxError", package="def"),
-            Row(site + "removed", "not-found", template=into),
-            Row(site + "page?/status/404", "not-found", template=into),
-            Row(site + "page?/status/403", "other", template=into),
-            Row(site + "page", "nothing", template=into, changes={"CODE": "nowhere"}),
-            Row(site + "page", "no-space", template=into, prepare=limit_files),
-            Row(site + "page", "destination", template=f"{self.folder}/file/" + "{x}YDTMP_.%(ext)s"),
-            Row(site + "page", "destination", template="/proc/{x}YDTMP_.%(ext)s"),
-            Row(site + "page", "destination", template=f"{self.folder}/{'x' * 250}YDTMP_.%(ext)s"),
-            Row(site + "playlist?/list", "conversion", template=into, changes={"PATH": "/nowhere"}),
-            Row(site + "playlist?/list", "conversion", template=into, changes={"PATH": str(self.folder / "bin")}),
+            Row(SITE + "page", "settings", "rate limit", settings="-rfast", template=into),
+            Row(SITE + "page", "tool", "not for this Python", package="raise ImportError('not for this Python')"),
+            Row(SITE + "page", "tool", "SyntaxError", package="def"),
+            Row(says("This video has been removed by the uploader"), "not-found", template=into),
+            Row(SITE + "page?/status/404", "not-found", template=into),
+            Row(SITE + "page?/status/403", "other", template=into),
+            Row(SITE + "page", "nothing", template=into, changes={"CODE": "nowhere"}),
+            Row(SITE + "page", "no-space", template=into, prepare=limit_files),
+            Row(SITE + "page", "destination", template=f"{self.folder}/file/" + "{x}YDTMP_.%(ext)s"),
+            Row(SITE + "page", "destination", template="/proc/{x}YDTMP_.%(ext)s"),
+            Row(SITE + "page", "destination", template=f"{self.folder}/{'x' * 250}YDTMP_.%(ext)s"),
+            Row(SITE + "playlist?/list", "conversion", template=into, changes={"PATH": "/nowhere"}),
+            Row(SITE + "playlist?/list", "conversion", template=into, changes={"PATH": str(self.folder / "bin")}),
         ]
 
-    def run_front(self, row: Row, package: str, number: int = 0) -> "subprocess.CompletedProcess[str]":
-        config = self.folder / ("config" if not row.settings else f"config{number}") / "noxwebmedia"
-        config.mkdir(parents=True, exist_ok=True)
+    def run_row(self, row: Row, package: str, number: int = 0) -> "subprocess.CompletedProcess[str]":
+        config = self.folder / f"config{number}" / "noxwebmedia" / "tool.conf" if row.settings else self.config
+        config.parent.mkdir(parents=True, exist_ok=True)
         if row.settings:
-            (config / "tool.conf").write_text(row.settings)
+            config.write_text(row.settings)
         if row.package:
-            package = str(self.folder / f"package{number}")
-            os.makedirs(f"{package}/yt_dlp", exist_ok=True)
-            pathlib.Path(package, "yt_dlp", "__init__.py").write_text(row.package)
+            broken = self.folder / f"package{number}"
+            (broken / "yt_dlp").mkdir(parents=True, exist_ok=True)
+            (broken / "yt_dlp" / "__init__.py").write_text(row.package)
+            package = str(broken)
         code = row.changes.get("CODE", "1")
         words = ["-f", code, "-o", row.template, row.address] if row.template else ["--dump-json", row.address]
-        paths = [str(FRONT), package, str(HERE / "plugin_causes")]
-        environment = {**os.environ, "PYTHONPATH": ":".join(filter(None, paths)), "NOX_SERVER": self.server,
-                       "XDG_CONFIG_HOME": str(config.parent), **row.changes}
-        return subprocess.run([sys.executable, str(FRONT), *words], capture_output=True, text=True, timeout=120,
-                              env=environment, preexec_fn=row.prepare)
+        env = environment(package, HERE / "plugin_causes", NOX_SERVER=self.server.address,
+                          XDG_CONFIG_HOME=str(config.parents[1]), **row.changes)
+        return run_front(words, env, preexec_fn=row.prepare)
 
     def test_the_front_tells_the_cause(self) -> None:
         rows = self.rows()
@@ -162,7 +131,7 @@ class ErrorCausesTest(unittest.TestCase):
         for package in PACKAGES:
             with concurrent.futures.ThreadPoolExecutor(3) as pool:
                 def run(item: Any) -> Any:
-                    return self.run_front(item[1], package, item[0])
+                    return self.run_row(item[1], package, item[0])
 
                 for row, result in zip(rows, pool.map(run, enumerate(rows))):
                     with self.subTest(row=row, package=package):
@@ -171,55 +140,47 @@ class ErrorCausesTest(unittest.TestCase):
     def check(self, row: Row, run: "subprocess.CompletedProcess[str]") -> None:
         # What goes before the block of a download are its warnings.
         begin = re.search("^ERROR", run.stderr, re.MULTILINE)
-        self.assertIsNotNone(begin, run)
-        block = run.stderr[begin.start() if begin else 0:]
+        block = run.stderr[begin.start():] if begin else ""
         found = ERROR_BLOCK.fullmatch(block)
-        self.assertIsNotNone(found, run)
-        if found:
-            self.assertEqual(found.group(1), row.tag, run.stderr)
-            self.assertIn(row.text, found.group(2))
-            self.assertNotRegex(found.group(3), r"(?m)^(ERROR|WARNING): \[nox:")
+        assert found, run
+        self.assertEqual(found.group(1), row.tag, run.stderr)
+        self.assertIn(row.text, found.group(2))
+        self.assertNotRegex(found.group(3), r"(?m)^(ERROR|WARNING): \[nox:")
         self.assertNotRegex(run.stderr, "report this issue|list-formats|works without its front")
-        self.assertIn(run.returncode, (1, 2))
+        self.assertEqual(run.returncode, 2 if row.tag == "settings" else 1)
         self.assertLessEqual(len(block.encode()), 4096)
-        left = [file for file in self.folder.iterdir() if "YDTMP_" in file.name]
-        self.assertEqual(left, [])
+        self.assertEqual(list(self.folder.glob("*YDTMP_*")), [])
 
     def test_warnings_of_a_page_that_was_read(self) -> None:
-        config = f"{self.folder}/config/noxwebmedia/tool.conf"
         rows = {
             "warns": ["WARNING: [Causes] Some formats may be missing",
                       "WARNING: [Causes] Use --cookies for more.",
-                      f"  ERROR: [nox:login] x. Options are set in {config}"],
+                      f"  ERROR: [nox:login] x. Options are set in {self.config}"],
             "fewer": ["WARNING: [Causes] This page needs a program that runs its script, and none was found; some or "
                       "all streams are missing. Install Deno 2.3 or newer, so that its command \"deno\" is found on "
-                      f"PATH; or Node.js 22 or newer, with the line \"--js-runtimes node\" in {config}"],
+                      f"PATH; or Node.js 22 or newer, with the line \"--js-runtimes node\" in {self.config}"],
         }
         for package in PACKAGES:
             for name, lines in rows.items():
-                run = self.run_front(Row(f"http://causes.invalid/{name}", ""), package)
+                run = self.run_row(Row(f"{SITE}{name}", ""), package)
                 self.assertEqual((run.returncode, run.stderr.splitlines()), (0, lines))
                 self.assertIn('"format_id":"1"', run.stdout)
 
 
 class TagTest(unittest.TestCase):
-    def test_numbers_that_are_hard_to_provoke(self) -> None:
-        def caused(inner: BaseException) -> BaseException:
-            outer = RuntimeError("x")
-            outer.__cause__ = inner
-            return outer
-
-        rows: Sequence[Any] = [
-            (OSError(28, "x"), "", "no-space"), (caused(OSError(122, "x")), "", "no-space"),
-            (PermissionError(13, "x"), "", "destination"), (OSError(30, "x"), "", "destination"),
+    def test_numbers_and_sentences(self) -> None:
+        rows: list[tuple[Optional[BaseException], str, str]] = [
+            (OSError(122, "x"), "", "no-space"), (OSError(30, "x"), "", "destination"),
             (None, "unable to open for writing: [Errno 36] File name too long", "destination"),
-            (caused(ConnectionResetError(104, "x")), "", "network"), (TimeoutError("x"), "", "network"),
-            (MemoryError(), "", "other"), (None, "", "other"),
+            (ConnectionResetError(104, "x"), "", "network"), (TimeoutError("x"), "", "network"),
+            (MemoryError(), "", "other"), (None, "Something strange", "other"),
+            (None, "Join this channel to get access to members-only content like this video", "login"),
+            (None, "Private video. Sign in if you've been granted access to this video", "login"),
+            (None, "Sign in to confirm your age. This video may be inappropriate for some users.", "login"),
+            (None, "This live event will begin in 3 hours.", "not-begun"), (None, "Video unavailable", "not-found"),
+            (None, "No stream of this page can be downloaded", "nothing"),
+            (None, "HTTP Error 410: Gone", "not-found"), (None, "HTTP Error 500: x", "network"),
         ]
         for error, message, tag in rows:
             with self.subTest(error=error, message=message):
                 self.assertEqual(failures.tag_of(error, message), tag)
-
-    def test_the_list_has_the_form_that_others_read(self) -> None:
-        text = pathlib.Path(error_tags.__file__).read_text()
-        self.assertEqual(set(re.findall(r'^[A-Z_]+ = "([a-z-]+)"$', text, re.MULTILINE)), TAGS)

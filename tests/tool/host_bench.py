@@ -5,10 +5,12 @@ import os
 import pathlib
 import shutil
 import subprocess
+import tempfile
 from typing import Callable
 
-SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
-TIMEOUT = 120  # seconds
+from front_runs import HERE, TIME_LIMIT
+
+SCRIPTS = HERE.parents[1] / "scripts"
 Row = tuple[str, str, Callable[[], str]]  # the name, what has to come out, and what does
 
 OPTIONS = """\
@@ -41,12 +43,24 @@ class HostBench:
         words = ["/usr/bin/python3", str(tool), "--version"]
         return subprocess.run(words, capture_output=True, check=True, text=True).stdout.strip()
 
-    def fetch(self, address: str, changes: dict[str, str], *options: str) -> "subprocess.CompletedProcess[str]":
-        """Runs nox-fetch in the work folder, with nothing of the user's settings but changes of the environment."""
+    def environment(self, **changes: str) -> dict[str, str]:
+        """With nothing of the user's settings."""
         private = {name: str(self.folder / name) for name in ("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME")}
+        return {**os.environ, **private, "HOME": str(self.folder), **changes}
+
+    def fetch(self, address: str, *options: str, **changes: str) -> "subprocess.CompletedProcess[str]":
+        """Runs nox-fetch in the work folder, with these changes of the environment."""
         return subprocess.run([str(self.host / "nox-fetch"), *options, address], capture_output=True, text=True,
-                              timeout=TIMEOUT, cwd=self.work,
-                              env={**os.environ, **private, "HOME": str(self.folder), **changes})
+                              timeout=TIME_LIMIT, cwd=self.work, env=self.environment(**changes))
+
+    def set_settings(self, text: str) -> None:
+        settings = self.folder / "XDG_CONFIG_HOME" / "noxwebmedia" / "tool.conf"
+        settings.parent.mkdir(parents=True, exist_ok=True)
+        settings.write_text(text)
+        settings.chmod(0o600)
+
+    def rows(self) -> list[Row]:
+        raise NotImplementedError
 
     def empty_work(self) -> None:
         shutil.rmtree(self.work)
@@ -62,24 +76,25 @@ def parser(description: str) -> argparse.ArgumentParser:
     return result
 
 
-def options(description: str) -> argparse.Namespace:
+def print_rows(rows: list[Row], version: str) -> bool:
+    """Whether all came out as they have to."""
+    is_good = True
+    print("| Page | Tool | Result | |\n|---|---|---|---|")
+    for name, expected, result in rows:
+        found = result()
+        verdict = "as it has to be" if found == expected else f"not {expected}"
+        print(f"| {name} | {version} | {found} | {verdict} |", flush=True)
+        is_good = is_good and found == expected
+    return is_good
+
+
+def main(description: str, kind: type[HostBench]) -> int:
+    """The exit code."""
     own = parser(description)
     own.add_argument("--plain", action="store_true")
-    return own.parse_args()
-
-
-def print_table(bench: HostBench, rows: list[Row], wanted: argparse.Namespace) -> int:
-    """The exit code."""
-    code = 0
-    print("| Page | Tool | Result | |\n|---|---|---|---|")
-    for package in wanted.tool or ["installed"]:
-        version = bench.stage(package, wanted.plain)
-        for name, expected, result in rows:
-            if wanted.only not in name:
-                continue
-            found = result()
-            verdict = "as it has to be" if found == expected else f"not {expected}"
-            print(f"| {name} | {version} | {found} | {verdict} |", flush=True)
-            if found != expected and not wanted.plain:
-                code = 1
-    return code
+    wanted = own.parse_args()
+    with tempfile.TemporaryDirectory() as scratch:
+        bench = kind(pathlib.Path(scratch), wanted.fetch)
+        rows = [row for row in bench.rows() if wanted.only in row[0]]
+        results = [print_rows(rows, bench.stage(package, wanted.plain)) for package in wanted.tool or ["installed"]]
+    return 0 if wanted.plain or all(results) else 1

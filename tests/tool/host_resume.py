@@ -12,15 +12,15 @@ import pathlib
 import signal
 import subprocess
 import sys
-import tempfile
-import threading
 import time
-from typing import Any, Callable
+from typing import Any
 
 import host_bench
 import page_media
 import page_server
-from host_bench import TIMEOUT, HostBench, Row
+from front_runs import TIME_LIMIT, wait_for
+from host_bench import HostBench, Row
+from servers import BLOCK
 
 SECONDS = 24
 KINDS: dict[str, str] = {
@@ -31,7 +31,6 @@ KINDS: dict[str, str] = {
 }
 EVENTS = ("kill", "kill in the second stream", "pause", "the tool's end", "server stops")
 GOOD = "the rest, the same file, nothing else"
-BLOCK = 1 << 14
 # Data that is on its way when a run ends: of a file some blocks, of segments up to five of them.
 SLACK = 0.35
 
@@ -45,42 +44,22 @@ class Handler(page_server.Handler):
             super().send(status, kind, data, with_body)
             return
         etag = f'"{hashlib.sha1(data).hexdigest()}"'
-        if self.headers.get("If-None-Match") == etag:
-            self.send_response(304)
-            self.end_headers()
-            return
-        wanted = self.headers.get("Range") or ""
-        first = 0
-        if wanted.startswith("bytes=") and wanted.endswith("-") and self.headers.get("If-Range") in (None, etag):
-            first = int(wanted[6:-1])
-        self.send_response(206 if first else status)
-        self.send_header("Content-Type", kind)
-        self.send_header("ETag", etag)
-        if first:
-            self.send_header("Content-Range", f"bytes {first}-{len(data) - 1}/{len(data)}")
-        self.send_header("Content-Length", str(len(data) - first))
-        self.end_headers()
-        for place in range(first, len(data) if with_body else 0, BLOCK):
-            block = data[place:place + BLOCK]
+        status, first, end = self.asked(len(data), etag)
+        self.begin_answer(status, first, end, len(data), etag, kind)
+        for place in range(first, end if with_body else first, BLOCK):
+            block = data[place:min(place + BLOCK, end)]
             if not self.server.may_send(len(block)):
                 self.close_connection = True
                 return
-            try:
-                self.wfile.write(block)
-            except OSError:
-                return
+            self.wfile.write(block)
 
 
 class Server(page_server.PageServer):
     """Stops to send media after so many bytes, until it is told to go on."""
 
-    def __init__(self, media: pathlib.Path) -> None:
-        super().__init__(media)
-        self.RequestHandlerClass = Handler
-        self.limit = sys.maxsize
-        self.sent = 0
-        self.is_broken = False
-        self.lock = threading.Lock()
+    limit = sys.maxsize
+    sent = 0
+    is_broken = False
 
     def may_send(self, size: int) -> bool:
         while not self.is_broken:
@@ -102,32 +81,19 @@ class Server(page_server.PageServer):
             raise OSError("as if nobody listened")
         return request
 
-    def handle_error(self, *_: object) -> None:
-        pass
-
-
-def wait_for(condition: Callable[[], bool]) -> None:
-    deadline = time.monotonic() + TIMEOUT
-    while not condition():
-        if time.monotonic() > deadline:
-            raise TimeoutError
-        time.sleep(0.02)
-
 
 class Bench(HostBench):
-    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: Server) -> None:
+    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path) -> None:
         super().__init__(folder, fetch)
-        self.server = server
-        settings = folder / "XDG_CONFIG_HOME" / "noxwebmedia"
-        settings.mkdir(parents=True)
-        (settings / "tool.conf").write_text("--retries 0\n--fragment-retries 0\n")
-        (settings / "tool.conf").chmod(0o600)
+        make_media(folder / "media")
+        self.server = Server(folder / "media", Handler)
+        self.set_settings("--retries 0\n--fragment-retries 0\n")
 
     @functools.lru_cache(maxsize=None)
     def whole(self, address: str) -> tuple[bytes, int]:
         """The file, and how many bytes are sent for it."""
         self.server.begin()
-        self.fetch(address, {}, "-q")
+        self.fetch(address, "-q")
         [file] = self.work.iterdir()
         data = file.read_bytes()
         self.empty_work()
@@ -143,7 +109,7 @@ class Bench(HostBench):
             os.kill(int(children[0]), signal.SIGKILL)
         else:
             self.server.is_broken = True
-        child.communicate(timeout=TIMEOUT)
+        child.wait(TIME_LIMIT)
 
     def result(self, kind: str, event: str) -> str:
         self.empty_work()
@@ -152,9 +118,8 @@ class Bench(HostBench):
         share = 0.97 if "second" in event else 0.6
         limit = int(total * share)
         self.server.begin(limit)
-        private = {name: str(self.folder / name) for name in ("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME")}
-        child = subprocess.Popen([self.host / "nox-fetch", "-c", address], cwd=self.work, stdout=subprocess.DEVNULL,
-                                 stderr=subprocess.DEVNULL, env={**os.environ, **private, "HOME": str(self.folder)})
+        child = subprocess.Popen([self.host / "nox-fetch", "-c", address], cwd=self.work, env=self.environment(),
+                                 stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         # Whatever fits is sent, and a moment later written.
         wait_for(lambda: self.server.sent + BLOCK > limit)
         time.sleep(0.5)
@@ -163,7 +128,7 @@ class Bench(HostBench):
         if len(left) != 1 or not left[0].startswith(".nox-"):
             return f"left behind: {left}"
         self.server.begin()
-        run = self.fetch(address, {}, "-c", "-q")
+        run = self.fetch(address, "-c", "-q")
         files = list(self.work.iterdir())
         if run.returncode != 0 or len(files) != 1:
             return f"exit code {run.returncode}, {len(files)} files: {run.stderr}"
@@ -173,15 +138,12 @@ class Bench(HostBench):
         return GOOD if fetched <= total * (1 - share + SLACK) else f"{fetched} of {total} bytes fetched again"
 
     def rows(self) -> list[Row]:
-        rows: list[Row] = []
-        for kind in KINDS:
-            for event in EVENTS:
-                if "second" not in event or kind.startswith("DASH"):
-                    rows.append((f"{kind}: {event}", GOOD, functools.partial(self.result, kind, event)))
-        return rows
+        return [(f"{kind}: {event}", GOOD, functools.partial(self.result, kind, event)) for kind in KINDS
+                for event in EVENTS if "second" not in event or kind.startswith("DASH")]
 
 
 def make_media(folder: pathlib.Path) -> None:
+    folder.mkdir()
     picture = ["-f", "lavfi", "-i", f"testsrc2=size=640x360:rate=10:duration={SECONDS},noise=c0s=20:c0f=t"]
     sound = ["-f", "lavfi", "-i", f"anoisesrc=d={SECONDS}:a=0.2"]
     keys = ["-x264-params", "keyint=10:min-keyint=10:scenecut=0"]
@@ -194,20 +156,5 @@ def make_media(folder: pathlib.Path) -> None:
     page_media.hls_single(folder / "hls")
 
 
-def main() -> int:
-    wanted = host_bench.parser(__doc__ or "").parse_args()
-    wanted.plain = False
-    with tempfile.TemporaryDirectory() as scratch:
-        folder = pathlib.Path(scratch)
-        media = folder / "media"
-        media.mkdir()
-        make_media(media)
-        with Server(media) as server:
-            bench = Bench(folder, wanted.fetch, server)
-            code = host_bench.print_table(bench, bench.rows(), wanted)
-            server.shutdown()
-    return code
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(host_bench.main(__doc__ or "", Bench))

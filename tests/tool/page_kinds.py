@@ -10,12 +10,12 @@ import json
 import pathlib
 import subprocess
 import sys
-import tempfile
 from typing import Callable, NamedTuple, Optional
 
 import host_bench
 import page_media
 import page_server
+from front_runs import TIME_LIMIT
 from host_bench import HostBench, Row
 
 WHOLE = "mp4: h264 640x360, aac, 6 s"
@@ -26,24 +26,23 @@ class Kind(NamedTuple):
     address: str
     expected: str
     requests: str = "1 0"  # for the page and for manifests
-    prepare: Optional[Callable[["Bench"], dict[str, str]]] = None  # returns what to change in the environment
+    prepare: Optional[Callable[[pathlib.Path], dict[str, str]]] = None  # returns what to change in the environment
 
 
-def user_configuration(bench: "Bench") -> dict[str, str]:
-    folder = bench.folder / "config"
+def user_configuration(folder: pathlib.Path) -> dict[str, str]:
     (folder / "yt-dlp").mkdir(parents=True, exist_ok=True)
     (folder / "yt-dlp" / "config").write_text("--quiet\n-x\n-o /nowhere/%(title)s\n--remux-video mkv\n")
     return {"XDG_CONFIG_HOME": str(folder)}
 
 
-def open_cache(bench: "Bench") -> dict[str, str]:
-    pages = bench.folder / "open" / "noxwebmedia" / "pycache" / "nox-pages"
+def open_cache(folder: pathlib.Path) -> dict[str, str]:
+    pages = folder / "noxwebmedia" / "pycache" / "nox-pages"
     pages.mkdir(parents=True, exist_ok=True)
     pages.chmod(0o777)
-    return {"XDG_CACHE_HOME": str(bench.folder / "open")}
+    return {"XDG_CACHE_HOME": str(folder)}
 
 
-def no_other_ffmpeg(_: "Bench") -> dict[str, str]:
+def no_other_ffmpeg(_: pathlib.Path) -> dict[str, str]:
     return {"PATH": "/nowhere"}
 
 
@@ -73,7 +72,7 @@ def probe(file: pathlib.Path) -> str:
     """Such as "mp4: h264 640x360, aac, 6 s"."""
     words = ["ffprobe", "-v", "error", "-of", "json", "-show_entries",
              "stream=codec_name,codec_type,width,height:format=duration,format_name", str(file)]
-    found = json.loads(subprocess.run(words, capture_output=True, check=True, timeout=host_bench.TIMEOUT).stdout)
+    found = json.loads(subprocess.run(words, capture_output=True, check=True, timeout=TIME_LIMIT).stdout)
     texts = []
     for stream in found["streams"]:
         size = f" {stream['width']}x{stream['height']}" if stream["codec_type"] == "video" else ""
@@ -88,16 +87,17 @@ def probe(file: pathlib.Path) -> str:
 class Bench(HostBench):
     """With the server of pages."""
 
-    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: page_server.PageServer) -> None:
+    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path) -> None:
         super().__init__(folder, fetch)
-        self.server = server
+        page_media.make(folder / "media")
+        self.server = page_server.PageServer(folder / "media")
 
     def result(self, kind: Kind) -> str:
         """What comes of the page, and how often page and manifests were asked for."""
         self.empty_work()
-        changes = kind.prepare(self) if kind.prepare else {}
+        changes = kind.prepare(self.folder / kind.prepare.__name__) if kind.prepare else {}
         self.server.take_counts()
-        run = self.fetch(self.server.address + kind.address, changes, "--quiet")
+        run = self.fetch(self.server.address + kind.address, "--quiet", **changes)
         requests = "{} {}".format(*self.server.take_counts())
         left = sorted(self.work.iterdir())
         if run.returncode != 0:
@@ -108,7 +108,7 @@ class Bench(HostBench):
     def titles(self) -> str:
         wrong = []
         for number, title in enumerate(page_server.TITLES):
-            run = self.fetch(f"{self.server.address}/page/title-{number}", {}, "--json")
+            run = self.fetch(f"{self.server.address}/page/title-{number}", "--json")
             found = json.loads(run.stdout).get("title", "") if run.returncode == 0 else ""
             # The tool numbers the videos of a page.
             if found.removesuffix(" (1)") != title:
@@ -123,19 +123,5 @@ class Bench(HostBench):
         return [*rows, (f"{count} odd titles", f"{count} of {count} exact", self.titles)]
 
 
-def main() -> int:
-    options = host_bench.options(__doc__ or "")
-    with tempfile.TemporaryDirectory() as scratch:
-        folder = pathlib.Path(scratch)
-        media = folder / "media"
-        media.mkdir()
-        page_media.make(media)
-        with page_server.PageServer(media) as server:
-            bench = Bench(folder, options.fetch, server)
-            code = host_bench.print_table(bench, bench.rows(), options)
-            server.shutdown()
-    return code
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(host_bench.main(__doc__ or "", Bench))

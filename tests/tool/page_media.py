@@ -61,22 +61,8 @@ def hls_single(folder: pathlib.Path) -> None:
     (folder / "broken.m3u8").write_text(playlist.replace("clip1.ts", "missing.ts"))
 
 
-def many_segments(folder: pathlib.Path, count: int) -> None:
-    """A DASH manifest with half of the segments for the pictures and half for the sound, and an HLS playlist."""
-    (folder / "dash").mkdir(parents=True)
-    (folder / "hls").mkdir()
-    small = ["-f", "lavfi", "-i", f"testsrc2=size=160x90:rate=10:duration={count}"]
-    sound = ["-f", "lavfi", "-i", f"sine=frequency=330:duration={count}"]
-    key_frames = ["-x264-params", "keyint=10:min-keyint=10:scenecut=0"]
-    clip = folder / "clip.mp4"
-    ffmpeg(*small, *sound, *H264[:-2], *key_frames, *AAC, clip)
-    ffmpeg("-i", clip, "-c", "copy", "-f", "dash", "-t", count // 2, "-seg_duration", 1, "-use_template", 1,
-           "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a", folder / "dash" / "manifest.mpd")
-    ffmpeg("-i", clip, "-c", "copy", "-f", "hls", "-hls_time", 1, "-hls_playlist_type", "vod",
-           folder / "hls" / "clip.m3u8")
-
-
 def make(folder: pathlib.Path) -> None:
+    folder.mkdir()
     ffmpeg(*PICTURE, *SOUND, *H264, *AAC, "-movflags", "+faststart", folder / "clip.mp4")
     ffmpeg(*PICTURE, *H264, "-t", 2, folder / "other.mp4")
     ffmpeg(*PICTURE, *SOUND, "-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", 8, "-c:a", "libopus",

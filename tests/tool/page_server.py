@@ -2,26 +2,25 @@
 
 import collections
 import html
-import http.server
 import pathlib
 import re
-import threading
-import time
 from typing import Counter
+
+import servers
 
 # Titles that must come out as they are: each has broken something at some time.
 TITLES: list[str] = [
-    "Plain", "Caf\u00e9 \u2013 na\u00efve", "\u65e5\u672c\u8a9e", "\u0627\u0644\u0639\u0631\u0628\u064a\u0629",
-    "Smile \U0001f600 and flag \U0001f1e9\U0001f1ea", "Family \U0001f468\u200d\U0001f469\u200d\U0001f467",
-    "a/b\\c", "C:\\users\\new", "\\u0022 is an escape", "\\\\u0041 twice", "\\", "ends with \\",
-    "&#34; is a reference", "&#92;u0022 both", "Tom & Jerry &amp; co", "\"quoted\"", "'single' \"double\" `back`",
-    "{\"json\": [1, 2]}", "100% of 50%", "%(title)s.%(ext)s",
-    "[download] Destination: /tmp/x.mp4", "[download] 50% of 1MiB at 1B/s ETA 00:01", "<b>bold</b>", "$HOME `id` $(id)",
-    "-x --exec", "Half \u00bd and \u2603", "x" * 300,
+    "Caf\u00e9 \u2013 na\u00efve", "\u0627\u0644\u0639\u0631\u0628\u064a\u0629", "Smile \U0001f600", "a/b\\c",
+    "\\u0022 is an escape", "ends with \\", "&#34; is a reference", "&#92;u0022 both", "Tom & Jerry &amp; co",
+    "'single' \"double\" `back`", "%(title)s.%(ext)s", "[download] Destination: /tmp/x.mp4", "<b>bold</b>", "-x --exec",
+    "x" * 300,
 ]
 
 MANIFESTS = (".m3u8", ".mpd")
-SEGMENTS = (".m4s", ".ts")
+KINDS = {
+    ".mp4": "video/mp4", ".m4a": "audio/mp4", ".m4s": "video/iso.segment", ".webm": "video/webm",
+    ".mp3": "audio/mpeg", ".ts": "video/mp2t", ".m3u8": "application/vnd.apple.mpegurl", ".mpd": "application/dash+xml",
+}
 
 
 def video(source: str, kind: str = "video/mp4") -> str:
@@ -37,8 +36,6 @@ BODIES: dict[str, str] = {
     "hls-apart-fmp4": video("hls-fmp4/master.m3u8", HLS),
     "hls-single": video("hls/clip.m3u8", HLS),
     "hls-missing-segment": video("hls/broken.m3u8", HLS),
-    "dash-many": video("many/dash/manifest.mpd", DASH),
-    "hls-many": video("many/hls/clip.m3u8", HLS),
     "webm": video("clip.webm", "video/webm"),
     "two-videos": video("clip.mp4") + video("other.mp4"),
     "broken-embed": video("nowhere/master.m3u8", HLS) + video("clip.mp4"),
@@ -61,14 +58,9 @@ def page(name: str) -> str:
     return f"<!DOCTYPE html><html><head>{head}</head><body>{BODIES.get(name, video('clip.mp4'))}</body></html>"
 
 
-class Handler(http.server.SimpleHTTPRequestHandler):
+class Handler(servers.Handler):
     protocol_version = "HTTP/1.1"
     server: "PageServer"
-    extensions_map = {
-        ".mp4": "video/mp4", ".m4a": "audio/mp4", ".m4s": "video/iso.segment", ".webm": "video/webm",
-        ".mp3": "audio/mpeg", ".ts": "video/mp2t", ".m3u8": "application/vnd.apple.mpegurl",
-        ".mpd": "application/dash+xml", "": "application/octet-stream",
-    }
 
     def do_GET(self) -> None:
         self.answer(with_body=True)
@@ -80,7 +72,6 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         path = self.path.partition("?")[0]
         self.server.count(path)
         if path.startswith("/page/"):
-            time.sleep(self.server.delay)
             text = page(path[6:]).replace("{base}", self.server.address)
             text = text.replace("{reading}", str(self.server.next_reading()))
             self.send(200 if text else 404, "text/html; charset=utf-8", text.encode(), with_body)
@@ -91,59 +82,36 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         if not path.startswith("/media/") or ".." in path or not file.is_file():
             self.send(404, "text/plain", b"", with_body)
             return
-        kind = "application/octet-stream" if "/octets/" in path else self.guess_type(str(file))
-        if path.endswith(SEGMENTS):
-            time.sleep(self.server.segment_delay)
-        self.send(200, kind, file.read_bytes(), with_body)
+        kind = "" if "/octets/" in path else KINDS.get(file.suffix, "")
+        self.send(200, kind or "application/octet-stream", file.read_bytes(), with_body)
 
     def send(self, status: int, kind: str, data: bytes, with_body: bool) -> None:
-        self.send_response(status)
-        self.send_header("Content-Type", kind)
-        self.send_header("Content-Length", str(len(data)))
-        self.end_headers()
+        self.begin_answer(status, 0, len(data), len(data), kind=kind)
         if with_body:
             self.wfile.write(data)
 
-    def log_message(self, *_: object) -> None:
-        pass
 
-
-class PageServer(http.server.ThreadingHTTPServer):
-    daemon_threads = True
-
-    def __init__(self, media: pathlib.Path, delay: float = 0, segment_delay: float = 0) -> None:
-        """
-        :param delay: seconds until a page is answered
-        :param segment_delay: seconds until a segment is answered
-        """
-        super().__init__(("127.0.0.1", 0), Handler)
+class PageServer(servers.Server):
+    def __init__(self, media: pathlib.Path, handler: type[Handler] = Handler) -> None:
+        super().__init__(handler)
         self.media = media
-        self.delay = delay
-        self.segment_delay = segment_delay
-        self.address = f"http://127.0.0.1:{self.server_address[1]}"
-        self._lock = threading.Lock()
         self._counts: Counter[str] = collections.Counter()
         self._readings = 0
-        self._thread = threading.Thread(target=self.serve_forever, daemon=True)
-        self._thread.start()
 
     def count(self, path: str) -> None:
         kind = "page" if path.startswith("/page/") else "manifest" if path.endswith(MANIFESTS) else "media"
-        with self._lock:
+        with self.lock:
             self._counts[kind] += 1
 
     def next_reading(self) -> int:
         """Which reading of a page this is since the last call of take_counts()."""
-        with self._lock:
+        with self.lock:
             self._readings += 1
             return self._readings
 
     def take_counts(self) -> tuple[int, int]:
         """How often pages and manifests have been asked for since the last call."""
-        with self._lock:
+        with self.lock:
             counts, self._counts = self._counts, collections.Counter()
             self._readings = 0
         return counts["page"], counts["manifest"]
-
-    def handle_error(self, *_: object) -> None:
-        """A client that goes away is nothing to report."""

@@ -3,63 +3,61 @@ import os
 import pathlib
 import stat
 import subprocess
-import tempfile
 import unittest
 import zipfile
 
+from front_runs import HERE, TIME_LIMIT, FolderTest
 
-SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
+SCRIPTS = HERE.parents[1] / "scripts"
 MAIN = "def main(words):\n    print('2099.01.01')\n"
 
 
 def make_wheel(folder: pathlib.Path, name: str, kind: str, files: dict[str, str], *needed: str) -> None:
-    information = f"{name}-1.0.dist-info"
     requirements = "".join(f"Requires-Dist: {other}; extra == 'default'\n" for other in needed)
+    information = f"{name}-1.0.dist-info"
+    files = {
+        **files, f"{information}/RECORD": "", f"{information}/WHEEL":
+        f"Wheel-Version: 1.0\nGenerator: x\nRoot-Is-Purelib: true\nTag: {kind}\n", f"{information}/METADATA":
+        f"Metadata-Version: 2.1\nName: {name}\nVersion: 1.0\nProvides-Extra: default\n{requirements}",
+    }
     with zipfile.ZipFile(folder / f"{name}-1.0-{kind}.whl", "w") as wheel:
         for file, text in files.items():
             wheel.writestr(file, text)
-        wheel.writestr(f"{information}/METADATA", f"Metadata-Version: 2.1\nName: {name}\nVersion: 1.0\n"
-                       f"Provides-Extra: default\n{requirements}")
-        wheel.writestr(f"{information}/WHEEL", f"Wheel-Version: 1.0\nGenerator: x\n"
-                       f"Root-Is-Purelib: true\nTag: {kind}\n")
-        wheel.writestr(f"{information}/RECORD", "")
 
 
-class RenewTest(unittest.TestCase):
+class RenewTest(FolderTest):
     def setUp(self) -> None:
-        scratch = tempfile.TemporaryDirectory()
-        self.addCleanup(scratch.cleanup)
-        self.scratch = pathlib.Path(scratch.name)
-        self.folder = self.scratch / "data" / "noxwebmedia"
-        self.folder.mkdir(parents=True)
-        self.archive = self.folder / "yt.zip"
+        super().setUp()
+        self.data = self.folder / "data" / "noxwebmedia"
+        self.data.mkdir(parents=True)
+        self.archive = self.data / "yt.zip"
 
     def make_packages(self) -> list[pathlib.Path]:
         """Folders of the tool's package and of one that it uses."""
-        for name, text in (("yt_dlp", MAIN), ("yt_dlp_ejs", "")):
-            package = self.scratch / f"{name}-sources" / name
+        packages = [self.folder / "a" / "yt_dlp", self.folder / "b" / "yt_dlp_ejs"]
+        for package in packages:
             package.mkdir(parents=True)
-            (package / "__init__.py").write_text(text)
+            (package / "__init__.py").write_text(MAIN)
             (package / "data.js").write_text("")
-        return [self.scratch / "yt_dlp-sources", self.scratch / "yt_dlp_ejs-sources" / "yt_dlp_ejs"]
+        return [packages[0].parent, packages[1]]
 
     def renew(self, script: pathlib.Path, *words: pathlib.Path, **changes: str) -> "subprocess.CompletedProcess[str]":
-        return subprocess.run([script, *words], capture_output=True, text=True, timeout=120,
-                              env={**os.environ, "XDG_DATA_HOME": str(self.folder.parent), **changes})
+        return subprocess.run([script, *words], capture_output=True, text=True, timeout=TIME_LIMIT,
+                              env={**os.environ, "XDG_DATA_HOME": str(self.data.parent), **changes})
 
     def names(self) -> list[str]:
         with zipfile.ZipFile(self.archive) as archive:
             return archive.namelist()
 
     def test_the_hosts_will_use_it(self) -> None:
-        self.folder.chmod(0o775)  # as a permissive umask leaves it; the hosts ignore what lies in such a folder
-        command = self.scratch / "nox-renew-tool"  # as it is installed
+        self.data.chmod(0o775)  # as a permissive umask leaves it; the hosts ignore what lies in such a folder
+        command = self.folder / "nox-renew-tool"  # as it is installed
         command.symlink_to(SCRIPTS / "renew-tool.sh")
         packages = self.make_packages()
         run = self.renew(command, *packages)
         self.assertEqual((run.returncode, run.stdout), (0, f"yt-dlp 2099.01.01 in {self.archive}\n"), run.stderr)
         self.assertRegex(run.stderr, r"\Amake-tool-archive.py: the package has no .*lazy_extractors.py, .*\n\Z")
-        for path in (self.folder, self.archive):
+        for path in (self.data, self.archive):
             self.assertEqual(path.stat().st_mode & (stat.S_IWGRP | stat.S_IWOTH), 0, path)
         self.assertLessEqual({"yt_dlp/__init__.py", "yt_dlp_ejs/data.js", "noxfront/main.py"}, set(self.names()))
         # Without the tool's own package there is nothing to renew, and what is there stays.
@@ -70,7 +68,7 @@ class RenewTest(unittest.TestCase):
 
     @unittest.skipUnless(importlib.util.find_spec("pip") and os.uname().machine == "x86_64", "no pip for these wheels")
     def test_extras_that_are_python_alone(self) -> None:
-        wheels = self.scratch / "wheels"
+        wheels = self.folder / "wheels"
         wheels.mkdir()
         make_wheel(wheels, "yt_dlp", "py3-none-any", {"yt_dlp/__init__.py": MAIN}, "yt-dlp-ejs", "native", "both")
         make_wheel(wheels, "yt_dlp_ejs", "py3-none-any", {"yt_dlp_ejs/__init__.py": "", "yt_dlp_ejs/a.js": ""})

@@ -1,14 +1,38 @@
-"""Describes a page for each line of standard input, as the front describes pages to the library.
+"""Prints two lines for each of many texts: the text as the library can hold it, and the front's description of a page.
 
-A line is a text as the hexadecimal code units of UTF-16: the text of the page's title, description and stream code.
+The first is UTF-8 in hexadecimal digits. The text is title and description of the page, code and address of its stream.
 """
 
-import sys
+import random
+import re
 
 from noxfront import description, json_text
 
-for line in sys.stdin:
-    text = bytes.fromhex(line).decode("utf-16-be", "surrogatepass")
+CHOSEN = [
+    "", r"""A "title" with \ and / and 'quotes'""", "&#34; &#39; &#92;u0022 &#x26; &amp; &#; &#1",
+    r"\u0022 \\u0022 \u00e9 \n \\", r"\&#34;\u0026#34; \\\\", r"&\u002334; &#38;#34;", "u0022 and u0075",
+    '{"title":"x"} // no comment /* */', "tab\t line\n\r end\x01\x1f\x7f", "caf\u00e9 \u2028 \U0001f600 \ufffe", "a\0b",
+    "\ufeff\ufeffx\ufeff", "\ud83dx\ude00\ud83d\U0001f600",
+]
+# They mean something on the way.
+ALPHABET = "\\\\\\&&##;uu0012234567bdefBDEF\"'/{}[],: \n"
+
+
+def made_up(chance: random.Random) -> str:
+    units = ""
+    for _ in range(chance.randrange(24)):
+        kind = chance.randrange(10)
+        if kind > 1:
+            units += chance.choice(ALPHABET)
+        else:
+            units += chr(chance.randrange(0xd800, 0xe000) if kind else chance.randrange(0x10000))
+    return units.encode("utf-16-le", "surrogatepass").decode("utf-16-le", "surrogatepass")  # pairs become characters
+
+
+chance = random.Random(20230304)
+for text in (*CHOSEN, *(made_up(chance) for _ in range(5000))):
+    # Half a surrogate pair and a zero are replaced; byte order marks in front go away.
+    print(re.sub("[\ud800-\udfff\0]", "\ufffd", text).lstrip("\ufeff").encode().hex())
     stream = {"format_id": text, "ext": "mp4", "url": text, "vcodec": "avc1", "acodec": "mp4a"}
-    page = {"title": text, "description": text, "duration": 7, "formats": [stream]}
-    print(json_text.dumps(description.of_page(page)))
+    print(json_text.dumps(description.of_page(
+        {"title": text, "description": text, "duration": 7, "formats": [stream]})))

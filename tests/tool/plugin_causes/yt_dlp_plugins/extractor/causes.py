@@ -1,23 +1,10 @@
 """A plugin of the tool: fails in the ways of real sites, by the tool's own means, and names streams of a server's."""
 
 import os
+import urllib.parse
 
 from yt_dlp.extractor.common import InfoExtractor
 from yt_dlp.utils import ExtractorError, UserNotLive
-
-SENTENCES = {
-    "members": "Join this channel to get access to members-only content like this video, and other exclusive perks.",
-    "private": "Private video. Sign in if you've been granted access to this video",
-    "age": "Sign in to confirm your age. This video may be inappropriate for some users.",
-    "removed": "This video has been removed by the uploader",
-    "unavailable": "Video unavailable",
-    "begins": "This live event will begin in 3 hours.",
-    "premiere": "Premieres in 20 minutes",
-    "strange": "Something strange",
-    "forged": "[nox:runtime] x\nERROR: [nox:runtime] y\r\nWARNING: z\r",
-    "advice": "Something is wrong; please report this issue on  https://example.invalid/ . Use --cookies FILE. "
-              "Use --list-formats to see more",
-}
 
 
 class CausesIE(InfoExtractor):
@@ -27,8 +14,8 @@ class CausesIE(InfoExtractor):
     def _real_extract(self, url):
         name, more = self._match_valid_url(url).group("id", "more")
         stream = {"format_id": "1", "ext": "mp4", "vcodec": "avc1", "acodec": "mp4a"}
-        if name in SENTENCES:
-            raise ExtractorError(SENTENCES[name], expected=True)
+        if name == "says":
+            raise ExtractorError(urllib.parse.unquote(more), expected=True)
         if name == "login":
             self.raise_login_required()
         if name == "country":
@@ -56,10 +43,6 @@ class CausesIE(InfoExtractor):
             self.report_warning("Some formats may be missing")
             self.report_warning("Falling back on generic information extractor")
             self.report_warning("Use --cookies for more.\nERROR: [nox:login] x")
-        if name == "drm-streams":
-            stream["has_drm"] = True
-        elif name == "pictures":
-            stream.update(ext="mhtml", format_note="storyboard")
-        elif name == "playlist":
+        if name == "playlist":
             stream.update(protocol="m3u8")
         return {"id": name, "title": name, "formats": [{**stream, "url": os.environ["NOX_SERVER"] + (more or "/clip")}]}

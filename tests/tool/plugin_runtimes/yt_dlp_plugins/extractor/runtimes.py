@@ -22,16 +22,9 @@ class RuntimesIE(InfoExtractor):
     def _real_extract(self, url):
         runtimes = getattr(self._downloader, "_js_runtimes", {}).values()
         found = [f"{runtime.info.name}" for runtime in runtimes if runtime and runtime.info]
-        title = f"package {self._package()}, runtimes {' '.join(found) or 'none'}, answer {self._answer()}"
+        title = f"runtimes {' '.join(found) or 'none'}, answer {self._answer()}"
         stream = {"format_id": "1", "url": "http://127.0.0.1:9/1", "ext": "mp4", "vcodec": "avc1", "acodec": "mp4a"}
         return {"id": "1", "title": title, "formats": [stream]}
-
-    def _package(self):
-        try:
-            from yt_dlp.dependencies import yt_dlp_ejs
-        except ImportError:
-            return "unknown"
-        return "there" if yt_dlp_ejs else "missing"
 
     def _answer(self):
         try:

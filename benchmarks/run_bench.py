@@ -4,7 +4,7 @@
     run_bench.py --fetch NOX-FETCH [--tool PACKAGE]... [--only WORD] [--pairs N]
 
 Both sides run in turn, in changing order; the median of the ratios of all pairs counts. The exit code is 1 when a
-median is above its bar.
+median is above its bar. The modules that it shares with tests are in tests/tool, which has to be in PYTHONPATH.
 
 """
 
@@ -20,17 +20,18 @@ from typing import Callable, NamedTuple
 import host_bench
 import page_media
 import page_server
+from front_runs import TIME_LIMIT
 from host_bench import HostBench
 
 SEGMENTS = 80
-SEGMENT_DELAY = 0.06
+SEGMENT_DELAY = 0.06  # seconds
 PLAIN_TOOL = "plain-yt.zip"
 
 
 class Page(NamedTuple):
     name: str
     address: str
-    delay: float
+    delay: float  # seconds until the page is answered
     bar: float
 
 
@@ -41,8 +42,22 @@ PAGES = [
 ]
 
 
+class Handler(page_server.Handler):
+    server: "SlowServer"
+
+    def answer(self, with_body: bool) -> None:
+        path = self.path.partition("?")[0]
+        is_segment = path.endswith((".m4s", ".ts"))
+        time.sleep(self.server.delay if path.startswith("/page/") else SEGMENT_DELAY if is_segment else 0)
+        super().answer(with_body)
+
+
+class SlowServer(page_server.PageServer):
+    delay = 0.0  # seconds until a page is answered
+
+
 class Bench(HostBench):
-    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: page_server.PageServer) -> None:
+    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: SlowServer) -> None:
         super().__init__(folder, fetch)
         self.server = server
         self.requests = ""
@@ -58,7 +73,7 @@ class Bench(HostBench):
 
     def run_host(self, page: Page) -> None:
         self.server.take_counts()
-        run = self.fetch(self.server.address + page.address, {}, "--quiet", "-o", "clip.mp4")
+        run = self.fetch(self.server.address + page.address, "--quiet", "-o", "clip.mp4")
         if run.returncode != 0:
             sys.exit(f"{page.name}: nox-fetch failed: {run.stderr}")
         self.requests = "{} + {}".format(*self.server.take_counts())
@@ -67,7 +82,7 @@ class Bench(HostBench):
         words = [str(self.host / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
                  str(self.host / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
                  "--merge-output-format", "mp4", "-o", "clip.%(ext)s", self.server.address + page.address]
-        subprocess.run(words, check=True, cwd=self.work, timeout=host_bench.TIMEOUT)
+        subprocess.run(words, check=True, cwd=self.work, timeout=TIME_LIMIT)
 
     def seconds(self, work: Callable[[Page], None], page: Page) -> float:
         self.empty_work()
@@ -96,6 +111,24 @@ def measure(bench: Bench, page: Page, version: str, pairs: int) -> bool:
     return is_good
 
 
+def make_segments(folder: pathlib.Path) -> None:
+    """A DASH manifest with half of the segments for the pictures and half for the sound, and an HLS playlist."""
+    (folder / "dash").mkdir(parents=True)
+    (folder / "hls").mkdir()
+    small = ["-f", "lavfi", "-i", f"testsrc2=size=160x90:rate=10:duration={SEGMENTS}"]
+    sound = ["-f", "lavfi", "-i", f"sine=frequency=330:duration={SEGMENTS}"]
+    key_frames = ["-x264-params", "keyint=10:min-keyint=10:scenecut=0"]
+    clip = folder / "clip.mp4"
+    page_media.ffmpeg(*small, *sound, *page_media.H264[:-2], *key_frames, *page_media.AAC, clip)
+    page_media.ffmpeg("-i", clip, "-c", "copy", "-f", "dash", "-t", SEGMENTS // 2, "-seg_duration", 1, "-use_template",
+                      1, "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a",
+                      folder / "dash" / "manifest.mpd")
+    page_media.ffmpeg("-i", clip, "-c", "copy", "-f", "hls", "-hls_time", 1, "-hls_playlist_type", "vod",
+                      folder / "hls" / "clip.m3u8")
+    page_server.BODIES["dash-many"] = page_server.video("many/dash/manifest.mpd", page_server.DASH)
+    page_server.BODIES["hls-many"] = page_server.video("many/hls/clip.m3u8", page_server.HLS)
+
+
 def main() -> int:
     parser = host_bench.parser(__doc__ or "")
     parser.add_argument("--pairs", type=int, default=5)
@@ -103,20 +136,18 @@ def main() -> int:
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch)
         media = folder / "media"
-        media.mkdir()
         page_media.make(media)
-        page_media.many_segments(media / "many", SEGMENTS)
+        make_segments(media / "many")
         print("| Page | Tool | nox-fetch | plain tool | ratio | bar | requests for page + manifest | |")
         print("|---|---|---|---|---|---|---|---|")
         is_good = True
-        with page_server.PageServer(media, segment_delay=SEGMENT_DELAY) as server:
+        with SlowServer(media, Handler) as server:
             bench = Bench(folder, options.fetch, server)
             for package in options.tool or ["installed"]:
                 version = bench.stage_both(package)
                 for page in PAGES:
                     if options.only in page.name:
                         is_good = measure(bench, page, version, options.pairs) and is_good
-            server.shutdown()
     return 0 if is_good else 1
 
 

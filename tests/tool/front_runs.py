@@ -1,0 +1,106 @@
+"""Runs the front in a process of its own.
+
+The environment's NOX_TOOL_PACKAGES names folders with other packages of the tool to try, divided by colons.
+"""
+
+import json
+import os
+import pathlib
+import resource
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from typing import Any, Callable
+
+from servers import Site
+
+HERE = pathlib.Path(__file__).resolve().parent
+FRONT = HERE.parents[1] / "tool"
+PACKAGES = ["", *filter(None, os.environ.get("NOX_TOOL_PACKAGES", "").split(":"))]
+TIME_LIMIT = 120  # seconds
+READ_ANEW = 9  # the exit code of the child where the page is to be read anew
+CHILD = f"""
+import json, resource, sys
+from noxfront import command_line, download, lean_start, messages
+command = command_line.parse(sys.argv[1:6])
+lean_start.prepare()
+page, options = json.load(sys.stdin)
+log = messages.DownloadLog(command.template)
+before = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
+code = download.run_remembered(command, options, page, log)
+print("kilobytes", resource.getrusage(resource.RUSAGE_SELF).ru_maxrss - before)
+sys.exit({READ_ANEW} if code is None else code)
+"""
+
+
+def environment(*paths: object, **changes: str) -> dict[str, str]:
+    """With these folders of Python packages; empty names are left out."""
+    return {**os.environ, "PYTHONPATH": ":".join(filter(None, map(str, paths))), **changes}
+
+
+def run_front(words: list[str], env: dict[str, str], **more: Any) -> "subprocess.CompletedProcess[str]":
+    return subprocess.run([sys.executable, str(FRONT), *words], capture_output=True, text=True, timeout=TIME_LIMIT,
+                          env=env, **more)
+
+
+def wait_for(condition: Callable[[], object]) -> None:
+    deadline = time.monotonic() + TIME_LIMIT
+    while not condition():
+        if time.monotonic() > deadline:
+            raise TimeoutError
+        time.sleep(0.02)
+
+
+class FolderTest(unittest.TestCase):
+    """Has a folder of its own."""
+
+    def setUp(self) -> None:
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.folder = pathlib.Path(scratch.name)
+
+
+class StreamTest(FolderTest):
+    """Fetches streams of a Site by a record of their page, as "clip.ts"."""
+
+    package = ""  # of the tool; the installed one unless set
+    size_limit = resource.RLIM_INFINITY  # of files
+
+    def site(self, count: int, size: int, **more: Any) -> Site:
+        site = Site(count, size, **more)
+        self.addCleanup(site.stop)
+        return site
+
+    def begin(self, site: Site, kind: str, *options: str, query: str = "") -> Any:
+        """
+        :param kind: "file", "dash" or "hls"
+        :param query: of the stream's addresses
+        """
+        base = f"{site.address}/"
+        streams: dict[str, dict[str, Any]] = {
+            "file": {"url": f"{base}file?{query}", "protocol": "http"},
+            "dash": {"url": base, "protocol": "http_dash_segments",
+                     "fragments": [{"url": f"{base}{number}.ts?{query}"} for number in range(site.count)]},
+            "hls": {"url": f"{base}list.m3u8?{query}", "protocol": "m3u8_native"},
+        }
+        page = {"id": "1", "title": "t", "extractor": "x", "extractor_key": "X", "webpage_url": base,
+                "formats": [{"format_id": "1", "ext": "ts", **streams[kind]}]}
+        limits = (self.size_limit, resource.RLIM_INFINITY)
+        child = subprocess.Popen(
+            [sys.executable, "-c", CHILD, "-f", "1", "-o", f"{self.folder}/clip.%(ext)s", "http://127.0.0.1/page"],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+            env=environment(FRONT, self.package, *sys.path),
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, limits))
+        self.addCleanup(child.kill)
+        assert child.stdin
+        child.stdin.write(json.dumps([page, options]))
+        child.stdin.close()
+        child.stdin = None
+        return child
+
+    def finish(self, child: Any) -> tuple[int, str, str]:
+        """The exit code, standard output and standard error."""
+        output, errors = child.communicate(timeout=TIME_LIMIT)
+        return child.returncode, output, errors
