@@ -64,8 +64,6 @@ void addStreams(const TextTable &row)
 void addPages(const TextTable &row)
 {
     const char done[] = "DIR/Clip.mp4\n";
-    row("name taken", "", "-f|18", "0", "DIR/Clip(1).mp4\n", "", "dump 18", "Clip(1).mp4=18, Clip.mp4=old",
-        "has=Clip.mp4");
     row("two pages, verbose", "", "-f|18|-v|http://127.0.0.1/first", "0", "DIR/Clip.mp4\nDIR/Clip(1).mp4\n",
         "1 of 2: http://127.0.0.1/first|2 of 2: http://127.0.0.1/page|entering yd...|\n2 downloaded, 0 failed\n",
         "dump 18 dump 18", "Clip(1).mp4=18, Clip.mp4=18");
@@ -105,15 +103,12 @@ void addFailures(const TextTable &row)
     row("output taken", "", "-o|Clip.mp4", "2", "", "exists already", "", "Clip.mp4=old", "has=Clip.mp4");
     row("log in no folder", "", "--log|none/log", "2", "", "log file");
     row("unknown format", "", "-f|999", "2", "", "\"999\"; it has: 137, 18, 251, 140", "dump");
-    row("unknown code taken at its word", "999: fail ERROR: no such format", "-f|137|-A|999|-o|x.mp4", "3", "",
-        "tool gave up|ERROR: no such format", "137 999");
     row("codes that are options", "", "-f|--exec=x|-A|140|-o|x.mp4", "2", "", "--exec=x", "dump");
     row("unknown audio", "", "-A|999", "2", "", "\"999\"; it has: 251, 140", "dump");
     row("audio with a picture", "", "-A|18", "2", "", "\"18\" holds a picture|has: 251, 140", "dump");
     row("audio for a stream with sound", "", "-f|18|-A|140", "2", "", "\"18\"", "dump");
     row("MP3 of a video", "", "--mp3|-f|18", "2", "", "--mp3 does not apply", "dump");
 
-    row("page error", "dump: fail ERROR: no such video", "", "1", "", "could not read|ERROR: no such video", "dump");
     row("two pages that fail", "dump: fail ERROR: gone", "http://127.0.0.1/first", "1", "",
         "nox-fetch: http://127.0.0.1/first: |nox-fetch: http://127.0.0.1/page: |\n  ERROR: gone", "dump dump");
     row("no list", "list: fail ERROR: [nox:login] Members only", "--items|all", "1", "",

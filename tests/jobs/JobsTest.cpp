@@ -376,14 +376,18 @@ void JobsTest::best()
     QCOMPARE(run("dump: fail ERROR: [nox:country] Not here"_s), "NotAvailableInCountry ERROR: Not here 5"_s);
 }
 
+// What is in use is left alone, and so is a file that is there already.
 void JobsTest::sideBySide()
 {
+    HostSandbox::play("137: announce mp4|progress 50.0 100|mark on|wait go"_s);
     const auto first = newDownload("137"_s);
     const auto second = newDownload("137"_s);
     QSignalSpy phases(first.get(), &DownloadJob::phaseChanged);
     QSignalSpy figures(first.get(), &DownloadJob::figuresChanged);
     first->start();
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_sandbox->path("notes/mark.on"_s)), HostSandbox::Timeout);
     second->start();
+    m_sandbox->let("go"_s);
     QTRY_VERIFY_WITH_TIMEOUT(isEnded(*first) && isEnded(*second), HostSandbox::Timeout);
     QCOMPARE(m_sandbox->files(), (QStringList{"clip(1).mp4"_s, "clip.mp4"_s}));
     QVERIFY(first->filePath() != second->filePath());
