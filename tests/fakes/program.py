@@ -170,6 +170,10 @@ class Player:
         os.kill(os.getpid(), getattr(signal, name))
         time.sleep(TIMEOUT)
 
+    def fail(self, message):
+        self.err(message + "\\n")
+        self.exit(1)
+
     def exit(self, code):
         os._exit(int(code))
 

@@ -22,7 +22,7 @@ class FetchPartsTest : public QObject
 private Q_SLOTS:
     void commandLines_data();
     void commandLines();
-    void allOptions();
+    void paths();
     void items();
     void addressFile();
     void documents();
@@ -35,11 +35,10 @@ void FetchPartsTest::commandLines_data()
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<int>("exitCode"); // -1 to go on
     QTest::addColumn<QString>("words");
-    const auto row = [](const char *arguments, int exitCode, const char *words) {
-        QTest::newRow(arguments) << QString::fromLatin1(arguments) << exitCode << QString::fromLatin1(words);
+    const auto row = [](const QByteArray &arguments, int exitCode, const char *words) {
+        QTest::newRow(arguments.constData())
+            << QString::fromLatin1(arguments) << exitCode << QString::fromLatin1(words);
     };
-    row("http://a/", -1, "");
-    row("--help", 0, "--no-audio");
     row("-h", 0, "Exit code");
     row("--version", 0, "nox-fetch 1.");
     row("", 2, "at least one");
@@ -49,21 +48,14 @@ void FetchPartsTest::commandLines_data()
     row("--nonsense http://a/", 2, "nonsense");
     row("-f", 2, "value");
     row("-f= http://a/", 2, "--format needs");
-    row("-l --json http://a/", 2, "exclude");
-    row("-A 1 --no-audio http://a/", 2, "exclude");
-    row("-f 1 --max-height 9 http://a/", 2, "exclude");
-    row("--mp3 -A 1 http://a/", 2, "exclude");
-    row("--items all -o x http://a/", 2, "exclude");
-    row("--max-height -5 http://a/", 2, "720");
-    row("--max-height 720p http://a/", 2, "720");
-    row("--items 0 http://a/", 2, "2,5-7");
-    row("--items 5-2 http://a/", 2, "2,5-7");
-    row("--items 1,,2 http://a/", 2, "2,5-7");
-    row("--items 99999999 http://a/", 2, "2,5-7");
+    for (const char *pair : {"-l --json", "-A 1 --no-audio", "-f 1 --max-height 9", "--mp3 -A 1", "--items all -o x",
+                             "-v -q", "-a - -o x"})
+        row(QByteArray(pair) + " http://a/", 2, "exclude");
+    for (const char *lines : {"-5", "720p"})
+        row(QByteArray("http://a/ --max-height ") + lines, 2, "720");
+    for (const char *items : {"0", "5-2", "1,,2", "99999999"})
+        row(QByteArray("http://a/ --items ") + items, 2, "2,5-7");
     row("-a /none/list", 2, "\"/none/list\" cannot be read: No such file");
-    row("-v -q http://a/", 2, "exclude");
-    row("-o /none/x http://a/", 2, "does not exist");
-    row("-o x. http://a/", 2, "dot");
     row("-l -o /none/x http://a/", -1, "");
     row("-o - http://a/", 2, "name a file");
     row("-o / http://a/", 2, "--folder");
@@ -82,17 +74,12 @@ void FetchPartsTest::commandLines()
     QVERIFY2(line.text.contains(words), qPrintable(line.text));
 }
 
-void FetchPartsTest::allOptions()
+void FetchPartsTest::paths()
 {
-    const QString all = "nox-fetch -v -f 1 -A 2 -c -P / -o out --tool t --pycache p --log l HTTPS://a/"_s;
-    const CommandLine line = CommandLine::read(all.split(QLatin1Char(' ')));
-    QVERIFY(!line.exitCode);
-    const Options &options = line.options;
-    QCOMPARE(QStringList({options.formatCode, options.audioCode, options.output, options.toolFile,
-                          options.pycacheFolder, options.logFile, options.urls.join(QLatin1Char(' '))}),
-             QStringList({"1"_s, "2"_s, "/out"_s, "t"_s, "p"_s, "l"_s, "https://a/"_s}));
-    QVERIFY(options.keepsParts && options.verbose && !options.quiet && !options.noAudio
-            && options.mode == Options::Mode::Download);
+    const QString line = "nox-fetch -P / -o out --tool t --pycache p HTTPS://a/"_s;
+    const Options options = CommandLine::read(line.split(QLatin1Char(' '))).options;
+    QCOMPARE(QStringList({options.output, options.toolFile, options.pycacheFolder}) + options.urls,
+             QStringList({"/out"_s, "t"_s, "p"_s, "https://a/"_s}));
 }
 
 void FetchPartsTest::items()
@@ -102,9 +89,6 @@ void FetchPartsTest::items()
         QString numbers;
         for (int number = selection->next(0); number > 0 && number <= count; number = selection->next(number))
             numbers += QString::number(number) + QLatin1Char(' ');
-        for (int number = 1; number <= count; ++number)
-            if (selection->contains(number) != (" "_s + numbers).contains(" %1 "_s.arg(number)))
-                return "not %1"_s.arg(number);
         return numbers.trimmed();
     };
     QCOMPARE(chosen("all", 4), "1 2 3 4"_s);
@@ -202,7 +186,6 @@ void FetchPartsTest::statusLines()
     QCOMPARE(plainLine(video, TransferFigures::ofTime(20000, 10000, 500)),
              "video  50%  0:00:10 / 0:00:20  0.5x  0:00:20 left"_s);
     QCOMPARE(plainLine(video, half), "video  50%  1.0 kB / 2.0 kB  100 bytes/s  0:00:10 left"_s);
-    QCOMPARE(plainLine(video, TransferFigures(2000, 1000, 0)), "video  50%  1.0 kB / 2.0 kB"_s);
 }
 
 QTEST_GUILESS_MAIN(FetchPartsTest)

@@ -7,12 +7,6 @@
 
 #include <csignal>
 
-namespace {
-
-constexpr int timeoutMs = 60000; // only a failing test waits so long
-
-} // namespace
-
 QString FetchProgram::programFile()
 {
     return QCoreApplication::applicationDirPath() + "/nox-fetch"_s;
@@ -35,7 +29,7 @@ FetchProgram::~FetchProgram()
     m_process.waitForFinished();
 }
 
-void FetchProgram::start(const QString &program, const QStringList &arguments)
+void FetchProgram::start(const QStringList &arguments, const QString &program)
 {
     // Neither a tool nor settings of the developer's own.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -54,12 +48,13 @@ bool FetchProgram::run(const QStringList &arguments)
 
 bool FetchProgram::runWithClosedChannels(const QStringList &arguments)
 {
-    start("/bin/sh"_s, QStringList{"-c"_s, R"(exec "$0" "$@" <&- >&- 2>&-)"_s, programFile()} + arguments);
+    start(QStringList{"-c"_s, R"(exec "$0" "$@" <&- >&- 2>&-)"_s, programFile()} + arguments, "/bin/sh"_s);
     return waitForEnd();
 }
 
 bool FetchProgram::waitForEnd()
 {
+    constexpr int timeoutMs = 60000; // only a failing test waits so long
     const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(timeoutMs);
     m_output = QString::fromUtf8(m_process.readAllStandardOutput());
     m_errors = QString::fromUtf8(m_process.readAllStandardError());

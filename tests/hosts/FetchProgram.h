@@ -11,11 +11,12 @@ class FetchProgram
 {
 public:
     static bool install(); ///< copies the program; once for a test program
+    static QString programFile();
 
     explicit FetchProgram(const QString &workingFolder);
     ~FetchProgram();
 
-    void start(const QStringList &arguments) { start(programFile(), arguments); }
+    void start(const QStringList &arguments, const QString &program = programFile());
     bool run(const QStringList &arguments);                   ///< start, and wait until it has ended
     bool runWithClosedChannels(const QStringList &arguments); ///< run, without standard input, output and error
     bool waitForEnd();
@@ -27,9 +28,6 @@ public:
     QProcess &process() { return m_process; }
 
 private:
-    static QString programFile();
-    void start(const QString &program, const QStringList &arguments);
-
     QProcess m_process;
     QString m_output;
     QString m_errors;

@@ -68,13 +68,10 @@ QList<qint64> HostSandbox::pids() const
 {
     QList<qint64> result;
     QFile file(path("notes/runs"_s));
-    if (file.open(QIODevice::ReadOnly)) {
-        const QByteArrayList lines = file.readAll().split('\n');
-        for (const QByteArray &line : lines) {
-            if (!line.isEmpty())
-                result += line.split('\x1f').value(1).toLongLong();
-        }
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        return result;
+    for (QByteArray line = file.readLine(); !line.isEmpty(); line = file.readLine())
+        result += line.trimmed().split('\x1f').value(1).toLongLong();
     return result;
 }
 

@@ -1,12 +1,14 @@
+#include "tests/jobs/EnumName.h"
 #include "tests/jobs/HostSandbox.h"
 #include "tests/jobs/SampleStreams.h"
 #include "tests/support/LogFile.h"
-#include "tests/support/TextTable.h"
+#include "tests/support/Processes.h"
 #include "tests/util/Rows.h"
 
 #include <nox/NoxWebMediaJobs.h>
 
 #include <QEventLoop>
+#include <QJsonDocument>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTimer>
@@ -20,15 +22,34 @@ namespace {
 
 const QString url = "http://x/"_s;
 
-/** A video that is joined with the audio 140. */
-MediaProfile dashStream(const char *code)
+bool isEnded(const Job &job)
 {
-    return SampleStreams::stream(QLatin1String(code) + " MP4 dash +140"_s);
+    return job.state() == Job::Ended;
 }
 
-QString nameOf(Job::Error error)
+/** The error of a job about a page or its list, and what has been found, as one text. */
+QString answer(const Job &job)
 {
-    return QString::fromLatin1(QMetaEnum::fromType<Job::Error>().valueToKey(error));
+    QStringList all{nameOf(job.error())};
+    if (const auto *page = qobject_cast<const PageJob *>(&job)) {
+        all += QString::number(page->videoCount());
+        all += page->isInParts() ? QStringList("parts"_s) : page->warnings();
+        return all.join(QLatin1Char(' '));
+    }
+    const auto &list = static_cast<const PlaylistJob &>(job);
+    const QList<PlaylistEntry> entries = list.entries();
+    for (const PlaylistEntry &entry : entries.mid(0, 3))
+        all += "%1,%2,%3,%4,%5"_s.arg(QString::number(entry.number), entry.url, entry.title,
+                                      QString::number(entry.duration), entry.thumbnailUrl);
+    if (entries.size() > 3)
+        all += QString::number(entries.size());
+    if (list.total() >= 0)
+        all += "of %1"_s.arg(list.total());
+    if (list.hasMore())
+        all += "more"_s;
+    if (list.isInParts())
+        all += "parts"_s;
+    return all.join(QLatin1Char(' '));
 }
 
 } // namespace
@@ -45,32 +66,31 @@ private Q_SLOTS:
     void reactions();
     void outcomes_data();
     void outcomes();
+    void calls_data();
+    void calls();
     void best();
     void sideBySide();
     void figures();
     void joiningFigures();
-    void waiting();
-    void warnings();
-    void startedTwice();
-    void cancelledBeforeStart();
-    void cancelledTwice();
-
-protected Q_SLOTS: // no test
-    void react();
+    void answers_data();
+    void answers();
+    void cancelledList();
 
 private:
     std::unique_ptr<Job> newJob(const QString &kind) const;
-    std::unique_ptr<DownloadJob> newDownload(const char *code, const QString &file = "clip.mp4"_s) const
+    std::unique_ptr<DownloadJob> newDownload(const QString &code, const QString &file = "clip.mp4"_s) const
     {
-        return std::make_unique<DownloadJob>(url, dashStream(code), m_sandbox->video(file));
+        return std::make_unique<DownloadJob>(url, SampleStreams::stream(code + " MP4 dash +140"_s),
+                                             m_sandbox->video(file));
     }
-    QString moment() const;
-    static bool isEnded(const Job &job) { return job.state() == Job::Ended; }
+    void watch();
+    void react(const QString &moment);
+    void runToEnd();
 
     std::unique_ptr<HostSandbox> m_sandbox;
-    std::unique_ptr<Job> m_job; // of reactions()
+    std::unique_ptr<Job> m_job;
     std::unique_ptr<Job> m_other;
-    QString m_moment;
+    QString m_moment; // of reactions()
     QString m_reaction;
     QStringList m_outcomes;
     bool m_hasReacted = false;
@@ -80,7 +100,7 @@ void JobsTest::init()
 {
     m_sandbox = std::make_unique<HostSandbox>();
     HostSandbox::installStandIns();
-    HostSandbox::play("137: announce mp4|progress 50.0 100\nslow: announce mp4|hang\ndump: hang"_s);
+    HostSandbox::play("137: announce mp4|progress 50.0 100"_s);
 }
 
 void JobsTest::cleanup()
@@ -95,19 +115,21 @@ std::unique_ptr<Job> JobsTest::newJob(const QString &kind) const
 {
     if (kind == "page"_s)
         return std::make_unique<PageJob>(url);
+    if (kind == "bad address"_s)
+        return std::make_unique<PageJob>("x y"_s);
     if (kind == "version"_s)
         return std::make_unique<ToolVersionJob>();
-    if (kind == "playlist"_s)
+    if (kind == "list"_s)
         return std::make_unique<PlaylistJob>(url);
+    if (kind.startsWith(QLatin1Char('{')))
+        return std::make_unique<DownloadJob>(QJsonDocument::fromJson(kind.toUtf8()).object());
     if (kind == "mp3"_s) {
         auto job =
             std::make_unique<DownloadJob>(url, SampleStreams::stream("140 M4A 128K"_s), m_sandbox->video("clip.mp4"_s));
         job->setSoundFormat(SoundFormat::Mp3);
         return job;
     }
-    if (kind == "bad address"_s)
-        return std::make_unique<PageJob>("x y"_s);
-    return newDownload(kind == "failing"_s ? "bad" : "137");
+    return newDownload(kind == "failing"_s ? "bad"_s : "137"_s);
 }
 
 void JobsTest::reactions_data()
@@ -116,69 +138,65 @@ void JobsTest::reactions_data()
     // "-" for none, and "+ file" where the finished file stays.
     const TextTable row{"kind",  "moment", "delete", "deleteLater",   "cancel",
                         "start", "other",  "loop",   "delete in loop"};
-    const char *const ok = "NoError";
-    const char *const saved = "NoError + file";
-    const char *const left = "- + file";
-    const char *const stopped = "Cancelled";
-    const char *const failed = "OtherError";
-    row("page begins", "page", "Running", "-", "-", stopped, ok, ok, ok, "-");
-    row("page ends", "page", "Ended", "-", ok, ok, ok, ok, ok, "-");
-    row("page is finished", "page", "finished", ok, ok, ok, ok, ok, ok, ok);
-    row("version begins", "version", "Running", "-", "-", stopped, ok, ok, ok, "-");
-    row("version ends", "version", "Ended", "-", ok, ok, ok, ok, ok, "-");
-    row("version is finished", "version", "finished", ok, ok, ok, ok, ok, ok, ok);
-    row("list begins", "playlist", "Running", "-", "-", stopped, ok, ok, ok, "-");
-    row("list grows", "playlist", "entry", "-", "-", stopped, ok, ok, ok, "-");
-    row("list is finished", "playlist", "finished", ok, ok, ok, ok, ok, ok, ok);
-    row("no address, begins", "bad address", "Running", "-", "-", stopped, "AddressError", "AddressError",
-        "AddressError", "-");
-    row("no address, finished", "bad address", "finished", "AddressError", "AddressError", "AddressError",
-        "AddressError", "AddressError", "AddressError", "AddressError");
-    row("download begins", "download", "Running", "-", "-", stopped, saved, saved, saved, "-");
-    row("video begins", "download", "Video", "-", "-", stopped, saved, saved, saved, "-");
-    row("server is silent", "download", "waiting", "-", "-", stopped, saved, saved, saved, "-");
-    row("figures come", "download", "figures", "-", "-", stopped, saved, saved, saved, "-");
-    row("audio begins", "download", "Audio", "-", "-", stopped, saved, saved, saved, "-");
-    row("joining begins", "download", "Joining", "-", "-", stopped, saved, saved, saved, "-");
-    row("joining has no figures", "download", "figures of joining", "-", "-", stopped, saved, saved, saved, "-");
-    row("encoding begins", "mp3", "Converting", "-", "-", stopped, saved, saved, saved, "-");
-    row("encoding has figures", "mp3", "figures of encoding", "-", "-", stopped, saved, saved, saved, "-");
-    row("download ends", "download", "Ended", left, saved, saved, saved, saved, saved, left);
-    row("download is finished", "download", "finished", saved, saved, saved, saved, saved, saved, saved);
-    row("download stops", "stopping", "Stopping", "-", "-", stopped, stopped, stopped, stopped, ""); // "": any
-
-    row("failing download begins", "failing", "Video", "-", "-", stopped, failed, failed, failed, "-");
-    row("failing download ends", "failing", "Ended", "-", failed, failed, failed, failed, failed, "-");
-    row("failing download is finished", "failing", "finished", failed, failed, failed, failed, failed, failed, failed);
+    const auto name = [](const char *kind, const char *moment) { return QByteArray(kind) + ", " + moment; };
+    const auto during = [&](const char *kind, const char *moment, const char *end) {
+        row(name(kind, moment).constData(), kind, moment, "-", "-", "Cancelled", end, end, end, "-");
+    };
+    const auto ended = [&](const char *kind, const char *end, const char *deleted = "-") {
+        row(name(kind, "Ended").constData(), kind, "Ended", deleted, end, end, end, end, end, deleted);
+    };
+    const auto finished = [&](const char *kind, const char *end) {
+        row(name(kind, "finished").constData(), kind, "finished", end, end, end, end, end, end, end);
+    };
+    during("page", "Running", "NoError");
+    ended("page", "NoError");
+    finished("page", "NoError");
+    during("version", "Running", "NoError");
+    ended("version", "NoError");
+    finished("version", "NoError");
+    during("list", "Running", "NoError");
+    during("list", "entry", "NoError");
+    finished("list", "NoError");
+    during("bad address", "Running", "AddressError");
+    finished("bad address", "AddressError");
+    const char saved[] = "NoError + file";
+    for (const char *moment : {"Running", "Video", "waiting", "figures, Video", "Audio", "Joining", "figures, Joining"})
+        during("download", moment, saved);
+    ended("download", saved, "- + file");
+    finished("download", saved);
+    during("mp3", "Converting", saved);
+    during("mp3", "figures, Converting", saved);
+    row("stopping, Stopping", "stopping", "Stopping", "-", "-", "Cancelled", "Cancelled", "Cancelled", "Cancelled",
+        ""); // "": any
+    during("failing", "Video", "OtherError");
+    ended("failing", "OtherError");
+    finished("failing", "OtherError");
 }
 
-/** What m_job is at, in the words of the table. */
-QString JobsTest::moment() const
+/** Tells react() of every signal of the job. */
+void JobsTest::watch()
 {
-    const auto *download = qobject_cast<const DownloadJob *>(m_job.get());
-    const int signal = senderSignalIndex();
-    const auto isSignal = [signal](const QMetaMethod &method) { return method.methodIndex() == signal; };
-    if (isSignal(QMetaMethod::fromSignal(&Job::finished)))
-        return "finished"_s;
-    if (qobject_cast<const PlaylistJob *>(m_job.get()) != nullptr
-        && isSignal(QMetaMethod::fromSignal(&PlaylistJob::entryFound)))
-        return "entry"_s;
+    Job *job = m_job.get();
+    connect(job, &Job::stateChanged, this, [this, job] { react(nameOf(job->state())); });
+    connect(job, &Job::finished, this, [this](Job *ended) {
+        m_outcomes += nameOf(ended->error());
+        react("finished"_s);
+    });
+    if (const auto *list = qobject_cast<PlaylistJob *>(job))
+        connect(list, &PlaylistJob::entryFound, this, [this] { react("entry"_s); });
+    const auto *download = qobject_cast<DownloadJob *>(job);
     if (download == nullptr)
-        return QString::fromLatin1(QMetaEnum::fromType<Job::State>().valueToKey(m_job->state()));
-    if (isSignal(QMetaMethod::fromSignal(&DownloadJob::phaseChanged)))
-        return QString::fromLatin1(QMetaEnum::fromType<DownloadJob::Phase>().valueToKey(download->phase()));
-    if (isSignal(QMetaMethod::fromSignal(&DownloadJob::figuresChanged)))
-        return download->phase() == DownloadJob::Joining   ? "figures of joining"_s
-            : download->phase() == DownloadJob::Converting ? "figures of encoding"_s
-                                                           : "figures"_s;
-    if (isSignal(QMetaMethod::fromSignal(&DownloadJob::waitingTextChanged)))
-        return download->waitingText().isEmpty() ? QString() : "waiting"_s;
-    return QString::fromLatin1(QMetaEnum::fromType<Job::State>().valueToKey(m_job->state()));
+        return;
+    connect(download, &DownloadJob::phaseChanged, this, [this](DownloadJob::Phase phase) { react(nameOf(phase)); });
+    connect(download, &DownloadJob::figuresChanged, this,
+            [this, download] { react("figures, "_s + nameOf(download->phase())); });
+    connect(download, &DownloadJob::waitingTextChanged, this,
+            [this, download] { react(download->waitingText().isEmpty() ? QString() : "waiting"_s); });
 }
 
-void JobsTest::react()
+void JobsTest::react(const QString &moment)
 {
-    if (m_hasReacted || moment() != m_moment)
+    if (m_hasReacted || moment != m_moment)
         return;
     m_hasReacted = true;
     m_sandbox->let("go"_s);
@@ -194,66 +212,60 @@ void JobsTest::react()
         m_other = std::make_unique<ToolVersionJob>();
         m_other->start();
     } else {
-        QEventLoop loop;
         if (m_reaction == "delete in loop"_s)
             QTimer::singleShot(0, this, [this] { m_job.reset(); });
+        QEventLoop loop;
         QTimer::singleShot(60, &loop, &QEventLoop::quit);
         loop.exec();
     }
+}
+
+/** Runs the job of reactions() until it has ended or is deleted. */
+void JobsTest::runToEnd()
+{
+    const QPointer<Job> job(m_job.get());
+    const bool isStopped = QByteArray(QTest::currentDataTag()).startsWith("stopping");
+    QTimer::singleShot(0, m_job.get(), [job, isStopped] {
+        job->start();
+        if (isStopped && !job.isNull())
+            job->cancel();
+    });
+    QEventLoop loop; // as in a host; QTest::qWait() lets other events pass before a deferred deletion
+    connect(m_job.get(), &QObject::destroyed, &loop, &QEventLoop::quit);
+    connect(m_job.get(), &Job::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(HostSandbox::Timeout, &loop, &QEventLoop::quit);
+    loop.exec();
+    QTRY_VERIFY_WITH_TIMEOUT(job.isNull() || isEnded(*job), HostSandbox::Timeout);
+    QTRY_VERIFY_WITH_TIMEOUT(m_other == nullptr || isEnded(*m_other), HostSandbox::Timeout);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
 }
 
 void JobsTest::reactions()
 {
     QFETCH(QString, kind);
     QFETCH(QString, moment);
-    const QStringList all{"delete"_s, "deleteLater"_s, "cancel"_s, "start"_s, "other"_s, "loop"_s, "delete in loop"_s};
     m_moment = moment;
-    for (const QString &reaction : all) {
+    for (const char *reaction : {"delete", "deleteLater", "cancel", "start", "other", "loop", "delete in loop"}) {
         cleanup();
         init();
         HostSandbox::play("dump: json Clip 18\nbad: announce mp4|err ERROR: [x] y\\n|exit 1\n"
                           "137: announce mp4|err WARNING: [nox:waiting] Trying again in 4 s (3 of 6)\\n|wait go|"
-                          "progress 50.0 100\nffmpeg: write half|wait go|merge"_s);
-        m_reaction = reaction;
+                          "progress 50.0 100\nffmpeg: write half|wait go|merge\n"
+                          R"(list: lines 1000 {"nox_url":"http://x/a"})"_s);
+        m_reaction = QLatin1String(reaction);
         m_hasReacted = false;
         m_outcomes.clear();
         m_job = newJob(kind);
-        connect(m_job.get(), &Job::finished, this, [this](Job *job) { m_outcomes += nameOf(job->error()); });
-        if (kind == "version"_s || kind == "page"_s)
-            HostSandbox::play("dump: json Clip 18"_s);
-        if (kind == "playlist"_s)
-            HostSandbox::play(R"(list: lines 1000 {"nox_url":"http://x/a"})"_s);
-        for (const char *signal :
-             {SIGNAL(stateChanged()), SIGNAL(finished(Nox::Job *)), SIGNAL(waitingTextChanged()),
-              SIGNAL(entryFound(Nox::PlaylistEntry)), SIGNAL(phaseChanged(Nox::DownloadJob::Phase)),
-              SIGNAL(figuresChanged(Nox::TransferFigures))}) {
-            if (m_job->metaObject()->indexOfSignal(QMetaObject::normalizedSignature(signal + 1).constData()) >= 0)
-                connect(m_job.get(), signal, this, SLOT(react()));
-        }
+        watch();
         if (moment != "waiting"_s)
             m_sandbox->let("go"_s);
-        const QPointer<Job> job(m_job.get());
-        QTimer::singleShot(0, m_job.get(), [this, kind, job] {
-            m_job->start();
-            if (kind == "stopping"_s && !job.isNull())
-                m_job->cancel();
-        });
-        QEventLoop loop; // as in a host; QTest::qWait() lets other events pass before a deferred deletion
-        connect(m_job.get(), &QObject::destroyed, &loop, &QEventLoop::quit);
-        connect(m_job.get(), &Job::finished, &loop, &QEventLoop::quit);
-        QTimer::singleShot(HostSandbox::Timeout, &loop, &QEventLoop::quit);
-        loop.exec();
-        QVERIFY2(m_hasReacted, qPrintable(reaction));
-        QTRY_VERIFY2_WITH_TIMEOUT(job.isNull() || isEnded(*job), qPrintable(reaction), HostSandbox::Timeout);
-        if (m_other != nullptr)
-            QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_other), HostSandbox::Timeout);
-        QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
+        runToEnd();
+        QVERIFY2(m_hasReacted, reaction);
         const QString outcome = m_outcomes.isEmpty() ? "-"_s : m_outcomes.join(QLatin1Char(' '));
         const QString file = m_sandbox->files() == QStringList("clip.mp4"_s) ? " + file"_s : QString();
-        const QString expected =
-            *static_cast<QString *>(QTest::qData(reaction.toLatin1().constData(), qMetaTypeId<QString>()));
+        const auto [expected] = fetchTexts(reaction);
         QVERIFY2(expected.isEmpty() || outcome + file == expected,
-                 qPrintable("%1: %2%3 instead of %4"_s.arg(reaction, outcome, file, expected)));
+                 qPrintable("%1: %2%3 instead of %4"_s.arg(m_reaction, outcome, file, expected)));
         QVERIFY(!file.isEmpty() || m_sandbox->files().isEmpty());
     }
 }
@@ -261,29 +273,39 @@ void JobsTest::reactions()
 void JobsTest::outcomes_data()
 {
     const TextTable row{"kind", "scenario", "error", "message", "details", "runs"};
-    row("tag", "page", R"(dump: err ERROR: [nox:login] Members only\n|exit 1)", "LoginNeeded", "tool.conf",
+    row("tag, in two pieces", "page", "dump: err ERROR: [nox:lo|fail gin] Members only", "LoginNeeded", "tool.conf",
         "ERROR: Members only", "1");
-    row("no tag", "page", R"(dump: err ERROR: [x] gone\n|exit 1)", "OtherError", "could not read", "ERROR: [x] gone",
-        "1");
-    row("broken tool", "page", R"(dump: err zlib.error: Error -3\n|exit 1)", "ToolBroken", "damaged",
-        "zlib.error: Error -3", "1");
+    row("no tag", "page", "dump: fail ERROR: [x] gone", "OtherError", "could not read", "ERROR: [x] gone", "1");
+    row("broken tool", "page", "dump: fail zlib.error: Error -3", "ToolBroken", "damaged", "zlib.error: Error -3", "1");
     row("no stream", "page", "dump: json Clip ", "NothingToDownload", "no video", "", "1");
-    row("no description", "page", "dump: out nonsense", "OtherError", "could not be read", "", "1");
+    row("no usable code", "page", "dump: json Clip --exec=x", "NothingToDownload", "cannot be passed", "", "1");
+    row("no description", "page", R"(dump: err some words\n|out nonsense)", "OtherError", "could not be read",
+        "some words", "1");
     row("complaint, then a page", "page", R"(dump: err Odd\n|json Clip 18)", "NoError", "", "", "1");
     row("crash", "page", "dump: kill SIGSEGV", "OtherError", "crashed", "", "1");
     row("no address", "bad address", "", "AddressError", "must start with", "", "0");
     row("no version", "version", "dump: exit 0", "OtherError", "version", "", "1");
-    row("download's tag", "download", R"(137: err ERROR: [nox:no-space] No room\n|exit 1)", "NoSpace", "disk is full",
+    row("download's tag", "download", "137: fail ERROR: [nox:no-space] No room", "NoSpace", "disk is full",
         "ERROR: No room", "1");
-    row("second stream", "download", R"(140: err ERROR: [nox:network] No route\n|exit 1)", "NoNetwork", "connection",
+    row("download crashes", "download", "137: announce mp4|kill SIGSEGV", "OtherError", "crashed", "", "1");
+    row("second stream", "download", "140: fail ERROR: [nox:network] No route", "NoNetwork", "connection",
         "ERROR: No route", "2");
-    row("joining", "download", R"(ffmpeg: err ERROR: [nox:login] x\n|exit 1)", "ConversionFailed", "ffmpeg reported",
-        "ERROR: x", "3");
+    row("joining", "download", "ffmpeg: fail ERROR: [nox:login] x", "ConversionFailed", "ffmpeg reported", "ERROR: x",
+        "3");
     row("joining crashes", "download", "ffmpeg: kill SIGSEGV", "ConversionFailed", "ffmpeg crashed", "", "3");
-    row("encoding", "mp3", R"(ffmpeg: err Unknown encoder 'libmp3lame'\n|exit 1)", "ConversionFailed", "ffmpeg failed",
+    row("encoding", "mp3", "ffmpeg: fail Unknown encoder 'libmp3lame'", "ConversionFailed", "ffmpeg failed",
         "Unknown encoder 'libmp3lame'", "2");
     row("encoding crashes", "mp3", "ffmpeg: kill SIGSEGV", "ConversionFailed", "ffmpeg failed", "", "2");
     row("no file", "download", "ffmpeg: exit 0", "DestinationError", "final name", "", "3");
+    row("no record", "{}", "", "OtherError", "stored data", "", "0");
+    const QByteArray record = R"({"version":1,"url":"%1","destination":"/none/a","stream":{"code":"%2"}})";
+    const auto recordOf = [&](const char *address, const char *code) {
+        return QByteArray(record).replace("%1", address).replace("%2", code);
+    };
+    row("record, no address", recordOf("--exec=x", "1"), "", "AddressError", "must start with", "", "0");
+    row("record, option as code", recordOf("http://x/", "--exec"), "", "NothingToDownload", "cannot be passed", "",
+        "0");
+    row("record, no folder", recordOf("http://x/", "1"), "", "DestinationError", "does not exist", "", "0");
 }
 
 void JobsTest::outcomes()
@@ -305,6 +327,37 @@ void JobsTest::outcomes()
     QCOMPARE(m_sandbox->files(), QStringList());
 }
 
+void JobsTest::calls_data()
+{
+    const TextTable row{"calls", "outcome", "files"};
+    row("cancelled before the start", "cancel start", "Cancelled");
+    row("cancelled twice", "start cancel cancel", "Cancelled"); // before the tool has done anything
+    row("started twice", "start start", "NoError", "clip.mp4");
+}
+
+// One outcome, from the event loop only. A second start is refused, with a record in the log.
+void JobsTest::calls()
+{
+    QFETCH(QString, calls);
+    const LogFile log(m_sandbox->path("log"_s));
+    m_job = newJob("download"_s);
+    QSignalSpy finished(m_job.get(), &Job::finished);
+    for (const QByteArray &call : calls.toLatin1().split(' '))
+        QVERIFY(QMetaObject::invokeMethod(m_job.get(), call.constData()));
+    QCOMPARE(finished.size(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
+    QTEST(nameOf(m_job->error()), "outcome");
+    const QStringList files = m_sandbox->files();
+    QTEST(files.join(QLatin1Char(' ')), "files");
+    QVERIFY(calls.startsWith("start"_s) || m_sandbox->runCount() == 0);
+    m_job->start();
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
+    QCOMPARE(m_sandbox->files(), files);
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(log.records(LOG_ERROR).filter("Nox::DownloadJob: a job is started once"_s).size(),
+             calls.endsWith("start"_s) ? 2 : 1);
+}
+
 // After the page, the download that suits best; after a page that failed, its error.
 void JobsTest::best()
 {
@@ -316,24 +369,25 @@ void JobsTest::best()
         m_job = std::make_unique<DownloadJob>(page, m_sandbox->videos());
         m_job->start();
         [&] { QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_job), HostSandbox::Timeout); }();
-        return QStringList{nameOf(m_job->error()), m_job->errorDetails()};
+        return "%1 %2 %3"_s.arg(nameOf(m_job->error()), m_job->errorDetails()).arg(m_sandbox->runCount());
     };
-    QCOMPARE(run(HostSandbox::pageScenario() + "\n137: announce mp4"_s), (QStringList{"NoError"_s, QString()}));
+    QCOMPARE(run(HostSandbox::pageScenario()), "NoError  4"_s); // page, video, audio, ffmpeg
     QCOMPARE(static_cast<DownloadJob *>(m_job.get())->filePath(), m_sandbox->video("Clip.mp4"_s));
-    QCOMPARE(m_sandbox->runCount(), 4); // page, video, audio, ffmpeg
-    QCOMPARE(run("dump: err ERROR: [nox:country] Not here\\n|exit 1"_s),
-             (QStringList{"NotAvailableInCountry"_s, "ERROR: Not here"_s}));
-    QCOMPARE(m_sandbox->runCount(), 5);
+    QCOMPARE(run("dump: fail ERROR: [nox:country] Not here"_s), "NotAvailableInCountry ERROR: Not here 5"_s);
 }
 
+// What is in use is left alone, and so is a file that is there already.
 void JobsTest::sideBySide()
 {
-    const auto first = newDownload("137");
-    const auto second = newDownload("137");
+    HostSandbox::play("137: announce mp4|progress 50.0 100|mark on|wait go"_s);
+    const auto first = newDownload("137"_s);
+    const auto second = newDownload("137"_s);
     QSignalSpy phases(first.get(), &DownloadJob::phaseChanged);
     QSignalSpy figures(first.get(), &DownloadJob::figuresChanged);
     first->start();
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_sandbox->path("notes/mark.on"_s)), HostSandbox::Timeout);
     second->start();
+    m_sandbox->let("go"_s);
     QTRY_VERIFY_WITH_TIMEOUT(isEnded(*first) && isEnded(*second), HostSandbox::Timeout);
     QCOMPARE(m_sandbox->files(), (QStringList{"clip(1).mp4"_s, "clip.mp4"_s}));
     QVERIFY(first->filePath() != second->filePath());
@@ -342,16 +396,21 @@ void JobsTest::sideBySide()
     QVERIFY(figures.size() >= 2);
 }
 
-// A tool that tells no length: the file's growth counts. One that falls silent: its last speed does not stay.
+// A tool that tells no length: the file's growth counts, and ends the notice that the server is silent. A tool that
+// falls silent: its last speed does not stay.
 void JobsTest::figures()
 {
-    HostSandbox::play("137: announce mp4|file mp4 12345|wait go\n140: announce m4a|progress 50.0 100|wait go"_s);
-    const auto growing = newDownload("137", "a.mp4"_s);
+    HostSandbox::play("137: announce mp4|err WARNING: [nox:waiting] Trying again in 4 s (3 of 6)\\n|wait more|"
+                      "file mp4 12345|wait go\n140: announce m4a|progress 50.0 100|wait go"_s);
+    const auto growing = newDownload("137"_s, "a.mp4"_s);
     DownloadJob silent(url, SampleStreams::stream("140 MP4 dash"_s), m_sandbox->video("b.m4a"_s));
     QVector<TransferFigures> told;
     connect(&silent, &DownloadJob::figuresChanged, this, [&](const TransferFigures &figures) { told += figures; });
     growing->start();
     silent.start();
+    QTRY_VERIFY_WITH_TIMEOUT(growing->waitingText().contains("4 s (3 of 6)"_s), HostSandbox::Timeout);
+    m_sandbox->let("more"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(growing->waitingText(), QString(), HostSandbox::Timeout);
     QTRY_COMPARE_WITH_TIMEOUT(growing->figures().processed(), qint64(5), HostSandbox::Timeout);
     QCOMPARE(growing->figures().total(), qint64(0));
     QTRY_COMPARE_WITH_TIMEOUT(told.size(), 2, HostSandbox::Timeout);
@@ -365,13 +424,11 @@ void JobsTest::joiningFigures()
     HostSandbox::play("137: announce mp4|progress 50.0 100\n"
                       "ffmpeg: err   Duration: 00:01:40.00\\n|write half|wait on|"
                       "err time=00:00:50.00 bitrate=1 speed=2.0x\\r|wait end|merge"_s);
-    const auto job = newDownload("137");
+    const auto job = newDownload("137"_s);
     QStringList told;
-    connect(job.get(), &DownloadJob::phaseChanged, this,
-            [&](DownloadJob::Phase phase) { told += "phase %1"_s.arg(int(phase)); });
     connect(job.get(), &DownloadJob::figuresChanged, this, [&](const TransferFigures &figures) {
         const QString text = figures.amountText(QLocale::c()) + figures.speedText(QLocale::c());
-        if (told.last() != text)
+        if (told.isEmpty() || told.last() != text)
             told += text;
     });
     job->start();
@@ -380,71 +437,85 @@ void JobsTest::joiningFigures()
     QTRY_VERIFY_WITH_TIMEOUT(told.last().startsWith("0:00:50"_s), HostSandbox::Timeout);
     m_sandbox->let("end"_s);
     QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
-    const QStringList expected{"phase 1"_s, "50 bytes / 120 bytes10 bytes/s"_s, "phase 2"_s, "phase 3"_s, QString(),
-                               "4 bytes"_s, "0:00:50 / 0:01:402.0x"_s};
-    QCOMPARE(told, expected);
+    QCOMPARE(told.join(QLatin1Char('|')), "50 bytes / 120 bytes10 bytes/s||4 bytes|0:00:50 / 0:01:402.0x"_s);
 }
 
-void JobsTest::waiting()
+void JobsTest::answers_data()
 {
-    HostSandbox::play("137: announce mp4|err WARNING: [nox:waiting] Trying again in 4 s (3 of 6)\\n|wait go|"
-                      "file mp4 12345|wait end"_s);
-    const auto job = newDownload("137");
-    job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(job->waitingText().contains("4 s (3 of 6)"_s), HostSandbox::Timeout);
-    m_sandbox->let("go"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(job->waitingText(), QString(), HostSandbox::Timeout);
-    m_sandbox->let("end"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
-    QCOMPARE(job->errorString(), QString());
+    const TextTable row{"scenario", "expected"};
+    row("the front's",
+        R"(list: out {"nox_index":1,"nox_url":"http://x/a","title":"A","duration":7.9,"thumbnail":"https://p/","nox_count":3}\n)"
+        R"({"nox_index":2,"nox_url":"http://x/#nox-item=2","title":null,"duration":null,"thumbnail":null}\n)"
+        R"({"nox_more":true}\n)",
+        "NoError 1,http://x/a,A,7,https://p/ 2,http://x/#nox-item=2,,0, of 3 more");
+    row("parts", R"(list: out {"nox_index":1,"nox_url":"http://x/a","nox_parts":true,"nox_count":1})",
+        "NoError 1,http://x/a,,0, of 1 parts");
+    row("the tool's own",
+        R"(list: out {"_type":"url","url":"http://x/v","webpage_url":"http://x/","playlist_index":4,"playlist_count":9,)"
+        R"("thumbnails":[{"url":"http://p/small"},{"url":"http://p/large"}]}\n)"
+        R"({"_type":"url","url":"id","webpage_url":"http://x/w"}\n)"
+        R"({"url":"http://cdn/data","webpage_url":"http://x/u","title":"a\tb"}\n)",
+        "NoError 4,http://x/v,,0,http://p/large 2,http://x/w,,0, 3,http://x/u,a b,0, of 9 more");
+    row("rubbish between",
+        R"(list: out nonsense\n[]\n{}\n{"nox_url":5}\n{"nox_url":"file:///etc/passwd"}\n{"nox_url":"--exec=x"}\n)"
+        R"({"nox_index":-1,"nox_url":"http://x/a","title":[1],"duration":-5,"thumbnail":"data:x","nox_count":1e99}\n\n)",
+        "NoError 1,http://x/a,,0,");
+    row("nothing but words", "list: out words", "NothingToDownload");
+    row("refused in the middle", R"(list: out {"nox_url":"http://x/a"}\n|fail ERROR: [nox:network] x)",
+        "NoNetwork 1,http://x/a,,0,");
+    row("crash", R"(list: out {"nox_url":"http://x/a"}\n|kill SIGSEGV)", "OtherError 1,http://x/a,,0,");
+    row("more than asked for", R"(list: lines 1000000 {"nox_url":"http://x/a"})",
+        "NoError 1,http://x/a,,0, 2,http://x/a,,0, 3,http://x/a,,0, 200 more");
+    row("more rubbish than is read",
+        "list: lines 1000000 {\"a\":\"this line says nothing of an entry, and there are many of it\"}", "OtherError");
+    row("one line without end", "list: flood 80 1|hang", "OtherError");
+    row("deep", "list: lines 1000 [[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[", "NothingToDownload");
+    row("number of videos", R"(dump: err WARNING: x\nWARNING: [nox:videos] 12\n|json Clip 18)", "NoError 12 x");
+    row("number of parts", R"(dump: err WARNING: [nox:parts] 3\n|json Clip 18)", "NoError 3 parts");
+    row("unknown number", R"(dump: err WARNING: [nox:videos] many\n|json Clip 18)", "NoError -1");
+    row("no number", R"(dump: err WARNING: [nox:videos] 0\n|json Clip 18)", "NoError -1");
+    row("number in a text", R"(dump: err WARNING: y [nox:videos] 5\n|json Clip 18)", "NoError 1 y [nox:videos] 5");
 }
 
-void JobsTest::warnings()
+// Whatever the tool prints, the job ends, and memory does not grow with it.
+void JobsTest::answers()
 {
-    HostSandbox::play("dump: err WARNING: formats may be missing\\nWARNING: formats may be missing\\n|json Clip 18"_s);
-    PageJob page(url);
-    page.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(page), HostSandbox::Timeout);
-    QCOMPARE(page.warnings(), QStringList("formats may be missing"_s));
-    QCOMPARE(page.title(), "Clip"_s);
-    QCOMPARE(page.errorDetails(), QString());
+    QFETCH(QString, scenario);
+    HostSandbox::play(scenario);
+    m_job = newJob(scenario.startsWith("list"_s) ? "list"_s : "page"_s);
+    QStringList found;
+    if (const auto *list = qobject_cast<PlaylistJob *>(m_job.get()))
+        connect(list, &PlaylistJob::entryFound, this, [&](const PlaylistEntry &entry) { found += entry.url; });
+    const qint64 before = Processes::residentBytes();
+    m_job->start();
+    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_job), HostSandbox::Timeout);
+    QTEST(answer(*m_job), "expected");
+    QCOMPARE(m_job->errorString().isEmpty(), m_job->error() == Job::NoError);
+    const auto *list = qobject_cast<PlaylistJob *>(m_job.get());
+    QCOMPARE(found.size(), list == nullptr ? 0 : list->entries().size());
+    constexpr qint64 mebibyte = 1024 * 1024;
+    const qint64 growth = Processes::residentBytes() - before;
+    QVERIFY2(!Processes::isMemoryMeasurable || growth < 40 * mebibyte, qPrintable(QString::number(growth)));
 }
 
-// Refused, with one record in the log.
-void JobsTest::startedTwice()
+// The address is one argument; certificates are treated as for downloads. The tool ends with its own children.
+void JobsTest::cancelledList()
 {
-    const LogFile log(m_sandbox->path("log"_s));
-    const auto job = newDownload("137");
-    job->start();
-    job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
-    job->start();
-    QCOMPARE(m_sandbox->files(), QStringList("clip.mp4"_s));
-    QCOMPARE(log.records(LOG_ERROR).filter("Nox::DownloadJob: a job is started once"_s).size(), 2);
-}
-
-void JobsTest::cancelledBeforeStart()
-{
-    const auto job = newDownload("137");
-    QSignalSpy finished(job.get(), &Job::finished);
-    job->cancel();
-    job->start();
-    QCOMPARE(finished.size(), 0); // from the event loop only
+    HostSandbox::play(R"(list: out {"nox_url":"http://x/a"}\n|spawn|hang)"_s);
+    PlaylistJob job("http://x/?a=b%20c"_s);
+    job.setRange(201, 1000);
+    QSignalSpy finished(&job, &Job::finished);
+    job.start();
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs("list"_s), HostSandbox::Timeout);
+    job.cancel();
     QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
-    QCOMPARE(job->error(), Job::Cancelled);
-    QCOMPARE(m_sandbox->runCount(), 0);
-}
-
-void JobsTest::cancelledTwice()
-{
-    const auto job = newDownload("slow");
-    QSignalSpy finished(job.get(), &Job::finished);
-    job->start();
-    job->cancel(); // before the tool has done anything
-    job->cancel();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job) && m_sandbox->isQuiet(), HostSandbox::Timeout);
-    QCOMPARE(finished.size(), 1);
-    QCOMPARE(m_sandbox->files(), QStringList());
+    QCOMPARE(answer(job), "Cancelled 201,http://x/a,,0,"_s);
+    QFile runs(m_sandbox->path("notes/runs"_s));
+    QVERIFY(runs.open(QIODevice::ReadOnly));
+    const QByteArrayList words = runs.readLine().trimmed().split('\x1f');
+    QCOMPARE(
+        words.mid(words.indexOf("--flat-playlist")).join(' '),
+        QByteArray("--flat-playlist --dump-json --playlist-items 201:400 --no-check-certificate http://x/?a=b%20c"));
 }
 
 QTEST_GUILESS_MAIN(JobsTest)
