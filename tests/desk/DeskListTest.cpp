@@ -1,24 +1,29 @@
 #include "tests/desk/DeskTest.h"
+#include "tests/jobs/SampleStreams.h"
 #include "tests/support/TextTable.h"
 
 #include <QCheckBox>
 #include <QClipboard>
-#include <QDialog>
-#include <QDropEvent>
 #include <QListWidget>
-#include <QMimeData>
+#include <QSpinBox>
 
 using namespace NoxDesk;
 
-/** The list of downloads: what is kept from one start to the next, many addresses, and pages with several videos. */
+/** The list of downloads: queue, failures, what is kept for the next start, many addresses, pages of several videos. */
 class DeskListTest : public DeskTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init();
+    void keepsToLimit();
+    void waitingRowsChangePlaces();
+    void cancelsAll();
+    void failureIsToldBesideOthers();
+    void keys();
+    void minimised();
     void nextStart_data();
     void nextStart();
-    void listOfAKilledProgram();
     void unreadableList_data();
     void unreadableList();
     void pausing();
@@ -29,36 +34,174 @@ private Q_SLOTS:
     void soundAsMp3();
 
 private:
-    QString states() const;
+    void add(const QString &streams);
     QString storeFile(int program = 1) const;
-    void restart();
 
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
     static constexpr char some[] = "18: touch parts/a.part|announce mp4|hang";
 };
 
-/** What the rows tell, "file=status" each, without figures. */
-QString DeskListTest::states() const
+void DeskListTest::init()
 {
-    QStringList result;
-    for (int row = 0; row < m_user->downloads().rowCount(); ++row) {
-        const QModelIndex index = m_user->downloads().index(row);
-        result += index.data().toString() + QLatin1Char('=')
-            + QString::fromLatin1(QMetaEnum::fromType<Download::State>().valueToKey(
-                static_cast<int>(index.data(DownloadListModel::StateRole).value<Download::State>())));
+    DeskTest::init();
+    m_tester = std::make_unique<QAbstractItemModelTester>(&m_user->downloads(),
+                                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
+}
+
+/** Downloads each of these streams, such as "a MP4,b MP4", to a file named after its code. */
+void DeskListTest::add(const QString &streams)
+{
+    const QStringList all = streams.split(QLatin1Char(','));
+    for (const QString &words : all) {
+        const Nox::MediaProfile stream = SampleStreams::stream(words);
+        m_user->downloads().add({DeskUser::pageAddress(), stream, m_stage->video(stream.getName() + ".mp4"_s)});
     }
-    return result.join(QLatin1Char(' '));
+}
+
+/** No more run than the preferences allow. The order is: running, waiting, ended, of these the last one first. */
+void DeskListTest::keepsToLimit()
+{
+    QDialog *dialog = m_user->openPreferences();
+    auto *limit = m_user->find<QSpinBox>("parallel");
+    QCOMPARE(limit->value(), 3);
+    limit->setValue(2);
+    dialog->accept();
+    DownloadListModel &model = m_user->downloads();
+    int most = 0;
+    const QObject scope;
+    connect(&model, &QAbstractItemModel::dataChanged, &scope, [&] { most = qMax(most, model.runningCount()); });
+    QSignalSpy noticed(&m_user->controller(), &DeskController::noticed);
+
+    HostSandbox::play("a: announce mp4|progress 50.0 100|wait a\nb: announce mp4|err ERROR: no room|exit 1"_s);
+    add("a MP4,b MP4"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "a=Running b=Failed"_s);
+    HostSandbox::play("b: announce mp4\nc: announce mp4|hang\ne: announce mp4|hang\n"
+                      "d: announce mp4|wait d"_s);
+    add("c MP4,d MP4,e MP4"_s);
+    QCOMPARE(m_user->list(), "a=Running c=Running d=Waiting e=Waiting b=Failed"_s);
+    QTRY_SOON(m_user->text("status", 2).startsWith("Waiting"_s));
+    QVERIFY(!m_user->press("remove", 0) && !m_user->press("retryAction", 0));
+    m_user->find("cancel", 3)->setFocus();
+    QTest::keyClick(m_user->find("cancel", 3), Qt::Key_Space); // waits: it is ended at once
+    QCOMPARE(m_user->list(), "a=Running c=Running d=Waiting e=Cancelled b=Failed"_s);
+    QCOMPARE(m_user->window().focusWidget(), m_user->find("retry", 3));
+    m_user->find("retry", 4)->setFocus();
+    QVERIFY(m_user->press("retry", 4)); // goes behind those that wait already
+    QCOMPARE(m_user->list(), "a=Running c=Running d=Waiting b=Waiting e=Cancelled"_s);
+    QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 3));
+
+    QVERIFY(QFile(m_stage->video("a.mp4"_s)).open(QIODevice::WriteOnly)); // somebody else takes the name
+    model.setLimit(1);                                                    // those that run go on
+    m_stage->let("a"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "c=Running d=Waiting b=Waiting a(1)=Finished e=Cancelled"_s);
+    QVERIFY(m_user->window().windowTitle().startsWith("40 %, 2 of 5"_s));
+    model.setLimit(2);
+    QCOMPARE(m_user->list(), "c=Running d=Running b=Waiting a(1)=Finished e=Cancelled"_s);
+    QVERIFY(m_user->press("cancel", 0));
+    QTRY_SOON_COMPARE(m_user->list(), "d=Running b=Finished c=Cancelled a(1)=Finished e=Cancelled"_s);
+    QCOMPARE(most, 2);
+    QVERIFY(noticed.at(0).at(1).toString().startsWith("b.mp4: "_s)); // has failed
+    QVERIFY(noticed.contains({"Download finished"_s, "a(1).mp4"_s}));
+    QVERIFY(m_user->text("notice").startsWith("Download finished: b"_s));
+    m_stage->let("d"_s);
+    QTRY_SOON(m_user->window().windowTitle() == "Nox Desk"_s);
+}
+
+/** The user changes the order of those that wait; nothing else changes places. */
+void DeskListTest::waitingRowsChangePlaces()
+{
+    HostSandbox::play("d: announce mp4|hang\na: announce mp4|wait a"_s);
+    m_user->downloads().setLimit(1);
+    add("a MP4,b MP4,c MP4,d MP4"_s);
+    QTRY_SOON(m_user->sees("cancel", 3));
+    QVERIFY(!m_user->canPress("moveDown", 0) && m_user->canPress("moveUp", 3));
+    m_user->find("cancel", 3)->setFocus();
+    QTest::keyClick(m_user->find("cancel", 3), Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(m_user->list(), "a=Running b=Waiting d=Waiting c=Waiting"_s);
+    QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 2));
+    QVERIFY(m_user->press("moveUp", 2) && m_user->press("moveUp", 1)); // what runs stays in front
+    QCOMPARE(m_user->list(), "a=Running d=Waiting b=Waiting c=Waiting"_s);
+    QVERIFY(m_user->press("moveDown", 2) && m_user->press("moveDown", 3));
+    QCOMPARE(m_user->list(), "a=Running d=Waiting c=Waiting b=Waiting"_s);
+    QCOMPARE(m_user->text("fileName", 2), "c.mp4"_s);
+    m_stage->let("a"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "d=Running c=Waiting b=Waiting a=Finished"_s);
+}
+
+void DeskListTest::cancelsAll()
+{
+    HostSandbox::play("a: announce mp4|hang\nb: announce mp4|hang"_s);
+    m_user->downloads().setLimit(2);
+    add("a MP4,b MP4,c MP4"_s);
+    QTRY_SOON(m_stage->hangs("a"_s) && m_stage->hangs("b"_s));
+    QVERIFY(m_user->press("cancelAll"));
+    QTRY_SOON(m_user->list().count("=Cancelled"_s) == 3);
+    QCOMPARE(m_stage->files(), QStringList());
+    QVERIFY(!m_user->canPress("cancelAll"));
+}
+
+/** Each failure is told with what the programs said about it, and not with what they said about another download. */
+void DeskListTest::failureIsToldBesideOthers()
+{
+    HostSandbox::play("a: announce mp4|err ERROR: of the other|hang\n"
+                      "ffmpeg: err frame=1 time=00:00:01.00 speed=1x\\r|err broken header\\n|exit 1"_s);
+    add("a MP4"_s);
+    QTRY_SOON(m_stage->hangs("a"_s));
+    add("b MP4 dash +140"_s);
+    QTRY_SOON(m_user->seesFailure(1));
+    QVERIFY(m_user->text("status", 1).contains("Joining video and audio failed"_s));
+    QVERIFY(m_user->text("failureMessage", 1).contains("Joining video and audio failed"_s));
+    const QString details = m_user->text("failureDetails", 1);
+    QVERIFY2(details.contains("broken header"_s), qPrintable(details));
+    QVERIFY2(!details.contains("frame="_s) && !details.contains("of the other"_s), qPrintable(details));
+    QVERIFY(m_user->press("showLog", 1) && m_user->sees("logText"));
+}
+
+void DeskListTest::keys()
+{
+    m_user->readPage("http://x/1"_s);
+    QTRY_SOON(m_user->sees("streams"));
+    const int runs = m_stage->runCount();
+    QTest::keyClick(&m_user->window(), Qt::Key_F5);
+    QTRY_SOON(m_stage->runCount() == runs + 1 && m_user->controller().reader().state() == PageReader::State::Ready);
+
+    QWidget *table = m_user->find("streams");
+    table->setFocus();
+    QGuiApplication::clipboard()->setText(" www.x/2 "_s);
+    QTest::keyClick(table, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(m_user->text("address"), "https://www.x/2"_s);
+    QTRY_SOON(m_user->controller().reader().url() == "https://www.x/2"_s);
+
+    QTest::keyClick(m_user->find("streams"), Qt::Key_Return);
+    QTRY_SOON(m_user->sees("openFile", 0));
+    m_user->find("openFile", 0)->setFocus();
+    QTest::keyClick(m_user->find("openFile", 0), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), "https://www.x/2"_s);
+    QTest::keyClick(m_user->find("openFile", 0), Qt::Key_R, Qt::ControlModifier);
+    QCOMPARE(m_user->controller().reader().state(), PageReader::State::Reading);
+    m_user->find("openFile", 0)->setFocus();
+    QTest::keyClick(m_user->find("openFile", 0), Qt::Key_Delete);
+    QCOMPARE(m_user->list(), QString());
+    QCOMPARE(m_user->controller().settings().recentAddresses(), QStringList({"https://www.x/2"_s, "http://x/1"_s}));
+}
+
+/** Rows that nobody sees are not kept up to date, but are right as soon as they are seen. */
+void DeskListTest::minimised()
+{
+    HostSandbox::play("a: announce mp4|wait a"_s);
+    m_user->window().showMinimized();
+    QTRY_SOON(m_user->window().isMinimized());
+    add("a MP4"_s);
+    m_stage->let("a"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "a=Finished"_s);
+    QTRY_SOON(m_user->text("status", 0) == "Waiting for other downloads"_s);
+    m_user->window().showNormal();
+    QTRY_SOON(m_user->text("status", 0).startsWith("Finished"_s));
 }
 
 QString DeskListTest::storeFile(int program) const
 {
     return m_stage->path("state/noxwebmedia/nox-desk-downloads-%1.json"_s.arg(program));
-}
-
-void DeskListTest::restart()
-{
-    m_user.reset();
-    QTRY_SOON(m_stage->isQuiet());
-    m_user = std::make_unique<DeskUser>();
 }
 
 void DeskListTest::nextStart_data()
@@ -82,7 +225,7 @@ void DeskListTest::nextStart()
     QTRY_SOON(m_user->sees("openFile", 0));
     QVERIFY(m_user->beginDownload("160K"_s));
     QTRY_SOON(m_user->sees("retry", 0));
-    const QString told = m_user->text("status", 0);
+    const QString message = m_user->text("status", 0);
     QVERIFY(m_user->beginDownload("360P"_s));
     QTRY_SOON(m_stage->hangs("18"_s));
     m_user->controller().addPages({"http://y/"_s}); // waits, and is not read yet
@@ -90,37 +233,24 @@ void DeskListTest::nextStart()
     HostSandbox::playPage(goesOn ? "18: announce mp4|hang"_s : QString());
     restart();
     const QString over = " Clip.webm=Failed Clip.m4a=Finished"_s;
-    QCOMPARE(states(),
-             goesOn ? "Clip.mp4=Running http://y/=Waiting"_s + over : "Clip.mp4=Paused http://y/=Paused"_s + over);
-    QCOMPARE(m_user->text("status", 2), told);
-    if (goesOn)
+    QCOMPARE(m_user->list(), (goesOn ? "Clip=Running http://y/=Waiting"_s : "Clip=Paused http://y/=Paused"_s) + over);
+    QCOMPARE(m_user->text("status", 2), message);
+    m_user.reset();
+    if (goesOn) { // without a list, the hidden folders tell of it
+        QVERIFY(QFile::remove(storeFile()));
+        restart();
+        QCOMPARE(m_user->list(), "Clip=Running"_s);
         return;
+    }
+    QVERIFY(QFile::rename(storeFile(), storeFile(3))); // of a program that is gone
+    restart();
+    QVERIFY(!QFile::exists(storeFile(3)));
     QVERIFY(m_user->press("retry", 0));
-    QTRY_SOON_COMPARE(states(), "http://y/=Paused Clip.mp4=Finished"_s + over);
+    QTRY_SOON_COMPARE(m_user->list(), "http://y/=Paused Clip=Finished"_s + over);
     QVERIFY(m_user->press("remove", 0) && m_user->press("removeEnded"));
     QCOMPARE(m_stage->files(), QStringList({"Clip.m4a"_s, "Clip.mp4"_s})); // nothing is left of the parts
     restart();
-    QCOMPARE(states(), QString());
-}
-
-/** Without a list, the hidden folders tell of it; the list of a program that is gone is taken over. */
-void DeskListTest::listOfAKilledProgram()
-{
-    HostSandbox::playPage(QLatin1String(some));
-    QVERIFY(m_user->beginDownload("360P"_s));
-    QTRY_SOON(m_stage->hangs("18"_s));
-    m_user.reset();
-    QTRY_SOON(m_stage->isQuiet());
-    QVERIFY(QFile::rename(storeFile(), storeFile(3)));
-    m_user = std::make_unique<DeskUser>();
-    QCOMPARE(states(), "Clip.mp4=Paused"_s);
-    QVERIFY(!QFile::exists(storeFile(3)));
-    m_user.reset();
-    QVERIFY(QFile::remove(storeFile()));
-    m_user = std::make_unique<DeskUser>();
-    QCOMPARE(states(), "Clip.mp4=Paused"_s);
-    QVERIFY(m_user->press("remove", 0));
-    QCOMPARE(m_stage->files(), QStringList());
+    QCOMPARE(m_user->list(), QString());
 }
 
 void DeskListTest::unreadableList_data()
@@ -156,22 +286,22 @@ void DeskListTest::pausing()
     m_user->find("pause", 0)->setFocus();
     QTest::keyClick(m_user->find("pause", 0), Qt::Key_P, Qt::ControlModifier);
     QTRY_SOON(m_stage->hangs("dump"_s)); // the next one takes its place, and is read
-    QCOMPARE(states(), "http://y/=Running http://z/=Waiting Clip.mp4=Paused"_s);
+    QCOMPARE(m_user->list(), "http://y/=Running http://z/=Waiting Clip=Paused"_s);
     QCOMPARE(m_user->text("retry", 2), "Resume"_s);
     QVERIFY(m_user->press("pauseAll"));
-    QTRY_SOON_COMPARE(states(), "http://y/=Paused http://z/=Paused Clip.mp4=Paused"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "http://y/=Paused http://z/=Paused Clip=Paused"_s);
     QVERIFY(!m_user->canPress("pauseAll") && !m_user->canPress("removeEnded"));
-    QTRY_SOON(m_stage->isQuiet());
     HostSandbox::play(HostSandbox::pageScenario());
     QVERIFY(m_user->press("resumeAll"));
-    QTRY_SOON_COMPARE(states(), "Clip.mp4=Finished Clip(2).mp4=Finished Clip(1).mp4=Finished"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "Clip=Finished Clip(2)=Finished Clip(1)=Finished"_s);
+    QVERIFY(!m_user->sees("resumeAll"));
 }
 
 void DeskListTest::manyAddresses_data()
 {
-    const TextTable row{"way"};
-    row("pasted into the window", "paste");
-    row("pasted into the field", "field");
+    const TextTable row{"way"}; // or the widget with the focus
+    row("pasted into the window", "read");
+    row("pasted into the field", "address");
     row("dropped text file", "drop");
     row("handed over by another start", "start");
 }
@@ -180,42 +310,33 @@ void DeskListTest::manyAddresses_data()
 void DeskListTest::manyAddresses()
 {
     QFETCH(QString, way);
-    const QString text = "# two pages\nhttp://x/1\nexample.org/2\nhttp://x/1\n"_s;
-    HostSandbox::play(way == "start"_s ? "dump: err ERROR: [nox:not-found] gone\\n|exit 1"_s
-                                       : HostSandbox::pageScenario());
+    const QByteArray text = "# two pages\nhttp://x/1\nexample.org/2\nhttp://x/1\n";
+    const bool isRefused = way == "start"_s;
+    HostSandbox::play(isRefused ? "dump: err ERROR: [nox:not-found] gone\\n|exit 1"_s : HostSandbox::pageScenario());
     Preferences preferences;
     preferences.stream.soundOnly = true;
     m_user->controller().settings().setPreferences(preferences);
-    if (way == "paste"_s) {
-        QGuiApplication::clipboard()->setText(text);
-        m_user->find("read")->setFocus();
-        QTest::keyClick(m_user->find("read"), Qt::Key_V, Qt::ControlModifier);
-    } else if (way == "field"_s) {
-        QGuiApplication::clipboard()->setText(text);
-        m_user->find("address")->setFocus();
-        QTest::keyClick(m_user->find("address"), Qt::Key_V, Qt::ControlModifier);
-        QTest::keyClick(m_user->find("address"), Qt::Key_Return);
+    if (way == "start"_s) {
+        m_user->window().takeOver({"http://x/1"_s, "https://example.org/2"_s});
     } else if (way == "drop"_s) {
         QFile file(m_stage->path("list.txt"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
         file.close();
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(file.fileName())});
-        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&m_user->window(), &enter);
-        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&m_user->window(), &drop);
+        QVERIFY(m_user->drop(data));
     } else {
-        m_user->window().takeOver({"http://x/1"_s, "https://example.org/2"_s});
+        QWidget *focused = m_user->find(qPrintable(way));
+        focused->setFocus();
+        QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
+        QTest::keyClick(focused, Qt::Key_V, Qt::ControlModifier);
+        if (way == "address"_s)
+            QTest::keyClick(focused, Qt::Key_Return);
     }
     QCOMPARE(m_user->downloads().rowCount(), 2);
     QTRY_SOON(m_user->downloads().activeCount() == 0);
-    if (way == "start"_s) {
-        QVERIFY(m_user->seesFailure(0) && m_user->seesFailure(1));
-        QCOMPARE(m_stage->files(), QStringList());
-    } else {
-        QCOMPARE(m_stage->files(), QStringList({"Clip(1).webm"_s, "Clip.webm"_s}));
-    }
+    QCOMPARE(m_user->seesFailure(0) && m_user->seesFailure(1), isRefused);
+    QCOMPARE(m_stage->files(), isRefused ? QStringList() : QStringList({"Clip(1).webm"_s, "Clip.webm"_s}));
 }
 
 void DeskListTest::videosOfAPage()
@@ -225,7 +346,7 @@ void DeskListTest::videosOfAPage()
                       R"(out {"nox_index":2,"nox_url":"http://x/b","title":"B"}\n|out {"nox_more":true}\n)"_s);
     QVERIFY(m_user->seesPage());
     QVERIFY(m_user->text("showVideos").contains("first of 3 videos"_s) && m_user->press("showVideos"));
-    auto *list = qobject_cast<QListWidget *>(m_user->find("videos"));
+    auto *list = m_user->find<QListWidget>("videos");
     QVERIFY(list != nullptr && !m_user->canPress("downloadVideos"));
     QTRY_SOON(m_user->sees("moreVideos"));
     QCOMPARE(m_user->text("videosState"), "2 of 3 videos are listed."_s);
@@ -239,7 +360,7 @@ void DeskListTest::videosOfAPage()
     list->item(1)->setCheckState(Qt::Unchecked);
     HostSandbox::play(HostSandbox::pageScenario());
     QVERIFY(m_user->press("downloadVideos"));
-    QTRY_SOON_COMPARE(states(), "Clip(1).mp4=Finished Clip.mp4=Finished"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "Clip(1)=Finished Clip=Finished"_s);
     QCOMPARE(m_user->downloads().index(1).data(DownloadListModel::AddressRole).toString(), "http://x/a"_s);
     QCOMPARE(m_user->downloads().index(0).data(DownloadListModel::AddressRole).toString(), "http://x/c"_s);
 }
@@ -253,7 +374,7 @@ void DeskListTest::sameStreamAgain()
     QTRY_SOON(m_user->sees("downloadAgain"));
     QCOMPARE(m_user->downloads().rowCount(), 1);
     QVERIFY(m_user->press("downloadAgain"));
-    QTRY_SOON_COMPARE(states(), "Clip(1).mp4=Finished Clip.mp4=Finished"_s);
+    QTRY_SOON_COMPARE(m_user->list(), "Clip(1)=Finished Clip=Finished"_s);
     m_user->choose("128K"_s);
     QVERIFY(m_user->press("download"));
     QTRY_SOON(!m_user->sees("downloadAgain") && m_user->downloads().rowCount() == 3);
@@ -267,18 +388,16 @@ void DeskListTest::sameStreamAgain()
 
 void DeskListTest::soundAsMp3()
 {
-    m_user->openMenu(0);
-    auto *box = qobject_cast<QCheckBox *>(m_user->find("mp3"));
-    QVERIFY(box != nullptr && !box->isChecked());
-    box->setChecked(true);
-    qobject_cast<QDialog *>(box->window())->accept();
+    QDialog *dialog = m_user->openPreferences();
+    m_user->find<QCheckBox>("mp3")->setChecked(true);
+    dialog->accept();
     QVERIFY(m_user->seesPage());
     QCOMPARE(m_user->text("destination"), m_stage->video("Clip.mp4"_s));
     m_user->choose("128K"_s);
     QCOMPARE(m_user->text("destination"), m_stage->video("Clip.mp3"_s));
     HostSandbox::playPage("ffmpeg: write sound"_s);
     QVERIFY(m_user->press("download"));
-    QTRY_SOON(m_user->sees("openFile", 0));
+    QTRY_SOON_COMPARE(m_user->text("status", 0), "Finished, 5 bytes"_s); // "sound"
     QCOMPARE(m_stage->files(), QStringList("Clip.mp3"_s));
 }
 

@@ -2,7 +2,6 @@
 #include "tests/support/TextTable.h"
 
 #include <QComboBox>
-#include <QDialog>
 
 #include <sys/stat.h>
 
@@ -19,24 +18,12 @@ private Q_SLOTS:
     void toolSettings();
     void renewsTool_data();
     void renewsTool();
-
-private:
-    QDialog *open();
 };
-
-QDialog *DeskPreferencesTest::open()
-{
-    m_user->openMenu(0);
-    QWidget *field = m_user->find("preferredFolder");
-    return field == nullptr ? nullptr : qobject_cast<QDialog *>(field->window());
-}
 
 /** A folder that cannot be used is not passed over in silence; one that is missing is made when it is asked for. */
 void DeskPreferencesTest::preferredFolder()
 {
-    m_user->openMenu(0);
-    QTRY_SOON(m_user->sees("preferredFolder"));
-    auto *dialog = qobject_cast<QDialog *>(m_user->find("preferredFolder")->window());
+    QDialog *dialog = m_user->openPreferences();
     m_user->type("preferredFolder", "/dev/null"_s);
     dialog->accept();
     QVERIFY(m_user->sees("preferredFolderError") && !m_user->sees("makePreferredFolder"));
@@ -74,22 +61,18 @@ void DeskPreferencesTest::toolSettings_data()
 
 void DeskPreferencesTest::toolSettings()
 {
-    QFETCH(QString, before);
-    QFETCH(QString, rate);
-    QFETCH(QString, proxy);
-    QFETCH(QString, browser);
+    const auto [before, rate, proxy, browser, after] = fetchTexts("before", "rate", "proxy", "browser", "after");
     QVERIFY(QDir().mkpath(m_stage->path("config/noxwebmedia"_s)));
     QFile file(m_stage->path("config/noxwebmedia/tool.conf"_s));
     if (!before.isEmpty())
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(before.toUtf8()) >= 0);
     file.close();
-    QDialog *dialog = open();
-    QVERIFY(dialog != nullptr);
+    QDialog *dialog = m_user->openPreferences();
     for (const auto &[name, text] : {std::pair("limitRate", rate), std::pair("proxy", proxy)}) {
         if (text != "-"_s)
             m_user->type(name, text.isEmpty() ? "\b"_s : text);
     }
-    auto *browsers = qobject_cast<QComboBox *>(m_user->find("browser"));
+    auto *browsers = m_user->find<QComboBox>("browser");
     if (browser != "-"_s)
         browsers->setCurrentIndex(browsers->findData(browser));
     const mode_t mask = ::umask(0002); // of systems on which each user has a group
@@ -97,7 +80,7 @@ void DeskPreferencesTest::toolSettings()
     ::umask(mask);
     QVERIFY(!dialog->isVisible());
     QVERIFY(file.open(QIODevice::ReadOnly));
-    QTEST(QString::fromUtf8(file.readAll()), "after");
+    QCOMPARE(QString::fromUtf8(file.readAll()), after);
     QVERIFY(!before.isEmpty() || !(file.permissions() & (QFile::ReadGroup | QFile::WriteGroup)));
 }
 
@@ -112,23 +95,20 @@ void DeskPreferencesTest::renewsTool_data()
 
 void DeskPreferencesTest::renewsTool()
 {
-    QFETCH(QString, script);
-    QFETCH(QString, outcome);
+    const auto [script, outcome] = fetchTexts("script", "outcome");
     if (!script.isEmpty()) {
         installScript("nox-renew-tool"_s, script);
     } else if (!QStandardPaths::findExecutable("nox-renew-tool"_s).isEmpty()) {
         QSKIP("the command is installed on this machine");
     }
-    QDialog *dialog = open();
-    QVERIFY(dialog != nullptr && m_user->text("renewal").contains("came with"_s));
+    m_user->openPreferences();
+    QVERIFY(m_user->text("renewal").contains("came with"_s));
     QVERIFY(m_user->press("renewTool"));
     if (outcome == "Cancelled"_s) {
         QTRY_SOON(QFile::exists(m_stage->path("notes/begun"_s)));
         QVERIFY(m_user->press("renewTool")); // is the button to cancel
     }
     QTRY_SOON(m_user->text("renewal").contains(outcome));
-    dialog->reject();
-    QTRY_SOON(m_stage->isQuiet());
 }
 
 QTEST_MAIN(DeskPreferencesTest)

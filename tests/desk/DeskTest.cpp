@@ -1,7 +1,6 @@
 #include "tests/desk/DeskTest.h"
 
 #include <QClipboard>
-#include <QTranslator>
 
 void DeskTest::initTestCase()
 {
@@ -38,6 +37,13 @@ void DeskTest::installScript(const QString &name, const QString &body)
     if (!script.open(QIODevice::WriteOnly) || script.write("#!/bin/sh\n" + body.toUtf8() + '\n') < 0)
         qFatal("cannot write %s", qPrintable(script.fileName()));
     script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void DeskTest::restart()
+{
+    m_user.reset();
+    QTRY_SOON(m_stage->isQuiet());
+    m_user = std::make_unique<DeskUser>();
 }
 
 QStringList DeskTest::opened() const

@@ -25,6 +25,8 @@ protected:
     /** Puts a shell script into the folder where programs are found first. */
     void installScript(const QString &name, const QString &body);
 
+    void restart(); ///< Ends the program, and begins another one.
+
     QStringList opened() const; ///< What xdg-open was asked to open; it fails with NOX_OPENED as its exit code.
 
     std::unique_ptr<HostSandbox> m_stage;

@@ -5,7 +5,8 @@
 #include "tests/util/Rows.h"
 
 #include <QAction>
-#include <QLabel>
+#include <QApplication>
+#include <QDropEvent>
 #include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
@@ -84,7 +85,7 @@ bool DeskUser::seesFailure(int row)
 
 void DeskUser::type(const char *name, const QString &text)
 {
-    auto *field = qobject_cast<QLineEdit *>(find(name));
+    auto *field = find<QLineEdit>(name);
     field->setFocus();
     field->selectAll();
     QTest::keyClicks(field, text);
@@ -112,7 +113,7 @@ bool DeskUser::beginDownload(const QString &quality)
 
 void DeskUser::choose(const QString &quality)
 {
-    auto *table = qobject_cast<QTableView *>(find("streams"));
+    auto *table = find<QTableView>("streams");
     const QAbstractItemModel *model = table->model();
     for (int row = 0; row < model->rowCount(); ++row) {
         const QModelIndex cell = model->index(row, StreamTableModel::Quality);
@@ -121,21 +122,29 @@ void DeskUser::choose(const QString &quality)
     }
 }
 
-void DeskUser::openMenu(int entry)
+bool DeskUser::drop(const QMimeData &data)
 {
-    const auto *button = qobject_cast<QToolButton *>(find("menu"));
-    button->menu()->actions().at(entry)->trigger();
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&m_window, &enter);
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&m_window, &drop);
+    return enter.isAccepted();
 }
 
-QString DeskUser::streams()
+QDialog *DeskUser::openPreferences()
 {
-    const StreamTableModel &model = m_controller.streams();
-    QStringList rows;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < model.columnCount(); ++column)
-            cells += model.index(row, column).data().toString();
-        rows += cells.join(QLatin1Char(','));
+    find<QToolButton>("menu")->menu()->actions().first()->trigger();
+    return qobject_cast<QDialog *>(find("preferredFolder")->window());
+}
+
+QString DeskUser::list()
+{
+    QStringList result;
+    for (int row = 0; row < downloads().rowCount(); ++row) {
+        const QModelIndex index = downloads().index(row);
+        const auto state = index.data(DownloadListModel::StateRole).value<Download::State>();
+        result += index.data().toString().remove(".mp4"_s) + QLatin1Char('=')
+            + QLatin1String(QMetaEnum::fromType<Download::State>().valueToKey(static_cast<int>(state)));
     }
-    return rows.join(QLatin1Char(';'));
+    return result.join(QLatin1Char(' '));
 }

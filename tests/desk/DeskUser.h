@@ -3,7 +3,8 @@
 #include "hosts/desk/model/DeskController.h"
 #include "hosts/desk/view/MainWindow.h"
 
-#include <QAbstractButton>
+#include <QDialog>
+#include <QMimeData>
 #include <QWidget>
 
 /** Somebody at the window: sees what is shown, presses what can be pressed. */
@@ -24,6 +25,13 @@ public:
     /** The widget of that name that is shown, in a row of the downloads or outside of them; or null. */
     QWidget *find(const char *name, int row = -1);
 
+    /** The same as a widget of that class; or null. */
+    template <typename Widget>
+    Widget *find(const char *name, int row = -1)
+    {
+        return qobject_cast<Widget *>(find(name, row));
+    }
+
     bool sees(const char *name, int row = -1) { return find(name, row) != nullptr; }
     QString text(const char *name, int row = -1); ///< of a label or field; empty when it is not shown
     bool canPress(const char *name, int row = -1);
@@ -41,8 +49,9 @@ public:
     /** Downloads the stream of that quality; reads the page before, unless one is there. @return whether it began */
     bool beginDownload(const QString &quality);
 
-    void openMenu(int entry); ///< Takes the entry of the window's menu, the first being 0.
-    QString streams();        ///< The table, "cell,cell;cell,cell".
+    bool drop(const QMimeData &data); ///< Drops the data onto the window. @return whether it takes them
+    QDialog *openPreferences();
+    QString list(); ///< The downloads in their order, "file=State file=State"; files without ".mp4".
     QString chosen() { return m_controller.plan().stream().getName(); } ///< Code of the chosen stream.
 
 private:
