@@ -98,7 +98,8 @@ bool parse(QByteArray &document, dom::document &parsed)
     const auto size = static_cast<size_t>(document.size());
     // simdjson reads whole blocks, and so beyond the end.
     document.append(static_cast<QByteArray::size_type>(simdjson::SIMDJSON_PADDING), '\0');
-    // Qt reserves three bytes per character. Memory that is not needed makes malloc() return all of it after each page.
+    // toUtf8() reserves three bytes per character. With so much spare memory, glibc's malloc() returned the memory to
+    // the system after each page, and the next page took twenty times as long.
     document.squeeze();
     dom::parser parser;
     const bool ok = parser.allocate(size, deepestNesting) == simdjson::SUCCESS

@@ -66,8 +66,8 @@ Escape readCharacterReference(QStringView text)
 template <typename Reader>
 QString replaceEscapes(QString text, QChar mark, Reader read)
 {
-    qsizetype copied = 0; // characters that have been read, and what they have become
-    qsizetype written = 0;
+    qsizetype copied = 0;  // end of the characters that are done
+    qsizetype written = 0; // end of what replaces them; never behind `copied`
     const auto copyUntil = [&](qsizetype position) {
         QChar *const data = text.data();
         const qsizetype count = position - copied;

@@ -2,7 +2,6 @@
 #include "tests/jobs/HostSandbox.h"
 #include "tests/jobs/SampleStreams.h"
 #include "tests/support/LogFile.h"
-#include "tests/support/Processes.h"
 #include "tests/util/Rows.h"
 
 #include <nox/NoxWebMediaJobs.h>
@@ -27,31 +26,6 @@ bool isEnded(const Job &job)
     return job.state() == Job::Ended;
 }
 
-/** The error of a job about a page or its list, and what has been found, as one text. */
-QString answer(const Job &job)
-{
-    QStringList all{nameOf(job.error())};
-    if (const auto *page = qobject_cast<const PageJob *>(&job)) {
-        all += QString::number(page->videoCount());
-        all += page->isInParts() ? QStringList("parts"_s) : page->warnings();
-        return all.join(QLatin1Char(' '));
-    }
-    const auto &list = static_cast<const PlaylistJob &>(job);
-    const QList<PlaylistEntry> entries = list.entries();
-    for (const PlaylistEntry &entry : entries.mid(0, 3))
-        all += "%1,%2,%3,%4,%5"_s.arg(QString::number(entry.number), entry.url, entry.title,
-                                      QString::number(entry.duration), entry.thumbnailUrl);
-    if (entries.size() > 3)
-        all += QString::number(entries.size());
-    if (list.total() >= 0)
-        all += "of %1"_s.arg(list.total());
-    if (list.hasMore())
-        all += "more"_s;
-    if (list.isInParts())
-        all += "parts"_s;
-    return all.join(QLatin1Char(' '));
-}
-
 } // namespace
 
 /** The jobs as a host uses them, with stand-ins for the external programs. */
@@ -72,9 +46,6 @@ private Q_SLOTS:
     void sideBySide();
     void figures();
     void joiningFigures();
-    void answers_data();
-    void answers();
-    void cancelledList();
 
 private:
     std::unique_ptr<Job> newJob(const QString &kind) const;
@@ -438,84 +409,6 @@ void JobsTest::joiningFigures()
     m_sandbox->let("end"_s);
     QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
     QCOMPARE(told.join(QLatin1Char('|')), "50 bytes / 120 bytes10 bytes/s||4 bytes|0:00:50 / 0:01:402.0x"_s);
-}
-
-void JobsTest::answers_data()
-{
-    const TextTable row{"scenario", "expected"};
-    row("the front's",
-        R"(list: out {"nox_index":1,"nox_url":"http://x/a","title":"A","duration":7.9,"thumbnail":"https://p/","nox_count":3}\n)"
-        R"({"nox_index":2,"nox_url":"http://x/#nox-item=2","title":null,"duration":null,"thumbnail":null}\n)"
-        R"({"nox_more":true}\n)",
-        "NoError 1,http://x/a,A,7,https://p/ 2,http://x/#nox-item=2,,0, of 3 more");
-    row("parts", R"(list: out {"nox_index":1,"nox_url":"http://x/a","nox_parts":true,"nox_count":1})",
-        "NoError 1,http://x/a,,0, of 1 parts");
-    row("the tool's own",
-        R"(list: out {"_type":"url","url":"http://x/v","webpage_url":"http://x/","playlist_index":4,"playlist_count":9,)"
-        R"("thumbnails":[{"url":"http://p/small"},{"url":"http://p/large"}]}\n)"
-        R"({"_type":"url","url":"id","webpage_url":"http://x/w"}\n)"
-        R"({"url":"http://cdn/data","webpage_url":"http://x/u","title":"a\tb"}\n)",
-        "NoError 4,http://x/v,,0,http://p/large 2,http://x/w,,0, 3,http://x/u,a b,0, of 9 more");
-    row("rubbish between",
-        R"(list: out nonsense\n[]\n{}\n{"nox_url":5}\n{"nox_url":"file:///etc/passwd"}\n{"nox_url":"--exec=x"}\n)"
-        R"({"nox_index":-1,"nox_url":"http://x/a","title":[1],"duration":-5,"thumbnail":"data:x","nox_count":1e99}\n\n)",
-        "NoError 1,http://x/a,,0,");
-    row("nothing but words", "list: out words", "NothingToDownload");
-    row("refused in the middle", R"(list: out {"nox_url":"http://x/a"}\n|fail ERROR: [nox:network] x)",
-        "NoNetwork 1,http://x/a,,0,");
-    row("crash", R"(list: out {"nox_url":"http://x/a"}\n|kill SIGSEGV)", "OtherError 1,http://x/a,,0,");
-    row("more than asked for", R"(list: lines 1000000 {"nox_url":"http://x/a"})",
-        "NoError 1,http://x/a,,0, 2,http://x/a,,0, 3,http://x/a,,0, 200 more");
-    row("more rubbish than is read",
-        "list: lines 1000000 {\"a\":\"this line says nothing of an entry, and there are many of it\"}", "OtherError");
-    row("one line without end", "list: flood 80 1|hang", "OtherError");
-    row("deep", "list: lines 1000 [[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[", "NothingToDownload");
-    row("number of videos", R"(dump: err WARNING: x\nWARNING: [nox:videos] 12\n|json Clip 18)", "NoError 12 x");
-    row("number of parts", R"(dump: err WARNING: [nox:parts] 3\n|json Clip 18)", "NoError 3 parts");
-    row("unknown number", R"(dump: err WARNING: [nox:videos] many\n|json Clip 18)", "NoError -1");
-    row("no number", R"(dump: err WARNING: [nox:videos] 0\n|json Clip 18)", "NoError -1");
-    row("number in a text", R"(dump: err WARNING: y [nox:videos] 5\n|json Clip 18)", "NoError 1 y [nox:videos] 5");
-}
-
-// Whatever the tool prints, the job ends, and memory does not grow with it.
-void JobsTest::answers()
-{
-    QFETCH(QString, scenario);
-    HostSandbox::play(scenario);
-    m_job = newJob(scenario.startsWith("list"_s) ? "list"_s : "page"_s);
-    QStringList found;
-    if (const auto *list = qobject_cast<PlaylistJob *>(m_job.get()))
-        connect(list, &PlaylistJob::entryFound, this, [&](const PlaylistEntry &entry) { found += entry.url; });
-    const qint64 before = Processes::residentBytes();
-    m_job->start();
-    QTRY_VERIFY_WITH_TIMEOUT(isEnded(*m_job), HostSandbox::Timeout);
-    QTEST(answer(*m_job), "expected");
-    QCOMPARE(m_job->errorString().isEmpty(), m_job->error() == Job::NoError);
-    const auto *list = qobject_cast<PlaylistJob *>(m_job.get());
-    QCOMPARE(found.size(), list == nullptr ? 0 : list->entries().size());
-    constexpr qint64 mebibyte = 1024 * 1024;
-    const qint64 growth = Processes::residentBytes() - before;
-    QVERIFY2(!Processes::isMemoryMeasurable || growth < 40 * mebibyte, qPrintable(QString::number(growth)));
-}
-
-// The address is one argument; certificates are treated as for downloads. The tool ends with its own children.
-void JobsTest::cancelledList()
-{
-    HostSandbox::play(R"(list: out {"nox_url":"http://x/a"}\n|spawn|hang)"_s);
-    PlaylistJob job("http://x/?a=b%20c"_s);
-    job.setRange(201, 1000);
-    QSignalSpy finished(&job, &Job::finished);
-    job.start();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->hangs("list"_s), HostSandbox::Timeout);
-    job.cancel();
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, HostSandbox::Timeout);
-    QCOMPARE(answer(job), "Cancelled 201,http://x/a,,0,"_s);
-    QFile runs(m_sandbox->path("notes/runs"_s));
-    QVERIFY(runs.open(QIODevice::ReadOnly));
-    const QByteArrayList words = runs.readLine().trimmed().split('\x1f');
-    QCOMPARE(
-        words.mid(words.indexOf("--flat-playlist")).join(' '),
-        QByteArray("--flat-playlist --dump-json --playlist-items 201:400 --no-check-certificate http://x/?a=b%20c"));
 }
 
 QTEST_GUILESS_MAIN(JobsTest)

@@ -181,8 +181,12 @@ void Download::discard()
 
 bool Download::isSameAs(const DownloadRequest &request) const
 {
-    if (request.url != m_url || !request.stream.isValid() || m_record.isEmpty())
-        return request.url == m_url && !request.stream.isValid();
+    if (request.url != m_url)
+        return false;
+    if (!request.stream.isValid())
+        return true;
+    if (m_record.isEmpty())
+        return false;
     const Nox::MediaProfile stream = DownloadJob(m_record).stream();
     return stream.getName() == request.stream.getName()
         && stream.getPreferredDashAudioYdCode() == request.stream.getPreferredDashAudioYdCode();

@@ -62,8 +62,8 @@ public:
     int runningCount() const;
     int endedCount() const;
     int pausedCount() const { return rowCount() - activeCount() - endedCount(); }
-    bool contains(const DownloadRequest &request)
-        const;                       ///< Whether a download in the list, not cancelled or failed, is the same.
+    /** Whether a download in the list, not cancelled or failed, is the same. Without a stream: of the same page. */
+    bool contains(const DownloadRequest &request) const;
     QStringList activeFiles() const; ///< Files of running and waiting downloads.
 
     /** Downloads since the last time that none was active: their number, and how many of them have ended. */

@@ -39,8 +39,8 @@ void ToolRenewal::start()
     } else if (!isRunning()) {
         m_isCancelled = false;
         m_process.setStandardInputFile(QProcess::nullDevice());
-        m_process.start(QStringLiteral("setsid"),
-                        {command}); // in its own process group, since it starts other programs
+        // In its own process group, since it starts other programs.
+        m_process.start(QStringLiteral("setsid"), {command});
     }
 }
 
