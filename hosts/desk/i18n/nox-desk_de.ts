@@ -745,8 +745,8 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>&amp;Höchste Geschwindigkeit:</translation>
     </message>
     <message>
-        <source>proxy of the system; or, for example, socks5://127.0.0.1:9050</source>
-        <translation>Proxy des Systems; oder zum Beispiel socks5://127.0.0.1:9050</translation>
+        <source>proxy of the system; or socks5://127.0.0.1:9050</source>
+        <translation>Proxy des Systems; oder socks5://127.0.0.1:9050</translation>
     </message>
     <message>
         <source>&amp;Proxy:</source>

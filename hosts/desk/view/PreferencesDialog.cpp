@@ -136,7 +136,7 @@ void PreferencesDialog::addNetwork(QFormLayout &form)
     m_limitRate->setValidator(new QRegularExpressionValidator(rate, m_limitRate));
     form.addRow(tr("&Limit of speed:"), m_limitRate);
     m_proxy->setObjectName(QStringLiteral("proxy"));
-    m_proxy->setPlaceholderText(tr("proxy of the system; or, for example, socks5://127.0.0.1:9050"));
+    m_proxy->setPlaceholderText(tr("proxy of the system; or socks5://127.0.0.1:9050"));
     form.addRow(tr("&Proxy:"), m_proxy);
     m_browser->setObjectName(QStringLiteral("browser"));
     m_browser->addItem(tr("none"), QString());
