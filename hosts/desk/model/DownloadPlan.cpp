@@ -25,22 +25,6 @@ QString suffixOf(const QString &path)
     return pattern.match(path).captured(1);
 }
 
-/** @p path with a number. If the name ended in a number before, that number is replaced by the next free one. */
-QString numberedOnce(const QString &path, const QStringList &taken)
-{
-    static const QRegularExpression pattern(QStringLiteral("^(.*\\()(\\d{1,3})\\)\\(\\d+\\)(\\.[^./]*)?$"),
-                                            QRegularExpression::DotMatchesEverythingOption);
-    const QRegularExpressionMatch match = pattern.match(path);
-    if (!match.hasMatch())
-        return path;
-    QString result = path;
-    int number = match.captured(2).toInt();
-    do {
-        result = match.captured(1) + QString::number(++number) + QLatin1Char(')') + match.captured(3);
-    } while (QFileInfo::exists(result) || taken.contains(result));
-    return result;
-}
-
 } // namespace
 
 DownloadPlan::DownloadPlan(QObject *parent)
@@ -139,16 +123,10 @@ QString DownloadPlan::destination() const
     if (m_chosenFile && !m_isNumbered)
         return *m_chosenFile;
     if (m_chosenFile)
-        return QDir::toNativeSeparators(numberedOnce(Destination::free(chosenPath(), m_taken), m_taken));
+        return QDir::toNativeSeparators(Destination::free(chosenPath(), m_taken));
     if (!m_stream.isValid())
         return {};
-    return QDir::toNativeSeparators(proposed(m_page, m_stream, m_folder, m_taken, m_sound));
-}
-
-QString DownloadPlan::proposed(const Nox::WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
-                               const QStringList &taken, Nox::SoundFormat sound)
-{
-    return numberedOnce(Destination::proposed(page, stream, folder, taken, sound), taken);
+    return QDir::toNativeSeparators(Destination::proposed(m_page, m_stream, m_folder, m_taken, m_sound));
 }
 
 /** The path that the user typed, with the stream's suffix if it has none. */
@@ -256,7 +234,7 @@ bool DownloadPlan::isComplete() const
     return m_stream.isValid() && soundError().isEmpty() && destinationError().isEmpty();
 }
 
-DownloadRequest DownloadPlan::request() const
+Nox::DownloadRequest DownloadPlan::request() const
 {
     MediaProfile stream = m_stream;
     qint64 bytes = m_sizes.value(stream.getName());

@@ -1,4 +1,4 @@
-#include "hosts/desk/model/ToolSettings.h"
+#include <nox/jobs/ToolSettings.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -7,7 +7,7 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
-namespace NoxDesk {
+namespace Nox {
 
 namespace {
 
@@ -157,4 +157,4 @@ bool ToolSettings::save()
     return true;
 }
 
-} // namespace NoxDesk
+} // namespace Nox

@@ -1,15 +1,17 @@
 #pragma once
 
+#include <nox/jobs/JobsExport.h>
+
 #include <QByteArray>
 #include <QString>
 
-namespace NoxDesk {
+namespace Nox {
 
 /**
  * The user's settings of the download tool, in tool.conf. Users also edit the file by hand: everything that is not set
  * here stays unchanged, comments included.
  */
-class ToolSettings
+class NOX_JOBS_EXPORT ToolSettings
 {
 public:
     /** An option with a value. */
@@ -39,4 +41,4 @@ private:
     bool m_isReadable = true;
 };
 
-} // namespace NoxDesk
+} // namespace Nox
