@@ -73,6 +73,16 @@ QString Destination::free(const QString &path, const QStringList &taken)
     return candidate;
 }
 
+QString Destination::absolutePath(const QString &text, const QString &folder)
+{
+    QString path = QDir::fromNativeSeparators(text.trimmed());
+    if (path.isEmpty())
+        return {};
+    if (path.startsWith(QLatin1String("~/")))
+        path.replace(0, 1, QDir::homePath());
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+}
+
 QString Destination::suffix(const MediaProfile &stream, SoundFormat sound)
 {
     if (sound == SoundFormat::Mp3 && stream.getMediaType() == MEDIA_TYPE_AUDIO)

@@ -37,6 +37,13 @@ public:
      */
     static QString free(const QString &path, const QStringList &taken = {});
 
+    /**
+     * The absolute path for what a user has typed.
+     * @param text a path, which may begin with "~/"; without a text the result is empty
+     * @param folder for a relative path
+     */
+    static QString absolutePath(const QString &text, const QString &folder);
+
     /** Suffix of the file for @p stream, without a dot; mp4 if two streams are joined. */
     static QString suffix(const MediaProfile &stream, SoundFormat sound = SoundFormat::AsIs);
 

@@ -23,8 +23,8 @@ class QueuedDownload;
  * Every download keeps its parts, so a paused, failed or interrupted one can be resumed; see DownloadJob. The
  * destructor stops the running downloads. A DownloadStore keeps the list for the next start of the application.
  *
- * A queue belongs to one thread, whose event loop must run. Its functions may be called inside countsChanged(), ended()
- * and allEnded(). To delete it there, use deleteLater().
+ * Functions ignore a row that does not exist. A queue belongs to one thread, whose event loop must run. Its functions
+ * may be called inside countsChanged(), ended() and allEnded(). To delete it there, use deleteLater().
  */
 class NOX_JOBS_EXPORT DownloadQueue : public QAbstractListModel
 {
@@ -74,7 +74,7 @@ public:
      * at once. */
     void setLimit(int limit);
 
-    /** Chooses the stream and the file for requests without a stream. Without a chooser they fail. */
+    /** Chooses the stream and the file for requests without a stream. Without a stream the download fails. */
     void setChooser(const Chooser &choose);
 
     void add(const DownloadRequest &request); ///< Starts a download, or puts it at the end of the waiting ones.
@@ -100,15 +100,15 @@ public:
     int batchEndedCount() const; ///< How many of the batch have ended.
     int batchPercent() const;    ///< Progress of the batch, 0 to 100.
 
-    int rowCount(const QModelIndex &parent = {}) const override;
-    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    int rowCount(const QModelIndex &parent = {}) const override; ///< Number of downloads in the list.
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override; ///< See Role.
+    QHash<int, QByteArray> roleNames() const override;                                  ///< The names in QML; see Role.
 
 public Q_SLOTS:
-    void pause(int row); ///< Pauses a running or waiting download.
-    void pauseAll();
-    void cancel(int row); ///< Cancels a running or waiting download and removes its parts.
-    void cancelAll();
+    void pause(int row);        ///< Pauses a running or waiting download.
+    void pauseAll();            ///< Pauses all running and waiting downloads.
+    void cancel(int row);       ///< Cancels a running or waiting download and removes its parts.
+    void cancelAll();           ///< Cancels all running and waiting downloads.
     void retry(int row);        ///< Resumes a paused, failed or cancelled download; it may have to wait.
     void resumeAll();           ///< Resumes all paused downloads.
     void move(int row, int by); ///< Moves a waiting download up (negative) or down among the waiting.

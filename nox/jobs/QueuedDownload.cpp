@@ -1,5 +1,7 @@
 #include <nox/jobs/QueuedDownload.h>
 
+#include <nox/jobs/FailureText.h>
+
 #include <QFileInfo>
 #include <QLocale>
 #include <QMetaEnum>
@@ -90,7 +92,12 @@ void QueuedDownload::onPageRead()
     page->deleteLater(); // the page is the sender of this signal
     const DownloadRequest request = page->error() == Job::NoError ? m_choose(*page) : DownloadRequest();
     if (!request.stream.isValid()) {
-        end(*page);
+        if (page->error() == Job::NoError) {
+            m_error = FailureText::noStream(page->page());
+            end(DownloadQueue::Failed);
+        } else {
+            end(*page);
+        }
         return;
     }
     m_file = request.destination;

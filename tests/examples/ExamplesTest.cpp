@@ -73,17 +73,18 @@ QByteArray ExamplesTest::codecs(const QString &file)
 
 void ExamplesTest::commands_data()
 {
-    rows({"example", "arguments", "exitCode", "line", "files"},
-         {
-             R"(titles -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
-             R"(titles -> PAGEmissing -> 1 ->  -> )"_s,
-             R"(record -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
-             R"(record -> PAGEmissing -> 1 ->  -> )"_s,
-             R"(download -> PAGE clip.mp4 -> 0 -> done: clip\.mp4 -> clip\.mp4)"_s,
-             R"(save -> PAGEmissing -> 1 -> [^|]*(page|address)[^|]*\. -> )"_s,
-             R"(save -> PAGE -> 0 -> .*Open the café bar.*\.mp4 -> Open the café bar[^|]*\.mp4)"_s,
-             R"(queue -> PAGE PAGEmissing -> 0 -> Open the café bar.*\.mp4: Finished, .* -> Open the café bar[^|]*\.mp4)"_s,
-         });
+    rows(
+        {"example", "arguments", "exitCode", "line", "files"},
+        {
+            R"(titles -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
+            R"(titles -> PAGEmissing -> 1 ->  -> )"_s,
+            R"(record -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
+            R"(record -> PAGEmissing -> 1 ->  -> )"_s,
+            R"(download -> PAGE clip.mp4 -> 0 -> done: clip\.mp4 -> clip\.mp4)"_s,
+            R"(save -> PAGEmissing -> 1 -> [^|]*(page|address)[^|]*\. -> )"_s,
+            R"(save -> PAGE -> 0 -> .*Open the café bar.*\.mp4 -> Open the café bar[^|]*\.mp4)"_s,
+            R"(queue -> PAGE PAGEmissing -> 0 -> Open the café bar.*\.mp4: Finished, .* -> Open the café bar[^|]*\.mp4)"_s,
+        });
 }
 
 void ExamplesTest::commands()

@@ -47,7 +47,7 @@ void DownloadPlan::setPage(const QString &url, const Nox::WebMediaInfo &page, co
 void DownloadPlan::setFolder(const QString &folder)
 {
     if (m_chosenFile && !m_chosenFile->isEmpty())
-        m_chosenFile = absolutePath(*m_chosenFile, m_folder); // a relative path referred to the old folder
+        m_chosenFile = Destination::absolutePath(*m_chosenFile, m_folder); // a relative path referred to the old folder
     m_folder = folder;
     Q_EMIT changed();
 }
@@ -132,7 +132,7 @@ QString DownloadPlan::destination() const
 /** The path that the user typed, with the stream's suffix if it has none. */
 QString DownloadPlan::chosenPath() const
 {
-    const QString path = absolutePath(*m_chosenFile, m_folder);
+    const QString path = Destination::absolutePath(*m_chosenFile, m_folder);
     const bool isFile = !path.isEmpty() && !m_chosenFile->trimmed().endsWith(QLatin1Char('/'));
     return isFile && suffixOf(path).isEmpty() ? path + QLatin1Char('.') + suffix() : path;
 }
@@ -159,17 +159,7 @@ QString DownloadPlan::suffix() const
 
 QString DownloadPlan::path() const
 {
-    return m_chosenFile && !m_isNumbered ? chosenPath() : absolutePath(destination(), m_folder);
-}
-
-QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
-{
-    QString path = QDir::fromNativeSeparators(text.trimmed());
-    if (path.isEmpty())
-        return {};
-    if (path.startsWith(QLatin1String("~/")))
-        path.replace(0, 1, QDir::homePath());
-    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+    return m_chosenFile && !m_isNumbered ? chosenPath() : Destination::absolutePath(destination(), m_folder);
 }
 
 QString DownloadPlan::soundError() const

@@ -66,9 +66,6 @@ public:
 
     void makeFolder(); ///< Creates the missing folder.
 
-    /** The absolute path for @p text, which may be relative to @p folder or begin with "~/"; empty without a text. */
-    static QString absolutePath(const QString &text, const QString &folder);
-
     /** Whether the download can start. */
     bool isComplete() const;
 

@@ -1,7 +1,6 @@
 #include "hosts/desk/view/PreferencesDialog.h"
 
 #include "hosts/desk/model/DeskSettings.h"
-#include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
 #include "hosts/desk/view/VerticalScrollArea.h"
@@ -242,7 +241,7 @@ void PreferencesDialog::askVersion()
 
 QString PreferencesDialog::folder() const
 {
-    return DownloadPlan::absolutePath(m_folder->text(), QDir::homePath());
+    return Nox::Destination::absolutePath(m_folder->text(), QDir::homePath());
 }
 
 /** Accepts the folder. @return whether it can be used; if not, an error is shown */
