@@ -12,9 +12,9 @@ namespace Nox {
 
 namespace {
 
-constexpr int version = 1;
+constexpr int storeVersion = 1;
 constexpr int mostInstances = 9;
-const QLatin1String versionKey("version");
+const QLatin1String storeVersionKey("version");
 const QLatin1String downloadsKey("downloads");
 
 QDir folder()
@@ -76,7 +76,7 @@ QJsonArray DownloadStore::read(const QString &name)
         return {};
     const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     const QJsonObject list = QJsonDocument::fromJson(text).object();
-    if (list.value(versionKey).toInt() == version && list.value(downloadsKey).isArray())
+    if (list.value(storeVersionKey).toInt() == storeVersion && list.value(downloadsKey).isArray())
         return list.value(downloadsKey).toArray();
     const QString aside = Nox::Destination::free(name + QStringLiteral(".unreadable"));
     file.rename(aside);
@@ -92,7 +92,7 @@ void DownloadStore::save(const QJsonArray &downloads)
     if (m_lock == nullptr || !file.open(QIODevice::WriteOnly))
         return;
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    file.write(QJsonDocument(QJsonObject{{versionKey, version}, {downloadsKey, downloads}}).toJson());
+    file.write(QJsonDocument(QJsonObject{{storeVersionKey, storeVersion}, {downloadsKey, downloads}}).toJson());
     file.commit();
 }
 

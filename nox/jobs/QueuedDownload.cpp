@@ -11,7 +11,7 @@ namespace Nox {
 
 namespace {
 
-const QLatin1String urlKey("url");
+const QLatin1String addressKey("url");
 const QLatin1String fileKey("file");
 const QLatin1String stateKey("state");
 const QLatin1String errorKey("error");
@@ -38,7 +38,7 @@ QueuedDownload::QueuedDownload(const DownloadRequest &request, QObject *parent)
 
 QueuedDownload::QueuedDownload(const QJsonObject &stored, QObject *parent)
     : QObject(parent)
-    , m_url(stored.value(urlKey).toString())
+    , m_url(stored.value(addressKey).toString())
     , m_file(stored.value(fileKey).toString())
     , m_record(stored.value(jobKey).toObject())
     , m_error(stored.value(errorKey).toString())
@@ -62,7 +62,7 @@ QueuedDownload::QueuedDownload(const QJsonObject &record, const QString &url, co
 
 QJsonObject QueuedDownload::toJson() const
 {
-    return {{urlKey, m_url},
+    return {{addressKey, m_url},
             {fileKey, m_file},
             {stateKey, QLatin1String(QMetaEnum::fromType<State>().valueToKey(static_cast<int>(m_state)))},
             {errorKey, m_error},
