@@ -74,7 +74,7 @@ say "$release: $*"
 namespaces="unshare --mount --pid --fork --kill-child --mount-proc=\"\$1/proc\""
 printf -v arguments '%q ' "$cache" "$@"
 mmdebstrap --quiet --mode=root --variant=minbase --format=null --aptopt="$scratch/apt.conf" \
-    --skip=download/empty --skip=essential/unlink \
+    --dpkgopt=force-unsafe-io --skip=download/empty --skip=essential/unlink \
     --setup-hook="mkdir -p \"\$1/var/cache/apt/archives\"" \
     --setup-hook="sync-in $cache/archives /var/cache/apt/archives" \
     --customize-hook="copy-in $scratch/checkout /" \
