@@ -64,7 +64,7 @@ QJsonObject QueuedDownload::toJson() const
 {
     return {{addressKey, m_url},
             {fileKey, m_file},
-            {stateKey, QLatin1String(QMetaEnum::fromType<State>().valueToKey(static_cast<int>(m_state)))},
+            {stateKey, QVariant::fromValue(m_state).toString()},
             {errorKey, m_error},
             {detailsKey, m_errorDetails},
             {jobKey, m_record}};

@@ -143,8 +143,7 @@ QString DeskUser::list()
     for (int row = 0; row < downloads().rowCount(); ++row) {
         const QModelIndex index = downloads().index(row);
         const auto state = index.data(Nox::DownloadQueue::StateRole).value<Nox::DownloadQueue::State>();
-        result += index.data().toString().remove(".mp4"_s) + QLatin1Char('=')
-            + QLatin1String(QMetaEnum::fromType<Nox::DownloadQueue::State>().valueToKey(static_cast<int>(state)));
+        result += index.data().toString().remove(".mp4"_s) + QLatin1Char('=') + QVariant::fromValue(state).toString();
     }
     return result.join(QLatin1Char(' '));
 }
