@@ -28,7 +28,7 @@ declare -A packages=(
     [coverage]="gcovr"
     [docs]="doxygen"
     [package]="binutils debhelper devscripts dpkg-dev fakeroot lintian"
-    [release]="debootstrap"
+    [release]="mmdebstrap"
     [desk]="appstream dbus-daemon fonts-dejavu-core"
 )
 readonly groups=(build qt5 quick run lint sanitizers fuzz bench coverage docs package release desk)

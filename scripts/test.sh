@@ -25,7 +25,7 @@ while [[ $# -gt 0 ]]; do
 done
 [[ ${#presets[@]} -gt 0 ]] || presets=(release qt5)
 
-groups=(build quick run)
+groups=(build quick run desk)
 [[ " ${presets[*]} " != *qt5\ * ]] || groups+=(qt5)
 [[ ! " ${presets[*]} " =~ \ (asan|clang-qt5|tidy|memcheck)\  ]] || groups+=(sanitizers)
 [[ " ${presets[*]} " != *\ tidy\ * ]] || groups+=(lint bench)

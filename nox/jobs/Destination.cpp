@@ -30,6 +30,22 @@ QString shortened(QString name)
     return name;
 }
 
+/** @p path has got a number. If its name ended in a number before, that one is replaced by the next free one. */
+QString numberedOnce(const QString &path, const QStringList &taken)
+{
+    static const QRegularExpression pattern(QStringLiteral("^(.*\\()(\\d{1,3})\\)\\(\\d+\\)(\\.[^./]*)?$"),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = pattern.match(path);
+    if (!match.hasMatch())
+        return path;
+    QString result = path;
+    int number = match.captured(2).toInt();
+    do {
+        result = match.captured(1) + QString::number(++number) + QLatin1Char(')') + match.captured(3);
+    } while (QFileInfo::exists(result) || taken.contains(result));
+    return result;
+}
+
 bool isIn(const QString &characters, QChar character)
 {
     return characters.contains(character);
@@ -46,13 +62,25 @@ QString Destination::proposed(const WebMediaInfo &page, const MediaProfile &stre
 
 QString Destination::free(const QString &path, const QStringList &taken)
 {
-    if (!QFileInfo(path).suffix().isEmpty())
-        return Utilities::addNumberToExistedFileName(path, taken);
+    if (!QFileInfo(path).suffix().isEmpty()) {
+        const QString numbered = Utilities::addNumberToExistedFileName(path, taken);
+        return numbered == path ? path : numberedOnce(numbered, taken);
+    }
     // The library would append a dot to a name without a suffix.
     QString candidate = path;
     for (int number = 1; QFileInfo::exists(candidate) || taken.contains(candidate); ++number)
         candidate = path + QStringLiteral("(%1)").arg(number);
     return candidate;
+}
+
+QString Destination::absolutePath(const QString &text, const QString &folder)
+{
+    QString path = QDir::fromNativeSeparators(text.trimmed());
+    if (path.isEmpty())
+        return {};
+    if (path.startsWith(QLatin1String("~/")))
+        path.replace(0, 1, QDir::homePath());
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
 }
 
 QString Destination::suffix(const MediaProfile &stream, SoundFormat sound)

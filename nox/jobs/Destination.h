@@ -31,8 +31,18 @@ public:
     static QString proposed(const WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
                             const QStringList &taken = {}, SoundFormat sound = SoundFormat::AsIs);
 
-    /** @p path; with a number after the base name if it exists or is one of @p taken. */
+    /**
+     * @p path; with a number after the base name if it exists or is one of @p taken. If the name ends in a number
+     * already, that number is raised.
+     */
     static QString free(const QString &path, const QStringList &taken = {});
+
+    /**
+     * The absolute path for what a user has typed.
+     * @param text a path, which may begin with "~/"; without a text the result is empty
+     * @param folder for a relative path
+     */
+    static QString absolutePath(const QString &text, const QString &folder);
 
     /** Suffix of the file for @p stream, without a dot; mp4 if two streams are joined. */
     static QString suffix(const MediaProfile &stream, SoundFormat sound = SoundFormat::AsIs);

@@ -120,6 +120,16 @@ QString FailureText::noVersion()
     return tr("The download tool does not print its version. Check that its file is complete.");
 }
 
+QString FailureText::noRenewal()
+{
+    return tr("The tool could not be renewed.");
+}
+
+QString FailureText::noRenewalCommand()
+{
+    return tr("The command nox-renew-tool is not installed.");
+}
+
 QString FailureText::noStream(const WebMediaInfo &page)
 {
     if (!page.getMediaProfileList().isEmpty())

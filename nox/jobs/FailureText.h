@@ -34,6 +34,12 @@ public:
     /** For a tool that does not print its version. */
     static QString noVersion();
 
+    /** For a newer tool that could not be downloaded. */
+    static QString noRenewal();
+
+    /** For a missing command nox-renew-tool. */
+    static QString noRenewalCommand();
+
     /** For a @p page that was read, but has no stream to download. */
     static QString noStream(const WebMediaInfo &page);
 

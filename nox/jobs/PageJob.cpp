@@ -14,7 +14,7 @@ namespace Nox {
 
 namespace {
 
-constexpr int errorDelayMs = 3000; // after an error: time for the process to end
+constexpr int processEndMs = 3000; // after an error: time for the process to end
 constexpr int toolError = -1;      // code of WebMediaInfoExtractor::error() for a non-zero exit code
 
 } // namespace
@@ -91,7 +91,7 @@ void PageJob::Private::onError(int code)
         forgetNews();
     } else {
         m_code = code;
-        expectNews(code == QProcess::FailedToStart ? 0 : errorDelayMs);
+        expectNews(code == QProcess::FailedToStart ? 0 : processEndMs);
     }
 }
 

@@ -66,7 +66,7 @@ void DeskListTest::keepsToLimit()
     QCOMPARE(limit->value(), 3);
     limit->setValue(2);
     dialog->accept();
-    DownloadListModel &model = m_user->downloads();
+    Nox::DownloadQueue &model = m_user->downloads();
     int most = 0;
     const QObject scope;
     connect(&model, &QAbstractItemModel::dataChanged, &scope, [&] { most = qMax(most, model.runningCount()); });
@@ -361,8 +361,8 @@ void DeskListTest::videosOfAPage()
     HostSandbox::play(HostSandbox::pageScenario());
     QVERIFY(m_user->press("downloadVideos"));
     QTRY_SOON_COMPARE(m_user->list(), "Clip(1)=Finished Clip=Finished"_s);
-    QCOMPARE(m_user->downloads().index(1).data(DownloadListModel::AddressRole).toString(), "http://x/a"_s);
-    QCOMPARE(m_user->downloads().index(0).data(DownloadListModel::AddressRole).toString(), "http://x/c"_s);
+    QCOMPARE(m_user->downloads().index(1).data(Nox::DownloadQueue::AddressRole).toString(), "http://x/a"_s);
+    QCOMPARE(m_user->downloads().index(0).data(Nox::DownloadQueue::AddressRole).toString(), "http://x/c"_s);
 }
 
 /** What is in the list already is asked for once; another stream of the page is not. */

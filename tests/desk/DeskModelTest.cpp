@@ -1,4 +1,3 @@
-#include "hosts/desk/model/AddressList.h"
 #include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/model/ProgramLog.h"
 #include "hosts/desk/model/StreamTableModel.h"
@@ -8,6 +7,7 @@
 #include "tests/jobs/SampleStreams.h"
 #include "tests/support/TextTable.h"
 #include "tests/util/Rows.h"
+#include <nox/jobs/AddressList.h>
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -300,7 +300,7 @@ void DeskModelTest::addresses()
         data.setText(text);
     else
         data.setUrls({QUrl(url)});
-    QCOMPARE(AddressList::in(&data).join(QLatin1Char(' ')), address);
+    QCOMPARE(Nox::AddressList::in(&data).join(QLatin1Char(' ')), address);
 }
 
 void DeskModelTest::possibleRequests()

@@ -88,7 +88,7 @@ void DeskPreferencesTest::renewsTool_data()
 {
     const TextTable row{"script", "outcome"};
     row("renewed", "echo 'yt-dlp 2026.08.19 in a/yt.zip'", "Renewed: yt-dlp 2026.08.19");
-    row("failed", "echo 'pip cannot fetch it' >&2; exit 1", "could not be renewed: pip cannot fetch it");
+    row("failed", "echo 'pip cannot fetch it' >&2; exit 1", "could not be renewed.\npip cannot fetch it");
     row("not there", "", "not installed");
     row("cancelled", "trap '' HUP; touch \"$NOX_STAGE/begun\"; sleep 300 & wait", "Cancelled");
 }

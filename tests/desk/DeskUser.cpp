@@ -77,8 +77,8 @@ bool DeskUser::press(const char *name, int row)
 
 bool DeskUser::seesFailure(int row)
 {
-    const auto state = downloads().index(row).data(DownloadListModel::StateRole).value<Download::State>();
-    if (state == Download::State::Failed && !sees("detailsText", row))
+    const auto state = downloads().index(row).data(Nox::DownloadQueue::StateRole).value<Nox::DownloadQueue::State>();
+    if (state == Nox::DownloadQueue::Failed && !sees("detailsText", row))
         press("details", row);
     return sees("failureMessage", row);
 }
@@ -142,9 +142,8 @@ QString DeskUser::list()
     QStringList result;
     for (int row = 0; row < downloads().rowCount(); ++row) {
         const QModelIndex index = downloads().index(row);
-        const auto state = index.data(DownloadListModel::StateRole).value<Download::State>();
-        result += index.data().toString().remove(".mp4"_s) + QLatin1Char('=')
-            + QLatin1String(QMetaEnum::fromType<Download::State>().valueToKey(static_cast<int>(state)));
+        const auto state = index.data(Nox::DownloadQueue::StateRole).value<Nox::DownloadQueue::State>();
+        result += index.data().toString().remove(".mp4"_s) + QLatin1Char('=') + QVariant::fromValue(state).toString();
     }
     return result.join(QLatin1Char(' '));
 }

@@ -17,7 +17,7 @@ public:
 
     NoxDesk::DeskController &controller() { return m_controller; }
     NoxDesk::MainWindow &window() { return m_window; }
-    NoxDesk::DownloadListModel &downloads() { return m_controller.downloads(); }
+    Nox::DownloadQueue &downloads() { return m_controller.downloads(); }
 
     /** A row of the downloads, or null. */
     QWidget *row(int row);

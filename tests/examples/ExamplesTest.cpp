@@ -50,7 +50,7 @@ std::unique_ptr<QProcess> ExamplesTest::start(const QString &example, const QStr
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME"_s, home);
     environment.insert("QT_QUICK_BACKEND"_s, "software"_s); // a machine for tests has no OpenGL
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"})
+    for (const char *name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
         environment.insert(QString::fromLatin1(name), home + "/"_s + QString::fromLatin1(name));
     auto process = std::make_unique<QProcess>();
     process->setProcessEnvironment(environment);
@@ -73,16 +73,18 @@ QByteArray ExamplesTest::codecs(const QString &file)
 
 void ExamplesTest::commands_data()
 {
-    rows({"example", "arguments", "exitCode", "line", "files"},
-         {
-             R"(titles -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
-             R"(titles -> PAGEmissing -> 1 ->  -> )"_s,
-             R"(record -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
-             R"(record -> PAGEmissing -> 1 ->  -> )"_s,
-             R"(download -> PAGE clip.mp4 -> 0 -> done: clip\.mp4 -> clip\.mp4)"_s,
-             R"(save -> PAGEmissing -> 1 -> [^|]*(page|address)[^|]*\. -> )"_s,
-             R"(save -> PAGE -> 0 -> .*Open the café bar.*\.mp4 -> Open the café bar[^|]*\.mp4)"_s,
-         });
+    rows(
+        {"example", "arguments", "exitCode", "line", "files"},
+        {
+            R"(titles -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
+            R"(titles -> PAGEmissing -> 1 ->  -> )"_s,
+            R"(record -> PAGE -> 0 -> Open the café/bar\? A clip in two streams.* -> )"_s,
+            R"(record -> PAGEmissing -> 1 ->  -> )"_s,
+            R"(download -> PAGE clip.mp4 -> 0 -> done: clip\.mp4 -> clip\.mp4)"_s,
+            R"(save -> PAGEmissing -> 1 -> [^|]*(page|address)[^|]*\. -> )"_s,
+            R"(save -> PAGE -> 0 -> .*Open the café bar.*\.mp4 -> Open the café bar[^|]*\.mp4)"_s,
+            R"(queue -> PAGE PAGEmissing -> 0 -> Open the café bar.*\.mp4: Finished, .* -> Open the café bar[^|]*\.mp4)"_s,
+        });
 }
 
 void ExamplesTest::commands()

@@ -73,77 +73,6 @@
     </message>
 </context>
 <context>
-    <name>NoxDesk::Download</name>
-    <message>
-        <source>Cancelling…</source>
-        <translation>Wird abgebrochen …</translation>
-    </message>
-    <message>
-        <source>Finished, %1</source>
-        <translation>Fertig, %1</translation>
-    </message>
-    <message>
-        <source>Cancelled</source>
-        <translation>Abgebrochen</translation>
-    </message>
-    <message>
-        <source>Fetching video</source>
-        <translation>Video wird geladen</translation>
-    </message>
-    <message>
-        <source>Fetching audio</source>
-        <translation>Ton wird geladen</translation>
-    </message>
-    <message>
-        <source>Joining video and audio</source>
-        <translation>Video und Ton werden zusammengefügt</translation>
-    </message>
-    <message>
-        <source>Starting</source>
-        <translation>Wird gestartet</translation>
-    </message>
-    <message>
-        <source>%1 left</source>
-        <translation>noch %1</translation>
-    </message>
-    <message>
-        <source>Waiting for other downloads</source>
-        <translation>Wartet auf andere Downloads</translation>
-    </message>
-    <message>
-        <source>Failed: %1</source>
-        <translation>Fehlgeschlagen: %1</translation>
-    </message>
-    <message>
-        <source>The file no longer exists</source>
-        <translation>Die Datei ist nicht mehr vorhanden</translation>
-    </message>
-    <message>
-        <source>Reading the page</source>
-        <translation>Seite wird gelesen</translation>
-    </message>
-    <message>
-        <source>Pausing…</source>
-        <translation>Wird angehalten …</translation>
-    </message>
-    <message>
-        <source>Paused</source>
-        <translation>Angehalten</translation>
-    </message>
-    <message>
-        <source>Converting the sound</source>
-        <translation>Ton wird umgewandelt</translation>
-    </message>
-</context>
-<context>
-    <name>NoxDesk::DownloadListModel</name>
-    <message>
-        <source>%1: %2</source>
-        <comment>file, status</comment>
-        <translation>%1: %2</translation>
-    </message>
-</context>
-<context>
     <name>NoxDesk::DownloadPlan</name>
     <message>
         <source>Another download is making this file.</source>
@@ -236,13 +165,6 @@
     <message>
         <source>Resume</source>
         <translation>Fortsetzen</translation>
-    </message>
-</context>
-<context>
-    <name>NoxDesk::DownloadStore</name>
-    <message>
-        <source>The list of downloads could not be read. It was renamed to &quot;%1&quot;.</source>
-        <translation>Die Liste der Downloads war nicht lesbar. Sie wurde als „%1“ beiseitegelegt.</translation>
     </message>
 </context>
 <context>
@@ -649,6 +571,14 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
 <context>
     <name>NoxDesk::PreferencesDialog</name>
     <message>
+        <source>Renewed: %1</source>
+        <translation>Erneuert: %1</translation>
+    </message>
+    <message>
+        <source>Cancelled. The tool has not changed.</source>
+        <translation>Abgebrochen. Das Werkzeug ist dasselbe wie vorher.</translation>
+    </message>
+    <message>
         <source>Cr&amp;eate folder</source>
         <translation>Ordner an&amp;legen</translation>
     </message>
@@ -866,25 +796,6 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Picture of the page</source>
         <translation>Bild der Seite</translation>
-    </message>
-</context>
-<context>
-    <name>NoxDesk::ToolRenewal</name>
-    <message>
-        <source>The command nox-renew-tool is not installed.</source>
-        <translation>Der Befehl nox-renew-tool ist nicht installiert.</translation>
-    </message>
-    <message>
-        <source>Cancelled. The tool has not changed.</source>
-        <translation>Abgebrochen. Das Werkzeug ist dasselbe wie vorher.</translation>
-    </message>
-    <message>
-        <source>Renewed: %1</source>
-        <translation>Erneuert: %1</translation>
-    </message>
-    <message>
-        <source>The tool could not be renewed: %1</source>
-        <translation>Das Werkzeug konnte nicht erneuert werden: %1</translation>
     </message>
 </context>
 <context>

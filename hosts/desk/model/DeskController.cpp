@@ -1,9 +1,13 @@
 #include "hosts/desk/model/DeskController.h"
 
+#include <nox/jobs/Destination.h>
+
 #include <QFileInfo>
 #include <QSet>
 
 namespace NoxDesk {
+
+using Nox::DownloadQueue;
 
 namespace {
 
@@ -18,14 +22,14 @@ DeskController::DeskController(const QString &logFolder, QObject *parent)
     , m_sizes(m_network)
     , m_thumbnail(m_network)
     , m_downloads(m_tools)
+    , m_store(QStringLiteral("nox-desk"))
 {
     applySettings();
     connect(&m_reader, &PageReader::pageChanged, this, &DeskController::onPageChanged);
     connect(&m_sizes, &StreamSizeProbe::found, this, &DeskController::onSizeFound);
-    connect(&m_downloads, &DownloadListModel::countsChanged, this,
-            [this] { m_plan.setTaken(m_downloads.activeFiles()); });
-    connect(&m_downloads, &DownloadListModel::ended, this, &DeskController::onEnded);
-    connect(&m_downloads, &DownloadListModel::countsChanged, this, &DeskController::watchLog);
+    connect(&m_downloads, &DownloadQueue::countsChanged, this, [this] { m_plan.setTaken(m_downloads.activeFiles()); });
+    connect(&m_downloads, &DownloadQueue::ended, this, &DeskController::onEnded);
+    connect(&m_downloads, &DownloadQueue::countsChanged, this, &DeskController::watchLog);
     connect(&m_reader, &PageReader::stateChanged, this, &DeskController::watchLog);
     m_downloads.setChooser([this](const Nox::PageJob &page) {
         m_saveTimer.start(); // the record of the new download becomes known
@@ -44,27 +48,27 @@ void DeskController::restoreDownloads()
     m_downloads.restore(m_store.load());
     QSet<QString> folders{m_settings.folder()};
     for (int row = 0; row < m_downloads.rowCount(); ++row)
-        folders += QFileInfo(m_downloads.index(row).data(DownloadListModel::FileRole).toString()).absolutePath();
+        folders += QFileInfo(m_downloads.index(row).data(DownloadQueue::FileRole).toString()).absolutePath();
     for (const QString &folder : std::as_const(folders))
         m_downloads.addInterrupted(folder);
     m_saveTimer.setSingleShot(true);
     m_saveTimer.setInterval(saveMs);
     const auto saveSoon = [this] { m_saveTimer.start(); };
     connect(&m_saveTimer, &QTimer::timeout, this, [this] { m_store.save(m_downloads.toJson()); });
-    connect(&m_downloads, &DownloadListModel::countsChanged, this, saveSoon);
+    connect(&m_downloads, &DownloadQueue::countsChanged, this, saveSoon);
     connect(&m_downloads, &QAbstractItemModel::rowsMoved, this, saveSoon);
     if (m_settings.preferences().resumesAtStart)
         m_downloads.resumeAll();
 }
 
-DownloadRequest DeskController::choose(const Nox::PageJob &page) const
+Nox::DownloadRequest DeskController::choose(const Nox::PageJob &page) const
 {
     const Preferences preferences = m_settings.preferences();
     const Nox::StreamChoice streams = page.streams();
     const Nox::MediaProfile stream = streams.withAudio(preferences.stream.pick(streams));
     const Nox::SoundFormat sound = preferences.makesMp3 ? Nox::SoundFormat::Mp3 : Nox::SoundFormat::AsIs;
     const QString file =
-        DownloadPlan::proposed(page.page(), stream, m_settings.folder(), m_downloads.activeFiles(), sound);
+        Nox::Destination::proposed(page.page(), stream, m_settings.folder(), m_downloads.activeFiles(), sound);
     return {page.url(), stream, file, page.page().getDuration(), sound};
 }
 
@@ -72,7 +76,7 @@ void DeskController::addPages(const QStringList &addresses)
 {
     QStringList listed;
     for (const QString &address : addresses) {
-        const DownloadRequest request{address, {}, {}};
+        const Nox::DownloadRequest request{address, {}, {}};
         if (m_downloads.contains(request))
             listed += address;
         else
@@ -129,7 +133,7 @@ void DeskController::startAgain()
 {
     if (!m_plan.isComplete())
         return;
-    const DownloadRequest request = m_plan.request();
+    const Nox::DownloadRequest request = m_plan.request();
     m_plan.renumber(); // first, so that the form never shows the name as taken
     m_downloads.add(request);
 }
@@ -152,13 +156,13 @@ void DeskController::onEnded(int row)
 {
     const QModelIndex download = m_downloads.index(row);
     const QString file = download.data().toString();
-    const auto state = download.data(DownloadListModel::StateRole).value<Download::State>();
-    if (state == Download::State::Finished) {
+    const auto state = download.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
+    if (state == DownloadQueue::Finished) {
         Q_EMIT noticed(tr("Download finished"), file);
-    } else if (state == Download::State::Failed) {
-        const QString error = download.data(DownloadListModel::ErrorRole).toString();
+    } else if (state == DownloadQueue::Failed) {
+        const QString error = download.data(DownloadQueue::ErrorRole).toString();
         Q_EMIT noticed(tr("Download failed"), tr("%1: %2", "file, problem").arg(file, error));
-    } else if (state == Download::State::Cancelled) {
+    } else if (state == DownloadQueue::Cancelled) {
         Q_EMIT noticed(tr("Download cancelled"), file);
     }
 }

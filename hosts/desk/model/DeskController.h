@@ -1,15 +1,15 @@
 #pragma once
 
 #include "hosts/desk/model/DeskSettings.h"
-#include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/model/DownloadPlan.h"
-#include "hosts/desk/model/DownloadStore.h"
 #include "hosts/desk/model/PageReader.h"
 #include "hosts/desk/model/ProgramLog.h"
 #include "hosts/desk/model/StreamTableModel.h"
 #include "hosts/desk/network/StreamSizeProbe.h"
 #include "hosts/desk/network/ThumbnailLoader.h"
 
+#include <nox/jobs/DownloadQueue.h>
+#include <nox/jobs/DownloadStore.h>
 #include <nox/jobs/ToolSetup.h>
 
 #include <QNetworkAccessManager>
@@ -31,10 +31,10 @@ public:
     PageReader &reader() { return m_reader; }
     StreamTableModel &streams() { return m_streams; }
     DownloadPlan &plan() { return m_plan; }
-    DownloadListModel &downloads() { return m_downloads; }
+    Nox::DownloadQueue &downloads() { return m_downloads; }
     ThumbnailLoader &thumbnail() { return m_thumbnail; }
     DeskSettings &settings() { return m_settings; }
-    QString storeError() const { return m_store.errorString(); } ///< See DownloadStore::errorString().
+    QString storeError() const { return m_store.errorString(); } ///< See Nox::DownloadStore::errorString().
     QString logFile() const { return m_log.fileName(); }
     Nox::ToolSetup tools() const { return m_tools; }
 
@@ -70,7 +70,7 @@ Q_SIGNALS:
 
 private:
     void onPageChanged();
-    DownloadRequest choose(const Nox::PageJob &page) const;
+    Nox::DownloadRequest choose(const Nox::PageJob &page) const;
     void restoreDownloads();
     void onEnded(int row);
     void watchLog();
@@ -85,8 +85,8 @@ private:
     StreamSizeProbe m_sizes;
     ThumbnailLoader m_thumbnail;
     DownloadPlan m_plan;
-    DownloadListModel m_downloads;
-    DownloadStore m_store;
+    Nox::DownloadQueue m_downloads;
+    Nox::DownloadStore m_store;
     QTimer m_saveTimer; // active while the list must be stored
 };
 

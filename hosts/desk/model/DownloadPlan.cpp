@@ -25,22 +25,6 @@ QString suffixOf(const QString &path)
     return pattern.match(path).captured(1);
 }
 
-/** @p path with a number. If the name ended in a number before, that number is replaced by the next free one. */
-QString numberedOnce(const QString &path, const QStringList &taken)
-{
-    static const QRegularExpression pattern(QStringLiteral("^(.*\\()(\\d{1,3})\\)\\(\\d+\\)(\\.[^./]*)?$"),
-                                            QRegularExpression::DotMatchesEverythingOption);
-    const QRegularExpressionMatch match = pattern.match(path);
-    if (!match.hasMatch())
-        return path;
-    QString result = path;
-    int number = match.captured(2).toInt();
-    do {
-        result = match.captured(1) + QString::number(++number) + QLatin1Char(')') + match.captured(3);
-    } while (QFileInfo::exists(result) || taken.contains(result));
-    return result;
-}
-
 } // namespace
 
 DownloadPlan::DownloadPlan(QObject *parent)
@@ -63,7 +47,7 @@ void DownloadPlan::setPage(const QString &url, const Nox::WebMediaInfo &page, co
 void DownloadPlan::setFolder(const QString &folder)
 {
     if (m_chosenFile && !m_chosenFile->isEmpty())
-        m_chosenFile = absolutePath(*m_chosenFile, m_folder); // a relative path referred to the old folder
+        m_chosenFile = Destination::absolutePath(*m_chosenFile, m_folder); // a relative path referred to the old folder
     m_folder = folder;
     Q_EMIT changed();
 }
@@ -139,22 +123,16 @@ QString DownloadPlan::destination() const
     if (m_chosenFile && !m_isNumbered)
         return *m_chosenFile;
     if (m_chosenFile)
-        return QDir::toNativeSeparators(numberedOnce(Destination::free(chosenPath(), m_taken), m_taken));
+        return QDir::toNativeSeparators(Destination::free(chosenPath(), m_taken));
     if (!m_stream.isValid())
         return {};
-    return QDir::toNativeSeparators(proposed(m_page, m_stream, m_folder, m_taken, m_sound));
-}
-
-QString DownloadPlan::proposed(const Nox::WebMediaInfo &page, const MediaProfile &stream, const QString &folder,
-                               const QStringList &taken, Nox::SoundFormat sound)
-{
-    return numberedOnce(Destination::proposed(page, stream, folder, taken, sound), taken);
+    return QDir::toNativeSeparators(Destination::proposed(m_page, m_stream, m_folder, m_taken, m_sound));
 }
 
 /** The path that the user typed, with the stream's suffix if it has none. */
 QString DownloadPlan::chosenPath() const
 {
-    const QString path = absolutePath(*m_chosenFile, m_folder);
+    const QString path = Destination::absolutePath(*m_chosenFile, m_folder);
     const bool isFile = !path.isEmpty() && !m_chosenFile->trimmed().endsWith(QLatin1Char('/'));
     return isFile && suffixOf(path).isEmpty() ? path + QLatin1Char('.') + suffix() : path;
 }
@@ -181,17 +159,7 @@ QString DownloadPlan::suffix() const
 
 QString DownloadPlan::path() const
 {
-    return m_chosenFile && !m_isNumbered ? chosenPath() : absolutePath(destination(), m_folder);
-}
-
-QString DownloadPlan::absolutePath(const QString &text, const QString &folder)
-{
-    QString path = QDir::fromNativeSeparators(text.trimmed());
-    if (path.isEmpty())
-        return {};
-    if (path.startsWith(QLatin1String("~/")))
-        path.replace(0, 1, QDir::homePath());
-    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+    return m_chosenFile && !m_isNumbered ? chosenPath() : Destination::absolutePath(destination(), m_folder);
 }
 
 QString DownloadPlan::soundError() const
@@ -256,7 +224,7 @@ bool DownloadPlan::isComplete() const
     return m_stream.isValid() && soundError().isEmpty() && destinationError().isEmpty();
 }
 
-DownloadRequest DownloadPlan::request() const
+Nox::DownloadRequest DownloadPlan::request() const
 {
     MediaProfile stream = m_stream;
     qint64 bytes = m_sizes.value(stream.getName());

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "hosts/desk/model/DownloadRequest.h"
-
+#include <nox/jobs/DownloadRequest.h>
 #include <nox/jobs/StreamChoice.h>
 #include <nox/model/WebMediaInfo.h>
 
@@ -67,17 +66,10 @@ public:
 
     void makeFolder(); ///< Creates the missing folder.
 
-    /** The absolute path for @p text, which may be relative to @p folder or begin with "~/"; empty without a text. */
-    static QString absolutePath(const QString &text, const QString &folder);
-
-    /** As Nox::Destination::proposed(), but a name that ends in a number gets no second one. */
-    static QString proposed(const Nox::WebMediaInfo &page, const Nox::MediaProfile &stream, const QString &folder,
-                            const QStringList &taken, Nox::SoundFormat sound);
-
     /** Whether the download can start. */
     bool isComplete() const;
 
-    DownloadRequest request() const;
+    Nox::DownloadRequest request() const;
 
 Q_SIGNALS:
     void changed();

@@ -1,6 +1,6 @@
 #include "hosts/desk/view/AddressOffer.h"
 
-#include "hosts/desk/model/AddressList.h"
+#include <nox/jobs/AddressList.h>
 
 namespace NoxDesk {
 
@@ -13,7 +13,7 @@ AddressOffer::AddressOffer(QClipboard &clipboard, QObject *parent)
 
 void AddressOffer::check()
 {
-    QStringList addresses = m_isEnabled ? AddressList::in(m_clipboard.mimeData()) : QStringList();
+    QStringList addresses = m_isEnabled ? Nox::AddressList::in(m_clipboard.mimeData()) : QStringList();
     if (addresses == QStringList(m_known) || addresses == m_dismissed)
         addresses.clear();
     if (addresses != m_addresses) {

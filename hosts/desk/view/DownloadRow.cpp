@@ -1,6 +1,5 @@
 #include "hosts/desk/view/DownloadRow.h"
 
-#include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/view/ElidedLabel.h"
 #include "hosts/desk/view/FailureBox.h"
 #include "hosts/desk/view/Opener.h"
@@ -20,6 +19,8 @@
 #include <QUrl>
 
 namespace NoxDesk {
+
+using Nox::DownloadQueue;
 
 namespace {
 
@@ -144,25 +145,25 @@ void DownloadRow::layOut()
 void DownloadRow::refresh(const QModelIndex &index)
 {
     m_index = index;
-    m_file = index.data(DownloadListModel::FileRole).toString();
-    m_address = index.data(DownloadListModel::AddressRole).toString();
+    m_file = index.data(DownloadQueue::FileRole).toString();
+    m_address = index.data(DownloadQueue::AddressRole).toString();
     const QString name = index.data().toString();
     if (m_title->text() != name) {
         m_title->setText(name);
         nameControls(name);
     }
-    m_status->setText(index.data(DownloadListModel::StatusRole).toString());
-    const auto state = index.data(DownloadListModel::StateRole).value<Download::State>();
-    showBar(index.data(DownloadListModel::PercentRole).toInt(), state);
+    m_status->setText(index.data(DownloadQueue::StatusRole).toString());
+    const auto state = index.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
+    showBar(index.data(DownloadQueue::PercentRole).toInt(), state);
     showState(state);
     showDetails();
 }
 
-void DownloadRow::showState(Download::State state)
+void DownloadRow::showState(DownloadQueue::State state)
 {
-    const bool isFinished = state == Download::State::Finished;
-    const bool isPaused = state == Download::State::Paused;
-    const bool canRetry = isPaused || state == Download::State::Failed || state == Download::State::Cancelled;
+    const bool isFinished = state == DownloadQueue::Finished;
+    const bool isPaused = state == DownloadQueue::Paused;
+    const bool canRetry = isPaused || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
     const bool isActive = !isFinished && !canRetry;
     QPushButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
     const QWidget *focused = window()->focusWidget();
@@ -178,8 +179,8 @@ void DownloadRow::showState(Download::State state)
     m_folderAction->setEnabled(isFinished);
     m_retryAction->setEnabled(canRetry);
     m_cancelAction->setEnabled(isActive);
-    m_upAction->setEnabled(state == Download::State::Waiting);
-    m_downAction->setEnabled(state == Download::State::Waiting);
+    m_upAction->setEnabled(state == DownloadQueue::Waiting);
+    m_downAction->setEnabled(state == DownloadQueue::Waiting);
     m_removeAction->setEnabled(!isActive);
 }
 
@@ -187,8 +188,7 @@ void DownloadRow::showState(Download::State state)
 void DownloadRow::showDetails()
 {
     const bool isShown = m_detailsButton->isChecked();
-    const bool isFailed =
-        m_index.data(DownloadListModel::StateRole).value<Download::State>() == Download::State::Failed;
+    const bool isFailed = m_index.data(DownloadQueue::StateRole).value<DownloadQueue::State>() == DownloadQueue::Failed;
     m_detailsButton->setArrowType(isShown ? Qt::DownArrow : isRightToLeft() ? Qt::LeftArrow : Qt::RightArrow);
     if (isShown && m_details == nullptr) {
         m_details = new WrappedText(detailsLines);
@@ -207,8 +207,8 @@ void DownloadRow::showDetails()
     if (isShown) {
         const QString place = QDir::toNativeSeparators(m_file) + QLatin1Char('\n') + m_address;
         m_details->showText(isFailed ? place : m_status->text() + QLatin1Char('\n') + place);
-        m_failure->setTexts(m_index.data(DownloadListModel::ErrorRole).toString(),
-                            m_index.data(DownloadListModel::ErrorDetailsRole).toString());
+        m_failure->setTexts(m_index.data(DownloadQueue::ErrorRole).toString(),
+                            m_index.data(DownloadQueue::ErrorDetailsRole).toString());
     }
 }
 
@@ -237,10 +237,10 @@ void DownloadRow::nameControls(const QString &title)
     setAccessibleName(tr("Download of %1").arg(title));
 }
 
-void DownloadRow::showBar(int percent, Download::State state)
+void DownloadRow::showBar(int percent, DownloadQueue::State state)
 {
     const bool isRunning =
-        state == Download::State::Running || state == Download::State::Cancelling || state == Download::State::Pausing;
+        state == DownloadQueue::Running || state == DownloadQueue::Cancelling || state == DownloadQueue::Pausing;
     m_bar->setVisible(isRunning);
     m_bar->setMaximum(percent < 0 ? 0 : 100);
     m_bar->setValue(percent);

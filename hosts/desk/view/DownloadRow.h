@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/desk/model/Download.h"
+#include <nox/jobs/DownloadQueue.h>
 
 #include <QFrame>
 #include <QPersistentModelIndex>
@@ -57,8 +57,8 @@ private:
     void addActions();
     void layOut();
     void nameControls(const QString &title);
-    void showState(Download::State state);
-    void showBar(int percent, Download::State state);
+    void showState(Nox::DownloadQueue::State state);
+    void showBar(int percent, Nox::DownloadQueue::State state);
     void showDetails();
     void openFile();
     void showFolder();

@@ -1,8 +1,9 @@
 #include "hosts/desk/view/DownloadsPanel.h"
 
-#include "hosts/desk/model/DownloadListModel.h"
 #include "hosts/desk/view/DownloadRow.h"
 #include "hosts/desk/view/VerticalScrollArea.h"
+
+#include <nox/jobs/DownloadQueue.h>
 
 #include <QLabel>
 #include <QPushButton>
@@ -10,7 +11,9 @@
 
 namespace NoxDesk {
 
-DownloadsPanel::DownloadsPanel(DownloadListModel &model, QWidget *parent)
+using Nox::DownloadQueue;
+
+DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
     : QWidget(parent)
     , m_model(model)
 {
@@ -32,13 +35,13 @@ DownloadsPanel::DownloadsPanel(DownloadListModel &model, QWidget *parent)
                 if (!window()->isMinimized())
                     refreshRows(first.row(), last.row());
             });
-    connect(&m_model, &DownloadListModel::countsChanged, this, &DownloadsPanel::showCounts);
+    connect(&m_model, &DownloadQueue::countsChanged, this, &DownloadsPanel::showCounts);
     insertRows(0, m_model.rowCount() - 1);
     showCounts();
 }
 
 QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name, const QString &description,
-                                       void (DownloadListModel::*run)())
+                                       void (DownloadQueue::*run)())
 {
     auto *button = new QPushButton(text);
     button->setObjectName(name);
@@ -50,14 +53,14 @@ QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name,
 QLayout *DownloadsPanel::makeHead()
 {
     m_pauseAllButton = newButton(tr("&Pause all"), QStringLiteral("pauseAll"),
-                                 tr("Pauses running and waiting downloads"), &DownloadListModel::pauseAll);
+                                 tr("Pauses running and waiting downloads"), &DownloadQueue::pauseAll);
     m_resumeAllButton = newButton(tr("Resume all"), QStringLiteral("resumeAll"), tr("Resumes the paused downloads"),
-                                  &DownloadListModel::resumeAll);
+                                  &DownloadQueue::resumeAll);
     m_cancelAllButton = newButton(tr("Ca&ncel all"), QStringLiteral("cancelAll"),
-                                  tr("Cancels running and waiting downloads"), &DownloadListModel::cancelAll);
+                                  tr("Cancels running and waiting downloads"), &DownloadQueue::cancelAll);
     m_removeEndedButton =
         newButton(tr("Remove &ended"), QStringLiteral("removeEnded"),
-                  tr("Removes ended downloads from the list, not their files"), &DownloadListModel::removeEnded);
+                  tr("Removes ended downloads from the list, not their files"), &DownloadQueue::removeEnded);
     auto *head = new QHBoxLayout;
     head->addWidget(new QLabel(tr("Downloads:")), 1);
     for (QPushButton *button : {m_pauseAllButton, m_resumeAllButton, m_cancelAllButton, m_removeEndedButton})

@@ -7,9 +7,12 @@ class QModelIndex;
 class QPushButton;
 class QVBoxLayout;
 
+namespace Nox {
+class DownloadQueue;
+}
+
 namespace NoxDesk {
 
-class DownloadListModel;
 class DownloadRow;
 class VerticalScrollArea;
 
@@ -23,7 +26,7 @@ class DownloadsPanel : public QWidget
 
 public:
     /** @param model must outlive the panel */
-    explicit DownloadsPanel(DownloadListModel &model, QWidget *parent = nullptr);
+    explicit DownloadsPanel(Nox::DownloadQueue &model, QWidget *parent = nullptr);
 
     void refresh(); ///< Shows changes that happened while the window was minimised.
 
@@ -35,7 +38,7 @@ Q_SIGNALS:
 private:
     QLayout *makeHead();
     QPushButton *newButton(const QString &text, const QString &name, const QString &description,
-                           void (DownloadListModel::*run)());
+                           void (Nox::DownloadQueue::*run)());
     QWidget *makeList();
     void insertRows(int first, int last);
     void moveRow(int from, int to);
@@ -46,7 +49,7 @@ private:
     int rowOf(DownloadRow *widget) const;
     void showCounts();
 
-    DownloadListModel &m_model;
+    Nox::DownloadQueue &m_model;
     QList<DownloadRow *> m_rows;
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;

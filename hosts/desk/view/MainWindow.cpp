@@ -1,6 +1,5 @@
 #include "hosts/desk/view/MainWindow.h"
 
-#include "hosts/desk/model/AddressList.h"
 #include "hosts/desk/model/DeskController.h"
 #include "hosts/desk/view/AddressBar.h"
 #include "hosts/desk/view/AddressOfferBar.h"
@@ -14,6 +13,8 @@
 #include "hosts/desk/view/PreferencesDialog.h"
 #include "hosts/desk/view/ShownText.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
+
+#include <nox/jobs/AddressList.h>
 
 #include <QAccessible>
 #include <QCloseEvent>
@@ -66,7 +67,7 @@ MainWindow::MainWindow(DeskController &controller, QWidget *parent)
                     [this, addresses] { m_controller.addPagesAgain(addresses); });
     });
     connect(&m_controller, &DeskController::noticed, this, &MainWindow::notice);
-    connect(&m_controller.downloads(), &DownloadListModel::countsChanged, this, &MainWindow::showProgress);
+    connect(&m_controller.downloads(), &Nox::DownloadQueue::countsChanged, this, &MainWindow::showProgress);
     connect(&m_controller.downloads(), &QAbstractItemModel::dataChanged, this, &MainWindow::showProgress);
     connect(&m_controller.reader(), &PageReader::pageChanged, this, &MainWindow::applySettings);
     showProgress();
@@ -134,7 +135,7 @@ void MainWindow::addShortcuts()
     again->setAutoRepeat(false);
     // A field with the focus handles the key itself.
     new QShortcut(QKeySequence::Paste, this, this,
-                  [this] { use(AddressList::in(QGuiApplication::clipboard()->mimeData())); });
+                  [this] { use(Nox::AddressList::in(QGuiApplication::clipboard()->mimeData())); });
 }
 
 void MainWindow::addMenu()
@@ -153,7 +154,7 @@ void MainWindow::addMenu()
 /** Handles the text of the address field: usually one address, or a text that contains several. */
 void MainWindow::useText(const QString &text)
 {
-    const QStringList addresses = AddressList::in(text);
+    const QStringList addresses = Nox::AddressList::in(text);
     const bool isOneWord = text.simplified().count(QLatin1Char(' ')) == 0;
     if (addresses.isEmpty() || isOneWord) {
         m_controller.reader().read(text); // completes the address, or shows the error
@@ -178,7 +179,7 @@ void MainWindow::openList()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
-        const QStringList addresses = AddressList::inFile(path);
+        const QStringList addresses = Nox::AddressList::inFile(path);
         if (addresses.isEmpty()) {
             warn(tr("There are no addresses in \"%1\".").arg(path));
         } else {
@@ -363,13 +364,13 @@ void MainWindow::changeEvent(QEvent *event)
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!AddressList::in(event->mimeData()).isEmpty())
+    if (!Nox::AddressList::in(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent *event)
 {
-    const QStringList addresses = AddressList::in(event->mimeData());
+    const QStringList addresses = Nox::AddressList::in(event->mimeData());
     if (!addresses.isEmpty()) {
         event->acceptProposedAction();
         use(addresses);

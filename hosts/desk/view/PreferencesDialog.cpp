@@ -1,20 +1,22 @@
 #include "hosts/desk/view/PreferencesDialog.h"
 
 #include "hosts/desk/model/DeskSettings.h"
-#include "hosts/desk/model/DownloadPlan.h"
 #include "hosts/desk/view/ReasonLabel.h"
 #include "hosts/desk/view/ToolVersionLabel.h"
 #include "hosts/desk/view/VerticalScrollArea.h"
 
 #include <nox/jobs/Destination.h>
+#include <nox/jobs/ToolSetup.h>
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDateTime>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
 #include <QScreen>
@@ -45,8 +47,8 @@ PreferencesDialog::PreferencesDialog(DeskSettings &settings, QWidget *parent)
                       settings.preferences().resumesAtStart))
     , m_clipboard(newBox(tr("Offer addresses on the &clipboard"), QStringLiteral("offersClipboard"),
                          settings.preferences().offersClipboard))
-    , m_limitRate(new QLineEdit(m_toolSettings.value(ToolSettings::limitRate)))
-    , m_proxy(new QLineEdit(m_toolSettings.value(ToolSettings::proxy)))
+    , m_limitRate(new QLineEdit(m_toolSettings.value(Nox::ToolSettings::limitRate)))
+    , m_proxy(new QLineEdit(m_toolSettings.value(Nox::ToolSettings::proxy)))
     , m_browser(new QComboBox)
     , m_toolFile(new QLineEdit(settings.preferences().toolFile))
     , m_version(new ToolVersionLabel)
@@ -142,7 +144,7 @@ void PreferencesDialog::addNetwork(QFormLayout &form)
     m_browser->addItem(tr("none"), QString());
     for (const char *name : {"Firefox", "Chrome", "Chromium", "Brave", "Edge", "Opera", "Vivaldi"})
         m_browser->addItem(QLatin1String(name), QString::fromLatin1(name).toLower());
-    const QString browser = m_toolSettings.value(ToolSettings::browser);
+    const QString browser = m_toolSettings.value(Nox::ToolSettings::browser);
     if (m_browser->findData(browser) < 0)
         m_browser->addItem(browser, browser); // a value that the list does not have, such as one with a profile
     m_browser->setCurrentIndex(m_browser->findData(browser));
@@ -161,23 +163,35 @@ void PreferencesDialog::addTool(QFormLayout &form)
     m_renewalText->setAccessibleName(tr("When the tool was renewed"));
     form.addRow(QString(), m_renewButton);
     form.addRow(QString(), m_renewalText);
-    connect(m_renewButton, &QPushButton::clicked, this, [this] {
-        if (m_renewal.isRunning()) {
-            m_renewal.cancel();
+    connect(m_renewButton, &QPushButton::clicked, this, &PreferencesDialog::renew);
+    connect(m_toolFile, &QLineEdit::editingFinished, this, &PreferencesDialog::askVersion);
+    const QFileInfo ownTool(Nox::ToolSetup::ownToolFile());
+    const QString date = QLocale().toString(ownTool.lastModified(), QLocale::ShortFormat);
+    showRenewal(ownTool.exists() ? tr("It was renewed on %1.").arg(date) : tr("It came with the program."));
+    askVersion();
+}
+
+/** Starts to renew the tool, or cancels that. */
+void PreferencesDialog::renew()
+{
+    if (m_renewal != nullptr && m_renewal->isRunning()) {
+        m_renewal->cancel();
+        return;
+    }
+    showRenewal(tr("Fetching the newest tool…"));
+    m_renewButton->setText(tr("Cancel"));
+    m_renewal = std::make_unique<Nox::ToolRenewalJob>();
+    connect(m_renewal.get(), &Nox::Job::finished, this, [this](const Nox::Job *job) {
+        if (job->error() == Nox::Job::NoError) {
+            showRenewal(tr("Renewed: %1").arg(m_renewal->message()));
+        } else if (job->error() == Nox::Job::Cancelled) {
+            showRenewal(tr("Cancelled. The tool has not changed."));
         } else {
-            showRenewal(tr("Fetching the newest tool…"));
-            m_renewButton->setText(tr("Cancel"));
-            m_renewal.start();
+            showRenewal(QStringList{job->errorString(), job->errorDetails()}.join(QLatin1Char('\n')).trimmed());
         }
-    });
-    connect(&m_renewal, &ToolRenewal::finished, this, [this](const QString &outcome) {
-        showRenewal(outcome);
         askVersion();
     });
-    connect(m_toolFile, &QLineEdit::editingFinished, this, &PreferencesDialog::askVersion);
-    const QString date = ToolRenewal::dateText();
-    showRenewal(date.isEmpty() ? tr("It came with the program.") : tr("It was renewed on %1.").arg(date));
-    askVersion();
+    m_renewal->start();
 }
 
 void PreferencesDialog::showRenewal(const QString &outcome)
@@ -227,7 +241,7 @@ void PreferencesDialog::askVersion()
 
 QString PreferencesDialog::folder() const
 {
-    return DownloadPlan::absolutePath(m_folder->text(), QDir::homePath());
+    return Nox::Destination::absolutePath(m_folder->text(), QDir::homePath());
 }
 
 /** Accepts the folder. @return whether it can be used; if not, an error is shown */
@@ -249,11 +263,11 @@ void PreferencesDialog::accept()
 {
     if (!checkFolder())
         return;
-    m_toolSettings.setValue(ToolSettings::limitRate, m_limitRate->text());
-    m_toolSettings.setValue(ToolSettings::proxy, m_proxy->text().trimmed());
-    m_toolSettings.setValue(ToolSettings::browser, m_browser->currentData().toString());
+    m_toolSettings.setValue(Nox::ToolSettings::limitRate, m_limitRate->text());
+    m_toolSettings.setValue(Nox::ToolSettings::proxy, m_proxy->text().trimmed());
+    m_toolSettings.setValue(Nox::ToolSettings::browser, m_browser->currentData().toString());
     if (!m_toolSettings.save()) {
-        m_error->explain(tr("The settings of the tool cannot be written to \"%1\".").arg(ToolSettings::fileName()),
+        m_error->explain(tr("The settings of the tool cannot be written to \"%1\".").arg(Nox::ToolSettings::fileName()),
                          *m_limitRate);
         return;
     }

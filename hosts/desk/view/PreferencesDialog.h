@@ -1,9 +1,11 @@
 #pragma once
 
-#include "hosts/desk/model/ToolRenewal.h"
-#include "hosts/desk/model/ToolSettings.h"
+#include <nox/jobs/ToolRenewalJob.h>
+#include <nox/jobs/ToolSettings.h>
 
 #include <QDialog>
+
+#include <memory>
 
 class QCheckBox;
 class QComboBox;
@@ -40,11 +42,12 @@ private:
     QWidget *withBrowse(QLineEdit *field, const QString &name, bool isFolder);
     void browse(QLineEdit *field, bool isFolder);
     void askVersion();
+    void renew();
     void showRenewal(const QString &outcome);
     QString folder() const;
 
     DeskSettings &m_settings;
-    ToolSettings m_toolSettings;
+    Nox::ToolSettings m_toolSettings;
     QLineEdit *m_folder;
     ReasonLabel *m_error;
     QPushButton *m_makeButton;
@@ -62,7 +65,7 @@ private:
     ToolVersionLabel *m_version;
     QPushButton *m_renewButton;
     WrappedText *m_renewalText;
-    ToolRenewal m_renewal;
+    std::unique_ptr<Nox::ToolRenewalJob> m_renewal; // the last one
 };
 
 } // namespace NoxDesk

@@ -92,7 +92,30 @@
     </message>
 </context>
 <context>
+    <name>Nox::DownloadQueue</name>
+    <message>
+        <source>%1: %2</source>
+        <comment>file, status</comment>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>Nox::DownloadStore</name>
+    <message>
+        <source>The list of downloads could not be read. It was renamed to &quot;%1&quot;.</source>
+        <translation>Die Liste der Downloads war nicht lesbar. Sie wurde als „%1“ beiseitegelegt.</translation>
+    </message>
+</context>
+<context>
     <name>Nox::FailureText</name>
+    <message>
+        <source>The tool could not be renewed.</source>
+        <translation>Das Werkzeug konnte nicht erneuert werden.</translation>
+    </message>
+    <message>
+        <source>The command nox-renew-tool is not installed.</source>
+        <translation>Der Befehl nox-renew-tool ist nicht installiert.</translation>
+    </message>
     <message>
         <source>The download tool could not be run. Check that the programs beside this one are complete and may be executed, and that memory is not short.</source>
         <translation>Das Download-Werkzeug ließ sich nicht ausführen. Prüfen Sie, ob die Programme neben diesem vollständig und ausführbar sind und ob der Arbeitsspeicher reicht.</translation>
@@ -236,6 +259,69 @@
     <message>
         <source>The stored data of this download cannot be read. Read the page again.</source>
         <translation>Die gespeicherten Daten dieses Downloads sind nicht lesbar. Lesen Sie die Seite neu ein.</translation>
+    </message>
+</context>
+<context>
+    <name>Nox::QueuedDownload</name>
+    <message>
+        <source>Cancelling…</source>
+        <translation>Wird abgebrochen …</translation>
+    </message>
+    <message>
+        <source>Finished, %1</source>
+        <translation>Fertig, %1</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Fetching video</source>
+        <translation>Video wird geladen</translation>
+    </message>
+    <message>
+        <source>Fetching audio</source>
+        <translation>Ton wird geladen</translation>
+    </message>
+    <message>
+        <source>Joining video and audio</source>
+        <translation>Video und Ton werden zusammengefügt</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Wird gestartet</translation>
+    </message>
+    <message>
+        <source>%1 left</source>
+        <translation>noch %1</translation>
+    </message>
+    <message>
+        <source>Waiting for other downloads</source>
+        <translation>Wartet auf andere Downloads</translation>
+    </message>
+    <message>
+        <source>Failed: %1</source>
+        <translation>Fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>The file no longer exists</source>
+        <translation>Die Datei ist nicht mehr vorhanden</translation>
+    </message>
+    <message>
+        <source>Reading the page</source>
+        <translation>Seite wird gelesen</translation>
+    </message>
+    <message>
+        <source>Pausing…</source>
+        <translation>Wird angehalten …</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Converting the sound</source>
+        <translation>Ton wird umgewandelt</translation>
     </message>
 </context>
 <context>

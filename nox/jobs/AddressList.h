@@ -1,12 +1,14 @@
 #pragma once
 
+#include <nox/jobs/JobsExport.h>
+
 #include <QMimeData>
 #include <QStringList>
 
-namespace NoxDesk {
+namespace Nox {
 
 /** Finds the addresses of pages in a text, for example in pasted or dropped text. */
-class AddressList
+class NOX_JOBS_EXPORT AddressList
 {
 public:
     AddressList() = delete;
@@ -21,4 +23,4 @@ public:
     static QStringList inFile(const QString &path); ///< The addresses in a text file; none if the file is too large.
 };
 
-} // namespace NoxDesk
+} // namespace Nox

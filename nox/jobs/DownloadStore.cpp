@@ -1,4 +1,4 @@
-#include "hosts/desk/model/DownloadStore.h"
+#include <nox/jobs/DownloadStore.h>
 
 #include <nox/jobs/Destination.h>
 
@@ -8,13 +8,13 @@
 #include <QJsonObject>
 #include <QSaveFile>
 
-namespace NoxDesk {
+namespace Nox {
 
 namespace {
 
-constexpr int version = 1;
-constexpr int mostPrograms = 9;
-const QLatin1String versionKey("version");
+constexpr int storeVersion = 1;
+constexpr int mostInstances = 9;
+const QLatin1String storeVersionKey("version");
 const QLatin1String downloadsKey("downloads");
 
 QDir folder()
@@ -24,36 +24,37 @@ QDir folder()
         .filePath(QStringLiteral("noxwebmedia"));
 }
 
-QString fileOf(int program)
-{
-    return folder().filePath(QStringLiteral("nox-desk-downloads-%1.json").arg(program));
-}
-
-std::unique_ptr<QLockFile> newLock(int program)
-{
-    auto lock = std::make_unique<QLockFile>(fileOf(program) + QStringLiteral(".lock"));
-    lock->setStaleLockTime(0); // stale only if its process no longer exists
-    return lock->tryLock(0) ? std::move(lock) : nullptr;
-}
-
 } // namespace
 
-DownloadStore::DownloadStore()
+DownloadStore::DownloadStore(const QString &application)
+    : m_application(application)
 {
     folder().mkpath(QStringLiteral("."));
-    for (int program = 1; program <= mostPrograms && m_lock == nullptr; ++program) {
-        m_lock = newLock(program);
-        m_file = m_lock == nullptr ? QString() : fileOf(program);
+    for (int instance = 1; instance <= mostInstances && m_lock == nullptr; ++instance) {
+        m_lock = newLock(instance);
+        m_file = m_lock == nullptr ? QString() : fileOf(instance);
     }
+}
+
+QString DownloadStore::fileOf(int instance) const
+{
+    return folder().filePath(QStringLiteral("%1-downloads-%2.json").arg(m_application).arg(instance));
+}
+
+std::unique_ptr<QLockFile> DownloadStore::newLock(int instance) const
+{
+    auto lock = std::make_unique<QLockFile>(fileOf(instance) + QStringLiteral(".lock"));
+    lock->setStaleLockTime(0); // stale only if its process no longer exists
+    return lock->tryLock(0) ? std::move(lock) : nullptr;
 }
 
 QJsonArray DownloadStore::load()
 {
     QJsonArray result = m_lock == nullptr ? QJsonArray() : read(m_file);
     QStringList taken;
-    for (int program = 1; program <= mostPrograms && m_lock != nullptr; ++program) {
-        const QString file = fileOf(program);
-        const std::unique_ptr<QLockFile> lock = QFile::exists(file) && file != m_file ? newLock(program) : nullptr;
+    for (int instance = 1; instance <= mostInstances && m_lock != nullptr; ++instance) {
+        const QString file = fileOf(instance);
+        const std::unique_ptr<QLockFile> lock = QFile::exists(file) && file != m_file ? newLock(instance) : nullptr;
         if (lock == nullptr)
             continue;
         const QJsonArray others = read(file);
@@ -75,11 +76,11 @@ QJsonArray DownloadStore::read(const QString &name)
         return {};
     const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     const QJsonObject list = QJsonDocument::fromJson(text).object();
-    if (list.value(versionKey).toInt() == version && list.value(downloadsKey).isArray())
+    if (list.value(storeVersionKey).toInt() == storeVersion && list.value(downloadsKey).isArray())
         return list.value(downloadsKey).toArray();
     const QString aside = Nox::Destination::free(name + QStringLiteral(".unreadable"));
     file.rename(aside);
-    m_error = QCoreApplication::translate("NoxDesk::DownloadStore",
+    m_error = QCoreApplication::translate("Nox::DownloadStore",
                                           "The list of downloads could not be read. It was renamed to \"%1\".")
                   .arg(aside);
     return {};
@@ -91,8 +92,8 @@ void DownloadStore::save(const QJsonArray &downloads)
     if (m_lock == nullptr || !file.open(QIODevice::WriteOnly))
         return;
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    file.write(QJsonDocument(QJsonObject{{versionKey, version}, {downloadsKey, downloads}}).toJson());
+    file.write(QJsonDocument(QJsonObject{{storeVersionKey, storeVersion}, {downloadsKey, downloads}}).toJson());
     file.commit();
 }
 
-} // namespace NoxDesk
+} // namespace Nox

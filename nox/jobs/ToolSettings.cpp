@@ -1,4 +1,4 @@
-#include "hosts/desk/model/ToolSettings.h"
+#include <nox/jobs/ToolSettings.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -7,11 +7,11 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
-namespace NoxDesk {
+namespace Nox {
 
 namespace {
 
-constexpr qint64 maximumBytes = 64LL * 1024; // the limit of the tool's front
+constexpr qint64 maximumFileBytes = 64LL * 1024; // the limit of the tool's front
 
 /** A word of the text: its place, and its value without quotes. */
 struct Piece {
@@ -78,7 +78,7 @@ QList<Piece> places(const QByteArray &text, const ToolSettings::Option &option)
     return result;
 }
 
-QByteArray quoted(const QString &value)
+QByteArray shellQuoted(const QString &value)
 {
     static const QRegularExpression plain(QStringLiteral("^[\\w@%+=:,./-]+$"));
     QString text = value;
@@ -103,8 +103,8 @@ ToolSettings::ToolSettings()
 {
     QFile file(fileName());
     if (QFileInfo::exists(fileName())) {
-        m_isReadable = QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly) && file.size() <= maximumBytes;
-        m_text = m_isReadable ? file.read(maximumBytes) : QByteArray();
+        m_isReadable = QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly) && file.size() <= maximumFileBytes;
+        m_text = m_isReadable ? file.read(maximumFileBytes) : QByteArray();
     }
     m_savedText = m_text;
 }
@@ -126,7 +126,7 @@ void ToolSettings::setValue(const Option &option, const QString &value)
     if (value == this->value(option))
         return;
     const QList<Piece> found = places(m_text, option);
-    const QByteArray text = QByteArray(option.name) + ' ' + quoted(value);
+    const QByteArray text = QByteArray(option.name) + ' ' + shellQuoted(value);
     if (value.isEmpty()) {
         for (auto piece = found.crbegin(); piece != found.crend(); ++piece)
             removePiece(m_text, *piece);
@@ -157,4 +157,4 @@ bool ToolSettings::save()
     return true;
 }
 
-} // namespace NoxDesk
+} // namespace Nox

@@ -1,17 +1,17 @@
-#include "hosts/desk/model/Download.h"
+#include <nox/jobs/QueuedDownload.h>
+
+#include <nox/jobs/FailureText.h>
 
 #include <QFileInfo>
 #include <QLocale>
 #include <QMetaEnum>
 #include <QStringList>
 
-namespace NoxDesk {
-
-using Nox::DownloadJob;
+namespace Nox {
 
 namespace {
 
-const QLatin1String urlKey("url");
+const QLatin1String addressKey("url");
 const QLatin1String fileKey("file");
 const QLatin1String stateKey("state");
 const QLatin1String errorKey("error");
@@ -28,7 +28,7 @@ QJsonObject recordOf(const DownloadRequest &request)
 
 } // namespace
 
-Download::Download(const DownloadRequest &request, QObject *parent)
+QueuedDownload::QueuedDownload(const DownloadRequest &request, QObject *parent)
     : QObject(parent)
     , m_url(request.url)
     , m_file(request.destination)
@@ -36,9 +36,9 @@ Download::Download(const DownloadRequest &request, QObject *parent)
 {
 }
 
-Download::Download(const QJsonObject &stored, QObject *parent)
+QueuedDownload::QueuedDownload(const QJsonObject &stored, QObject *parent)
     : QObject(parent)
-    , m_url(stored.value(urlKey).toString())
+    , m_url(stored.value(addressKey).toString())
     , m_file(stored.value(fileKey).toString())
     , m_record(stored.value(jobKey).toObject())
     , m_error(stored.value(errorKey).toString())
@@ -46,52 +46,58 @@ Download::Download(const QJsonObject &stored, QObject *parent)
 {
     const QByteArray name = stored.value(stateKey).toString().toLatin1();
     const auto state = static_cast<State>(QMetaEnum::fromType<State>().keyToValue(name.constData()));
-    const bool isOver = state == State::Finished || state == State::Failed || state == State::Cancelled;
-    m_state = isOver ? state : State::Paused;
+    const bool isOver =
+        state == DownloadQueue::Finished || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
+    m_state = isOver ? state : DownloadQueue::Paused;
 }
 
-Download::Download(const QJsonObject &record, const QString &url, const QString &file, QObject *parent)
+QueuedDownload::QueuedDownload(const QJsonObject &record, const QString &url, const QString &file, QObject *parent)
     : QObject(parent)
     , m_url(url)
     , m_file(file)
     , m_record(record)
-    , m_state(State::Paused)
+    , m_state(DownloadQueue::Paused)
 {
 }
 
-QJsonObject Download::toJson() const
+QJsonObject QueuedDownload::toJson() const
 {
-    return {{urlKey, m_url},
+    return {{addressKey, m_url},
             {fileKey, m_file},
-            {stateKey, QLatin1String(QMetaEnum::fromType<State>().valueToKey(static_cast<int>(m_state)))},
+            {stateKey, QVariant::fromValue(m_state).toString()},
             {errorKey, m_error},
             {detailsKey, m_errorDetails},
             {jobKey, m_record}};
 }
 
-void Download::start(const Nox::ToolSetup &tools, const Chooser &choose)
+void QueuedDownload::start(const ToolSetup &tools, const DownloadQueue::Chooser &choose)
 {
-    if (m_state != State::Waiting)
+    if (m_state != DownloadQueue::Waiting)
         return;
     m_tools = tools;
     m_choose = choose;
     if (m_record.isEmpty()) {
-        m_page = std::make_unique<Nox::PageJob>(m_url, tools);
-        connect(m_page.get(), &Nox::Job::finished, this, &Download::onPageRead);
+        m_page = std::make_unique<PageJob>(m_url, tools);
+        connect(m_page.get(), &Job::finished, this, &QueuedDownload::onPageRead);
         m_page->start();
     } else {
         startJob();
     }
-    setState(State::Running);
+    setState(DownloadQueue::Running);
 }
 
-void Download::onPageRead()
+void QueuedDownload::onPageRead()
 {
-    Nox::PageJob *page = m_page.release();
+    PageJob *page = m_page.release();
     page->deleteLater(); // the page is the sender of this signal
-    const DownloadRequest request = page->error() == Nox::Job::NoError ? m_choose(*page) : DownloadRequest();
+    const DownloadRequest request = page->error() == Job::NoError ? m_choose(*page) : DownloadRequest();
     if (!request.stream.isValid()) {
-        end(*page);
+        if (page->error() == Job::NoError) {
+            m_error = FailureText::noStream(page->page());
+            end(DownloadQueue::Failed);
+        } else {
+            end(*page);
+        }
         return;
     }
     m_file = request.destination;
@@ -100,47 +106,47 @@ void Download::onPageRead()
     Q_EMIT changed();
 }
 
-void Download::startJob()
+void QueuedDownload::startJob()
 {
     m_job = std::make_unique<DownloadJob>(m_record, m_tools);
-    connect(m_job.get(), &DownloadJob::phaseChanged, this, &Download::changed);
-    connect(m_job.get(), &DownloadJob::figuresChanged, this, &Download::changed);
-    connect(m_job.get(), &DownloadJob::waitingTextChanged, this, &Download::changed);
-    connect(m_job.get(), &DownloadJob::finished, this, &Download::onFinished);
+    connect(m_job.get(), &DownloadJob::phaseChanged, this, &QueuedDownload::changed);
+    connect(m_job.get(), &DownloadJob::figuresChanged, this, &QueuedDownload::changed);
+    connect(m_job.get(), &DownloadJob::waitingTextChanged, this, &QueuedDownload::changed);
+    connect(m_job.get(), &DownloadJob::finished, this, &QueuedDownload::onFinished);
     m_job->start();
 }
 
-void Download::onFinished()
+void QueuedDownload::onFinished()
 {
-    m_file = m_job->error() == Nox::Job::NoError ? m_job->filePath() : m_job->destination();
+    m_file = m_job->error() == Job::NoError ? m_job->filePath() : m_job->destination();
     end(*m_job);
 }
 
-void Download::end(const Nox::Job &job)
+void QueuedDownload::end(const Job &job)
 {
     switch (job.error()) {
-    case Nox::Job::NoError:
-        end(State::Finished);
+    case Job::NoError:
+        end(DownloadQueue::Finished);
         break;
-    case Nox::Job::Cancelled: // a page that was being read will be read again
-        end(m_state == State::Pausing ? State::Paused : State::Cancelled);
+    case Job::Cancelled: // a page that was being read will be read again
+        end(m_state == DownloadQueue::Pausing ? DownloadQueue::Paused : DownloadQueue::Cancelled);
         break;
-    case Nox::Job::Paused:
-        end(State::Paused);
+    case Job::Paused:
+        end(DownloadQueue::Paused);
         break;
     default:
         m_error = job.errorString();
         m_errorDetails = job.errorDetails();
-        end(State::Failed);
+        end(DownloadQueue::Failed);
     }
 }
 
-void Download::pause()
+void QueuedDownload::pause()
 {
-    if (m_state == State::Waiting) {
-        end(State::Paused);
-    } else if (m_state == State::Running) {
-        setState(State::Pausing);
+    if (m_state == DownloadQueue::Waiting) {
+        end(DownloadQueue::Paused);
+    } else if (m_state == DownloadQueue::Running) {
+        setState(DownloadQueue::Pausing);
         if (m_page != nullptr) {
             m_page->cancel();
         } else {
@@ -149,13 +155,13 @@ void Download::pause()
     }
 }
 
-void Download::cancel()
+void QueuedDownload::cancel()
 {
-    if (m_state == State::Waiting) {
+    if (m_state == DownloadQueue::Waiting) {
         discard();
-        end(State::Cancelled);
-    } else if (m_state == State::Running) {
-        setState(State::Cancelling);
+        end(DownloadQueue::Cancelled);
+    } else if (m_state == DownloadQueue::Running) {
+        setState(DownloadQueue::Cancelling);
         if (m_page != nullptr) {
             m_page->cancel();
         } else {
@@ -164,22 +170,22 @@ void Download::cancel()
     }
 }
 
-void Download::retry()
+void QueuedDownload::retry()
 {
     if (canRetry()) {
         m_error.clear();
         m_errorDetails.clear();
-        setState(State::Waiting);
+        setState(DownloadQueue::Waiting);
     }
 }
 
-void Download::discard()
+void QueuedDownload::discard()
 {
-    if (!isRunning() && m_state != State::Finished && !m_record.isEmpty())
+    if (!isRunning() && m_state != DownloadQueue::Finished && !m_record.isEmpty())
         DownloadJob::discard(m_record);
 }
 
-bool Download::isSameAs(const DownloadRequest &request) const
+bool QueuedDownload::isSameAs(const DownloadRequest &request) const
 {
     if (request.url != m_url)
         return false;
@@ -187,67 +193,67 @@ bool Download::isSameAs(const DownloadRequest &request) const
         return true;
     if (m_record.isEmpty())
         return false;
-    const Nox::MediaProfile stream = DownloadJob(m_record).stream();
+    const MediaProfile stream = DownloadJob(m_record).stream();
     return stream.getName() == request.stream.getName()
         && stream.getPreferredDashAudioYdCode() == request.stream.getPreferredDashAudioYdCode();
 }
 
-void Download::end(State state)
+void QueuedDownload::end(State state)
 {
     setState(state);
     Q_EMIT ended();
 }
 
-void Download::setState(State state)
+void QueuedDownload::setState(State state)
 {
     m_state = state;
     Q_EMIT changed();
 }
 
-QString Download::name() const
+QString QueuedDownload::name() const
 {
     return m_file.isEmpty() ? m_url : QFileInfo(m_file).fileName();
 }
 
-int Download::percent() const
+int QueuedDownload::percent() const
 {
-    if (m_state == State::Finished)
+    if (m_state == DownloadQueue::Finished)
         return 100;
     if (m_page != nullptr)
         return -1;
-    if (m_job == nullptr || m_state == State::Waiting)
+    if (m_job == nullptr || m_state == DownloadQueue::Waiting)
         return 0;
-    const Nox::TransferFigures figures = m_job->figures();
-    return m_state == State::Running && figures.total() == 0 ? -1 : figures.percent();
+    const TransferFigures figures = m_job->figures();
+    return m_state == DownloadQueue::Running && figures.total() == 0 ? -1 : figures.percent();
 }
 
-QString Download::status() const
+QString QueuedDownload::status() const
 {
     switch (m_state) {
-    case State::Waiting:
+    case DownloadQueue::Waiting:
         return tr("Waiting for other downloads");
-    case State::Running:
+    case DownloadQueue::Running:
         return m_page != nullptr ? tr("Reading the page") : phaseText() + figuresText();
-    case State::Cancelling:
+    case DownloadQueue::Cancelling:
         return tr("Cancelling…");
-    case State::Pausing:
+    case DownloadQueue::Pausing:
         return tr("Pausing…");
-    case State::Finished:
+    case DownloadQueue::Finished:
         if (!QFileInfo::exists(m_file))
             return tr("The file no longer exists");
         return tr("Finished, %1")
             .arg(QLocale().formattedDataSize(QFileInfo(m_file).size(), 1, QLocale::DataSizeSIFormat));
-    case State::Failed:
+    case DownloadQueue::Failed:
         return tr("Failed: %1").arg(errorString().simplified());
-    case State::Cancelled:
+    case DownloadQueue::Cancelled:
         return tr("Cancelled");
-    case State::Paused:
+    case DownloadQueue::Paused:
         return tr("Paused");
     }
     return {};
 }
 
-QString Download::phaseText() const
+QString QueuedDownload::phaseText() const
 {
     switch (m_job->phase()) {
     case DownloadJob::Waiting:
@@ -265,10 +271,10 @@ QString Download::phaseText() const
 }
 
 /** The message that the server does not answer, or else amount, speed and time left, each after a separator. */
-QString Download::figuresText() const
+QString QueuedDownload::figuresText() const
 {
     const QLocale locale;
-    const Nox::TransferFigures figures = m_job->figures();
+    const TransferFigures figures = m_job->figures();
     const QString timeLeft = figures.timeLeftText();
     QStringList parts{figures.amountText(locale), figures.speedText(locale),
                       timeLeft.isEmpty() ? timeLeft : tr("%1 left").arg(timeLeft)};
@@ -282,4 +288,4 @@ QString Download::figuresText() const
     return result;
 }
 
-} // namespace NoxDesk
+} // namespace Nox

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "hosts/desk/model/DownloadRequest.h"
-
 #include <nox/jobs/DownloadJob.h>
+#include <nox/jobs/DownloadQueue.h>
+#include <nox/jobs/DownloadRequest.h>
 #include <nox/jobs/PageJob.h>
 #include <nox/jobs/ToolSetup.h>
 #include <nox/jobs/TransferFigures.h>
@@ -10,38 +10,33 @@
 #include <QJsonObject>
 #include <QObject>
 
-#include <functional>
 #include <memory>
 
-namespace NoxDesk {
+namespace Nox {
 
 /**
- * One download in the list: its state, progress and outcome. A download of which only the address is known reads the
+ * A download of the queue: its state, progress and outcome. A download of which only the address is known reads the
  * page first.
  */
-class Download : public QObject
+class QueuedDownload : public QObject
 {
     Q_OBJECT
 
 public:
-    enum class State { Waiting, Running, Cancelling, Finished, Failed, Cancelled, Pausing, Paused };
-    Q_ENUM(State)
-
-    /** Makes the request for a page that was read; without a stream if there is nothing to download. */
-    using Chooser = std::function<DownloadRequest(const Nox::PageJob &page)>;
+    using State = DownloadQueue::State;
 
     /** @param request if it has no stream, the page is read first */
-    explicit Download(const DownloadRequest &request, QObject *parent = nullptr);
+    explicit QueuedDownload(const DownloadRequest &request, QObject *parent = nullptr);
 
     /** A stored download. @param stored result of toJson(); if it is unfinished, the download is paused */
-    explicit Download(const QJsonObject &stored, QObject *parent = nullptr);
+    explicit QueuedDownload(const QJsonObject &stored, QObject *parent = nullptr);
 
     /** A paused download. @param record record for the job that resumes it */
-    Download(const QJsonObject &record, const QString &url, const QString &file, QObject *parent);
+    QueuedDownload(const QJsonObject &record, const QString &url, const QString &file, QObject *parent);
 
     QJsonObject toJson() const; ///< A form that can be stored.
 
-    void start(const Nox::ToolSetup &tools, const Chooser &choose); ///< Starts the download if it is waiting.
+    void start(const ToolSetup &tools, const DownloadQueue::Chooser &choose); ///< Starts the download if it is waiting.
     void pause();
     void cancel();
 
@@ -53,16 +48,17 @@ public:
     State state() const { return m_state; }
 
     /** Whether it is waiting or running. */
-    bool isActive() const { return m_state == State::Waiting || isRunning(); }
+    bool isActive() const { return m_state == DownloadQueue::Waiting || isRunning(); }
 
     /** Whether it may have processes. */
     bool isRunning() const
     {
-        return m_state == State::Running || m_state == State::Cancelling || m_state == State::Pausing;
+        return m_state == DownloadQueue::Running || m_state == DownloadQueue::Cancelling
+            || m_state == DownloadQueue::Pausing;
     }
 
-    bool isEnded() const { return !isActive() && m_state != State::Paused; }
-    bool canRetry() const { return !isActive() && m_state != State::Finished; }
+    bool isEnded() const { return !isActive() && m_state != DownloadQueue::Paused; }
+    bool canRetry() const { return !isActive() && m_state != DownloadQueue::Finished; }
     QString url() const { return m_url; }           ///< Address of the page.
     QString file() const { return m_file; }         ///< Path of the file; may be empty at first.
     QString name() const;                           ///< The file's name, or the address.
@@ -86,7 +82,7 @@ private:
     void startJob();
     void onPageRead();
     void onFinished();
-    void end(const Nox::Job &job);
+    void end(const Job &job);
     void end(State state);
     void setState(State state);
     QString phaseText() const;
@@ -95,13 +91,13 @@ private:
     QString m_url;
     QString m_file;
     QJsonObject m_record; // of the job; empty until the stream is known
-    State m_state = State::Waiting;
+    State m_state = DownloadQueue::Waiting;
     QString m_error;
     QString m_errorDetails;
-    Nox::ToolSetup m_tools;
-    Chooser m_choose;
-    std::unique_ptr<Nox::PageJob> m_page;    // while the page is read
-    std::unique_ptr<Nox::DownloadJob> m_job; // of the last attempt
+    ToolSetup m_tools;
+    DownloadQueue::Chooser m_choose;
+    std::unique_ptr<PageJob> m_page;    // while the page is read
+    std::unique_ptr<DownloadJob> m_job; // of the last attempt
 };
 
-} // namespace NoxDesk
+} // namespace Nox

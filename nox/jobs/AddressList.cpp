@@ -1,4 +1,4 @@
-#include "hosts/desk/model/AddressList.h"
+#include <nox/jobs/AddressList.h>
 
 #include <nox/jobs/UrlCheck.h>
 
@@ -8,7 +8,7 @@
 #include <QSet>
 #include <QUrl>
 
-namespace NoxDesk {
+namespace Nox {
 
 namespace {
 
@@ -28,7 +28,7 @@ QString trimmed(QString word)
 
 bool isAddress(const QString &url)
 {
-    return url.size() <= maximumLength && Nox::UrlCheck::errorString(url).isEmpty();
+    return url.size() <= maximumLength && UrlCheck::errorString(url).isEmpty();
 }
 
 } // namespace
@@ -42,7 +42,7 @@ QStringList AddressList::in(const QString &text)
     QSet<QString> known;
     auto matches = pattern.globalMatch(text);
     while (matches.hasNext()) {
-        const QString url = Nox::UrlCheck::corrected(trimmed(matches.next().captured()));
+        const QString url = UrlCheck::corrected(trimmed(matches.next().captured()));
         if (isAddress(url) && !known.contains(url)) {
             known += url;
             result += url;
@@ -76,4 +76,4 @@ QStringList AddressList::inFile(const QString &path)
     return isUsable ? in(QString::fromUtf8(file.readAll())) : QStringList();
 }
 
-} // namespace NoxDesk
+} // namespace Nox

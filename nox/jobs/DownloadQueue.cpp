@@ -1,0 +1,342 @@
+#include <nox/jobs/DownloadQueue.h>
+
+#include <nox/jobs/DownloadJob.h>
+#include <nox/jobs/QueuedDownload.h>
+
+#include <algorithm>
+#include <functional>
+
+namespace Nox {
+
+namespace {
+
+/** The part of the list in which the download stands. */
+int part(const QueuedDownload *download)
+{
+    return download->isRunning() ? 0 : download->isActive() ? 1 : download->isEnded() ? 3 : 2;
+}
+
+} // namespace
+
+class DownloadQueue::Private
+{
+public:
+    ToolSetup tools;
+    Chooser choose;
+    QList<QueuedDownload *> downloads;
+    QList<QueuedDownload *> batch;
+    int limit = 1;
+};
+
+DownloadQueue::DownloadQueue(const ToolSetup &tools, QObject *parent)
+    : QAbstractListModel(parent)
+    , d(std::make_unique<Private>())
+{
+    d->tools = tools;
+    d->choose = [](const PageJob &) { return DownloadRequest(); };
+}
+
+DownloadQueue::~DownloadQueue() = default;
+
+void DownloadQueue::setTools(const ToolSetup &tools)
+{
+    d->tools = tools;
+}
+
+void DownloadQueue::setChooser(const Chooser &choose)
+{
+    d->choose = choose;
+}
+
+void DownloadQueue::setLimit(int limit)
+{
+    d->limit = qMax(1, limit);
+    startNext();
+}
+
+void DownloadQueue::add(const DownloadRequest &request)
+{
+    auto *download = new QueuedDownload(request, this);
+    insert(activeCount(), download);
+    enqueue(download);
+}
+
+void DownloadQueue::insert(int row, QueuedDownload *download)
+{
+    connect(download, &QueuedDownload::changed, this, [this, download] { onChanged(download); });
+    connect(download, &QueuedDownload::ended, this, [this, download] { onEnded(download); });
+    beginInsertRows({}, row, row);
+    d->downloads.insert(row, download);
+    endInsertRows();
+}
+
+void DownloadQueue::restore(const QJsonArray &stored)
+{
+    for (const auto &value : stored) {
+        auto *download = new QueuedDownload(value.toObject(), this);
+        insert(download->isEnded() ? rowCount() : rowCount() - endedCount(), download);
+    }
+    Q_EMIT countsChanged();
+}
+
+void DownloadQueue::addInterrupted(const QString &folder)
+{
+    const QList<QJsonObject> records = DownloadJob::interrupted(folder);
+    for (const QJsonObject &record : records) {
+        const DownloadJob job(record);
+        const bool isKnown =
+            std::any_of(d->downloads.cbegin(), d->downloads.cend(), [&job](const QueuedDownload *download) {
+                return download->isSameAs({job.url(), job.stream(), job.destination()});
+            });
+        if (!isKnown)
+            insert(rowCount() - endedCount(), new QueuedDownload(record, job.url(), job.destination(), this));
+    }
+    Q_EMIT countsChanged();
+}
+
+QJsonArray DownloadQueue::toJson() const
+{
+    QJsonArray result;
+    for (const QueuedDownload *download : d->downloads)
+        result += download->toJson();
+    return result;
+}
+
+void DownloadQueue::enqueue(QueuedDownload *download)
+{
+    const bool isFirst = std::none_of(d->batch.cbegin(), d->batch.cend(), [download](const QueuedDownload *other) {
+        return other != download && other->isActive();
+    });
+    if (isFirst)
+        d->batch.clear();
+    d->batch.removeOne(download);
+    d->batch.append(download);
+    startNext();
+    Q_EMIT countsChanged();
+}
+
+void DownloadQueue::startNext()
+{
+    for (int running = runningCount(); running < d->limit && running < activeCount(); running = runningCount())
+        d->downloads.at(running)->start(d->tools, d->choose);
+}
+
+void DownloadQueue::pause(int row)
+{
+    if (QueuedDownload *download = d->downloads.value(row))
+        download->pause();
+}
+
+void DownloadQueue::pauseAll()
+{
+    const QList<QueuedDownload *> downloads = d->downloads;
+    for (auto download = downloads.crbegin(); download != downloads.crend(); ++download) // as in cancelAll()
+        (*download)->pause();
+}
+
+void DownloadQueue::resumeAll()
+{
+    const QList<QueuedDownload *> downloads = d->downloads;
+    for (QueuedDownload *download : downloads) {
+        if (download->state() == DownloadQueue::Paused)
+            retry(static_cast<int>(d->downloads.indexOf(download)));
+    }
+}
+
+void DownloadQueue::cancel(int row)
+{
+    if (QueuedDownload *download = d->downloads.value(row))
+        download->cancel();
+}
+
+void DownloadQueue::cancelAll()
+{
+    const QList<QueuedDownload *> downloads = d->downloads;
+    // First the waiting ones: otherwise they would start in place of the cancelled ones.
+    for (auto download = downloads.crbegin(); download != downloads.crend(); ++download)
+        (*download)->cancel();
+}
+
+void DownloadQueue::retry(int row)
+{
+    QueuedDownload *download = d->downloads.value(row);
+    if (download != nullptr && download->canRetry()) {
+        download->retry();
+        enqueue(download);
+    }
+}
+
+void DownloadQueue::move(int row, int by)
+{
+    const int first = runningCount();
+    const int end = activeCount();
+    const int target = qBound(first, row + by, end - 1);
+    if (row < first || row >= end || target == row)
+        return;
+    beginMoveRows({}, row, row, {}, target > row ? target + 1 : target);
+    d->downloads.move(row, target);
+    endMoveRows();
+}
+
+void DownloadQueue::remove(int row)
+{
+    QueuedDownload *download = d->downloads.value(row);
+    if (download == nullptr || download->isActive())
+        return;
+    beginRemoveRows({}, row, row);
+    d->downloads.removeAt(row);
+    download->discard();
+    d->batch.removeOne(download);
+    endRemoveRows();
+    download->deleteLater();
+    Q_EMIT countsChanged();
+}
+
+void DownloadQueue::removeEnded()
+{
+    for (int row = rowCount() - 1; row >= 0 && d->downloads.at(row)->isEnded(); --row)
+        remove(row);
+}
+
+int DownloadQueue::activeCount() const
+{
+    return static_cast<int>(
+        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isActive)));
+}
+
+int DownloadQueue::runningCount() const
+{
+    return static_cast<int>(
+        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isRunning)));
+}
+
+int DownloadQueue::endedCount() const
+{
+    return static_cast<int>(
+        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isEnded)));
+}
+
+bool DownloadQueue::contains(const DownloadRequest &request) const
+{
+    return std::any_of(d->downloads.cbegin(), d->downloads.cend(), [&request](const QueuedDownload *download) {
+        const bool isGivenUp = download->isEnded() && download->state() != DownloadQueue::Finished;
+        return !isGivenUp && download->isSameAs(request);
+    });
+}
+
+QStringList DownloadQueue::activeFiles() const
+{
+    QStringList files;
+    for (const QueuedDownload *download : d->downloads) {
+        if (download->isActive())
+            files += download->file();
+    }
+    return files;
+}
+
+int DownloadQueue::batchCount() const
+{
+    return static_cast<int>(d->batch.size());
+}
+
+int DownloadQueue::batchEndedCount() const
+{
+    return static_cast<int>(
+        std::count_if(d->batch.cbegin(), d->batch.cend(), std::not_fn(std::mem_fn(&QueuedDownload::isActive))));
+}
+
+int DownloadQueue::batchPercent() const
+{
+    if (d->batch.isEmpty())
+        return 0;
+    int sum = 0;
+    for (const QueuedDownload *download : d->batch)
+        sum += download->isActive() ? qMax(0, download->percent()) : 100;
+    return sum / batchCount();
+}
+
+int DownloadQueue::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(d->downloads.size());
+}
+
+QVariant DownloadQueue::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const QueuedDownload *download = d->downloads.at(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return download->name();
+    case Qt::AccessibleTextRole:
+        return tr("%1: %2", "file, status").arg(download->name(), download->status());
+    case AddressRole:
+        return download->url();
+    case FileRole:
+        return download->file();
+    case StateRole:
+        return QVariant::fromValue(download->state());
+    case PercentRole:
+        return download->percent();
+    case StatusRole:
+        return download->status();
+    case ErrorRole:
+        return download->errorString();
+    case ErrorDetailsRole:
+        return download->errorDetails();
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> DownloadQueue::roleNames() const
+{
+    QHash<int, QByteArray> names = QAbstractListModel::roleNames();
+    names.insert({{FileRole, "file"},
+                  {StateRole, "state"},
+                  {PercentRole, "percent"},
+                  {StatusRole, "status"},
+                  {ErrorRole, "errorString"},
+                  {ErrorDetailsRole, "errorDetails"},
+                  {AddressRole, "address"}});
+    return names;
+}
+
+void DownloadQueue::onChanged(QueuedDownload *download)
+{
+    place(static_cast<int>(d->downloads.indexOf(download)));
+    const QModelIndex row = index(static_cast<int>(d->downloads.indexOf(download)));
+    Q_EMIT dataChanged(row, row);
+}
+
+/** Moves the download in @p row to its new place after a change of its state. */
+void DownloadQueue::place(int row)
+{
+    const QueuedDownload *download = d->downloads.at(row);
+    const bool isBehind = row == 0 || part(d->downloads.at(row - 1)) <= part(download);
+    const bool isBefore = row == rowCount() - 1 || part(d->downloads.at(row + 1)) >= part(download);
+    if (isBehind && isBefore)
+        return;
+    const auto count =
+        std::count_if(d->downloads.cbegin(), d->downloads.cend(), [download](const QueuedDownload *other) {
+            const int difference = part(other) - part(download);
+            return other != download && (difference < 0 || (difference == 0 && download->isActive()));
+        });
+    const int target = static_cast<int>(count);
+    beginMoveRows({}, row, row, {}, target > row ? target + 1 : target);
+    d->downloads.move(row, target);
+    endMoveRows();
+}
+
+void DownloadQueue::onEnded(QueuedDownload *download)
+{
+    startNext();
+    Q_EMIT countsChanged();
+    const auto row = static_cast<int>(d->downloads.indexOf(download));
+    if (row >= 0) // the host may have removed it
+        Q_EMIT ended(row);
+    if (activeCount() == 0)
+        Q_EMIT allEnded();
+}
+
+} // namespace Nox

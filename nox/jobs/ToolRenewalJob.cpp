@@ -1,0 +1,84 @@
+#include <nox/jobs/ToolRenewalJob.h>
+
+#include <nox/jobs/FailureText.h>
+#include <nox/jobs/JobPrivate.h>
+#include <nox/jobs/JobProcess.h>
+#include <nox/jobs/TextSanitizer.h>
+
+#include <QStandardPaths>
+
+namespace Nox {
+
+class ToolRenewalJob::Private : public JobPrivate
+{
+public:
+    using JobPrivate::JobPrivate;
+
+    QString message;
+
+protected:
+    void begin() override;
+    void onStop() override { m_process->kill(); }
+    void onSilence() override {} // there is no time limit
+    bool clear() override;
+    bool hasToolFailed() const override { return false; } // the output is that of the command
+    void explain() override { errorString = FailureText::noRenewal(); }
+
+private:
+    std::unique_ptr<JobProcess> m_process;
+    QString m_lastLine;
+};
+
+void ToolRenewalJob::Private::begin()
+{
+    const QString command = QStandardPaths::findExecutable(QStringLiteral("nox-renew-tool"));
+    if (command.isEmpty()) {
+        end(Job::ToolMissing, FailureText::noRenewalCommand());
+        return;
+    }
+    m_process = std::make_unique<JobProcess>();
+    QObject::connect(m_process.get(), &JobProcess::lineRead, q,
+                     [this](const QByteArray &line) { m_lastLine = QString::fromUtf8(line); });
+    QObject::connect(m_process.get(), &JobProcess::ended, q, [this](bool isDone) {
+        if (isStopping())
+            endStopped();
+        else
+            end(isDone ? Job::NoError : Job::OtherError);
+    });
+    QObject::connect(m_process.get(), &JobProcess::failedToStart, q, [this] {
+        if (isStopping())
+            endStopped();
+        else
+            end(Job::ToolMissing, FailureText::noRenewalCommand());
+    });
+    m_process->start(command, {});
+}
+
+bool ToolRenewalJob::Private::clear()
+{
+    if (m_process != nullptr)
+        toolOutput = m_process->errorOutput();
+    m_process.reset();
+    if (error == Job::NoError)
+        message = TextSanitizer::line(m_lastLine);
+    return true;
+}
+
+ToolRenewalJob::ToolRenewalJob(QObject *parent)
+    : Job(std::make_unique<Private>(ToolSetup()), parent)
+{
+}
+
+ToolRenewalJob::~ToolRenewalJob() = default;
+
+ToolRenewalJob::Private *ToolRenewalJob::d() const
+{
+    return static_cast<Private *>(d_ptr.get());
+}
+
+QString ToolRenewalJob::message() const
+{
+    return state() == Ended ? d()->message : QString();
+}
+
+} // namespace Nox

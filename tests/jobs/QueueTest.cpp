@@ -1,0 +1,145 @@
+#include "tests/jobs/EnumName.h"
+#include "tests/jobs/HostSandbox.h"
+#include "tests/jobs/SampleStreams.h"
+#include "tests/util/Rows.h"
+
+#include <nox/NoxWebMediaJobs.h>
+
+#include <QEventLoop>
+#include <QPointer>
+#include <QtTest>
+
+#include <memory>
+
+using namespace Nox;
+
+/** The queue as a host without a window uses it. The tests of the window cover the rest. */
+class QueueTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void reactions_data();
+    void reactions();
+    void noStream();
+
+private:
+    void add(const QString &code);
+    void react(const QString &reaction, int row);
+    QString list() const;
+
+    std::unique_ptr<HostSandbox> m_sandbox;
+    DownloadQueue *m_queue = nullptr;
+    QPointer<DownloadQueue> m_left; // null when the queue was deleted
+    bool m_hasReacted = false;
+};
+
+void QueueTest::init()
+{
+    m_sandbox = std::make_unique<HostSandbox>();
+    HostSandbox::installStandIns();
+    m_queue = new DownloadQueue;
+    m_left = m_queue;
+    m_hasReacted = false;
+}
+
+void QueueTest::cleanup()
+{
+    delete m_left.data();
+    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
+    m_sandbox.reset();
+}
+
+void QueueTest::add(const QString &code)
+{
+    m_queue->add({"http://x/"_s, SampleStreams::stream(code + " MP4"_s), m_sandbox->video(code + ".mp4"_s)});
+}
+
+QString QueueTest::list() const
+{
+    QStringList rows;
+    for (int row = 0; !m_left.isNull() && row < m_queue->rowCount(); ++row) {
+        const QModelIndex index = m_queue->index(row);
+        rows += index.data().toString().left(1) + QLatin1Char('=')
+            + nameOf(index.data(DownloadQueue::StateRole).value<DownloadQueue::State>());
+    }
+    return rows.join(QLatin1Char(' '));
+}
+
+void QueueTest::reactions_data()
+{
+    // Three downloads run one after the other: a succeeds, b fails, c succeeds. A host reacts once, inside a signal.
+    const TextTable row{"moment", "reaction", "list", "ended"};
+    row("nothing", "ended", "", "c=Finished b=Failed a=Finished", "abc");
+    row("removes it", "ended", "remove", "c=Finished b=Failed", "abc");
+    row("removes it before ended()", "countsChanged", "remove", "c=Finished b=Failed", "bc");
+    row("removes all", "allEnded", "removeEnded", "", "abc");
+    row("adds one", "allEnded", "add", "d=Finished c=Finished b=Failed a=Finished", "abcd");
+    row("adds one at once", "ended", "add", "d=Finished c=Finished b=Failed a=Finished", "abcd");
+    row("cancels", "ended", "cancelAll", "b=Cancelled c=Cancelled a=Finished", "acb");
+    row("pauses", "ended", "pauseAll", "b=Paused c=Paused a=Finished", "acb");
+    row("starts more", "ended", "setLimit", "b=Failed c=Finished a=Finished", "acb");
+    row("event loop", "ended", "loop", "c=Finished b=Failed a=Finished", "abc");
+    row("deletes", "ended", "deleteLater", "", "a");
+}
+
+void QueueTest::react(const QString &reaction, int row)
+{
+    if (std::exchange(m_hasReacted, true))
+        return;
+    if (reaction == "remove"_s) {
+        m_queue->remove(row);
+    } else if (reaction == "add"_s) {
+        add("d"_s);
+    } else if (reaction == "setLimit"_s) {
+        m_queue->setLimit(3);
+    } else if (reaction == "loop"_s) {
+        QEventLoop loop;
+        m_sandbox->let("b"_s);
+        connect(m_queue, &DownloadQueue::ended, &loop, &QEventLoop::quit);
+        loop.exec();
+    } else if (!reaction.isEmpty()) {
+        QVERIFY(QMetaObject::invokeMethod(m_queue, reaction.toLatin1().constData()));
+    }
+}
+
+void QueueTest::reactions()
+{
+    const auto [moment, reaction, expected, expectedEnded] = fetchTexts("moment", "reaction", "list", "ended");
+    HostSandbox::play("b: announce mp4|wait b|fail ERROR: x"_s);
+    QString ended;
+    connect(m_queue, &DownloadQueue::ended, this,
+            [&](int row) { ended += m_queue->index(row).data().toString().left(1); });
+    if (moment == "ended"_s) {
+        connect(m_queue, &DownloadQueue::ended, this, [&](int row) { react(reaction, row); });
+    } else if (moment == "allEnded"_s) {
+        connect(m_queue, &DownloadQueue::allEnded, this, [&] { react(reaction, 0); });
+    } else {
+        connect(m_queue, &DownloadQueue::countsChanged, this, [&] {
+            if (m_queue->endedCount() == 1)
+                react(reaction, m_queue->rowCount() - 1);
+        });
+    }
+    for (const char *code : {"a", "b", "c"})
+        add(QString::fromLatin1(code));
+    if (moment != "allEnded"_s)
+        QTRY_VERIFY_WITH_TIMEOUT(m_hasReacted, HostSandbox::Timeout);
+    if (reaction == "setLimit"_s)
+        QTRY_VERIFY_WITH_TIMEOUT(ended == "ac"_s, HostSandbox::Timeout);
+    m_sandbox->let("b"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(list(), expected, HostSandbox::Timeout);
+    QCOMPARE(ended, expectedEnded);
+}
+
+/** Without a chosen stream a page that was read is a failure with a message. */
+void QueueTest::noStream()
+{
+    m_queue->add({"http://x/"_s, {}, {}});
+    QTRY_COMPARE_WITH_TIMEOUT(list(), "h=Failed"_s, HostSandbox::Timeout);
+    QVERIFY(!m_queue->index(0).data(DownloadQueue::ErrorRole).toString().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(QueueTest)
+#include "QueueTest.moc"
