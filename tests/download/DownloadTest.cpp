@@ -1,4 +1,3 @@
-#include "tests/support/HostProgram.h"
 #include "tests/support/Processes.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/WorkerRun.h"
@@ -27,11 +26,9 @@ private Q_SLOTS:
             const char *files = strncmp(setup, "two", 3) == 0 ? "clip.mp4=137+140" : "clip.mp4=137";
             table(name, setup, scenario, "", notifications, files);
         };
-        row("one item", "", "137: announce mp4|progress 0 1000|progress 50 1000|progress 100 1000",
-            "started progress(1000,0,10) progress(1000,500,10) progress(1000,1000,10) finished");
-        row("one item, total and order change", "size=7",
-            "137: announce mp4|progress 50 1000|progress 40 2000|progress 50 1000",
-            "started progress(1000,500,10) progress(2000,800,10) progress(1000,500,10) finished");
+        row("one item, as the tool says", "size=7",
+            "137: announce mp4|progress 0 1000|progress 100 1000|progress 40 2000|progress 50 1000",
+            "started progress(1000,0,10) progress(1000,1000,10) progress(2000,800,10) progress(1000,500,10) finished");
         row("two items", "two",
             "137: announce mp4|progress 0 1000|progress 50 1000|progress 100 1000\n"
             "140: announce m4a|progress 50 300|progress 100 300",
@@ -53,24 +50,17 @@ private Q_SLOTS:
             "started progress(1200,500,10) progress(1200,600,10) started progress(1200,1200,0) finished");
         row("figures of the audio only", "two", "140: announce m4a|progress 50 300",
             "started started progress(300,150,10) progress(300,300,0) finished");
-        row("no figures at all", "two", "", "started started progress(0,0,0) finished");
         row("destination and progress in one read", "",
             "137: file mp4|out [download] Destination: @mp4@\\n[download] 50% of 1000B at 10B/s ETA 1\\n",
             "started finished");
-        row("two progress lines in one read", "",
-            "137: announce mp4|out [download] 50% of 1000B at 10B/s ETA 1\\n[download] 60% of 1000B at 10B/s ETA 1\\n",
-            "started progress(1000,500,10) finished");
         row("progress line over two reads", "", "137: announce mp4|out [download] 50% of 100|out 0B at 10B/s ETA 1\\n",
             "started finished");
-        row("lines without usable figures", "",
-            "137: announce mp4|out [download]  45.3% of 12.34 at 1.23MiB/s ETA 00:05\\n|"
-            "out [download]  45.3% of ~12.34MiB at 1.23MiB/s ETA 00:05\\n|"
-            "out [download] 0.0% of 12.34MiB at Unknown speed ETA Unknown\\n|"
-            "out [download] 100% of 12.34MiB in 00:05\\n|out [download]  45.3% of 12.34MiB at 1.5KiB/s ETA 00:05\\n",
-            "started progress(12939428,5861560,1536) finished");
+        row("total without a unit", "", "137: announce mp4|out [download]  45.3% of 12.34 at 1.23MiB/s ETA 00:05\\n",
+            "started finished");
     }
     void progress() { DownloadTable::run(); }
-    void failures_data()
+
+    void ends_data()
     {
         const TextTable row = DownloadTable::begin();
         row("no format code", "two code=", "", "", "error(-1)", "",
@@ -81,21 +71,14 @@ private Q_SLOTS:
             "ydFinished: Yd process terminated abnormally: http://127.0.0.1/watch?v=1  \n ExitCode: 1");
         row("destination is a link that leads nowhere", "", "137: announce mp4|link clip.mp4", "", "started error(-8)",
             "clip.mp4=link, {1}YDTMP_.mp4=137", "ydFinished: Rename failed from DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
-        row("merge's destination is a link that leads nowhere", "two", "140: announce m4a|link clip.mp4", "",
-            "started started error(-8)", "clip.mp4=link, {1}YDTMP_.mp4.tmp.mp4=137+140 -> clip.mp4=link",
-            "ffmpegFinished: Rename failed from DIR/{1}YDTMP_.mp4.tmp.mp4 to DIR/clip.mp4!");
         row("audio not for a plain stream", "audiocode", "", "", "started finished", "clip.mp4=137");
         row("DASH without an audio code", "dash", "", "", "started finished", "clip.mp4=137");
         row("audio joined with audio", "two audio", "", "", "started started progress(0,0,0) finished",
             "clip.mp4=137+140");
         row("audio never named", "two has=.part", "140: file m4a", "", "started started error(-4)",
             ".part=old, {1}YDTMP_.mp4=137, {2}YDTMP_.m4a=140", "proceedMerge: FFMPEG not started*");
-    }
-    void failures() { DownloadTable::run(); }
 
-    void cancelClearDelete_data()
-    {
-        const TextTable row = DownloadTable::begin();
+        // The host cancels, clears or deletes.
         const char *killed = "ydProcessError: Yd process error: 1 ";
         const char *merging = "ffmpeg: write half|spawn|hang";
         const char *second = "137: announce mp4|file mp4.part\n140: announce m4a|file m4a.part|spawn|hang";
@@ -112,7 +95,7 @@ private Q_SLOTS:
         row("delete in item 2", "two", second, "delete@140", "started started", "{1}YDTMP_.mp4=137");
         row("delete in the merge", "two", merging, "delete@ffmpeg", "started started", "{1}YDTMP_.mp4=137");
     }
-    void cancelClearDelete() { DownloadTable::run(); }
+    void ends() { DownloadTable::run(); }
 
     void idle()
     {
@@ -126,27 +109,6 @@ private Q_SLOTS:
                  QStringList("[INFO] YdDownloader.cpp cancel: Download canceling..."_s));
     }
 
-    /** The slots can be called without a download. */
-    void slotsByName()
-    {
-        const DownloadRun run;
-        const auto end = [&](const char *slot, int exitCode, QProcess::ExitStatus status) {
-            return QMetaObject::invokeMethod(run.worker.get(), slot, Q_ARG(int, exitCode),
-                                             Q_ARG(QProcess::ExitStatus, status));
-        };
-        for (const char *slot : {"ydReadOutputData", "ydReadError", "ffmpegReadOutputData", "ffmpegReadStandardError"})
-            QVERIFY(QMetaObject::invokeMethod(run.worker.get(), slot));
-        for (const char *slot : {"ydProcessError", "ffmpegProcessError"})
-            QVERIFY(
-                QMetaObject::invokeMethod(run.worker.get(), slot, Q_ARG(QProcess::ProcessError, QProcess::Timedout)));
-        for (const char *slot : {"ydFinished", "ffmpegFinished"}) {
-            QVERIFY(end(slot, 1, QProcess::NormalExit) && end(slot, 0, QProcess::CrashExit));
-            QVERIFY(end(slot, 0, QProcess::NormalExit));
-        }
-        QCOMPARE(run.log.text(), "error(-1) error(-7) error(-4) error(-5) error(-8) error(-4) error(-5) error(-8)"_s);
-        QCOMPARE(run.sandbox.files(), QString());
-    }
-
     /** Every log record and debug message of one download, in order. */
     void trace()
     {
@@ -158,10 +120,10 @@ private Q_SLOTS:
         const QtMessageHandler before = qInstallMessageHandler(
             [](QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &text) { messages += text; });
         run.start();
-        const bool isFinished =
-            QTest::qWaitFor([&run] { return run.log.text().endsWith("finished"_s); }, TestSandbox::Timeout);
+        const QString all = "started progress(1200,500,10) started progress(1200,1200,0) finished"_s;
+        const QString notifications = run.finalText(all);
         qInstallMessageHandler(before);
-        QVERIFY(isFinished);
+        QCOMPARE(notifications, all);
 
         const QStringList expected{
             "[DEBUG] download: url http://127.0.0.1/watch?v=1&list=2 \r\nresolution 1080P \r\nformat MP4 \r\n"
@@ -188,10 +150,9 @@ private Q_SLOTS:
         records.replaceInStrings("] YdDownloader.cpp "_s, "] "_s).replaceInStrings(tool, "TOOL"_s);
         QCOMPARE(records, expected);
 
-        QCOMPARE(messages.size(), 9);
-        const QString mergeArguments = sandbox.plain(messages.takeLast());
-        for (const QString &part : {"-i"_s, "DIR/{1}YDTMP_.mp4"_s, "DIR/{2}YDTMP_.m4a"_s, "-acodec"_s})
-            QVERIFY2(mergeArguments.contains(part), qPrintable(mergeArguments));
+        const QString merge = sandbox.plain(messages.takeLast());
+        const QString end = "\"-vcodec\", \"copy\", \"-acodec\", \"copy\", \"\\\"DIR/{1}YDTMP_.mp4.tmp.mp4\\\"\")"_s;
+        QVERIFY2(merge.endsWith(end), qPrintable(merge));
         const QStringList expectedMessages{
             "entering yd..."_s,          "ydProgress : 0B 0B 0B/s"_s, "ydProgress : 1000B 500B 10B/s"_s,
             "ydProgress : 0B 0B 0B/s"_s, "ydFinished : 0 0"_s,        "ydStarted : http://127.0.0.1/watch?v=1&list=2"_s,
@@ -202,75 +163,48 @@ private Q_SLOTS:
 
     void secondDownloadWhileOneRuns_data()
     {
-        const TextTable row{"phase", "failure"};
-        // Such an error does not mean that the program has ended.
-        row("137, read error", "137", "ydProcessError");
-        row("ffmpeg, read error", "ffmpeg", "ffmpegProcessError");
+        const TextTable row{"scenario", "failure", "before", "after"};
+        row("tool", "137: announce mp4|", "ydProcessError", "started error(-1)", " started");
+        row("ffmpeg", "ffmpeg: merge|", "ffmpegProcessError", "started started error(-7)");
     }
 
+    /** It is refused, also after a read error: that does not mean that the program has ended. */
     void secondDownloadWhileOneRuns()
     {
-        const auto [phase, failure] = fetchTexts("phase", "failure");
-        DownloadRun run("two"_s,
-                        phase + (phase == "137"_s ? ": announce mp4"_s : ": merge"_s) + "|mark there|wait go"_s);
+        const auto [scenario, failure, before, after] = fetchTexts("scenario", "failure", "before", "after");
+        DownloadRun run("two"_s, scenario + "mark there|wait go"_s);
         TestSandbox &sandbox = run.sandbox;
         run.start();
         QTRY_VERIFY_WITH_TIMEOUT(sandbox.isMarked("there"_s), TestSandbox::Timeout);
-        if (!failure.isEmpty()) {
-            QVERIFY(QMetaObject::invokeMethod(run.worker.get(), qPrintable(failure),
-                                              Q_ARG(QProcess::ProcessError, QProcess::ReadError)));
-        }
-        const QString before = run.log.text();
-        const auto recordCount = sandbox.records(LOG_DEBUG).size();
+        QVERIFY(QMetaObject::invokeMethod(run.worker.get(), qPrintable(failure),
+                                          Q_ARG(QProcess::ProcessError, QProcess::ReadError)));
+        const QStringList records = sandbox.records(LOG_DEBUG);
         run.worker->download("http://other/"_s, MediaProfile(), "/other.mp4"_s);
         QCOMPARE(run.log.text(), before);
-        QCOMPARE(sandbox.errors().count("download: "_s), 1);
-        QCOMPARE(sandbox.records(LOG_DEBUG).size(), recordCount + 1);
+        QCOMPARE(sandbox.records(LOG_DEBUG),
+                 records + QStringList("download: Yd download is running already. url http://other/"_s));
         sandbox.mark("go"_s);
-        const QString rest = before.count("started"_s) == 1 ? " started"_s : QString();
-        const QString expected = before + rest + " progress(0,0,0) finished"_s;
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), expected, TestSandbox::Timeout);
-        QCOMPARE(before.contains("error"_s), !failure.isEmpty());
+        const QString all = before + after + " progress(0,0,0) finished"_s;
+        QCOMPARE(run.finalText(all), all);
         QCOMPARE(sandbox.files(), "clip.mp4=137+140"_s);
         QCOMPARE(sandbox.keys(), (QStringList{"137"_s, "140"_s, "ffmpeg"_s}));
-        QVERIFY(sandbox.records(LOG_INFO).last().startsWith("ffmpegFinished"_s));
     }
 
-    void secondDownloadAfterTheFirst_data()
-    {
-        const TextTable row{"setup", "scenario", "hangs", "first", "files"};
-        const char *full = "137: announce mp4|progress 100 9000\n140: announce m4a|progress 100 3000";
-        row("success", "two", full, "",
-            "started progress(10800,9000,10) started progress(12001,12000,10) "
-            "progress(12001,12001,0) finished",
-            "clip.mp4=137+140, second.mp4=137+140");
-        row("cancelled in the merge", "two", "ffmpeg: hang", "ffmpeg", "started started error(-7) error(-5)",
-            "second.mp4=137+140");
-    }
-
-    /** The second download gives the whole sequence, whatever the state after the first one. */
+    /** The second download gives the whole sequence: no figure of the first one stays. */
     void secondDownloadAfterTheFirst()
     {
-        const auto [setup, scenario, hangs, first, files] = fetchTexts("setup", "scenario", "hangs", "first", "files");
-        DownloadRun run(setup, scenario);
-        TestSandbox &sandbox = run.sandbox;
+        DownloadRun run("two"_s, "137: announce mp4|progress 100 9000\n140: announce m4a|progress 100 3000"_s);
         run.start();
-        if (!hangs.isEmpty()) {
-            QTRY_VERIFY_WITH_TIMEOUT(sandbox.hangs(hangs), TestSandbox::Timeout);
-            run.worker->cancel();
-        }
-        QTRY_COMPARE_WITH_TIMEOUT(run.log.text(), first, TestSandbox::Timeout);
+        const QString first = "started progress(10800,9000,10) started progress(12001,12000,10) "
+                              "progress(12001,12001,0) finished"_s;
+        QCOMPARE(run.finalText(first), first);
 
-        sandbox.play("137: announce mp4|progress 50 1000\n140: announce m4a|progress 50 300"_s);
-        const Setup two("two dest=second.mp4"_s, sandbox);
-        run.worker->download(Setup::url(), two.profile(), two.destination());
-        const QString all = first
-            + " started progress(1200,500,10) started progress(1300,1150,10) "
-              "progress(1300,1300,0) finished"_s;
+        run.sandbox.play("137: announce mp4|progress 50 1000\n140: announce m4a|progress 50 300"_s);
+        run.worker->download(Setup::url(), run.setup.profile(), "second.mp4"_s);
+        const QString all =
+            first + " started progress(1200,500,10) started progress(1300,1150,10) progress(1300,1300,0) finished"_s;
         QCOMPARE(run.finalText(all), all);
-        QCOMPARE(sandbox.files(), files);
-        QCOMPARE(sandbox.records(LOG_INFO).filter("FFMPEG process finished"_s).size(),
-                 sandbox.keys().count("ffmpeg"_s));
+        QCOMPARE(run.sandbox.files(), "clip.mp4=137+140, second.mp4=137+140"_s);
     }
 
     void deletedWhenTheToolEnds_data()
@@ -306,7 +240,7 @@ private Q_SLOTS:
             "two"_s,
             "137: announce mp4|progress 100 1000|mark a1\n138: wait a1|announce mp4|progress 100 5000|mark b1\n"
             "140: wait b1|announce m4a|progress 50 300|mark a2\n141: wait a2|announce m4a|progress 100 1500"_s);
-        const auto other = run.sandbox.newDownloader();
+        const auto other = run.sandbox.make<WebMediaDownloader>();
         const SignalLog otherLog(other.get());
         run.start();
         MediaProfile profile = run.setup.profile();
@@ -326,14 +260,9 @@ private Q_SLOTS:
     void errorDetail_data()
     {
         const TextTable row{"setup", "scenario", "notifications", "detail"};
-        row("nothing printed", "", "137: exit 1", "started error(-4)", "");
-        row("in several outputs", "", "137: err WARNING: é\\n|err ERROR: €\\n|exit 1", "started error(-4)",
-            "WARNING: é\nERROR: €\n");
         row("of both programs", "two", "140: announce m4a|err one\\n\nffmpeg: err two é|exit 1",
             "started started error(-4)", "one\ntwo é");
-        row("after success", "", "137: announce mp4|err WARNING", "started finished", "WARNING");
         row("before a crash", "", "137: err the end|kill SIGKILL", "started error(-1) error(-5)", "the end");
-        row("interpreter missing", "python=missing", "", "started error(-1)", "");
     }
 
     /** The standard error of this download, until the next one begins. */
@@ -355,10 +284,7 @@ private Q_SLOTS:
 
     void hostKilled_data()
     {
-        const TextTable row{"job", "phase"};
-        row("extraction", "extract", "dump");
-        for (const char *phase : {"137", "140", "ffmpeg"})
-            row(phase, "download", phase);
+        rows({"job", "phase"}, {"extract -> dump"_s, "download -> 137"_s, "download -> 140"_s, "download -> ffmpeg"_s});
     }
 
     /** If the host is killed, the system ends its direct child. */
@@ -367,12 +293,14 @@ private Q_SLOTS:
         const auto [job, phase] = fetchTexts("job", "phase");
         TestSandbox sandbox;
         sandbox.play(phase + ": spawn|hang"_s);
-        HostProgram host(sandbox.path("app"_s));
-        host.start(job, "/x/yt.zip"_s, sandbox.folder() + "/clip.mp4"_s);
+        QProcess host;
+        host.start(TestSandbox::provideHost(sandbox.path("app"_s)),
+                   {job, "/x/yt.zip"_s, sandbox.folder() + "/clip.mp4"_s});
         QTRY_VERIFY_WITH_TIMEOUT(sandbox.hangs(phase), TestSandbox::Timeout);
         const qint64 program = sandbox.runs().at(sandbox.keys().indexOf(phase)).pid;
         QVERIFY(Processes::isRunning(program));
-        host.killHard();
+        host.kill();
+        QVERIFY(host.waitForFinished(TestSandbox::Timeout));
         QTRY_VERIFY_WITH_TIMEOUT(!Processes::isRunning(program), TestSandbox::GraceAfterKill);
     }
 };

@@ -3,10 +3,9 @@
 #include "tests/support/TestMain.h"
 #include "tests/support/TestSandbox.h"
 
-#include <QEventLoop>
+#include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
-#include <QTimer>
 #include <QtTest>
 
 using namespace Nox;
@@ -15,7 +14,7 @@ namespace {
 
 /** Resources that must not grow. */
 struct Holdings {
-    int openFiles = Processes::openFileCount();
+    int openFiles = int(QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size());
     qint64 memory = Processes::residentBytes();
 };
 
@@ -29,24 +28,26 @@ void provide(const QString &name, const char *script)
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-/** Starts a job, and waits for the first outcome; empty when none comes. */
-template <typename Worker, typename Start>
-QString outcome(Worker *worker, Start start)
+/** Repeats a job, which ends an event loop when it has succeeded. @p limit is that of the memory for each, in bytes. */
+template <typename Start>
+void repeat(int count, qint64 limit, Start start)
 {
-    QString result;
-    QEventLoop loop;
-    QTimer watchdog;
-    QObject::connect(&watchdog, &QTimer::timeout, &loop, &QEventLoop::quit);
-    watchdog.start(TestSandbox::Timeout);
-    const auto end = [&](const char *text) {
-        result = QString::fromLatin1(text);
-        loop.quit();
-    };
-    QObject::connect(worker, &Worker::finished, &loop, [&] { end("finished"); });
-    QObject::connect(worker, &Worker::error, &loop, [&] { end("error"); });
-    start();
-    loop.exec();
-    return result;
+    Holdings early;
+    for (int i = 0; i < count; ++i) {
+        if (i == count / 10)
+            early = Holdings();
+        QTestEventLoop loop;
+        start(loop);
+        loop.enterLoopMSecs(TestSandbox::Timeout);
+        QVERIFY(!loop.timeout());
+    }
+    const Holdings late;
+    QCOMPARE(late.openFiles, early.openFiles);
+    QVERIFY(Processes::children().isEmpty());
+    const qint64 each = (late.memory - early.memory) / (count - count / 10);
+    qInfo("%lld bytes for each", static_cast<long long>(each));
+    if (Processes::isMemoryMeasurable)
+        QVERIFY(each < limit);
 }
 
 } // namespace
@@ -62,30 +63,19 @@ private Q_SLOTS:
     void extractions()
     {
         constexpr int count = 1000;
-        TestSandbox sandbox;
+        const TestSandbox sandbox;
         provide(QStringLiteral("/python3.10/bin/python3.10"), "#!/bin/sh\necho '{\"title\":\"Clip\"}'\n");
-        const auto extractor = sandbox.newExtractor();
-        Holdings early;
-        for (int i = 0; i < count; ++i) {
-            if (i == count / 10)
-                early = Holdings();
-            QCOMPARE(outcome(extractor.get(), [&] { extractor->getMediaInfoBySignal(Setup::url()); }),
-                     QStringLiteral("finished"));
-        }
-        const Holdings late;
-        QCOMPARE(late.openFiles, early.openFiles);
-        QVERIFY(Processes::children().isEmpty());
+        const auto extractor = sandbox.make<WebMediaInfoExtractor>();
+        repeat(count, 16 * 1024, [&](QTestEventLoop &loop) {
+            connect(extractor.get(), &WebMediaInfoExtractor::finished, &loop, &QTestEventLoop::exitLoop);
+            extractor->getMediaInfoBySignal(Setup::url());
+        });
         // The process objects stay with the extractor.
         QCOMPARE(int(extractor->findChildren<QProcess *>().size()), count);
-        const qint64 each = (late.memory - early.memory) / (count - count / 10);
-        qInfo("%lld bytes for each extraction", static_cast<long long>(each));
-        if (Processes::isMemoryMeasurable)
-            QVERIFY(each < qint64(16) * 1024);
     }
 
     void downloads()
     {
-        constexpr int count = 300;
         TestSandbox sandbox;
         provide(QStringLiteral("/python3.10/bin/python3.10"),
                 "#!/bin/sh\n"
@@ -94,28 +84,15 @@ private Q_SLOTS:
                 "echo \"[download] Destination: $file\"\n"
                 "echo '[download] 50% of 10KiB at 1KiB/s ETA 1'\n");
         provide(QStringLiteral("/ffmpeg"), "#!/bin/sh\nfor last; do :; done\ncat \"$2\" \"$4\" > \"$last\"\n");
-        const Setup one({}, sandbox);
         const Setup two(QStringLiteral("two"), sandbox);
-        Holdings early;
-        for (int i = 0; i < count; ++i) {
-            if (i == count / 10)
-                early = Holdings();
-            const auto downloader = sandbox.newDownloader();
-            const Setup &setup = i % 2 == 0 ? one : two;
-            QCOMPARE(outcome(downloader.get(),
-                             [&] { downloader->download(Setup::url(), setup.profile(), setup.destination()); }),
-                     QStringLiteral("finished"));
-            QCOMPARE(sandbox.files(),
-                     i % 2 == 0 ? QStringLiteral("clip.mp4=137\n") : QStringLiteral("clip.mp4=137\n140\n"));
-            QVERIFY(QFile::remove(setup.destination()));
-        }
-        const Holdings late;
-        QCOMPARE(late.openFiles, early.openFiles);
-        QVERIFY(Processes::children().isEmpty());
-        const qint64 each = (late.memory - early.memory) / (count - count / 10);
-        qInfo("%lld bytes for each download", static_cast<long long>(each));
-        if (Processes::isMemoryMeasurable)
-            QVERIFY(each < qint64(2) * 1024);
+        std::unique_ptr<WebMediaDownloader> downloader;
+        repeat(300, 2 * 1024, [&](QTestEventLoop &loop) {
+            QFile::remove(two.destination());
+            downloader = sandbox.make<WebMediaDownloader>();
+            connect(downloader.get(), &WebMediaDownloader::finished, &loop, &QTestEventLoop::exitLoop);
+            downloader->download(Setup::url(), two.profile(), two.destination());
+        });
+        QCOMPARE(sandbox.files(), QStringLiteral("clip.mp4=137\n140\n"));
     }
 };
 

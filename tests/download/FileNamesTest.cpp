@@ -18,20 +18,12 @@ private Q_SLOTS:
     {
         const TextTable row = DownloadTable::begin();
         const char *unnamed = "ydFinished: Rename failed from  to DIR/clip.mp4!";
-        row("already there", "", "137: file mp4|out [download] @mp4@ has already been downloaded\\n", "",
-            "started finished", "clip.mp4=137");
         row("already there, both items", "two",
             "137: file mp4|out [download] @mp4@ has already been downloaded\\n\n"
             "140: file m4a|out [download] @m4a@ has already been downloaded\\n",
             "", "started started progress(0,0,0) finished", "clip.mp4=137+140");
         row("both lines in one read", "",
             "137: file mp4|out [download] /x.mp4 has already been downloaded\\n[download] Destination: @mp4@\\n", "",
-            "started finished", "clip.mp4=137");
-        row("already there behind another line", "",
-            "137: file mp4|out [download] other\\n[download] @mp4@ has already been downloaded\\n", "",
-            "started error(-8)", "{1}YDTMP_.mp4=137",
-            "ydFinished: Rename failed from other\n[download] DIR/{1}YDTMP_.mp4 to DIR/clip.mp4!");
-        row("line ends of another system", "", R"(137: file mp4|out x\r\n[download] Destination: @mp4@\r\n[y]\r\n)", "",
             "started finished", "clip.mp4=137");
         row("the newer name counts", "",
             "137: file mp4|out [download] Destination: /a.b\\n|out [download] Destination: @mp4@\\n", "",
@@ -40,7 +32,6 @@ private Q_SLOTS:
             "started error(-8)", "{1}YDTMP_.mp4=137", unnamed);
         row("never named, .part in the working folder", "has=.part", "137: exit 0", "", "started error(-8)",
             ".part=old", unnamed);
-        row("relative destination", "dest=clip.mp4", "", "", "started finished", "clip.mp4=137");
         row("name that the log cannot hold", "dest=/nowhere/é€/clip.mp4", "137: out x", "", "started error(-8)", "",
             "ydFinished: Rename failed from  to /nowhere/é?/clip.mp4!");
     }
@@ -59,18 +50,14 @@ private Q_SLOTS:
         const std::string planted = "out [download] Destination: ROOT/thesis.odt\\n|";
         const std::string hang = "137: " + planted + "announce mp4|" + planted + "hang";
         const char *thesis = "elsewhere=thesis.odt";
-        const char *two = "two elsewhere=thesis.odt";
-        row("success", thesis, ("137: " + planted + "announce mp4|" + planted).append("out x").c_str(), "",
-            "started finished", "clip.mp4=137", refused);
         row("cancel", thesis, hang.c_str(), "cancel@137", "started error(-1)", "", killed);
         row("nothing else named", thesis, ("137: " + planted + "out x").c_str(), "", "started error(-8)", "", unnamed);
         row("both lines, each for another file", thesis,
             "137: file mp4|out [download] @mp4@ has already been downloaded\\n"
             "[download] Destination: ROOT/thesis.odt\\n",
             "", "started finished", "clip.mp4=137", refused);
-        row("second stream", two, ("140: " + planted + "announce m4a").c_str(), "",
-            "started started progress(0,0,0) finished", "clip.mp4=137+140", refused);
-        row("failed merge", two, ("140: announce m4a|" + planted + "out x\nffmpeg: exit 1").c_str(), "clear@end",
+        row("failed merge", "two elsewhere=thesis.odt",
+            ("140: announce m4a|" + planted + "out x\nffmpeg: exit 1").c_str(), "clear@end",
             "started started error(-4)", "{1}YDTMP_.mp4=137",
             (std::string(refused) + "|ffmpegFinished: FFMPEG terminated abnormally!").c_str());
         const auto path = [&row](const char *name, const char *setup, const char *named, const char *logged) {
@@ -109,7 +96,6 @@ private Q_SLOTS:
         row("capitals", "MP4", "M4A", "-vcodec copy -acodec copy", "", "MP4.tmp.mp4");
         row("audio encoded", "mp4", "webm", "-vcodec copy", "", "mp4.tmp.mp4");
         row("last suffix counts", "x.mp4", "m4a.mp3", "-vcodec copy", "", "x.mp4.tmp.mp4");
-        row("both encoded", "webm", "webm", "", "", "webm.tmp.mp4");
         row("video encoded, so audio too", "webm", "m4a", "", "", "webm.tmp.mp4");
         row("output taken", "mp4", "m4a", "-vcodec copy -acodec copy", "|file mp4.tmp.mp4 old", "mp40.tmp.mp4");
         row("output taken twice", "mp4", "m4a", "-vcodec copy -acodec copy",
@@ -134,9 +120,10 @@ private Q_SLOTS:
 
         static const QRegularExpression marker(
             R"(^\w+\.cpp\([1-9]\d*\) : \d{4}/\d\d/\d\d \d\d:\d\d:\d\d 00000000\n\n$)"_s);
-        const QString moduleLog = QString::fromUtf8(sandbox.moduleLog());
-        QCOMPARE(marker.match(moduleLog).hasMatch(), codecs.isEmpty());
-        QCOMPARE(moduleLog.isEmpty(), !codecs.isEmpty());
+        QFile moduleLog(sandbox.path("tmp/file_names_test.1.log"_s));
+        QCOMPARE(moduleLog.open(QIODevice::ReadOnly), codecs.isEmpty());
+        if (codecs.isEmpty())
+            QVERIFY(marker.match(QString::fromUtf8(moduleLog.readAll())).hasMatch());
     }
 
     void addresses_data()
@@ -159,20 +146,17 @@ private Q_SLOTS:
         // The file is missing if its folder does not exist.
         const bool isThere = !name.contains("//"_s) && !name.contains("ROOT/thesis"_s);
         const QString touched = isThere ? "touch %1|"_s.arg(QFileInfo(name).fileName()) : QString();
-        for (const bool isVideo : {true, false}) {
-            const QString announced = touched + "out [download] Destination: "_s + name + R"(\n)"_s;
-            DownloadRun run("two elsewhere=thesis.odt"_s, "%1: %2"_s.arg(isVideo ? "137"_s : "140"_s, announced));
-            run.start();
-            const QString end = isThere ? " progress(0,0,0) finished"_s : " error(-4)"_s;
-            QCOMPARE(run.finalText("started started"_s + end), "started started"_s + end);
-            const QStringList arguments = run.sandbox.arguments("ffmpeg"_s);
-            QCOMPARE(run.sandbox.plain(arguments.at(isVideo ? 1 : 3)), file);
-            if (isVideo)
-                QCOMPARE(run.sandbox.plain(arguments.last()), file + ".tmp.mp4"_s);
-            run.worker->cancel();
-            QCOMPARE(run.sandbox.files(), QString());
-            QVERIFY(run.sandbox.isElsewhereUntouched());
-        }
+        DownloadRun run("two elsewhere=thesis.odt"_s,
+                        "137: "_s + touched + "out [download] Destination: "_s + name + R"(\n)"_s);
+        run.start();
+        const QString end = "started started"_s + (isThere ? " progress(0,0,0) finished"_s : " error(-4)"_s);
+        QCOMPARE(run.finalText(end), end);
+        const QStringList arguments = run.sandbox.arguments("ffmpeg"_s);
+        QCOMPARE(run.sandbox.plain(arguments.at(1)), file);
+        QCOMPARE(run.sandbox.plain(arguments.last()), file + ".tmp.mp4"_s);
+        run.worker->cancel();
+        QCOMPARE(run.sandbox.files(), QString());
+        QVERIFY(run.sandbox.isElsewhereUntouched());
     }
 };
 

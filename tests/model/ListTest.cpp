@@ -58,26 +58,6 @@ private Q_SLOTS:
         }
     }
 
-    void removeAudio()
-    {
-        for (const auto &[given, left] :
-             {std::pair("a:a:1x1:M4A b:v:1x1:MP4 :v:1x1:MP4 c:u:1x1: :a:1x1:M4A d:ad:1x1:M4A e:vd:1x1:MP4"_s,
-                        "b c e"_s),
-              std::pair("a:v:1x1:MP4 b:v:1x1:MP4 c:a:1x1:M4A d:v:1x1:MP4"_s, "a b d"_s),
-              std::pair("a:v:1x1:MP4 b:a:1x1:M4A"_s, "a"_s), std::pair("a:a:1x1:M4A :v:1x1:MP4"_s, ""_s),
-              std::pair("a:v:1x1:MP4"_s, "a"_s), std::pair(""_s, ""_s)}) {
-            auto own = profiles(given);
-            const QString before = names(own);
-            auto shared = profiles(given);
-            const auto copy = shared;
-            MediaListRemoveAudio(own);
-            MediaListRemoveAudio(shared);
-            QCOMPARE(names(own), left);
-            QCOMPARE(names(shared), left);
-            QCOMPARE(names(copy), before);
-        }
-    }
-
     void streamByCode()
     {
         const auto list = profiles("22:v:1x1:FIRST 137:v:1x1:MP4 22:v:1x1:SECOND hls:v:1x1:MP4"_s);
@@ -89,29 +69,36 @@ private Q_SLOTS:
         }
     }
 
-    void removeDuplicates_data()
+    void removal_data()
     {
-        rows({"list", "left"},
-             {" -> "_s, "a:v:9x9:MP4 -> a"_s, "a:v:9x9:MP4 b:v:9x9:MP4 -> a b"_s,
-              "a:vd:9x9:MP4 b:v:9x9:MP4 c:v:8x8:MP4 -> b c"_s, "a:v:9x9:MP4 b:vd:9x9:MP4 c:v:8x8:MP4 -> a c"_s,
-              "a:v:9x9:MP4 b:v:9x9:WEBM c:v:8x8:MP4 -> a b c"_s, "a:v:9x9:MP4 b:v3:9x9:MP4 c:v:8x8:MP4 -> a b c"_s,
-              "a:v:9x9:MP4 b:v:9x9:MP4 c:v:9x9:MP4 -> a c"_s, "a:vd:9x9:MP4 b:vd:9x9:MP4 c:vd:9x9:MP4 -> b c"_s,
-              "a:a:9x9:MP4 b:vd:9x9:MP4 c:v:9x9:MP4 d:v:8x8:MP4 -> a c d"_s,
-              "a:vd:9x9:MP4 b:a:9x9:MP4 c:v:9x9:MP4 d:v:8x8:MP4 -> b d"_s,
-              "a:v:-1x-1:MP4:>1080P b:v:-1x-1:MP4:>1080p c:v:8x8:MP4 -> a b c"_s,
-              "a:v:9x9:MP4:>1080p b:v:9x9:MP4:>1080p c:v:8x8:MP4 -> a c"_s,
-              "a:vd:9x9:MP4 b:v:9x9:MP4 c:v3:9x9:MP4 d:v3:9x9:MP4 e:vd:8x8:WEBM f:vd:8x8:WEBM g:v:8x8:WEBM h:a:9x9:MP4 "
-              "i:v:9x9:MP4 j:v:9x9:MP4 -> b c g h i j"_s});
+        rows({"kind", "list", "left"},
+             {"audio -> a:a:1x1:M4A b:v:1x1:MP4 :v:1x1:MP4 c:u:1x1: :a:1x1:M4A d:ad:1x1:M4A e:vd:1x1:MP4 -> b c e"_s,
+              "audio -> a:a:1x1:M4A :v:1x1:MP4 -> "_s, "audio -> a:v:1x1:MP4 -> a"_s, "audio ->  -> "_s,
+              "same ->  -> "_s, "same -> a:v:9x9:MP4 -> a"_s, "same -> a:v:9x9:MP4 b:v:9x9:MP4 -> a b"_s,
+              "same -> a:vd:9x9:MP4 b:v:9x9:MP4 c:v:8x8:MP4 -> b c"_s,
+              "same -> a:v:9x9:MP4 b:vd:9x9:MP4 c:v:8x8:MP4 -> a c"_s,
+              "same -> a:v:9x9:MP4 b:v:9x9:WEBM c:v:8x8:MP4 -> a b c"_s,
+              "same -> a:v:9x9:MP4 b:v3:9x9:MP4 c:v:8x8:MP4 -> a b c"_s,
+              "same -> a:v:9x9:MP4 b:v:9x9:MP4 c:v:9x9:MP4 -> a c"_s,
+              "same -> a:vd:9x9:MP4 b:vd:9x9:MP4 c:vd:9x9:MP4 -> b c"_s,
+              "same -> a:a:9x9:MP4 b:vd:9x9:MP4 c:v:9x9:MP4 d:v:8x8:MP4 -> a c d"_s,
+              "same -> a:vd:9x9:MP4 b:a:9x9:MP4 c:v:9x9:MP4 d:v:8x8:MP4 -> b d"_s,
+              "same -> a:v:-1x-1:MP4:>1080P b:v:-1x-1:MP4:>1080p c:v:8x8:MP4 -> a b c"_s,
+              "same -> a:v:9x9:MP4:>1080p b:v:9x9:MP4:>1080p c:v:8x8:MP4 -> a c"_s,
+              "same -> a:vd:9x9:MP4 b:v:9x9:MP4 c:v3:9x9:MP4 d:v3:9x9:MP4 e:vd:8x8:WEBM f:vd:8x8:WEBM g:v:8x8:WEBM "
+              "h:a:9x9:MP4 i:v:9x9:MP4 j:v:9x9:MP4 -> b c g h i j"_s});
     }
 
-    void removeDuplicates()
+    /** From a list that shares its entries with a copy, and from one that does not. */
+    void removal()
     {
-        const auto [list, left] = fetchTexts("list", "left");
+        const auto [kind, list, left] = fetchTexts("kind", "list", "left");
+        const auto remove = kind == "audio"_s ? MediaListRemoveAudio : MediaListRemoveDuplicatedResolutions;
         QList<MediaProfile> own = profiles(list);
         QList<MediaProfile> shared = profiles(list);
         const QList<MediaProfile> copy = shared;
-        MediaListRemoveDuplicatedResolutions(own);
-        MediaListRemoveDuplicatedResolutions(shared);
+        remove(own);
+        remove(shared);
         QCOMPARE(names(own), left);
         QCOMPARE(names(shared), left);
         QCOMPARE(names(copy), names(profiles(list)));
@@ -125,13 +112,8 @@ private Q_SLOTS:
         QVERIFY(page.addMediaProfileToHead(profile("c:a:-1x-1:M4A"_s)));
         QVERIFY(page.addMediaProfileToHead(profile("d:v:1280x720:WEBM"_s)));
         QCOMPARE(names(page.getMediaProfileList()), "d c a b"_s);
-
         WebMediaInfo copy = page;
-        copy.sortProfileDesc();
-        QCOMPARE(names(copy.getMediaProfileList()), "b d a c"_s);
-        QList<MediaProfile> taken = copy.getMediaProfileList();
-        taken.clear();
-        QCOMPARE(names(copy.getMediaProfileList()), "b d a c"_s);
+        copy.addMediaProfile(profile("e:v:1x1:MP4"_s));
         QCOMPARE(names(page.getMediaProfileList()), "d c a b"_s);
     }
 
@@ -177,7 +159,6 @@ private Q_SLOTS:
             sizes.append(QString::number(entry.getSize()));
         QCOMPARE(sizes, items("5000000000 7 0 0 0"_s));
         QCOMPARE(copy.getProfileSize("u"_s), qint64(0));
-        QCOMPARE(WebMediaInfo().getProfileSize(QString()), qint64(-1));
     }
 };
 

@@ -3,9 +3,7 @@
 #include <nox/model/FileMediaInfo.h>
 #include <nox/model/WebMediaInfo.h>
 
-#include <limits>
 #include <type_traits>
-#include <typeinfo>
 
 using namespace Nox;
 
@@ -36,13 +34,13 @@ QStringList fields(const MediaInfo &info)
     return result << shown(info.getOriResStr()) << shown(info.getPreferredDashAudioYdCode());
 }
 
-/** The fields that a profile adds to those. */
-QStringList ownFields(const MediaProfile &profile)
+/** The same, and what a profile adds. */
+QStringList fields(const MediaProfile &profile)
 {
-    return items(QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
-                     .arg(shown(profile.getName()), shown(profile.getUrl()), QString::number(profile.getSize()),
-                          shown(profile.getDescription()), QString::number(profile.isSameAsSource()),
-                          QString::number(profile.isAutoResolution()), QString::number(profile.isAutoBitRate())));
+    QStringList result = fields(static_cast<const MediaInfo &>(profile));
+    result << shown(profile.getName()) << shown(profile.getUrl()) << QString::number(profile.getSize());
+    result << shown(profile.getDescription()) << QString::number(profile.isSameAsSource());
+    return result << QString::number(profile.isAutoResolution()) << QString::number(profile.isAutoBitRate());
 }
 
 const QStringList unsetFields = items("3 (null) -1x-1 0x0 (null) 0 0 (null) 0 0 0 0 (null) "_s);
@@ -60,38 +58,40 @@ MediaProfile fullProfile()
                         29.97, "mp4a"_s, 128000, 44100, true, false);
 }
 
-/** Changes that make a profile unequal. */
-void (*const differences[])(MediaProfile &) = {
-    [](MediaProfile &p) { p.setName("23"_s); },
-    [](MediaProfile &p) { p.setMediaType(MEDIA_TYPE_UNKNOWN); },
-    [](MediaProfile &p) { p.setFormat("mp4"_s); },
-    [](MediaProfile &p) { p.setVResolution(QSize(1281, 720)); },
-    [](MediaProfile &p) { p.setVResolution(QSize(1280, 721)); },
-    [](MediaProfile &p) { p.setAspect(QSize(4, 9)); },
-    [](MediaProfile &p) { p.setAspect(QSize(16, 3)); },
-    [](MediaProfile &p) { p.setVCodec("vp9"_s); },
-    [](MediaProfile &p) { p.setVBitRate(0); },
-    [](MediaProfile &p) { p.setVFrameRate(29.970000000000003); }, // the last bit counts
-    [](MediaProfile &p) { p.setVFrameRate(qQNaN()); },
-    [](MediaProfile &p) { p.setACodec("opus"_s); },
-    [](MediaProfile &p) { p.setASampleRate(48000); },
-    [](MediaProfile &p) { p.setAutoBitRate(true); },
-    [](MediaProfile &p) { p.setAutoResolution(false); },
-    [](MediaProfile &p) { p.setSameAsSource(true); },
+/** A change of one field, by its place in fields(); and whether the profile is another one then. */
+struct Change {
+    int field;
+    const char *text;
+    bool isOther;
+    void (*apply)(MediaProfile &profile);
 };
 
-/** Changes all fields that are not compared. */
-void changeTheRest(MediaProfile &profile)
-{
-    profile.setABitRate(1);
-    profile.setUrl("u"_s);
-    profile.setSize(5000000000);
-    profile.setDescription("x"_s);
-    profile.setDash(true);
-    profile.set3D(true);
-    profile.setOriResStr("720p"_s);
-    profile.setPreferredDashAudioYdCode("140"_s);
-}
+const Change changes[] = {
+    {0, "3", true, [](MediaProfile &p) { p.setMediaType(MEDIA_TYPE_UNKNOWN); }},
+    {1, "mp4", true, [](MediaProfile &p) { p.setFormat("mp4"_s); }},
+    {2, "1281x720", true, [](MediaProfile &p) { p.setVResolution(QSize(1281, 720)); }},
+    {2, "1280x721", true, [](MediaProfile &p) { p.setVResolution(QSize(1280, 721)); }},
+    {3, "4x9", true, [](MediaProfile &p) { p.setAspect(QSize(4, 9)); }},
+    {3, "16x3", true, [](MediaProfile &p) { p.setAspect(QSize(16, 3)); }},
+    {4, "vp9", true, [](MediaProfile &p) { p.setVCodec("vp9"_s); }},
+    {5, "0", true, [](MediaProfile &p) { p.setVBitRate(0); }},
+    {6, "29.97", true, [](MediaProfile &p) { p.setVFrameRate(29.970000000000003); }}, // the last bit counts
+    {6, "nan", true, [](MediaProfile &p) { p.setVFrameRate(qQNaN()); }},
+    {7, "opus", true, [](MediaProfile &p) { p.setACodec("opus"_s); }},
+    {8, "1", false, [](MediaProfile &p) { p.setABitRate(1); }},
+    {9, "48000", true, [](MediaProfile &p) { p.setASampleRate(48000); }},
+    {10, "1", false, [](MediaProfile &p) { p.setDash(true); }},
+    {11, "1", false, [](MediaProfile &p) { p.set3D(true); }},
+    {12, "720p", false, [](MediaProfile &p) { p.setOriResStr("720p"_s); }},
+    {13, "140", false, [](MediaProfile &p) { p.setPreferredDashAudioYdCode("140"_s); }},
+    {14, "23", true, [](MediaProfile &p) { p.setName("23"_s); }},
+    {15, "u", false, [](MediaProfile &p) { p.setUrl("u"_s); }},
+    {16, "5000000000", false, [](MediaProfile &p) { p.setSize(5000000000); }},
+    {17, "x", false, [](MediaProfile &p) { p.setDescription("x"_s); }},
+    {18, "1", true, [](MediaProfile &p) { p.setSameAsSource(true); }},
+    {19, "0", true, [](MediaProfile &p) { p.setAutoResolution(false); }},
+    {20, "1", true, [](MediaProfile &p) { p.setAutoBitRate(true); }},
+};
 
 } // namespace
 
@@ -106,8 +106,6 @@ private Q_SLOTS:
         QCOMPARE(MediaInfo::fileSuffix("MP4"_s), QString());
         QCOMPARE(MediaInfo::FILE_FORMAT_SUFFIX_MAP, (QMap<QString, QString>{{"mp4"_s, "mp4"_s}}));
         QCOMPARE(MediaInfo::fileSuffix("mp4"_s), "mp4"_s);
-        QCOMPARE(MediaInfo::fileSuffix(QString()), QString());
-        QCOMPARE(MediaInfo::FILE_FORMAT_SUFFIX_MAP.size(), 1);
 
         // Only an empty map is filled. Filling it again keeps its entries.
         MediaInfo::FILE_FORMAT_SUFFIX_MAP = {{"WEBM"_s, "webm"_s}};
@@ -116,36 +114,31 @@ private Q_SLOTS:
         QCOMPARE(MediaInfo::fileSuffix("WEBM"_s) + MediaInfo::fileSuffix("mp4"_s), "webmmp4"_s);
     }
 
-    void mediaInfoFields()
+    void constructors()
     {
         QCOMPARE(fields(MediaInfo()), unsetFields);
-        QVERIFY(!MediaInfo().isValid());
-        QVERIFY(fullInfo().isValid());
         QCOMPARE(fields(fullInfo()), fullFields);
+        QVERIFY(!MediaInfo().isValid() && fullInfo().isValid());
+        QCOMPARE(fields(MediaProfile()), unsetFields + items(" (null) 0  0 0 0"_s));
+        QCOMPARE(fields(fullProfile()),
+                 items("0 MP4 1280x720 16x9 avc1 2500000 29.97 mp4a 128000 44100 0 0   22 (null) 0 d 0 1 0"_s));
+    }
 
-        MediaInfo set;
-        set.setMediaType(MEDIA_TYPE_AUDIO);
-        set.setFormat("WEBM"_s);
-        set.setVResolution(QSize(640, 360));
-        set.setAspect(QSize(16, 9));
-        set.setVCodec("vp9"_s);
-        set.setVBitRate(11);
-        set.setVFrameRate(29.97);
-        set.setACodec("opus"_s);
-        set.setABitRate(12);
-        set.setASampleRate(13);
-        QCOMPARE(fields(set), fullFields.mid(0, 10) + unsetFields.mid(10));
-        set.setDash(true);
-        set.set3D(true);
-        set.setOriResStr(">1080p"_s);
-        set.setPreferredDashAudioYdCode("140"_s);
-        QCOMPARE(fields(set), fullFields);
-
-        const MediaInfo copy(set);
-        set = MediaInfo();
-        QCOMPARE(fields(set), unsetFields);
-        set = copy;
-        QCOMPARE(fields(set), fullFields);
+    void fieldsOfProfiles()
+    {
+        for (const Change &change : changes) {
+            MediaProfile changed = fullProfile();
+            change.apply(changed);
+            QStringList expected = fields(fullProfile());
+            expected[change.field] = QString::fromLatin1(change.text);
+            QCOMPARE(fields(changed), expected);
+            QVERIFY2((changed == fullProfile()) != change.isOther, change.text);
+            QVERIFY2((fullProfile() == changed) != change.isOther, change.text);
+            MediaProfile assigned;
+            QCOMPARE(&(assigned = changed), &assigned);
+            QCOMPARE(fields(assigned), expected);
+            QVERIFY2((changed == assigned) != qIsNaN(changed.getVFrameRate()), change.text);
+        }
     }
 
     void copyFromTakesTenFields()
@@ -159,13 +152,7 @@ private Q_SLOTS:
         MediaProfile fresh;
         fresh.setName("n"_s);
         fresh.copyFrom(&full);
-        QCOMPARE(fields(fresh), fullFields.mid(0, 10) + unsetFields.mid(10));
-        QCOMPARE(fresh.getName(), "n"_s);
-        fresh.copyFrom(&fresh);
-        QCOMPARE(fields(fresh), fullFields.mid(0, 10) + unsetFields.mid(10));
-
-        const MediaInfo &base = fresh;
-        QVERIFY(typeid(base) == typeid(MediaProfile));
+        QCOMPARE(fields(fresh), fullFields.mid(0, 10) + unsetFields.mid(10) + items("n (null) 0  0 0 0"_s));
     }
 
     void labels_data()
@@ -175,8 +162,7 @@ private Q_SLOTS:
               "1916x1080 -> 1080P -> 1916x1080"_s, "1280x720 -> 720P -> 720P"_s, "960x540 -> 540P -> 540P"_s,
               "854x480 -> 480P -> 480P"_s, "848x480 -> 480P -> 480P"_s, "640x480 -> 480P -> 640x480"_s,
               "640x360 -> 360P -> 360P"_s, "426x240 -> 240P -> 240P"_s, "256x144 -> 144P -> 144P"_s,
-              "176x144 -> 144P -> 176x144"_s, "3840x2160 -> 2160P -> 3840x2160"_s, "16x9 -> 9P -> 16x9"_s,
-              "0x0 -> 0P -> 0x0"_s, "-1x-1 -> -1P -> -1x-1"_s, "-1280x-720 -> -720P -> -1280x-720"_s,
+              "176x144 -> 144P -> 176x144"_s, "3840x2160 -> 2160P -> 3840x2160"_s, "-1x-1 -> -1P -> -1x-1"_s,
               "2147483647x-2147483648 -> -2147483648P -> 2147483647x-2147483648"_s});
     }
 
@@ -203,99 +189,55 @@ private Q_SLOTS:
         QCOMPARE(profile(text).resolutionStringEx(), label);
     }
 
-    void profileFields()
-    {
-        QCOMPARE(fields(MediaProfile()), unsetFields);
-        QCOMPARE(ownFields(MediaProfile()), items(" (null) 0  0 0 0"_s));
-        QVERIFY(!MediaProfile().isValid());
-        const MediaProfile full = fullProfile();
-        QCOMPARE(fields(full), items("0 MP4 1280x720 16x9 avc1 2500000 29.97 mp4a 128000 44100 0 0  "_s));
-        QCOMPARE(ownFields(full), items("22 (null) 0 d 0 1 0"_s));
-
-        MediaProfile source = fullProfile();
-        changeTheRest(source);
-        source.setSameAsSource(true);
-        source.setAutoBitRate(true);
-        MediaProfile target;
-        const MediaProfile &assigned = (target = source);
-        QCOMPARE(&assigned, &target);
-        QCOMPARE(fields(target), items("0 MP4 1280x720 16x9 avc1 2500000 29.97 mp4a 1 44100 1 1 720p 140"_s));
-        QCOMPARE(ownFields(target), items("22 u 5000000000 x 1 1 1"_s));
-    }
-
-    void equality()
-    {
-        MediaProfile other = fullProfile();
-        QVERIFY(other == fullProfile());
-        changeTheRest(other);
-        QVERIFY(other == fullProfile());
-        for (const auto difference : differences) {
-            MediaProfile changed = fullProfile();
-            difference(changed);
-            QVERIFY2(!(changed == fullProfile()) && !(fullProfile() == changed), qPrintable(changed.toString()));
-            QVERIFY2((changed == changed) == !qIsNaN(changed.getVFrameRate()), qPrintable(changed.toString()));
-        }
-    }
-
     void profileText()
     {
         const QString tail =
             ", type = 0, format = MP4, resolution = 1280x720, aspect = 16x9, vCodec = avc1, "
             "vBitRate = 2500000, frameRate = 29.97, aCodec = mp4a, aBitRate = 128000, aSampleRate = 44100"_s;
-        // The places of the values when one text contains the marker of the next.
-        const QString shifted =
-            " = 0, type = MP4, format = 1280, resolution = 720x16, aspect = 9xavc1, "
-            "vCodec = 2500000, vBitRate = 29.97, frameRate = mp4a, aCodec = 128000, aBitRate = 44100, "
-            "aSampleRate = %14"_s;
         MediaProfile full = fullProfile();
         QCOMPARE(full.toString(), "Name = 22, description = d"_s + tail);
+        // A marker in a text gets the value of that number, and so the next ones get the values behind it.
         full.setName("%2 <%14> %99"_s);
         QCOMPARE(full.toString(), "Name = d <44100> %99, description = d"_s + tail);
         full.setName("%1"_s);
-        QCOMPARE(full.toString(), "Name = d, description"_s + shifted);
-        full.setName("22"_s);
-        full.setDescription("%2"_s);
-        QCOMPARE(full.toString(), "Name = 22, description"_s + shifted);
-        full.setDescription(QString());
-        full.setACodec("%13"_s);
-        QCOMPARE(full.toString(), "Name = 22, description = "_s + QString(tail).replace("mp4a"_s, "128000"_s));
+        QCOMPARE(full.toString(),
+                 "Name = d, description = 0, type = MP4, format = 1280, resolution = 720x16, aspect = 9xavc1, "
+                 "vCodec = 2500000, vBitRate = 29.97, frameRate = mp4a, aCodec = 128000, aBitRate = 44100, "
+                 "aSampleRate = %14"_s);
         for (const auto &[rate, text] : {std::make_pair(25.0, "25"_s), {23.976023976, "23.976"_s}, {1e7, "1e+07"_s}}) {
             full.setVFrameRate(rate);
-            QVERIFY2(full.toString().contains("frameRate = "_s + text + ","_s), qPrintable(full.toString()));
+            QVERIFY2(full.toString().contains(" = "_s + text + ","_s), qPrintable(full.toString()));
         }
     }
 
     void fileRecord()
     {
-        const QString tail = ", resolution = -1x-1, aspect = 0x0, vCodec = , vBitRate = 0, frameRate = 0, aCodec = , "
-                             "aBitRate = 0, aSampleRate = 0"_s;
+        const QString unset = ", resolution = -1x-1, aspect = 0x0, vCodec = , vBitRate = 0, frameRate = 0, aCodec = , "
+                              "aBitRate = 0, aSampleRate = 0"_s;
+        QCOMPARE(MediaProfile().toString(), "Name = , description = , type = 3, format = "_s + unset);
         FileMediaInfo file;
         QVERIFY(file.analyzeMediaFile());
         QCOMPARE(fields(file), unsetFields);
-        QVERIFY(file.getMediaFile().isNull() && file.getThumbnailFile().isNull());
-        QCOMPARE(file.getFileSize() + file.getDuration(), qint64(0));
+        QVERIFY(file.getMediaFile().isNull() && file.getThumbnailFile().isNull() && file.getFileSize() == 0);
+        QCOMPARE(file.toString(), "MediaFile = , duration = 0, type = 3, format = "_s + unset);
         QVERIFY(!file.isValid() && !file.isValidVideo());
-        QCOMPARE(file.toString(), "MediaFile = , duration = 0, type = 3, format = "_s + tail);
-        QCOMPARE(MediaProfile().toString(), "Name = , description = , type = 3, format = "_s + tail);
 
         file.setFormat("MP4"_s);
         QVERIFY(file.isValid() && !file.isValidVideo());
-        file.setACodec("mp4a"_s);
-        QVERIFY(file.isValidVideo());
-        file.setACodec(QString());
         file.setVCodec("avc1"_s);
         QVERIFY(file.isValidVideo());
-
+        file.setVCodec(QString());
+        file.setACodec("mp4a"_s);
+        QVERIFY(file.isValidVideo());
         file.setMediaFile("/d/%4.%2"_s);
         file.setThumbnailFile("/t"_s);
         file.setFileSize(6000000000);
         file.setDuration(5000000000);
         const FileMediaInfo copy = file;
-        QCOMPARE(copy.getThumbnailFile(), "/t"_s);
-        QCOMPARE(copy.getFileSize(), qint64(6000000000));
+        QCOMPARE(copy.getThumbnailFile() + QString::number(copy.getFileSize()), "/t6000000000"_s);
         QCOMPARE(copy.toString(),
                  "MediaFile = /d/MP4.5000000000, duration = 5000000000, type = 3, format = MP4"_s
-                     + QString(tail).replace("vCodec = "_s, "vCodec = avc1"_s));
+                     + QString(unset).replace("aCodec = "_s, "aCodec = mp4a"_s));
     }
 
     void webRecordFields()
@@ -309,11 +251,12 @@ private Q_SLOTS:
         QCOMPARE(texts(WebMediaInfo()), items("(null) (null) (null) (null) (null) (null) 0 3 "_s));
         WebMediaInfo page("http://a"_s);
         QCOMPARE(texts(page), items("http://a (null) (null) (null) (null) (null) 0 3 "_s));
-        QVERIFY(!WebMediaInfo().isValid() && !page.isValid());
-        QVERIFY(page.addMediaProfile(profile("a:v:1x1:"_s)));
+        page.setTitle("t"_s);
+        QVERIFY(!page.isValid());
+        QVERIFY(page.addMediaProfile(profile("a:v:1x1:"_s)) && page.isValid());
+        page.setTitle(QString());
         QVERIFY(!page.isValid());
         page.setTitle("t"_s);
-        QVERIFY(page.isValid());
         page.setUrl(""_s);
         QVERIFY(!page.isValid());
         page.setUrl("u"_s);

@@ -109,29 +109,15 @@ private:
 private Q_SLOTS:
     void members_data()
     {
-        const QString others = " -> default -> -99 -> -0.5"_s;
-        QStringList table = {"{'k':42} -> default -> 42 -> 42"_s,
-                             "{'k':-7} -> default -> -7 -> -7"_s,
-                             "{'k':0} -> default -> 0 -> 0"_s,
-                             "{'k':1080.0} -> default -> -99 -> 1080"_s,
-                             "{'k':129.478} -> default -> -99 -> 129.478"_s,
-                             "{'k':1e3} -> default -> -99 -> 1000"_s,
-                             "{'k':2147483647} -> default -> 2147483647 -> 2147483647"_s,
-                             "{'k':-2147483648} -> default -> -2147483648 -> -2147483648"_s,
-                             "{'k':2147483648} -> default -> -99 -> 2147483648"_s,
-                             "{'k':-2147483649} -> default -> -99 -> -2147483649"_s,
-                             "{'k':18446744073709551615} -> default -> -99 -> 18446744073709551615"_s,
-                             "{'k':-9223372036854775808} -> default -> -99 -> -9223372036854775808"_s,
-                             "{'k':98446744073709551616} -> default -> -99 -> 98446744073709551616"_s,
-                             "{'k':'1080'} -> 1080 -> -99 -> -0.5"_s,
-                             "{'k':''} ->  -> -99 -> -0.5"_s,
-                             "{'k':'é\\u20ac😀'} -> é€😀 -> -99 -> -0.5"_s,
-                             R"({'k':'a\u0000b'} -> a -> -99 -> -0.5)"_s};
-        for (const char *document : {"{'k':true}", "{'k':false}", "{'k':null}", "{'k':[1]}", "{'k':{'k':1}}", "{'K':1}",
-                                     "{}", "[{'k':1}]", "'k'", "7", "null"}) {
-            table.append(QLatin1String(document) + others);
-        }
-        rows({"document", "text", "number", "real"}, table);
+        // A hyphen is the caller's default.
+        rows({"document", "text", "number", "real"},
+             {"{'k':42} -> - -> 42 -> 42"_s, "{'k':1080.0} -> - -> - -> 1080"_s, "{'k':1e3} -> - -> - -> 1000"_s,
+              "{'k':129.478} -> - -> - -> 129.478"_s, "{'k':-2147483648} -> - -> -2147483648 -> -2147483648"_s,
+              "{'k':2147483648} -> - -> - -> 2147483648"_s, "{'k':'1080'} -> 1080 -> - -> -"_s,
+              "{'k':''} ->  -> - -> -"_s, "{'k':'é\\u20ac😀'} -> é€😀 -> - -> -"_s, "{'k':'a\\u0000b'} -> a -> - -> -"_s,
+              "{'k':true} -> - -> - -> -"_s, "{'k':null} -> - -> - -> -"_s, "{'k':[1]} -> - -> - -> -"_s,
+              "{'k':{'k':1}} -> - -> - -> -"_s, "{} -> - -> - -> -"_s, "[{'k':1}] -> - -> - -> -"_s,
+              "'k' -> - -> - -> -"_s, "7 -> - -> - -> -"_s, "null -> - -> - -> -"_s});
     }
 
     void members()
@@ -139,10 +125,9 @@ private Q_SLOTS:
         const auto [document, text, number, real] = fetchTexts("document", "text", "number", "real");
         Json::Value object;
         QVERIFY(Json::Reader().parse(json(document).toUtf8().toStdString(), object, false));
-        const QString unset = "D\0é€"_s;
-        QCOMPARE(JsonHelper::getString(object, "k"_s, unset), text == "default"_s ? unset : text);
-        QCOMPARE(JsonHelper::getInt(object, "k"_s, -99), number.toInt());
-        QVERIFY(JsonHelper::getDouble(object, "k"_s, -0.5) == real.toDouble());
+        QCOMPARE(JsonHelper::getString(object, "k"_s, "-"_s), text);
+        QCOMPARE(JsonHelper::getInt(object, "k"_s, -99), number == "-"_s ? -99 : number.toInt());
+        QVERIFY(JsonHelper::getDouble(object, "k"_s, -0.5) == (real == "-"_s ? -0.5 : real.toDouble()));
     }
 
     void scriptFiles_data()
@@ -182,43 +167,22 @@ private Q_SLOTS:
     void pages_data()
     {
         // First character references, then escapes are replaced in the whole text, before it is read as JSON.
-        rows({"document", "page"},
-             {"{'title':'a','duration':212,'thumbnail':'t'} -> a|a|212|t"_s,
-              "{'title':'a'}\n{'title':'b'}\n -> a|a|0|"_s,
-              "{'title':'a'} WARNING: more -> a|a|0|"_s,
-              "{'duration':212,'thumbnail':'t'} -> ||212|t"_s,
-              "{'title':42,'duration':'212','thumbnail':null} -> ||0|"_s,
-              "{'duration':212.0} -> ||0|"_s,
-              "{'duration':212.5} -> ||0|"_s,
-              "{'duration':3000000000} -> ||0|"_s,
-              "{'duration':-5} -> ||-5|"_s,
-              "{'title':'a/b:c?d*.mp4'} -> a/b:c?d*.mp4|a b c d .mp4|0|"_s,
-              "{'thumbnail':'maxresdefault/maxresdefault.jpg'} -> ||0|mqdefault/mqdefault.jpg"_s,
-              "{'thumbnail':'MaxResDefault.jpg'} -> ||0|MaxResDefault.jpg"_s,
-              "[{'title':'a'}] -> ||0|"_s,
-              "'title' -> ||0|"_s,
-              "7 -> ||0|"_s,
-              "null -> ||0|"_s,
-              "{} -> ||0|"_s,
-              "{'title':'it&#39;s caf\\u00e9 &#128512;'} -> it's café \uF600|it's café \uF600|0|"_s,
-              "{'title':'\\ud83d\\ude00'} -> 😀|😀|0|"_s,
-              "{'title':'&#92;u0041'} -> A|A|0|"_s,
-              R"({'title':'\u0026#65;'} -> &#65;|&#65;|0|)"_s,
-              "{'title':'a&#92;tb'} -> a\tb|a\tb|0|"_s,
-              R"({'title':'a\u0000b','duration':1} -> a|a|1|)"_s,
-              R"({'title':'a\u0001b\u007f','x\u0000':'\u0000'})"
-              " -> a\1b\x7F|a\1b\x7F|0|"_s,
-              R"({'title':'a\u000ab\u0009','thumbnail':'\u001f'})"
-              " -> a\nb\t|a\nb\t|0|\x1F"_s,
-              R"({'ti\u0001tle':'x','duration':3,/* ' \u0001 */'title':'\\\u0002','x':'\'\u0001'} // ')"
-              " -> \\\2| \2|3|"_s,
-              R"({'title':'a','x':'\ud83d &#55357;'} -> a|a|0|)"_s,
-              "{'title&#34;:'a'&#125; -> a|a|0|"_s,
-              "{'title':'\uFEFFabc'} -> abc|abc|0|"_s,
-              "{'title':'\\ufeff\\ufeffabc'} -> \uFEFFabc|\uFEFFabc|0|"_s,
-              R"({'title':'&#92;&#117;&#48;0e9'} -> é|é|0|)"_s,
-              R"({'title':'\u0&#48;e9\&#117;00E9'} -> éé|éé|0|)"_s,
-              R"({'title':'\u005cu00e9'} -> é|é|0|)"_s});
+        rows(
+            {"document", "page"},
+            {"{'title':'a','duration':212,'thumbnail':'t'} -> a|a|212|t"_s,
+             "{'title':'a'}\n{'title':'b'}\n -> a|a|0|"_s, "{'title':'a'} WARNING: more -> a|a|0|"_s,
+             "{'title':42,'duration':'212','thumbnail':null} -> ||0|"_s,
+             "{'duration':212.0,'thumbnail':'t'} -> ||0|t"_s, "{'duration':3000000000} -> ||0|"_s,
+             "{'title':'a/b:c?d*.mp4'} -> a/b:c?d*.mp4|a b c d .mp4|0|"_s,
+             "{'thumbnail':'maxresdefault/MaxResDefault/maxresdefault.jpg'} -> ||0|mqdefault/MaxResDefault/mqdefault.jpg"_s,
+             "[{'title':'a'}] -> ||0|"_s, "'title' -> ||0|"_s,
+             "{'title':'it&#39;s caf\\u00e9 &#128512;'} -> it's café \uF600|it's café \uF600|0|"_s,
+             "{'title':'&#92;u0041'} -> A|A|0|"_s, R"({'title':'\u0026#65;'} -> &#65;|&#65;|0|)"_s,
+             R"({'title':'a\u0000b','duration':1} -> a|a|1|)"_s,
+             R"({'ti\u0001tle':'x','duration':3,/* ' \u0001 */'title':'\\\u0002','x':'\'\u0001'} // ')"
+             " -> \\\2| \2|3|"_s,
+             R"({'title':'a','x':'\ud83d &#55357;'} -> a|a|0|)"_s, "{'title':'\uFEFFabc'} -> abc|abc|0|"_s,
+             R"({'title':'\u005cu00e9'} -> é|é|0|)"_s});
     }
 
     void pages()
@@ -229,20 +193,6 @@ private Q_SLOTS:
         QCOMPARE(pageText(info), page);
         QCOMPARE(info.getUrl() + info.getThumbnailFile() + info.errorDetail(), "urllocaldetail"_s);
         QCOMPARE(names(info), "old,"_s);
-    }
-
-    // Surrogate pairs of long texts stay together.
-    void longTitles()
-    {
-        for (const QString &unit : {R"(\ud83d\ude00)"_s, "😀"_s, "&#55357;&#56832;"_s, R"(\u00e9)"_s}) {
-            for (int offset = 0; offset < 3; ++offset) {
-                WebMediaInfo page;
-                const QString begin = "&#39;"_s + "x"_s.repeated(offset);
-                QCOMPARE(parseInto(page, json("{'title':'%1'}"_s.arg(begin + unit.repeated(5000)))), QString());
-                const QString character = unit == R"(\u00e9)"_s ? "é"_s : "😀"_s;
-                QCOMPARE(page.getTitle(), QLatin1Char('\'') + "x"_s.repeated(offset) + character.repeated(5000));
-            }
-        }
     }
 
     void unreadablePages_data()
@@ -260,22 +210,22 @@ private Q_SLOTS:
     void unreadablePages()
     {
         QFETCH(QString, document);
-        document = json(document);
         WebMediaInfo info = earlierPage();
-        const QString log = parseInto(info, document);
+        const QString log = parseInto(info, json(document));
         static const QRegularExpression record("^\n.{21} \\[ERROR\\]  parseWebMediaInfo  YdOutputParser\\.cpp"
                                                "\\(line\\d+\\) :\nJSON reader\\.parse error: \\S"_s);
         QVERIFY2(record.match(log).hasMatch(), qPrintable(log.left(300)));
         QCOMPARE(int(log.count("YdOutputParser.cpp"_s)), 1);
         QCOMPARE(pageText(info) + names(info), "T|F|9|Uold,"_s);
-        if (document.size() > 1000) // which the reader gives up
-            return;
-        Json::Reader reader;
-        Json::Value root;
-        const QString read = Utilities::convertHttpSpecificChar2(Utilities::convertHttpSpecificChar(document));
-        QVERIFY(!reader.parse(read.toUtf8().toStdString(), root, false));
-        const QString message = QString::fromStdString(reader.getFormattedErrorMessages());
-        QVERIFY2(log.endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s), qPrintable(log));
+    }
+
+    /** The position is that in the document, which gets escapes for its control characters when it is read again. */
+    void errorPosition()
+    {
+        WebMediaInfo info;
+        const QString log = parseInto(info, json("{'\1':}"_s));
+        const QString error = "* Line 1, Column 6\n  Syntax error: value, object or array expected.\n"_s;
+        QVERIFY2(log.contains(error), qPrintable(log));
     }
 
     // simdjson must give the same records as jsoncpp.
@@ -330,7 +280,7 @@ private Q_SLOTS:
               "'abr':'1999' -> 1K 1000"_s, "'abr':'129.5k' -> 0K 0"_s, "'abr':'-1k' -> -1K -1000"_s,
               "'abr':'2G' -> -2147483K -2147483000"_s, "'abr':'3G' -> -1073741K -1073741000"_s,
               "'abr':'4194305K' -> 1K 1000"_s, "'abr':3000000 -> 3000000K 2147483647"_s,
-              "'abr':-3000000 -> -3000000K -2147483648"_s,
+              "'abr':-1e300 -> -2147483648K -2147483648"_s,
               "'vcodec':'av01.0','height':720,'width':9,'res':'720p' -> 0K 0"_s});
     }
 
@@ -406,11 +356,6 @@ private Q_SLOTS:
                  "aspect = 0x0, vCodec = , vBitRate = 0, frameRate = 0, aCodec = , aBitRate = 0, aSampleRate = 0"_s);
         QVERIFY(profile.getVCodec().isNull() && profile.getACodec().isNull());
         QVERIFY(profile.getPreferredDashAudioYdCode().isEmpty() && profile.getSize() == 0);
-
-        // No bit rate is too large.
-        for (const QString &rate : {"1e12"_s, "-1e300"_s, "3000000000"_s})
-            parseInto(page, json("{'formats':[{'ext':'a','note':'dash audio','abr':"_s + rate + "}]}"_s));
-        QCOMPARE(page.getMediaProfileList().size(), 4);
     }
 
     void formatsStandInReverse()

@@ -33,8 +33,7 @@ private Q_SLOTS:
              "9223372036854775807 9223372036854775807 9223372036854775807"_s,
              "[download] 1"_s + "0"_s.repeated(30) + "% of 1KiB at 5B/s ETA -> 1024 9223372036854775807 5"_s,
              "[download] ٤% of 1KiB at 5B/s ETA -> 1024 0 5"_s, QString(QChar(0xD83D)) + kilo + asKilo,
-             "\0"_s + kilo + asKilo, "[download] Destination: noextension\n"_s + kilo + asKilo,
-             "[download] Destination: .mp4\n"_s + kilo + asKilo, "[download] destination: a.mp4\n"_s + kilo + asKilo,
+             "\0"_s + kilo + asKilo, "[download] Destination: .mp4\n"_s + kilo + asKilo,
              kilo + "\n[download] a.mp4 has already been downloaded"_s + asKilo, none,
              "[download] 100% of 12.34MiB in 00:05"_s + none,
              "[download] 0.0% of 12.34MiB at Unknown speed ETA Unknown"_s + none,
@@ -59,20 +58,20 @@ private Q_SLOTS:
     void fileNames_data()
     {
         // The names in "Destination" lines and in "already downloaded" lines.
-        rows({"text", "destination", "downloaded"},
-             {"[download] Destination: a.mp4\n -> a.mp4 -> none"_s, "[download] Destination: a.b.\n -> a.b. -> none"_s,
-              "[download] Destination: .a -> none -> none"_s,
-              "[download] Destination: a\n[download] Destination: b.c\r. -> b.c -> none"_s,
-              "[download] Destination: [download] Destination: a.b -> [download] Destination: a.b -> none"_s,
-              "[download] Destination:a.b [Download] Destination: a.b -> none -> none"_s,
-              "[download] a has already been downloaded\n -> none -> a"_s,
-              "[download] a\n[download] b has already been downloaded\u2028 -> none -> a\n[download] b"_s,
-              "[download] a has already been downloaded has already been downloaded . -> none -> "
-              "a has already been downloaded"_s,
-              "[download]  has already been downloaded  -> none -> "_s,
-              "[download] a has already been downloaded -> none -> none"_s,
-              "[download] a has already been downloaded_\n -> none -> none"_s,
-              "a has already been downloaded\n[download] b -> none -> none"_s});
+        rows(
+            {"text", "destination", "downloaded"},
+            {"[download] Destination: a.mp4\n -> a.mp4 -> none"_s, "[download] Destination: a.b.\n -> a.b. -> none"_s,
+             "[download] Destination: .a -> none -> none"_s,
+             "[download] Destination: a\n[download] Destination: b.c\r. -> b.c -> none"_s,
+             "[download] Destination: [download] Destination: a.b -> [download] Destination: a.b -> none"_s,
+             "[download] Destination:a.b [Download] Destination: a.b -> none -> none"_s,
+             "[download] a has already been downloaded\n -> none -> a"_s,
+             "[download] a\n[download] b has already been downloaded\u2028 -> none -> a\n[download] b"_s,
+             "[download] a has already been downloaded has already been downloaded . -> none -> a has already been downloaded"_s,
+             "[download]  has already been downloaded  -> none -> "_s,
+             "[download] a has already been downloaded -> none -> none"_s,
+             "[download] a has already been downloaded_\n -> none -> none"_s,
+             "a has already been downloaded\n[download] b -> none -> none"_s});
     }
 
     void fileNames()

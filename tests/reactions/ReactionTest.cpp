@@ -16,33 +16,19 @@ using namespace Nox;
 
 namespace {
 
-constexpr char newDownload[] = "started started progress(0,0,0) finished";
+const QString newDownload = "started started progress(0,0,0) finished"_s;
 
-/** A notification, and what follows when a host reacts in it. Nothing follows a deletion. */
-struct Moment {
-    const char *name;
-    const char *setup;     ///< as in WorkerTable; or "blocking" request; or "starved": no program can be started
-    const char *scenario;  ///< of the fakes; they wait for "go", which comes when the host has reacted
-    const char *before;    ///< all notifications up to this one
-    const char *cancelled; ///< what follows cancel()
-    const char *restarted; ///< what follows a new request; with newDownload, it is accepted
-    const char *cleared = "";
-    const char *deletedFiles = "";   ///< left after a deletion
-    const char *cancelledFiles = ""; ///< left after cancel()
-};
-
-} // namespace
-Q_DECLARE_METATYPE(Moment)
-namespace {
-
-void addRows(const std::vector<Moment> &moments, const QString &reactions)
+/**
+ * A cell of the current row: a notification, and what follows when a host reacts in it. Nothing follows a deletion.
+ *   setup            as in WorkerTable; or "blocking" request; or "starved": no program can be started
+ *   scenario         of the fakes; they wait for "go", which comes when the host has reacted
+ *   before           all notifications up to this one
+ *   cancel, restart, clear   what follows when the host does that; a restart that gives newDownload is accepted
+ *   deleted, cancelled       the files that stay after that
+ */
+QString cell(const char *column)
 {
-    QTest::addColumn<Moment>("moment");
-    QTest::addColumn<QString>("reaction");
-    for (const Moment &moment : moments) {
-        for (const QString &reaction : reactions.split(QLatin1Char(',')))
-            QTest::newRow(qPrintable(QLatin1String(moment.name) + ": "_s + reaction)) << moment << reaction;
-    }
+    return fetchTexts(column).front();
 }
 
 /** A host that reacts once, in the notification of the current row. */
@@ -50,13 +36,8 @@ template <typename Worker>
 class Host : public QObject
 {
 public:
-    Host(const Moment &moment, QString reaction)
-        : m_moment(moment)
-        , m_setup(QString::fromUtf8(moment.setup))
-        , m_before(QString::fromUtf8(moment.before))
-        , m_reaction(std::move(reaction))
-        , m_run(m_setup == "blocking"_s || m_setup == "starved"_s ? QString() : m_setup,
-                QString::fromUtf8(moment.scenario))
+    Host()
+        : m_run(m_setup == "blocking"_s || m_setup == "starved"_s ? QString() : m_setup, cell("scenario"))
         , m_watch(m_run.worker.get())
     {
         // A function that is connected without a receiver runs as the worker's own.
@@ -76,7 +57,7 @@ public:
             m_starvation.emplace(RLIMIT_NOFILE, 3); // no file can be opened, and so no program started
         begin(m_setup == "blocking"_s);
 
-        const QString expected = (m_before + QLatin1Char(' ') + QString::fromUtf8(following())).trimmed();
+        const QString expected = (m_before + QLatin1Char(' ') + following()).trimmed();
         if (m_reaction == "deleteLater"_s) { // until it is deleted, more may follow
             QTRY_VERIFY_WITH_TIMEOUT(m_watch.isNull() && m_run.sandbox.isQuiet(), TestSandbox::Timeout);
             QVERIFY(m_run.log.text().startsWith(expected));
@@ -94,17 +75,15 @@ private:
 
     bool isDeletion() const { return m_reaction.contains("delete"_s); }
     bool isRestart() const { return m_reaction.endsWith("restart"_s); }
-    bool isRefused() const { return isDownload && isRestart() && qstrcmp(following(), newDownload) != 0; }
+    bool isRefused() const { return isDownload && isRestart() && following() != newDownload; }
 
-    const char *following() const
+    QString following() const
     {
         if (isDeletion())
-            return "";
-        if (m_reaction == "cancel"_s)
-            return m_moment.cancelled;
-        if (m_reaction == "clear"_s)
-            return m_moment.cleared;
-        return isDownload && m_reaction == "cancel+restart"_s ? newDownload : m_moment.restarted;
+            return QString();
+        if (m_reaction == "cancel"_s || m_reaction == "clear"_s)
+            return cell(qPrintable(m_reaction));
+        return isDownload && m_reaction == "cancel+restart"_s ? newDownload : cell("restart");
     }
 
     void begin(bool isBlocking)
@@ -161,9 +140,9 @@ private:
 
     void restart()
     {
-        m_run.sandbox.provide(TestSandbox::Interpreter, TestSandbox::StandIn);
+        TestSandbox::provide(TestSandbox::Interpreter, TestSandbox::StandIn);
         if constexpr (isDownload) {
-            m_run.sandbox.provide(TestSandbox::Ffmpeg, TestSandbox::StandIn);
+            TestSandbox::provide(TestSandbox::Ffmpeg, TestSandbox::StandIn);
             if (!isRefused())
                 m_run.sandbox.play(QString());
             const Setup second("two code=138 dest=second.mp4"_s, m_run.sandbox);
@@ -179,32 +158,23 @@ private:
         const TestSandbox &sandbox = m_run.sandbox;
         QCOMPARE(sandbox.errors().count("download: "_s), isRefused() ? 1 : 0);
         if (m_reaction == "cancel"_s)
-            QCOMPARE(sandbox.files(), QString::fromUtf8(m_moment.cancelledFiles));
+            QCOMPARE(sandbox.files(), cell("cancelled"));
         else if (isDeletion() && m_reaction != "deleteLater"_s)
-            QCOMPARE(sandbox.files(), QString::fromUtf8(m_moment.deletedFiles));
+            QCOMPARE(sandbox.files(), cell("deleted"));
         m_run.worker.reset();
         static const QRegularExpression allowed(R"(^((clip|second|\{\d\}YDTMP_)\.mp4=[^,]*(, |$))*$)"_s);
         QVERIFY2(allowed.match(sandbox.files()).hasMatch(), qPrintable(sandbox.files()));
         QCOMPARE(sandbox.files().contains("second.mp4=138+140"_s), isRestart() && !isRefused());
     }
 
-    const Moment m_moment;
-    const QString m_setup;
-    const QString m_before;
-    const QString m_reaction;
+    const QString m_setup = cell("setup");
+    const QString m_before = cell("before");
+    const QString m_reaction = cell("reaction");
     WorkerRun<Worker> m_run;
     const QPointer<Worker> m_watch;
     std::optional<ResourceLimit> m_starvation;
     bool m_hasReacted = false;
 };
-
-template <typename Worker>
-void runRow()
-{
-    QFETCH(Moment, moment);
-    QFETCH(QString, reaction);
-    Host<Worker>(moment, reaction).run();
-}
 
 } // namespace
 
@@ -221,68 +191,75 @@ private Q_SLOTS:
         const char *missing = "python=missing";
         const char *fresh = "finished(B|2|)";
         const char *afterError = "finished(B|2|bad)";
-        addRows(
-            {{"record with an error", "", printed, "finished(||bad)", "error(-1) finished(||bad) error(1)", afterError},
-             {"error", "", printed, "finished(||bad) error(-1)", "finished(||bad) error(1)", afterError},
-             {"record of a crash", "", crash, "finished(||)", "error(1)", fresh},
-             {"crash, first code", "", crash, "finished(||) error(1)", "", fresh},
-             {"crash, second code", "", crash, "finished(||) error(1) error(-1)", "", fresh},
-             {"record of a failed start", missing, "", "finished(||)", "error(0)", fresh},
-             {"failed start", missing, "", "finished(||) error(0)", "", fresh},
-             {"record of a start that failed at once", "starved", "", "finished(||)", "error(0)", fresh},
-             {"start that failed at once", "starved", "", "finished(||) error(0)", "", fresh},
-             {"exit code", "", "dump: exit 3", "error(-1)", "", fresh},
-             {"page", "", "dump: json A 1", "finished(A|1|)", "", "finished(B|2,1|)"},
-             {"page of a blocking request", "blocking", "dump: json A 1", "finished(A|1|)", "", "finished(B|2,1|)"}},
-            "delete,own delete,deleteLater,cancel,restart,cancel+restart,blocking,nested delete,nested restart"_s);
+        const TextTable table{"reaction", "setup", "scenario", "before", "cancel", "restart"};
+        const auto row = [&table](const char *name, const auto &...cells) {
+            for (const char *reaction : {"delete", "own delete", "deleteLater", "cancel", "restart", "cancel+restart",
+                                         "blocking", "nested delete", "nested restart"})
+                table((std::string(name) + ": " + reaction).c_str(), reaction, cells...);
+        };
+        row("record with an error", "", printed, "finished(||bad)", "error(-1) finished(||bad) error(1)", afterError);
+        row("error", "", printed, "finished(||bad) error(-1)", "finished(||bad) error(1)", afterError);
+        row("record of a crash", "", crash, "finished(||)", "error(1)", fresh);
+        row("crash, first code", "", crash, "finished(||) error(1)", "", fresh);
+        row("crash, second code", "", crash, "finished(||) error(1) error(-1)", "", fresh);
+        row("record of a failed start", missing, "", "finished(||)", "error(0)", fresh);
+        row("failed start", missing, "", "finished(||) error(0)", "", fresh);
+        row("record of a start that failed at once", "starved", "", "finished(||)", "error(0)", fresh);
+        row("start that failed at once", "starved", "", "finished(||) error(0)", "", fresh);
+        row("exit code", "", "dump: exit 3", "error(-1)", "", fresh);
+        row("page", "", "dump: json A 1", "finished(A|1|)", "", "finished(B|2,1|)");
+        row("page of a blocking request", "blocking", "dump: json A 1", "finished(A|1|)", "", "finished(B|2,1|)");
     }
 
-    void extractor() { runRow<WebMediaInfoExtractor>(); }
+    void extractor() { Host<WebMediaInfoExtractor>().run(); }
 
     void downloader_data()
     {
         const char *progress = "137: announce mp4|progress 50 1000|wait go";
+        const char *accepted = "started started progress(0,0,0) finished";
         const char *crash = "137: announce mp4|file mp4.part|kill SIGSEGV";
         const char *mergeCrash = "ffmpeg: write half|kill SIGSEGV";
         const char *end = "progress(0,0,0) finished";
         const char *item = "{1}YDTMP_.mp4=137";
-        addRows(
-            {{"started", "", "137: wait go|announce mp4", "started", "error(-1)", "finished", "finished"},
-             {"second started", "two", "140: wait go|announce m4a", "started started", "error(-1)", end, end, item},
-             {"progress", "", progress, "started progress(1000,500,10)", "error(-1)", "finished", "finished", item},
-             {"no format code", "code=", "", "error(-1)", "", newDownload},
-             {"failed start", "python=missing", "", "started error(-1)", "", newDownload},
-             {"start that failed at once", "starved", "", "error(-1)", "", newDownload, "started"},
-             {"failed second start", "two", "137: announce mp4|uninstall", "started started error(-1)", "", newDownload,
-              "", item},
-             {"crash, first code", "", crash, "started error(-1)", "", "error(-5)", "error(-5)", item},
-             {"crash, second code", "", crash, "started error(-1) error(-5)", "", newDownload, "", item},
-             {"exit code", "", "137: announce mp4|file mp4.part|exit 3", "started error(-4)", "", newDownload, "",
-              item},
-             {"second exit code", "two", "140: announce m4a|exit 3", "started started error(-4)", "", newDownload, "",
-              item},
-             {"destination taken", "has=clip.mp4", "", "started error(-8)", "", newDownload, "",
-              "clip.mp4=old, {1}YDTMP_.mp4=137"},
-             {"files not named", "two", "137: file mp4", "started started error(-4)", "", newDownload, "", item, item},
-             {"failed start of ffmpeg", "two ffmpeg=missing", "", "started started error(-7)", "", newDownload, "",
-              item},
-             {"crash of ffmpeg, first code", "two", mergeCrash, "started started error(-7)", "error(-5)", "error(-5)",
-              "error(-5)", item},
-             {"crash of ffmpeg, second code", "two", mergeCrash, "started started error(-7) error(-5)", "", newDownload,
-              "", item},
-             {"exit code of ffmpeg", "two", "ffmpeg: write half|exit 3", "started started error(-4)", "", newDownload,
-              "", item},
-             {"destination of a merge taken", "two has=clip.mp4", "", "started started error(-8)", "", newDownload, "",
-              "clip.mp4=old"},
-             {"last progress", "two", "", "started started progress(0,0,0)", "", newDownload, "finished",
-              "clip.mp4=137+140"},
-             {"finished", "", "", "started finished", "", newDownload, "", "clip.mp4=137"},
-             {"finished merge", "two", "", "started started progress(0,0,0) finished", "", newDownload, "",
-              "clip.mp4=137+140"}},
-            "delete,own delete,deleteLater,cancel,clear,restart,cancel+restart,nested delete,nested restart"_s);
+        const TextTable table{"reaction", "setup", "scenario", "before",   "cancel",
+                              "restart",  "clear", "deleted",  "cancelled"};
+        const auto row = [&table](const char *name, const auto &...cells) {
+            for (const char *reaction : {"delete", "own delete", "deleteLater", "cancel", "clear", "restart",
+                                         "cancel+restart", "nested delete", "nested restart"})
+                table((std::string(name) + ": " + reaction).c_str(), reaction, cells...);
+        };
+        row("started", "", "137: wait go|announce mp4", "started", "error(-1)", "finished", "finished");
+        row("second started", "two", "140: wait go|announce m4a", "started started", "error(-1)", end, end, item);
+        row("progress", "", progress, "started progress(1000,500,10)", "error(-1)", "finished", "finished", item);
+        row("no format code", "code=", "", "error(-1)", "", accepted);
+        row("failed start", "python=missing", "", "started error(-1)", "", accepted);
+        row("start that failed at once", "starved", "", "error(-1)", "", accepted, "started");
+        row("failed second start", "two", "137: announce mp4|uninstall", "started started error(-1)", "", accepted, "",
+            item);
+        row("crash, first code", "", crash, "started error(-1)", "", "error(-5)", "error(-5)", item);
+        row("crash, second code", "", crash, "started error(-1) error(-5)", "", accepted, "", item);
+        row("exit code", "", "137: announce mp4|file mp4.part|exit 3", "started error(-4)", "", accepted, "", item);
+        row("second exit code", "two", "140: announce m4a|exit 3", "started started error(-4)", "", accepted, "", item);
+        row("destination taken", "has=clip.mp4", "", "started error(-8)", "", accepted, "",
+            "clip.mp4=old, {1}YDTMP_.mp4=137");
+        row("files not named", "two", "137: file mp4", "started started error(-4)", "", accepted, "", item, item);
+        row("failed start of ffmpeg", "two ffmpeg=missing", "", "started started error(-7)", "", accepted, "", item);
+        row("crash of ffmpeg, first code", "two", mergeCrash, "started started error(-7)", "error(-5)", "error(-5)",
+            "error(-5)", item);
+        row("crash of ffmpeg, second code", "two", mergeCrash, "started started error(-7) error(-5)", "", accepted, "",
+            item);
+        row("exit code of ffmpeg", "two", "ffmpeg: write half|exit 3", "started started error(-4)", "", accepted, "",
+            item);
+        row("destination of a merge taken", "two has=clip.mp4", "", "started started error(-8)", "", accepted, "",
+            "clip.mp4=old");
+        row("last progress", "two", "", "started started progress(0,0,0)", "", accepted, "finished",
+            "clip.mp4=137+140");
+        row("finished", "", "", "started finished", "", accepted, "", "clip.mp4=137");
+        row("finished merge", "two", "", "started started progress(0,0,0) finished", "", accepted, "",
+            "clip.mp4=137+140");
     }
 
-    void downloader() { runRow<WebMediaDownloader>(); }
+    void downloader() { Host<WebMediaDownloader>().run(); }
 };
 
 NOX_TEST_MAIN(ReactionTest)

@@ -44,11 +44,6 @@ void Processes::end(qint64 pid)
         ::kill(static_cast<pid_t>(pid), SIGKILL);
 }
 
-int Processes::openFileCount()
-{
-    return int(QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size());
-}
-
 qint64 Processes::residentBytes()
 {
     QFile file(QStringLiteral("/proc/self/statm"));

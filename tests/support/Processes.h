@@ -17,7 +17,6 @@ public:
     /** Ends a process at once, if it runs. */
     static void end(qint64 pid);
 
-    static int openFileCount();
     static qint64 residentBytes();
 
 #if defined(__SANITIZE_ADDRESS__)

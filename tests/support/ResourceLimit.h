@@ -1,20 +1,23 @@
 #pragma once
 
+#include <sys/resource.h>
+
 /** A limit of the system for this process while this object exists. */
 class ResourceLimit
 {
 public:
-    ResourceLimit(int resource, unsigned long limit); ///< a resource of setrlimit()
-    ~ResourceLimit();
+    ResourceLimit(int resource, rlim_t limit) ///< a resource of setrlimit()
+        : m_resource(resource)
+    {
+        getrlimit(resource, &m_before);
+        const rlimit lower{limit, m_before.rlim_max};
+        setrlimit(resource, &lower);
+    }
+    ~ResourceLimit() { setrlimit(m_resource, &m_before); }
     ResourceLimit(const ResourceLimit &) = delete;
     ResourceLimit &operator=(const ResourceLimit &) = delete;
 
-    static ResourceLimit moreMemory(unsigned long megabytes);
-
-    /** False under a sanitizer, which reserves much address space. */
-    static bool canLimitMemory();
-
 private:
     int m_resource;
-    unsigned long m_before;
+    rlimit m_before{};
 };

@@ -10,9 +10,10 @@ using namespace Nox;
 
 namespace {
 
-void provide(TestSandbox &sandbox, TestSandbox::Program program, const QString &condition)
+void provide(TestSandbox::Program program, const QString &condition)
 {
-    sandbox.provide(program, condition == QLatin1String("missing") ? TestSandbox::Missing : TestSandbox::NotExecutable);
+    TestSandbox::provide(program,
+                         condition == QLatin1String("missing") ? TestSandbox::Missing : TestSandbox::NotExecutable);
 }
 
 } // namespace
@@ -46,9 +47,9 @@ Setup::Setup(const QString &text, TestSandbox &sandbox)
         else if (name == QLatin1String("link"))
             QFile::link(sandbox.path(QString()), sandbox.folder() + QLatin1Char('/') + value);
         else if (name == QLatin1String("python"))
-            provide(sandbox, TestSandbox::Interpreter, value);
+            provide(TestSandbox::Interpreter, value);
         else if (name == QLatin1String("ffmpeg"))
-            provide(sandbox, TestSandbox::Ffmpeg, value);
+            provide(TestSandbox::Ffmpeg, value);
         else if (name == QLatin1String("log"))
             Logger::init(value.toStdString(), LOG_DEBUG, LOG_OUT_FILE);
         else if (name != QLatin1String("dash"))

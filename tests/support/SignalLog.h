@@ -11,20 +11,17 @@
  * progress(total,finish,speed), error(code), finished; an extractor's finished shows the record as
  * finished(title|profile names|error detail).
  */
-class SignalLog
+class SignalLog : public QObject
 {
 public:
     explicit SignalLog(Nox::WebMediaDownloader *downloader);
     explicit SignalLog(Nox::WebMediaInfoExtractor *extractor);
 
     /** All notifications so far, one blank between them. */
-    QString text() const;
+    QString text() const { return m_notifications.join(QLatin1Char(' ')); }
 
     static QString recordText(const Nox::WebMediaInfo &info);
 
 private:
-    void add(const QString &notification);
-
     QStringList m_notifications;
-    QObject m_context;
 };

@@ -2,8 +2,6 @@
 
 #include "tests/support/Processes.h"
 
-#include <nox/front/WebMediaDownloaderFactory.h>
-
 #include <QCoreApplication>
 #include <QDir>
 #include <QRegularExpression>
@@ -15,19 +13,11 @@ using namespace Nox;
 
 namespace {
 
-void writeOld(const QString &name)
+void write(const QString &name, const QByteArray &content)
 {
     QFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write("old") != 3)
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write %s", qPrintable(name));
-}
-
-/** Creates an empty file. */
-void touch(const QString &name)
-{
-    QFile file(name);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot create %s", qPrintable(name));
 }
 
 } // namespace
@@ -59,38 +49,6 @@ TestSandbox::~TestSandbox()
         qputenv("TMPDIR", m_tmpdir);
 }
 
-QString TestSandbox::path(const QString &name) const
-{
-    return m_root.filePath(name);
-}
-
-QString TestSandbox::folder() const
-{
-    return path(QStringLiteral("my videos"));
-}
-
-QString TestSandbox::tool() const
-{
-    return path(QStringLiteral("yt.zip"));
-}
-
-std::unique_ptr<WebMediaDownloader> TestSandbox::newDownloader() const
-{
-    auto *const factory = WebMediaDownloaderFactory::instance();
-    return std::unique_ptr<WebMediaDownloader>(factory->createDownloader(tool(), path(QStringLiteral("cache"))));
-}
-
-std::unique_ptr<WebMediaInfoExtractor> TestSandbox::newExtractor() const
-{
-    auto *const factory = WebMediaDownloaderFactory::instance();
-    return std::unique_ptr<WebMediaInfoExtractor>(factory->createExtractor(tool(), path(QStringLiteral("cache"))));
-}
-
-void TestSandbox::play(const QString &scenario)
-{
-    qputenv("NOX_SCENARIO", scenario.toUtf8());
-}
-
 void TestSandbox::provide(Program program, Condition condition, const QString &appFolder)
 {
     const QString file =
@@ -100,7 +58,7 @@ void TestSandbox::provide(Program program, Condition condition, const QString &a
     if (condition == Missing)
         QFile::remove(file);
     else if (condition == NotExecutable)
-        touch(next);
+        write(next, {});
     else if (condition == StandIn)
         QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), next);
     else
@@ -111,24 +69,19 @@ void TestSandbox::provide(Program program, Condition condition, const QString &a
         qFatal("cannot provide %s", qPrintable(file));
 }
 
-void TestSandbox::provide(Program program, Condition condition)
+QString TestSandbox::provideHost(const QString &appFolder)
 {
-    provide(program, condition, QCoreApplication::applicationDirPath());
+    provide(Interpreter, StandIn, appFolder);
+    provide(Ffmpeg, StandIn, appFolder);
+    const QString host = appFolder + QStringLiteral("/host");
+    if (!QFile::copy(QStringLiteral(NOX_TEST_HOST), host))
+        qFatal("cannot copy the host program to %s", qPrintable(host));
+    return host;
 }
 
 void TestSandbox::mark(const QString &name)
 {
-    touch(path(QStringLiteral("notes/mark.") + name));
-}
-
-bool TestSandbox::isMarked(const QString &name) const
-{
-    return QFile::exists(path(QStringLiteral("notes/mark.") + name));
-}
-
-bool TestSandbox::hangs(const QString &key) const
-{
-    return isMarked(QStringLiteral("hang.") + key);
+    write(path(QStringLiteral("notes/mark.") + name), {});
 }
 
 QList<TestSandbox::Run> TestSandbox::runs() const
@@ -183,13 +136,13 @@ QString TestSandbox::files() const
 
 void TestSandbox::putFile(const QString &name)
 {
-    writeOld(folder() + QLatin1Char('/') + name);
+    write(folder() + QLatin1Char('/') + name, "old");
 }
 
 void TestSandbox::putFileElsewhere(const QString &name)
 {
     m_elsewhere.append(path(name));
-    writeOld(path(name));
+    write(path(name), "old");
 }
 
 bool TestSandbox::isElsewhereUntouched() const
@@ -211,11 +164,6 @@ QStringList TestSandbox::records(_NoxLogLevel lowest, bool withSource) const
     return result;
 }
 
-QString TestSandbox::errors() const
-{
-    return records(LOG_ERROR).join(QLatin1Char('|'));
-}
-
 QString TestSandbox::plain(QString text) const
 {
     static const QRegularExpression unique(QStringLiteral("\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}"));
@@ -229,11 +177,4 @@ QString TestSandbox::plain(QString text) const
             text.replace(match.captured(), QStringLiteral("{%1}").arg(++number));
     }
     return text.replace(flood, QStringLiteral("~"));
-}
-
-QByteArray TestSandbox::moduleLog() const
-{
-    const QString name = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
-    QFile file(path(QStringLiteral("tmp/") + name + QStringLiteral(".1.log")));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

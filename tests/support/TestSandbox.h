@@ -2,9 +2,10 @@
 
 #include "tests/support/LogFile.h"
 
-#include <nox/front/WebMediaDownloader.h>
-#include <nox/front/WebMediaInfoExtractor.h>
+#include <nox/front/WebMediaDownloaderFactory.h>
 
+#include <QCoreApplication>
+#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -29,21 +30,33 @@ public:
     TestSandbox();
     ~TestSandbox();
 
-    QString path(const QString &name) const;
-    QString folder() const; ///< destination folder, also the working folder; its name holds a blank
-    QString tool() const;   ///< the fake as a tool file for a real interpreter, named yt.zip
+    QString path(const QString &name) const { return m_root.filePath(name); }
+    /** The destination folder, also the working folder. Its name holds a blank. */
+    QString folder() const { return path(QStringLiteral("my videos")); }
+    /** The fake as a tool file for a real interpreter. */
+    QString tool() const { return path(QStringLiteral("yt.zip")); }
 
-    std::unique_ptr<Nox::WebMediaDownloader> newDownloader() const;
-    std::unique_ptr<Nox::WebMediaInfoExtractor> newExtractor() const;
+    template <typename Worker>
+    std::unique_ptr<Worker> make() const
+    {
+        auto *const factory = Nox::WebMediaDownloaderFactory::instance();
+        if constexpr (std::is_same_v<Worker, Nox::WebMediaDownloader>)
+            return std::unique_ptr<Worker>(factory->createDownloader(tool(), path(QStringLiteral("cache"))));
+        else
+            return std::unique_ptr<Worker>(factory->createExtractor(tool(), path(QStringLiteral("cache"))));
+    }
 
     /** Sets the scenario of the fakes; keys that are not named play a successful run. */
-    void play(const QString &scenario);
-    static void provide(Program program, Condition condition, const QString &appFolder);
-    void provide(Program program, Condition condition);
+    void play(const QString &scenario) { qputenv("NOX_SCENARIO", scenario.toUtf8()); }
+    static void provide(Program program, Condition condition,
+                        const QString &appFolder = QCoreApplication::applicationDirPath());
+
+    /** Copies a small host program, with the fakes, into a folder. It runs one JOB: see TestHost.cpp. */
+    static QString provideHost(const QString &appFolder);
 
     void mark(const QString &name);
-    bool isMarked(const QString &name) const;
-    bool hangs(const QString &key) const;
+    bool isMarked(const QString &name) const { return QFile::exists(path(QStringLiteral("notes/mark.") + name)); }
+    bool hangs(const QString &key) const { return isMarked(QStringLiteral("hang.") + key); }
 
     QList<Run> runs() const;
     QStringList keys() const;                        ///< keys of all runs, in order
@@ -60,9 +73,8 @@ public:
 
     /** Records of the log; folders as DIR, APP and ROOT, the unique names of the items as {1} and {2}. */
     QStringList records(Nox::_NoxLogLevel lowest, bool withSource = false) const;
-    QString errors() const; ///< records from LOG_ERROR up, "|" between them
+    QString errors() const { return records(Nox::LOG_ERROR).join(QLatin1Char('|')); } ///< from LOG_ERROR up
     QString plain(QString text) const;
-    QByteArray moduleLog() const;
 
     static constexpr int Timeout = 30000;       ///< longest wait in milliseconds, which only a failing test reaches
     static constexpr int GraceAfterKill = 2000; ///< milliseconds after which a stopped program must have ended

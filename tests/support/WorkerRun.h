@@ -46,12 +46,7 @@ struct WorkerRun {
 
     TestSandbox sandbox;
     const Setup setup;
-    std::unique_ptr<Worker> worker = [this] {
-        if constexpr (isDownload)
-            return sandbox.newDownloader();
-        else
-            return sandbox.newExtractor();
-    }();
+    std::unique_ptr<Worker> worker = sandbox.make<Worker>();
     const SignalLog log;
 };
 

@@ -8,17 +8,10 @@ class WebMediaInfoExtractor;
 } // namespace Nox
 
 /**
- * A table of downloads, or of notifying extractions, with fakes. Columns, all texts:
- *   setup          items: two (a DASH video 137 with the audio 140; else only 137), size=BYTES (of the
- *                  profile), dest=FILE (default clip.mp4 in the sandbox's folder), has=FILE (there before),
- *                  elsewhere=FILE (there before, in ROOT, and never touched), link=NAME (to ROOT),
- *                  python=, ffmpeg= missing or plain (not executable), log=FILE
- *   scenario       what the fakes play; ROOT is the folder around the destination's
- *   action         "", or cancel@, clear@ or delete@ with the key of the fake that hangs then, or with
- *                  "end": after all notifications
- *   notifications  all of them, in order
- *   files          of a download: left in the folder; behind " -> ", where it differs: when the downloader is gone
- *   errors         log records from LOG_ERROR up, "|" between them; a last "*" means any text
+ * A table of downloads, or of notifying extractions, with fakes; tests/README.md explains the columns. The first one,
+ * the setup, holds: two (a DASH video 137 with the audio 140; else only 137), size=BYTES (of the profile), dest=FILE
+ * (default clip.mp4 in the sandbox's folder), has=FILE (there before), elsewhere=FILE (there before, in ROOT, and never
+ * touched), link=NAME (to ROOT), python= and ffmpeg=, missing or plain (not executable), log=FILE.
  */
 template <typename Worker>
 class WorkerTable
