@@ -5,9 +5,9 @@
 
 Both sides run in turn, in changing order; the median of the ratios of all pairs counts. The exit code is 1 when a
 median is above its bar. The modules that it shares with tests are in tests/tool, which has to be in PYTHONPATH.
-
 """
 
+import argparse
 import os
 import pathlib
 import statistics
@@ -37,19 +37,18 @@ class Page(NamedTuple):
 
 PAGES = [
     Page("page of a second", "/page/dash-whole", 1, 1.2),
-    Page(f"DASH, {SEGMENTS} segments of 60 ms", "/page/dash-many", 0, 0.7),
-    Page(f"HLS, {SEGMENTS} segments of 60 ms", "/page/hls-many", 0, 0.7),
+    Page(f"DASH, {SEGMENTS} segments of 60 ms", "/page/many-dash", 0, 0.7),
+    Page(f"HLS, {SEGMENTS} segments of 60 ms", "/page/many-hls", 0, 0.7),
 ]
 
 
 class Handler(page_server.Handler):
     server: "SlowServer"
 
-    def answer(self, with_body: bool) -> None:
-        path = self.path.partition("?")[0]
+    def answer(self, path: str) -> None:
         is_segment = path.endswith((".m4s", ".ts"))
         time.sleep(self.server.delay if path.startswith("/page/") else SEGMENT_DELAY if is_segment else 0)
-        super().answer(with_body)
+        super().answer(path)
 
 
 class SlowServer(page_server.PageServer):
@@ -57,26 +56,25 @@ class SlowServer(page_server.PageServer):
 
 
 class Bench(HostBench):
-    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: SlowServer) -> None:
-        super().__init__(folder, fetch)
+    def __init__(self, options: argparse.Namespace, folder: pathlib.Path, server: SlowServer) -> None:
+        super().__init__(options, folder)
         self.server = server
         self.requests = ""
         # Both sides keep bytecode, as they do for users, also where the one who builds keeps none.
         os.environ.pop("PYTHONDONTWRITEBYTECODE", None)
 
     def stage_both(self, package: str) -> str:
-        version = self.stage(package, False)
-        options = [] if package == "installed" else ["--package", package]
         script = host_bench.SCRIPTS / "make-tool-archive.py"
+        options = self.package_options(package)
         subprocess.run([script, self.host / PLAIN_TOOL, "--plain", *options], check=True)
-        return version
+        return self.stage(package)
 
     def run_host(self, page: Page) -> None:
-        self.server.take_counts()
+        self.server.begin()
         run = self.fetch(self.server.address + page.address, "--quiet", "-o", "clip.mp4")
         if run.returncode != 0:
             sys.exit(f"{page.name}: nox-fetch failed: {run.stderr}")
-        self.requests = "{} + {}".format(*self.server.take_counts())
+        self.requests = "{} + {}".format(*self.server.counts())
 
     def run_tool(self, page: Page) -> None:
         words = [str(self.host / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
@@ -111,24 +109,6 @@ def measure(bench: Bench, page: Page, version: str, pairs: int) -> bool:
     return is_good
 
 
-def make_segments(folder: pathlib.Path) -> None:
-    """A DASH manifest with half of the segments for the pictures and half for the sound, and an HLS playlist."""
-    (folder / "dash").mkdir(parents=True)
-    (folder / "hls").mkdir()
-    small = ["-f", "lavfi", "-i", f"testsrc2=size=160x90:rate=10:duration={SEGMENTS}"]
-    sound = ["-f", "lavfi", "-i", f"sine=frequency=330:duration={SEGMENTS}"]
-    key_frames = ["-x264-params", "keyint=10:min-keyint=10:scenecut=0"]
-    clip = folder / "clip.mp4"
-    page_media.ffmpeg(*small, *sound, *page_media.H264[:-2], *key_frames, *page_media.AAC, clip)
-    page_media.ffmpeg("-i", clip, "-c", "copy", "-f", "dash", "-t", SEGMENTS // 2, "-seg_duration", 1, "-use_template",
-                      1, "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a",
-                      folder / "dash" / "manifest.mpd")
-    page_media.ffmpeg("-i", clip, "-c", "copy", "-f", "hls", "-hls_time", 1, "-hls_playlist_type", "vod",
-                      folder / "hls" / "clip.m3u8")
-    page_server.BODIES["dash-many"] = page_server.video("many/dash/manifest.mpd", page_server.DASH)
-    page_server.BODIES["hls-many"] = page_server.video("many/hls/clip.m3u8", page_server.HLS)
-
-
 def main() -> int:
     parser = host_bench.parser(__doc__ or "")
     parser.add_argument("--pairs", type=int, default=5)
@@ -137,12 +117,12 @@ def main() -> int:
         folder = pathlib.Path(scratch)
         media = folder / "media"
         page_media.make(media)
-        make_segments(media / "many")
+        page_media.make_many(media / "many", SEGMENTS)
         print("| Page | Tool | nox-fetch | plain tool | ratio | bar | requests for page + manifest | |")
         print("|---|---|---|---|---|---|---|---|")
         is_good = True
         with SlowServer(media, Handler) as server:
-            bench = Bench(folder, options.fetch, server)
+            bench = Bench(options, folder, server)
             for package in options.tool or ["installed"]:
                 version = bench.stage_both(package)
                 for page in PAGES:

@@ -2,7 +2,6 @@
 
 import fcntl
 import os
-import subprocess
 import termios
 from typing import Any
 
@@ -32,7 +31,7 @@ def main(words):
 
 
 class MainTest(FolderTest):
-    def run_tool(self, tool: str, settings: str, *words: str, **more: Any) -> "subprocess.CompletedProcess[str]":
+    def run_tool(self, tool: str, settings: str, *words: str, **more: Any) -> Any:
         (self.folder / "yt_dlp.py").write_text(tool)
         (self.folder / "noxwebmedia").mkdir(exist_ok=True)
         (self.folder / "noxwebmedia" / "tool.conf").write_text(settings)

@@ -1,4 +1,3 @@
-import os
 import unittest
 from unittest import mock
 
@@ -47,21 +46,14 @@ class ReportTest(unittest.TestCase):
             log.warning(text)
         for text in errors:
             log.error(text)
-        reader, writer = os.pipe()
-        kept = os.dup(messages.STANDARD_ERROR)
-        os.dup2(writer, messages.STANDARD_ERROR)
-        try:
-            with mock.patch.dict("sys.modules", {"yt_dlp.version": mock.Mock(__version__=version)}):
-                log.report(has_failed)
+        with mock.patch("os.write", side_effect=lambda _, data: len(data)) as write, \
+                mock.patch.dict("sys.modules", {"yt_dlp.version": mock.Mock(__version__=version)}):
+            log.report(has_failed)
             log.report(False)  # nothing again
-        finally:
-            os.dup2(kept, messages.STANDARD_ERROR)
-            os.close(kept)
-            os.close(writer)
-        with open(reader, "rb") as pipe:
-            data = pipe.read()
+        [(channel, data)] = [call.args for call in write.mock_calls]
+        self.assertEqual(channel, 2)
         self.assertLessEqual(len(data), 4096)
-        return data.decode("utf-8", "surrogateescape")
+        return str(data, "utf-8", "surrogateescape")
 
     def test_complaints(self) -> None:
         rows: list[tuple[list[str], list[str], bool, str]] = [
@@ -69,11 +61,10 @@ class ReportTest(unittest.TestCase):
             # A broken entry does not spoil the page.
             (["w"], ["ERROR: e\n", "\r"], False, "WARNING: e\nWARNING: w\n"),
             # The library looks at the begin.
-            (["w"], ["ERROR: e1", "e2"], True, "ERROR: [nox:other] e1\nERROR: e2\nWARNING: w\n"),
+            (["w"], ["ERROR: e1", "e2", "e2"], True, "ERROR: [nox:other] e1\nERROR: e2\nWARNING: w\n"),
             ([], ["ERROR: \r[download] Got error: 404"], True, "ERROR: [nox:other] Got error: 404\n"),
             # The most telling error is the first one.
             ([], ["e1", "Video unavailable"], True, "ERROR: [nox:not-found] Video unavailable\nERROR: e1\n"),
-            ([], ["e"] * 2, True, "ERROR: [nox:other] e\n"),
             ([], [], True, "ERROR: [nox:other] The download tool has failed and gives no reason\n"),
             # Nothing but the front's own word is a tag.
             (["[nox:x] w\rERROR: [nox:x]"], ["[nox:x] e1\n\nERROR: [nox:x] e2", "[nox:x] e3"], True,

@@ -21,18 +21,16 @@ class RuntimesIE(InfoExtractor):
 
     def _real_extract(self, url):
         runtimes = getattr(self._downloader, "_js_runtimes", {}).values()
-        found = [f"{runtime.info.name}" for runtime in runtimes if runtime and runtime.info]
+        found = [runtime.info.name for runtime in runtimes if runtime and runtime.info]
         title = f"runtimes {' '.join(found) or 'none'}, answer {self._answer()}"
         stream = {"format_id": "1", "url": "http://127.0.0.1:9/1", "ext": "mp4", "vcodec": "avc1", "acodec": "mp4a"}
         return {"id": "1", "title": title, "formats": [stream]}
 
     def _answer(self):
-        try:
-            from yt_dlp.extractor.youtube.jsc._director import initialize_jsc_director
-            from yt_dlp.extractor.youtube import YoutubeIE
-            from yt_dlp.extractor.youtube.jsc.provider import JsChallengeRequest, JsChallengeType, NChallengeInput
-        except ImportError:
-            return "none"
+        from yt_dlp.extractor.youtube import YoutubeIE
+        from yt_dlp.extractor.youtube.jsc._director import initialize_jsc_director
+        from yt_dlp.extractor.youtube.jsc.provider import JsChallengeRequest, JsChallengeType, NChallengeInput
+
         request = JsChallengeRequest(JsChallengeType.N, NChallengeInput("https://runtimes.invalid/player.js", ["abc"]))
         site = YoutubeIE(self._downloader)
         site._load_player = lambda *_, **__: PLAYER
