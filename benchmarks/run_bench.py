@@ -3,6 +3,11 @@
 
     run_bench.py --fetch NOX-FETCH [--tool PACKAGE]... [--only WORD] [--pairs N]
 
+--fetch F    the nox-fetch to measure; it is copied, and the programs that it needs are put beside it
+--tool P     the yt_dlp package to measure with: "installed" (the default), a folder, a wheel or an archive of its
+             sources; can be given several times
+--only W     only the pages whose name holds this word
+
 Both sides run in turn, in changing order; the median of the ratios of all pairs counts. The exit code is 1 when a
 median is above its bar. The modules that it shares with tests are in tests/tool, which has to be in PYTHONPATH.
 """
@@ -17,11 +22,10 @@ import tempfile
 import time
 from typing import Callable, NamedTuple
 
-import host_bench
 import page_media
 import page_server
-from front_runs import TIME_LIMIT
-from host_bench import HostBench
+from front_runs import TIME_LIMIT, run
+from staged_host import SCRIPTS, StagedHost, package_options
 
 SEGMENTS = 80
 SEGMENT_DELAY = 0.06  # seconds
@@ -55,30 +59,32 @@ class SlowServer(page_server.PageServer):
     delay = 0.0  # seconds until a page is answered
 
 
-class Bench(HostBench):
-    def __init__(self, options: argparse.Namespace, folder: pathlib.Path, server: SlowServer) -> None:
-        super().__init__(options, folder)
+class Bench(StagedHost):
+    def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: SlowServer) -> None:
+        super().__init__(folder, fetch)
         self.server = server
         self.requests = ""
         # Both sides keep bytecode, as they do for users, also where the one who builds keeps none.
         os.environ.pop("PYTHONDONTWRITEBYTECODE", None)
 
     def stage_both(self, package: str) -> str:
-        script = host_bench.SCRIPTS / "make-tool-archive.py"
-        options = self.package_options(package)
-        subprocess.run([script, self.host / PLAIN_TOOL, "--plain", *options], check=True)
-        return self.stage(package)
+        """The tool's version."""
+        packages = [] if package == "installed" else [package]
+        self.stage(packages)
+        plain_tool = self.programs / PLAIN_TOOL
+        run([SCRIPTS / "make-tool-archive.py", plain_tool, "--plain", *package_options(packages)], check=True)
+        return run(["/usr/bin/python3", plain_tool, "--version"], check=True).stdout.strip()
 
     def run_host(self, page: Page) -> None:
         self.server.begin()
-        run = self.fetch(self.server.address + page.address, "--quiet", "-o", "clip.mp4")
-        if run.returncode != 0:
-            sys.exit(f"{page.name}: nox-fetch failed: {run.stderr}")
+        fetched = self.fetch(self.server.address + page.address, "--quiet", "-o", "clip.mp4")
+        if fetched.returncode != 0:
+            sys.exit(f"{page.name}: nox-fetch failed: {fetched.stderr}")
         self.requests = "{} + {}".format(*self.server.counts())
 
     def run_tool(self, page: Page) -> None:
-        words = [str(self.host / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
-                 str(self.host / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
+        words = [str(self.programs / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
+                 str(self.programs / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
                  "--merge-output-format", "mp4", "-o", "clip.%(ext)s", self.server.address + page.address]
         subprocess.run(words, check=True, cwd=self.work, timeout=TIME_LIMIT)
 
@@ -110,7 +116,10 @@ def measure(bench: Bench, page: Page, version: str, pairs: int) -> bool:
 
 
 def main() -> int:
-    parser = host_bench.parser(__doc__ or "")
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--fetch", type=pathlib.Path, required=True)
+    parser.add_argument("--tool", action="append")
+    parser.add_argument("--only", default="")
     parser.add_argument("--pairs", type=int, default=5)
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as scratch:
@@ -122,7 +131,7 @@ def main() -> int:
         print("|---|---|---|---|---|---|---|---|")
         is_good = True
         with SlowServer(media, Handler) as server:
-            bench = Bench(options, folder, server)
+            bench = Bench(folder, options.fetch, server)
             for package in options.tool or ["installed"]:
                 version = bench.stage_both(package)
                 for page in PAGES:

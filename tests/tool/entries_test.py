@@ -7,7 +7,7 @@ import sys
 import unittest
 from typing import Any, Iterator, Optional
 
-from front_runs import FRONT, HERE, FolderTest, environment, run_front
+from front_runs import FRONT, PLUGIN, FolderTest, environment, run_front
 from noxfront import entries
 from noxfront.entries import Entries
 from yt_dlp.utils import OnDemandPagedList
@@ -39,7 +39,7 @@ class ProgramTest(FolderTest):
     def setUp(self) -> None:
         super().setUp()
         (self.folder / "pages.json").write_text(json.dumps(PAGES))
-        self.environment = environment(HERE / "plugin", NOX_SHAPES=str(self.folder / "pages.json"),
+        self.environment = environment(PLUGIN, NOX_SHAPES=str(self.folder / "pages.json"),
                                        XDG_CONFIG_HOME=str(self.folder))
 
     def run_page(self, *words: str) -> tuple[int, str, str]:

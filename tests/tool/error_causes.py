@@ -2,37 +2,23 @@
 
 import concurrent.futures
 import json
+import os
 import re
 import resource
 import socket
 import subprocess
-import time
 import unittest
-from typing import Any, Callable, NamedTuple, Optional
+from typing import Any, NamedTuple, Optional
 
-from front_runs import HERE, FolderTest, environment, run_front
+from front_runs import PLUGIN, FolderTest, environment, run_front
 from noxfront import error_tags, failures
-from servers import Handler, Server
-from yt_dlp.utils import UserNotLive
+from servers import Site
+from yt_dlp.utils import UnsupportedError, UserNotLive
 
 TAGS = {value for name, value in vars(error_tags).items() if name.isupper()}
 ERROR_BLOCK = re.compile(r"ERROR: \[nox:([a-z-]+)\] (.*(?:\n  .*)*)\n((?:(?:ERROR|WARNING|NOTE): .*\n|  .*\n)*)")
 NO_RUNTIME = ("No supported JavaScript runtime could be found. Only deno is enabled by default; to use another runtime "
               "add  --js-runtimes RUNTIME[:PATH]  to your command/config. See  https://example.invalid/ for details")
-
-
-class CausesHandler(Handler):
-    def do_GET(self) -> None:
-        if self.path == "/slow":
-            time.sleep(5)
-        status = int(self.path[8:]) if self.path.startswith("/status/") else 200
-        data = {"/list": b"#EXTM3U\n", "/clip": bytes(1 << 20)}.get(self.path, b"<html><title>t</title></html>")
-        self.begin_answer(status, 0, len(data), len(data), kind="video/mp4" if self.path == "/clip" else "text/html")
-        self.wfile.write(data)
-
-
-def limit_files() -> None:
-    resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 18, 1 << 18))
 
 
 class Row(NamedTuple):
@@ -41,8 +27,8 @@ class Row(NamedTuple):
     text: str = ""  # of the leading message
     template: str = ""  # of a download
     settings: str = ""
-    prepare: Optional[Callable[[], None]] = None  # in the new process
-    changes: dict[str, str] = {}  # in the environment
+    size_limit: int = resource.RLIM_INFINITY  # of files
+    path: str = os.environ["PATH"]  # of programs
     package: str = ""  # the text of a broken one
     code: str = "1"
 
@@ -50,12 +36,13 @@ class Row(NamedTuple):
 class ErrorCausesTest(FolderTest):
     def setUp(self) -> None:
         super().setUp()
-        self.server = Server(CausesHandler)
+        statuses = (401, 403, 404, 429, 451, 503)
+        self.server = Site(1, 1 << 20, status=dict(zip(statuses, statuses)), delay={5: 5.0})
         self.addCleanup(self.server.stop)
         self.config = self.folder / "config" / "noxwebmedia" / "tool.conf"
         self.shapes: dict[str, Any] = {}
 
-    def page(self, *calls: list[Any], path: str = "/clip", protocol: str = "http") -> str:
+    def page(self, *calls: list[Any], path: str = "/file", protocol: str = "http") -> str:
         """The address of a page with one stream; before it is there, methods of the tool are called."""
         name = str(len(self.shapes))
         stream = {"format_id": "1", "ext": "mp4", "vcodec": "avc1", "acodec": "mp4a", "protocol": protocol,
@@ -82,11 +69,10 @@ class ErrorCausesTest(FolderTest):
             Row(f"http://127.0.0.1:{closed_port}/", "network", "refused"),
             Row("http://no.such.invalid/", "network"),
             Row(f"https://127.0.0.1:{self.server.port}/", "network"),
-            Row(f"{server}/slow", "network", "timed out", settings="--socket-timeout 0.5"),
-            *(Row(f"{server}/status/{status}", tag, str(status)) for status, tag in (
+            Row(f"{server}/5.ts", "network", "timed out", settings="--socket-timeout 0.5"),
+            *(Row(f"{server}/{status}.ts", tag, str(status)) for status, tag in (
                 (401, "login"), (403, "other"), (404, "not-found"), (429, "network"), (451, "country"),
                 (503, "network"))),
-            Row(f"{server}/", "nothing", "Unsupported URL"),
             Row(self.page(["raise_login_required"]), "login", f"Options are set in {self.config}"),
             Row(self.page(["_get_tfa_info"]), "login", "--twofactor"),
             Row(self.page(["raise_geo_restricted", "Not here", ["DE"]]), "country", "available in Germany"),
@@ -99,19 +85,17 @@ class ErrorCausesTest(FolderTest):
                           "FILE. Use --list-formats to see more"), "login", "--cookies FILE. Options are set in"),
             Row(page, "settings", "--exec", settings="--exec true"),
             Row(page, "settings", "no file of cookies", settings=f"--cookies {self.folder}/cookies"),
-            Row(page, "settings", "cannot be read", settings="--cookies-from-browser firefox",
-                changes={"HOME": str(self.folder)}),
+            Row(page, "settings", "cannot be read", settings="--cookies-from-browser firefox"),
             Row(page, "settings", "rate limit", settings="-rfast", template=into),
             Row(page, "tool", "not for this Python", package="raise ImportError('not for this Python')"),
-            Row(page, "tool", "SyntaxError", package="def"),
             Row(self.says("This video has been removed by the uploader"), "not-found", template=into),
-            *(Row(self.page(path=f"/status/{status}"), tag, template=into) for status, tag in (
+            *(Row(self.page(path=f"/{status}.ts"), tag, template=into) for status, tag in (
                 (404, "not-found"), (403, "other"))),
             Row(page, "nothing", template=into, code="nowhere"),
-            Row(page, "no-space", template=into, prepare=limit_files),
+            Row(page, "no-space", template=into, size_limit=1 << 18),
             *(Row(page, "destination", template=f"{folder}YDTMP_.%(ext)s") for folder in (
                 f"{self.folder}/file/", "/proc/", f"{self.folder}/{'x' * 250}")),
-            *(Row(self.page(path="/list", protocol="m3u8"), "conversion", template=into, changes={"PATH": path})
+            *(Row(self.page(path="/list.m3u8", protocol="m3u8"), "conversion", template=into, path=path)
               for path in ("/nowhere", str(self.folder / "bin"))),
         ]
 
@@ -125,9 +109,10 @@ class ErrorCausesTest(FolderTest):
             (package / "yt_dlp").mkdir(parents=True)
             (package / "yt_dlp" / "__init__.py").write_text(row.package)
         words = ["-f", row.code, "-o", row.template, row.address] if row.template else ["--dump-json", row.address]
-        env = environment(package, HERE / "plugin", NOX_SHAPES=str(self.folder / "shapes"),
-                          XDG_CONFIG_HOME=str(config.parents[1]), **row.changes)
-        return run_front(words, env, preexec_fn=row.prepare)
+        env = environment(package, PLUGIN, NOX_SHAPES=str(self.folder / "shapes"),
+                          XDG_CONFIG_HOME=str(config.parents[1]), HOME=str(self.folder), PATH=row.path)
+        limits = row.size_limit, resource.RLIM_INFINITY
+        return run_front(words, env, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, limits))
 
     def test_the_front_tells_the_cause(self) -> None:
         rows = self.rows()
@@ -168,7 +153,7 @@ class TagTest(unittest.TestCase):
             (OSError(122, "x"), "", "no-space"), (OSError(30, "x"), "", "destination"),
             (None, "unable to open for writing: [Errno 36] File name too long", "destination"),
             (ConnectionResetError(104, "x"), "", "network"), (TimeoutError("x"), "", "network"),
-            (UserNotLive("x"), "x", "not-begun"), (MemoryError(), "", "other"),
+            (UserNotLive("x"), "x", "not-begun"), (UnsupportedError("x"), "x", "nothing"), (MemoryError(), "", "other"),
             (None, "Join this channel to get access to members-only content like this video", "login"),
             (None, "Private video. Sign in if you've been granted access to this video", "login"),
             (None, "Sign in to confirm your age. This video may be inappropriate for some users.", "login"),

@@ -15,6 +15,7 @@ from servers import Site
 
 HERE = pathlib.Path(__file__).resolve().parent
 FRONT = HERE.parents[1] / "tool"
+PLUGIN = str(HERE / "plugin")  # of the tool
 TIME_LIMIT = 120  # seconds
 READ_ANEW = 9  # the exit code of the child where the page is to be read anew
 CHILD = f"""

@@ -1,14 +1,11 @@
-"""Serves pages of many kinds on a free port of the loopback address, and counts what is asked for."""
+"""Serves pages of many kinds on a free port of the loopback address."""
 
-import collections
 import pathlib
 import re
 import sys
-from typing import Counter
 
 import servers
 
-MANIFESTS = (".m3u8", ".mpd")
 KINDS = {
     ".mp4": "video/mp4", ".m4a": "audio/mp4", ".m4s": "video/iso.segment", ".webm": "video/webm",
     ".mp3": "audio/mpeg", ".ts": "video/mp2t", ".m3u8": "application/x-mpegURL", ".mpd": "application/dash+xml",
@@ -46,10 +43,10 @@ class Handler(servers.Handler):
     do_HEAD = do_GET
 
     def answer(self, path: str) -> None:
-        self.server.count(path)
+        self.server.paths.append(path)
         if path.startswith("/page/"):
             text = f"<!DOCTYPE html><html><head><title>The page</title></head><body>{BODIES[path[6:]]}</body></html>"
-            self.send(text.replace("{reading}", str(self.server.next_reading())).encode(), "text/html")
+            self.send(text.replace("{reading}", str(self.server.counts()[0])).encode(), "text/html")
             return
         # The addresses that the first reading of a page gives are no longer good.
         file = self.server.media / re.sub("/once-[2-9]/", "/", path).removeprefix("/media/")
@@ -59,12 +56,13 @@ class Handler(servers.Handler):
             self.send_error(404)
 
     def send(self, data: bytes, kind: str) -> None:
-        etag = f'"{self.path} {len(data)}"' if kind.startswith(("video", "audio")) else ""
+        is_media = kind.startswith(("video", "audio"))
+        etag = f'"{self.path} {len(data)}"' if is_media else ""
         status, first, end = self.asked(len(data), etag)
         self.begin_answer(status, first, end, len(data), etag, kind)
         for place in range(first, end if self.command == "GET" else first, servers.BLOCK):
             block = data[place:min(place + servers.BLOCK, end)]
-            if etag:
+            if is_media:
                 self.server.wait_for_turn(len(block))
             self.wfile.write(block)
 
@@ -80,30 +78,19 @@ class PageServer(servers.Server):
 
         :param limit: bytes of media after which no more are sent, until the next call
         """
+        self.paths: list[str] = []  # that are asked for
         with self.lock:
-            self._counts: Counter[str] = collections.Counter()
-            self._readings = self.sent = 0
-            self._limit = limit
+            self.sent, self._limit = 0, limit
 
     def wait_for_turn(self, size: int) -> None:
-        while not self.is_stopped.wait(0.02 if self.sent + size > self._limit else 0):
+        while not self.is_stopped.is_set():
             with self.lock:
                 if self.sent + size <= self._limit:
                     self.sent += size
                     return
-
-    def count(self, path: str) -> None:
-        kind = "page" if path.startswith("/page/") else "manifest" if path.endswith(MANIFESTS) else "media"
-        with self.lock:
-            self._counts[kind] += 1
-
-    def next_reading(self) -> int:
-        """Which reading of a page this is since the last begin()."""
-        with self.lock:
-            self._readings += 1
-            return self._readings
+            self.is_stopped.wait(0.02)
 
     def counts(self) -> tuple[int, int]:
-        """How often pages and manifests have been asked for since the last begin()."""
-        with self.lock:
-            return self._counts["page"], self._counts["manifest"]
+        """How often pages and manifests have been asked for."""
+        return (sum(path.startswith("/page/") for path in self.paths),
+                sum(path.endswith((".m3u8", ".mpd")) for path in self.paths))

@@ -62,10 +62,7 @@ class PartsTest(StreamTest):
         return self.site(COUNT, SEGMENT, port=site.port) if event == "stop" else site
 
     def assert_rest(self, kind: str, requests: list[Request], size: int) -> None:
-        """That no more than the rest was asked for.
-
-        :param size: of the part that was there
-        """
+        """That no more than the rest was asked for, where the part had this size."""
         if kind == "file":
             self.assertEqual([request[2:] for request in requests], [(size, 206, True)])
             return
