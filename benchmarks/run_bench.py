@@ -40,9 +40,9 @@ class Page(NamedTuple):
 
 
 PAGES = [
-    Page("page of a second", "/page/dash-whole", 1, 1.2),
-    Page(f"DASH, {SEGMENTS} segments of 60 ms", "/page/many-dash", 0, 0.7),
-    Page(f"HLS, {SEGMENTS} segments of 60 ms", "/page/many-hls", 0, 0.7),
+    Page("page of a second", "/page/dash-whole/manifest.mpd", 1, 1.2),
+    Page(f"DASH, {SEGMENTS} segments of 60 ms", "/page/many/dash/manifest.mpd", 0, 0.7),
+    Page(f"HLS, {SEGMENTS} segments of 60 ms", "/page/many/hls/clip.m3u8", 0, 0.7),
 ]
 
 

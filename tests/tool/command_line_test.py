@@ -11,7 +11,8 @@ TEMPLATE = "/videos/my clips/{0b6f}YDTMP_.%(ext)s"
 
 class CommandLineTest(unittest.TestCase):
     def test_commands_of_the_library(self) -> None:
-        for switch in ([], [SWITCH]):
+        switches: list[list[str]] = [[], [SWITCH]]
+        for switch in switches:
             rows: list[tuple[list[str], command_line.Command]] = [
                 (["--dump-json", *switch, URL], Describe(URL, switch)),
                 (["-f", "137", *switch, "-o", TEMPLATE, URL], Download(URL, switch, "137", TEMPLATE)),

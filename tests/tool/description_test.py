@@ -2,7 +2,7 @@ import json
 import unittest
 from typing import Any
 
-from noxfront import description, json_text, streams
+from noxfront import description, streams
 
 PICTURE = {"format_id": "137", "ext": "mp4", "url": "http://127.0.0.1/v", "vcodec": "avc1", "acodec": "none"}
 SOUND = {"format_id": "140", "ext": "m4a", "url": "http://127.0.0.1/a", "vcodec": "none", "acodec": "mp4a.40.2"}
@@ -63,9 +63,3 @@ class DescriptionTest(unittest.TestCase):
                 found = [(entry["ext"], entry.get("vcodec"), entry.get("acodec"))
                          for entry in description.of_page(page)["formats"]]
                 self.assertEqual(found, [expected] if expected else [])
-
-    def test_form(self) -> None:
-        """What the library makes of it is the text test's."""
-        self.assertTrue(json_text.dumps({"title": "\u00e9 \U0001f600 \ud800 \x7f"}).isascii())
-        with self.assertRaises(ValueError):  # no JSON
-            json_text.dumps({"abr": float("nan")})

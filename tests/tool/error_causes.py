@@ -61,8 +61,7 @@ class ErrorCausesTest(FolderTest):
             unused.bind(("127.0.0.1", 0))
             closed_port = unused.getsockname()[1]
         (self.folder / "bin").mkdir()
-        (self.folder / "file").write_text("")
-        (self.folder / "cookies").write_text("none")
+        (self.folder / "file").write_text("none")
         for name in ("ffmpeg", "ffprobe"):
             (self.folder / "bin" / name).symlink_to("/bin/false")
         return [
@@ -84,7 +83,7 @@ class ErrorCausesTest(FolderTest):
             Row(self.says("Something is wrong; please report this issue on  https://example.invalid/ . Use --cookies "
                           "FILE. Use --list-formats to see more"), "login", "--cookies FILE. Options are set in"),
             Row(page, "settings", "--exec", settings="--exec true"),
-            Row(page, "settings", "no file of cookies", settings=f"--cookies {self.folder}/cookies"),
+            Row(page, "settings", "no file of cookies", settings=f"--cookies {self.folder}/file"),
             Row(page, "settings", "cannot be read", settings="--cookies-from-browser firefox"),
             Row(page, "settings", "rate limit", settings="-rfast", template=into),
             Row(page, "tool", "not for this Python", package="raise ImportError('not for this Python')"),

@@ -73,11 +73,7 @@ class StreamTest(FolderTest):
 
     def begin(self, site: Site, kind: str, *options: str, query: str = "",
               size_limit: int = resource.RLIM_INFINITY) -> Any:
-        """
-        :param kind: "file", "dash" or "hls"
-        :param query: of the stream's addresses
-        :param size_limit: of files
-        """
+        """Of the kind "file", "dash" or "hls"; the query is that of the stream's addresses, the limit that of files."""
         base = f"{site.address}/"
         streams: dict[str, dict[str, Any]] = {
             "file": {"url": f"{base}file?{query}", "protocol": "http"},

@@ -32,15 +32,15 @@ class KindsTest(HostTest):
     def test_kinds(self) -> None:
         rows: list[tuple[str, str, tuple[int, int]]] = [
             # address, what is saved, requests for the page and for manifests
-            ("/page/progressive", MP4, (1, 0)),
-            ("/page/dash-whole", MP4, (1, 1)), ("/page/dash-segments", MP4, (1, 1)),
-            ("/page/hls-apart-ts", MP4, (1, 3)), ("/page/hls-apart-fmp4", MP4, (1, 3)),
-            ("/page/hls-single", MP4, (1, 1)),
-            ("/page/webm", '.webm: vp8,640,360 opus "matroska,webm", 6 s', (1, 0)),
+            ("/page/clip.mp4", MP4, (1, 0)),
+            ("/page/dash-whole/manifest.mpd", MP4, (1, 1)), ("/page/dash/manifest.mpd", MP4, (1, 1)),
+            ("/page/hls-ts/master.m3u8", MP4, (1, 3)), ("/page/hls-fmp4/master.m3u8", MP4, (1, 3)),
+            ("/page/hls/clip.m3u8", MP4, (1, 1)),
+            ("/page/clip.webm", '.webm: vp8,640,360 opus "matroska,webm", 6 s', (1, 0)),
             ("/media/clip.mp4", MP4, (0, 0)), ("/media/clip.mp3", ".mp3: mp3 mp3, 6 s", (0, 0)),
-            ("/page/two-videos", MP4, (1, 0)),
-            ("/page/hls-missing-segment", "exit code 3, 0 files", (1, 1)),
-            ("/page/expiring", MP4, (2, 0)),
+            ("/page/clip.mp4+clip.webm", MP4, (1, 0)),
+            ("/page/hls/broken.m3u8", "exit code 3, 0 files", (1, 1)),
+            ("/page/once/clip.mp4", MP4, (2, 0)),
         ]
         page_media.make(self.server.media)
         for address, expected, requests in rows:
@@ -65,11 +65,12 @@ class KindsTest(HostTest):
 
     def test_downloads_that_are_killed_are_resumed(self) -> None:
         page_media.make_many(self.server.media / "many", 48)
-        for name, share in (("progressive", 0.5), ("dash-whole", 0.3), ("dash-whole", 0.95), ("dash", 0.3),
-                            ("dash", 0.95), ("hls", 0.5)):
-            with self.subTest(name=name, share=share):
+        dash, dash_whole = "dash/manifest.mpd", "dash-whole/manifest.mpd"
+        for media, share in (("clip.mp4", 0.5), (dash_whole, 0.3), (dash_whole, 0.95), (dash, 0.3), (dash, 0.95),
+                             ("hls/clip.m3u8", 0.5)):
+            with self.subTest(media=media, share=share):
                 self.host.empty_work()
-                address = f"{self.server.address}/page/many-{name}"
+                address = f"{self.server.address}/page/many/{media}"
                 original, total = self.fetch_whole(address)
                 limit = int(total * share)
                 self.server.begin(limit)

@@ -1,4 +1,4 @@
-"""Makes the small media that the pages of page_server.py show, with ffmpeg."""
+"""Makes small media for page_server.py, with ffmpeg."""
 
 import pathlib
 import subprocess
@@ -6,7 +6,7 @@ import subprocess
 SECONDS = 6
 SEGMENT = 2
 SOUND = ["-f", "lavfi", "-i", "sine=frequency=330"]
-CODECS = "avc1.42c01e,mp4a.40.2"
+HLS = ["-f", "hls", "-hls_playlist_type", "vod", "-hls_time"]
 
 
 def ffmpeg(*words: object) -> None:
@@ -14,9 +14,7 @@ def ffmpeg(*words: object) -> None:
 
 
 def clip(file: pathlib.Path, size: str, seconds: int, segment: int) -> None:
-    """
-    :param segment: seconds from key picture to key picture
-    """
+    """Of so many seconds, and with a key picture in the begin of each segment."""
     file.parent.mkdir(parents=True)
     keys = f"keyint={10 * segment}:min-keyint={10 * segment}:scenecut=0"
     ffmpeg("-f", "lavfi", "-i", f"testsrc2=size={size}:rate=10", *SOUND, "-t", seconds, "-c:v", "libx264", "-preset",
@@ -24,31 +22,32 @@ def clip(file: pathlib.Path, size: str, seconds: int, segment: int) -> None:
            "+faststart", file)
 
 
+def copy(folder: pathlib.Path, file: str, *words: object) -> None:
+    """The clip in the folder above, in another form."""
+    folder.mkdir(exist_ok=True)
+    ffmpeg("-i", folder.parent / "clip.mp4", "-c", "copy", *words, folder / file)
+
+
 def hls(folder: pathlib.Path, kind: str) -> None:
     """A master playlist whose pictures and sound are apart."""
-    folder.mkdir()
-    ffmpeg("-i", folder.parent / "clip.mp4", "-map", "0:v", "-map", "0:a", "-c", "copy", "-f", "hls", "-hls_time",
-           SEGMENT, "-hls_playlist_type", "vod", "-hls_segment_type", kind, "-master_pl_name", "master.m3u8",
-           "-var_stream_map", "v:0,agroup:sound a:0,agroup:sound,default:yes,language:en",
-           folder / "stream%v.m3u8")
+    copy(folder, "stream%v.m3u8", "-map", "0:v", "-map", "0:a", *HLS, SEGMENT, "-hls_segment_type", kind,
+         "-master_pl_name", "master.m3u8", "-var_stream_map",
+         "v:0,agroup:sound a:0,agroup:sound,default:yes,language:en")
     master = folder / "master.m3u8"
     # Without its codecs, the tool takes a stream for one that holds both.
-    master.write_text(master.read_text().replace("RESOLUTION=", f'CODECS="{CODECS}",RESOLUTION='))
+    master.write_text(master.read_text().replace("RESOLUTION=", 'CODECS="avc1.42c01e,mp4a.40.2",RESOLUTION='))
 
 
 def dash(folder: pathlib.Path, seconds: int, segment: int) -> None:
     """A manifest with segments of their own for picture and sound."""
-    folder.mkdir()
-    ffmpeg("-i", folder.parent / "clip.mp4", "-c", "copy", "-f", "dash", "-t", seconds, "-seg_duration", segment,
-           "-use_template", 1, "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a",
-           folder / "manifest.mpd")
+    copy(folder, "manifest.mpd", "-f", "dash", "-t", seconds, "-seg_duration", segment, "-use_template", 1,
+         "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a")
 
 
 def dash_whole(folder: pathlib.Path, seconds: int) -> None:
     """A manifest that names a whole file for each stream."""
-    folder.mkdir()
-    for kind, file in (("v", "video.mp4"), ("a", "audio.m4a")):
-        ffmpeg("-i", folder.parent / "clip.mp4", "-map", f"0:{kind}", "-c", "copy", folder / file)
+    copy(folder, "video.mp4", "-map", "0:v")
+    copy(folder, "audio.m4a", "-map", "0:a")
     (folder / "manifest.mpd").write_text(f"""<?xml version="1.0"?>
 <MPD xmlns="urn:mpeg:dash:schema:mpd:2011" type="static" mediaPresentationDuration="PT{seconds}S"
      profiles="urn:mpeg:dash:profile:isoff-on-demand:2011" minBufferTime="PT2S"><Period>
@@ -60,15 +59,6 @@ def dash_whole(folder: pathlib.Path, seconds: int) -> None:
 """)
 
 
-def hls_single(folder: pathlib.Path, segment: int) -> None:
-    """A playlist whose segments hold both, and one of which a segment is missing."""
-    folder.mkdir()
-    ffmpeg("-i", folder.parent / "clip.mp4", "-c", "copy", "-f", "hls", "-hls_time", segment, "-hls_playlist_type",
-           "vod", folder / "clip.m3u8")
-    playlist = (folder / "clip.m3u8").read_text()
-    (folder / "broken.m3u8").write_text(playlist.replace("clip1.ts", "missing.ts"))
-
-
 def make(folder: pathlib.Path) -> None:
     clip(folder / "clip.mp4", "640x360", SECONDS, SEGMENT)
     ffmpeg("-i", folder / "clip.mp4", "-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", 8, "-c:a", "libopus",
@@ -76,7 +66,9 @@ def make(folder: pathlib.Path) -> None:
     ffmpeg(*SOUND, "-t", SECONDS, "-c:a", "libmp3lame", folder / "clip.mp3")
     hls(folder / "hls-ts", "mpegts")
     hls(folder / "hls-fmp4", "fmp4")
-    hls_single(folder / "hls", SEGMENT)
+    copy(folder / "hls", "clip.m3u8", *HLS, SEGMENT)
+    playlist = (folder / "hls" / "clip.m3u8").read_text()
+    (folder / "hls" / "broken.m3u8").write_text(playlist.replace("clip1.ts", "missing.ts"))
     dash(folder / "dash", SECONDS, SEGMENT)
     dash_whole(folder / "dash-whole", SECONDS)
 
@@ -84,6 +76,6 @@ def make(folder: pathlib.Path) -> None:
 def make_many(folder: pathlib.Path, count: int) -> None:
     """With so many segments of a second; in DASH, half of them are pictures and half are sound."""
     clip(folder / "clip.mp4", "160x90", count, 1)
-    hls_single(folder / "hls", 1)
+    copy(folder / "hls", "clip.m3u8", *HLS, 1)
     dash(folder / "dash", count // 2, 1)
     dash_whole(folder / "dash-whole", count)

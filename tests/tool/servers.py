@@ -68,7 +68,7 @@ class Request(NamedTuple):
     path: str
     first: int  # byte
     status: int
-    condition: bool  # whether the rest was asked for only of the same file
+    condition: bool  # whether only the rest of the same file was asked for
 
 
 @functools.lru_cache(maxsize=4)
@@ -79,14 +79,11 @@ def content(version: str, size: int) -> bytes:
 class Site(Server):
     """Serves "/file", and the same bytes in segments "/N.ts" of the playlist "/list.m3u8".
 
-    It answers late, refuses, or holds data back, by the number of the segment; the file counts as 0.
+    It answers late, refuses, or holds data back, by the number of the segment; the file counts as 0. The size is that of
+    a segment, and the changes are attributes.
     """
 
     def __init__(self, count: int, size: int, port: int = 0, **changes: Any) -> None:
-        """
-        :param size: of a segment
-        :param changes: of the attributes
-        """
         super().__init__(SiteHandler, port)
         self.count, self.size = count, size
         self.version = "a"

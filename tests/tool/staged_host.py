@@ -16,9 +16,6 @@ def package_options(packages: list[str]) -> list[str]:
 
 class StagedHost:
     def __init__(self, folder: pathlib.Path, fetch: pathlib.Path) -> None:
-        """
-        :param fetch: is copied
-        """
         self.folder, self.programs, self.work = folder, folder / "programs", folder / "work"
         self.programs.mkdir()
         self.work.mkdir()
@@ -26,9 +23,7 @@ class StagedHost:
         self.write_setting("yt-dlp/config", "--quiet\n-x\n-o /nowhere/%(title)s\n--remux-video mkv\n")  # is not read
 
     def stage(self, packages: list[str]) -> None:
-        """
-        :param packages: of the tool, as scripts/stage-programs.sh takes them; empty for the installed one
-        """
+        """With these packages of the tool, as scripts/stage-programs.sh takes them, or else with the installed one."""
         run([SCRIPTS / "stage-programs.sh", self.programs, *package_options(packages)], check=True)
 
     def environment(self, **changes: str) -> dict[str, str]:
