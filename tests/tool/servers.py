@@ -79,8 +79,8 @@ def content(version: str, size: int) -> bytes:
 class Site(Server):
     """Serves "/file", and the same bytes in segments "/N.ts" of the playlist "/list.m3u8".
 
-    It answers late, refuses, or holds data back, by the number of the segment; the file counts as 0. The size is that of
-    a segment, and the changes are attributes.
+    It answers late, refuses, or holds data back, by the number of the segment; the file counts as 0. The size is that
+    of a segment; the changes are of attributes.
     """
 
     def __init__(self, count: int, size: int, port: int = 0, **changes: Any) -> None:
