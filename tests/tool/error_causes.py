@@ -39,7 +39,6 @@ class ErrorCausesTest(FolderTest):
         statuses = (401, 403, 404, 429, 451, 503)
         self.server = Site(1, 1 << 20, status=dict(zip(statuses, statuses)), delay={5: 5.0})
         self.addCleanup(self.server.stop)
-        self.config = self.folder / "config" / "noxwebmedia" / "tool.conf"
         self.shapes: dict[str, Any] = {}
 
     def page(self, *calls: list[Any], path: str = "/file", protocol: str = "http") -> str:
@@ -72,10 +71,10 @@ class ErrorCausesTest(FolderTest):
             *(Row(f"{server}/{status}.ts", tag, str(status)) for status, tag in (
                 (401, "login"), (403, "other"), (404, "not-found"), (429, "network"), (451, "country"),
                 (503, "network"))),
-            Row(self.page(["raise_login_required"]), "login", f"Options are set in {self.config}"),
+            Row(self.page(["raise_login_required"]), "login", "Options are set in"),
             Row(self.page(["_get_tfa_info"]), "login", "--twofactor"),
-            Row(self.page(["raise_geo_restricted", "Not here", ["DE"]]), "country", "available in Germany"),
             Row(self.page(["report_drm", "x"]), "protected"),
+            Row(self.page(["raise_geo_restricted", "Not here", ["DE"]]), "country", "available in Germany"),
             Row(self.page(["report_warning", NO_RUNTIME], ["raise_no_formats", "No video formats found!"]), "runtime",
                 "Install Deno 2.3"),
             Row("http://shapes.invalid/none", "other"),  # a fault of the extractor
@@ -99,10 +98,9 @@ class ErrorCausesTest(FolderTest):
         ]
 
     def run_row(self, row: Row, number: int = 0) -> "subprocess.CompletedProcess[str]":
-        config = self.folder / f"config{number}" / "noxwebmedia" / "tool.conf" if row.settings else self.config
-        config.parent.mkdir(parents=True, exist_ok=True)
-        if row.settings:
-            config.write_text(row.settings)
+        config = self.folder / f"config{number}" / "noxwebmedia" / "tool.conf"
+        config.parent.mkdir(parents=True)
+        config.write_text(row.settings)
         package = self.folder / f"package{number}"
         if row.package:
             (package / "yt_dlp").mkdir(parents=True)
@@ -136,13 +134,14 @@ class ErrorCausesTest(FolderTest):
         texts = ["Some formats may be missing; please report this issue on  https://example.invalid/ .",
                  "Some formats may be missing", "Falling back on generic information extractor",
                  "Use --cookies for more.\nERROR: [nox:login] x", NO_RUNTIME, NO_RUNTIME]
+        config = self.folder / "config0" / "noxwebmedia" / "tool.conf"
         run = self.run_row(Row(self.page(*(["report_warning", text] for text in texts)), ""))
         self.assertEqual((run.returncode, run.stderr.splitlines()), (0, [
             "WARNING: [Shapes] Some formats may be missing", "WARNING: [Shapes] Use --cookies for more.",
-            f"  ERROR: [nox:login] x. Options are set in {self.config}",
+            f"  ERROR: [nox:login] x. Options are set in {config}",
             "WARNING: [Shapes] This page needs a program that runs its script, and none was found; some or all streams "
             "are missing. Install Deno 2.3 or newer, so that its command \"deno\" is found on PATH; or Node.js 22 or "
-            f"newer, with the line \"--js-runtimes node\" in {self.config}"]))
+            f"newer, with the line \"--js-runtimes node\" in {config}"]))
         self.assertIn('"format_id":"1"', run.stdout)
 
 
