@@ -42,12 +42,14 @@ class Handler(servers.Handler):
     def send(self, data: bytes, kind: str) -> None:
         is_media = kind.startswith(("video", "audio"))
         etag = f'"{self.path} {len(data)}"' if is_media else ""
+        paths = self.server.paths
         status, first, end = self.asked(len(data), etag)
         self.begin_answer(status, first, end, len(data), etag, kind)
         for place in range(first, end if self.command == "GET" else first, servers.BLOCK):
             block = data[place:min(place + servers.BLOCK, end)]
-            if is_media:
-                self.server.wait_for_turn(len(block))
+            if is_media and not self.server.may_send(len(block), paths):
+                self.close_connection = True
+                return
             self.wfile.write(block)
 
 
@@ -59,17 +61,20 @@ class PageServer(servers.Server):
 
     def begin(self, limit: int = sys.maxsize) -> None:
         """Counts anew, and sends no more than so many bytes of media until the next call."""
-        self.paths: list[str] = []  # that are asked for
         with self.lock:
+            self.paths: list[str] = []  # that are asked for
             self.sent, self._limit = 0, limit
 
-    def wait_for_turn(self, size: int) -> None:
-        while not self.is_stopped.is_set():
+    def may_send(self, size: int, paths: list[str]) -> bool:
+        """Waits while the limit is reached; false after a call of begin(), which makes new paths."""
+        while not self.is_stopped.wait(0 if self.sent + size <= self._limit else 0.02):
             with self.lock:
+                if self.paths is not paths:
+                    return False
                 if self.sent + size <= self._limit:
                     self.sent += size
-                    return
-            self.is_stopped.wait(0.02)
+                    return True
+        return False
 
     def counts(self) -> tuple[int, int]:
         """How often pages and manifests have been asked for."""

@@ -40,7 +40,7 @@ SHAPES: dict[str, tuple[Record, str]] = {
     "hls-groups": ({"formats": HLS_GROUPS}, "hls-720+audio-1 of 4, 0 s"),
     "nameless": ({"url": "http://127.0.0.1:9/clip.mp4", "ext": "mp4"}, "0 of 1, 0 s"),
     "nameless-sound": ({"url": "http://127.0.0.1:9/clip.mp3", "ext": "mp3"}, "0 of 1, 0 s"),
-    "code-of-a-container": ({"formats": [{**MUXED, "format_id": "mp4"}]}, "fmp4 of 1, 0 s"),
+    "container": ({"formats": [{**MUXED, "format_id": "mp4"}, {**MUXED, "format_id": "webm"}]}, "fwebm of 2, 0 s"),
     "some-protected": ({"formats": [LARGE, M4A, {**LARGE, "format_id": "2", "has_drm": True}]}, "1080+140 of 2, 0 s"),
     "all-protected": ({"formats": [{**MUXED, "has_drm": True}]}, "DRM protected"),
     "not-begun": ({"calls": [["raise_no_formats", "This event will begin in 3 hours", True]]}, "will begin in 3 hours"),
