@@ -3,11 +3,16 @@
 
     run_bench.py --fetch NOX-FETCH [--tool PACKAGE]... [--only WORD] [--pairs N]
 
+--fetch F    the nox-fetch to measure; it is copied, and the programs that it needs are put beside it
+--tool P     the yt_dlp package to measure with: "installed" (the default), a folder, a wheel or an archive of its
+             sources; can be given several times
+--only W     only the pages whose name holds this word
+
 Both sides run in turn, in changing order; the median of the ratios of all pairs counts. The exit code is 1 when a
 median is above its bar. The modules that it shares with tests are in tests/tool, which has to be in PYTHONPATH.
-
 """
 
+import argparse
 import os
 import pathlib
 import statistics
@@ -17,11 +22,10 @@ import tempfile
 import time
 from typing import Callable, NamedTuple
 
-import host_bench
 import page_media
 import page_server
-from front_runs import TIME_LIMIT
-from host_bench import HostBench
+from front_runs import TIME_LIMIT, run
+from staged_host import SCRIPTS, StagedHost, package_options
 
 SEGMENTS = 80
 SEGMENT_DELAY = 0.06  # seconds
@@ -36,27 +40,26 @@ class Page(NamedTuple):
 
 
 PAGES = [
-    Page("page of a second", "/page/dash-whole", 1, 1.2),
-    Page(f"DASH, {SEGMENTS} segments of 60 ms", "/page/dash-many", 0, 0.7),
-    Page(f"HLS, {SEGMENTS} segments of 60 ms", "/page/hls-many", 0, 0.7),
+    Page("page of a second", "/page/dash-whole/manifest.mpd", 1, 1.2),
+    Page(f"DASH, {SEGMENTS} segments of 60 ms", "/page/many/dash/manifest.mpd", 0, 0.7),
+    Page(f"HLS, {SEGMENTS} segments of 60 ms", "/page/many/hls/clip.m3u8", 0, 0.7),
 ]
 
 
 class Handler(page_server.Handler):
     server: "SlowServer"
 
-    def answer(self, with_body: bool) -> None:
-        path = self.path.partition("?")[0]
+    def answer(self, path: str) -> None:
         is_segment = path.endswith((".m4s", ".ts"))
         time.sleep(self.server.delay if path.startswith("/page/") else SEGMENT_DELAY if is_segment else 0)
-        super().answer(with_body)
+        super().answer(path)
 
 
 class SlowServer(page_server.PageServer):
     delay = 0.0  # seconds until a page is answered
 
 
-class Bench(HostBench):
+class Bench(StagedHost):
     def __init__(self, folder: pathlib.Path, fetch: pathlib.Path, server: SlowServer) -> None:
         super().__init__(folder, fetch)
         self.server = server
@@ -65,22 +68,23 @@ class Bench(HostBench):
         os.environ.pop("PYTHONDONTWRITEBYTECODE", None)
 
     def stage_both(self, package: str) -> str:
-        version = self.stage(package, False)
-        options = [] if package == "installed" else ["--package", package]
-        script = host_bench.SCRIPTS / "make-tool-archive.py"
-        subprocess.run([script, self.host / PLAIN_TOOL, "--plain", *options], check=True)
-        return version
+        """The tool's version."""
+        packages = [] if package == "installed" else [package]
+        self.stage(packages)
+        plain_tool = self.programs / PLAIN_TOOL
+        run([SCRIPTS / "make-tool-archive.py", plain_tool, "--plain", *package_options(packages)], check=True)
+        return run(["/usr/bin/python3", plain_tool, "--version"], check=True).stdout.strip()
 
     def run_host(self, page: Page) -> None:
-        self.server.take_counts()
-        run = self.fetch(self.server.address + page.address, "--quiet", "-o", "clip.mp4")
-        if run.returncode != 0:
-            sys.exit(f"{page.name}: nox-fetch failed: {run.stderr}")
-        self.requests = "{} + {}".format(*self.server.take_counts())
+        self.server.begin()
+        fetched = self.fetch(self.server.address + page.address, "--quiet", "-o", "clip.mp4")
+        if fetched.returncode != 0:
+            sys.exit(f"{page.name}: nox-fetch failed: {fetched.stderr}")
+        self.requests = "{} + {}".format(*self.server.counts())
 
     def run_tool(self, page: Page) -> None:
-        words = [str(self.host / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
-                 str(self.host / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
+        words = [str(self.programs / "python3.10/bin/python3.10"), "-X", f"pycache_prefix={self.folder / 'pycache'}",
+                 str(self.programs / PLAIN_TOOL), "--ignore-config", "--quiet", "--no-warnings", "-f", "bv+ba/b",
                  "--merge-output-format", "mp4", "-o", "clip.%(ext)s", self.server.address + page.address]
         subprocess.run(words, check=True, cwd=self.work, timeout=TIME_LIMIT)
 
@@ -111,33 +115,18 @@ def measure(bench: Bench, page: Page, version: str, pairs: int) -> bool:
     return is_good
 
 
-def make_segments(folder: pathlib.Path) -> None:
-    """A DASH manifest with half of the segments for the pictures and half for the sound, and an HLS playlist."""
-    (folder / "dash").mkdir(parents=True)
-    (folder / "hls").mkdir()
-    small = ["-f", "lavfi", "-i", f"testsrc2=size=160x90:rate=10:duration={SEGMENTS}"]
-    sound = ["-f", "lavfi", "-i", f"sine=frequency=330:duration={SEGMENTS}"]
-    key_frames = ["-x264-params", "keyint=10:min-keyint=10:scenecut=0"]
-    clip = folder / "clip.mp4"
-    page_media.ffmpeg(*small, *sound, *page_media.H264[:-2], *key_frames, *page_media.AAC, clip)
-    page_media.ffmpeg("-i", clip, "-c", "copy", "-f", "dash", "-t", SEGMENTS // 2, "-seg_duration", 1, "-use_template",
-                      1, "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a",
-                      folder / "dash" / "manifest.mpd")
-    page_media.ffmpeg("-i", clip, "-c", "copy", "-f", "hls", "-hls_time", 1, "-hls_playlist_type", "vod",
-                      folder / "hls" / "clip.m3u8")
-    page_server.BODIES["dash-many"] = page_server.video("many/dash/manifest.mpd", page_server.DASH)
-    page_server.BODIES["hls-many"] = page_server.video("many/hls/clip.m3u8", page_server.HLS)
-
-
 def main() -> int:
-    parser = host_bench.parser(__doc__ or "")
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--fetch", type=pathlib.Path, required=True)
+    parser.add_argument("--tool", action="append")
+    parser.add_argument("--only", default="")
     parser.add_argument("--pairs", type=int, default=5)
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch)
         media = folder / "media"
         page_media.make(media)
-        make_segments(media / "many")
+        page_media.make_many(media / "many", SEGMENTS)
         print("| Page | Tool | nox-fetch | plain tool | ratio | bar | requests for page + manifest | |")
         print("|---|---|---|---|---|---|---|---|")
         is_good = True

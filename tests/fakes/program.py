@@ -9,6 +9,7 @@ every text it waits until the reader has read it, so that each text arrives as o
 import array
 import fcntl
 import os
+import resource
 import signal
 import sys
 import termios
@@ -32,10 +33,6 @@ def write(path, content):
 def read(path):
     with open(path) as file:
         return file.read()
-
-
-def mark(name):
-    write(os.path.join(STAGE, "mark." + name), "")
 
 
 def until(condition):
@@ -141,7 +138,6 @@ class Player:
         os.chmod(self.folder or os.path.dirname(self.arguments[-1]), int(mode, 8))
 
     def limit(self, size):
-        import resource
         resource.setrlimit(resource.RLIMIT_FSIZE, (int(size), int(size)))
 
     def write(self, content):
@@ -153,13 +149,13 @@ class Player:
 
     # Process
     def mark(self, name):
-        mark(name)
+        write(os.path.join(STAGE, "mark." + name), "")
 
     def wait(self, name):
         until(lambda: os.path.exists(os.path.join(STAGE, "mark." + name)))
 
     def hang(self, _):
-        mark("hang." + self.key)
+        self.mark("hang." + self.key)
         time.sleep(TIMEOUT)
         os._exit(98)
 

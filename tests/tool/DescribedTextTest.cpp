@@ -17,43 +17,32 @@ class DescribedTextTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void texts();
+    void texts()
+    {
+        QLoggingCategory::setFilterRules("default.debug=false"_s);
+        const QTemporaryDir root;
+        Logger::init(root.filePath("library.log"_s).toStdString(), LOG_ERROR, LOG_OUT_FILE);
+        QProcess writer;
+        writer.start("/usr/bin/env"_s,
+                     {QStringLiteral("PYTHONPATH=" NOX_TOOL_FRONT), "PYTHONDONTWRITEBYTECODE=1"_s,
+                      "PYTHONIOENCODING=ascii"_s, "/usr/bin/python3"_s, QStringLiteral(NOX_TEXTS_PROGRAM)});
+        QVERIFY(writer.waitForFinished(120000));
+        QVERIFY2(writer.exitCode() == 0, writer.readAllStandardError().constData());
 
-private:
-    QTemporaryDir m_root;
-};
-
-void DescribedTextTest::initTestCase()
-{
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    Logger::init(m_root.filePath(QStringLiteral("library.log")).toStdString(), LOG_ERROR, LOG_OUT_FILE);
-}
-
-void DescribedTextTest::texts()
-{
-    QProcess writer;
-    writer.start("/usr/bin/env"_s,
-                 {QStringLiteral("PYTHONPATH=" NOX_TOOL_FRONT), "PYTHONDONTWRITEBYTECODE=1"_s, "/usr/bin/python3"_s,
-                  QStringLiteral(NOX_TEXTS_PROGRAM)});
-    QVERIFY(writer.waitForFinished(120000));
-    QVERIFY2(writer.exitCode() == 0, writer.readAllStandardError().constData());
-
-    int count = 0;
-    for (; !writer.atEnd(); ++count) {
-        const QString expected = QString::fromUtf8(QByteArray::fromHex(writer.readLine()));
-        const QString line = QString::fromLocal8Bit(writer.readLine());
-        WebMediaInfo page;
-        YdOutputParser::instance()->parseWebMediaInfo(line, page, QString());
-        QVERIFY2(page.getTitle() == expected, qPrintable(line));
-        QCOMPARE(page.getDuration(), 7);
-        QCOMPARE(page.getMediaProfileList().size(), 1);
-        const MediaProfile stream = page.getMediaProfileList().constFirst();
-        QVERIFY2(stream.getName() == expected && stream.getDescription() == expected && stream.getUrl() == expected,
-                 qPrintable(line));
+        int count = 0;
+        for (; !writer.atEnd(); ++count) {
+            const QString expected = QString::fromUtf8(QByteArray::fromHex(writer.readLine()));
+            const QString line = QString::fromLocal8Bit(writer.readLine());
+            WebMediaInfo page;
+            YdOutputParser::instance()->parseWebMediaInfo(line, page, QString());
+            QCOMPARE(page.getMediaProfileList().size(), 1);
+            const MediaProfile stream = page.getMediaProfileList().constFirst();
+            for (const QString &text : {page.getTitle(), stream.getName(), stream.getDescription(), stream.getUrl()})
+                QVERIFY2(text == expected, qPrintable(line));
+        }
+        QVERIFY(count > 5000);
     }
-    QVERIFY(count > 5000);
-}
+};
 
 NOX_TEST_MAIN(DescribedTextTest)
 #include "DescribedTextTest.moc"

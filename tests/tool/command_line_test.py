@@ -11,16 +11,14 @@ TEMPLATE = "/videos/my clips/{0b6f}YDTMP_.%(ext)s"
 
 class CommandLineTest(unittest.TestCase):
     def test_commands_of_the_library(self) -> None:
-        rows: list[tuple[list[str], command_line.Command]] = [
-            (["--dump-json", URL], Describe(URL, [])),
-            (["--dump-json", SWITCH, URL], Describe(URL, [SWITCH])),
-            (["-f", "137", "-o", TEMPLATE, URL], Download(URL, [], "137", TEMPLATE)),
-            (["-f", "137", SWITCH, "-o", TEMPLATE, URL], Download(URL, [SWITCH], "137", TEMPLATE)),
-            ([*LIST, "1:200", URL], ListEntries(URL, [], 1, 200)),
-            ([*LIST, "3:4", SWITCH, URL], ListEntries(URL, [SWITCH], 3, 4)),
-        ]
-        for words, expected in rows:
-            with self.subTest(words=words):
+        switches: list[list[str]] = [[], [SWITCH]]
+        for switch in switches:
+            rows: list[tuple[list[str], command_line.Command]] = [
+                (["--dump-json", *switch, URL], Describe(URL, switch)),
+                (["-f", "137", *switch, "-o", TEMPLATE, URL], Download(URL, switch, "137", TEMPLATE)),
+                ([*LIST, "3:200", *switch, URL], ListEntries(URL, switch, 3, 200)),
+            ]
+            for words, expected in rows:
                 self.assertEqual(command_line.parse(words), expected)
 
     def test_all_others_are_the_tools(self) -> None:

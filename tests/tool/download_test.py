@@ -1,6 +1,5 @@
 """The front fetches a stream by a record of its page, from a server that answers late, refuses, or goes away."""
 
-import os
 import re
 import signal
 import time
@@ -75,7 +74,6 @@ class DownloadTest(StreamTest):
                 self.assertEqual(list(self.folder.iterdir()), [])
 
     def test_an_outage_ends_no_download(self) -> None:
-        seconds = float(os.environ.get("NOX_OUTAGE_SECONDS", "2"))
         message = "WARNING: [nox:waiting] The server does not answer. Trying again in"
         expected = [f"{message} {wait} s ({count} of 6)" for count, wait in enumerate((1, 2, 4, 8, 16, 9), start=1)]
         for kind in ("file", "dash"):
@@ -87,7 +85,7 @@ class DownloadTest(StreamTest):
                 wait_for(lambda: part.exists() and part.stat().st_size > 0)
                 site.stop()
                 self.assertIsNone(child.poll())
-                time.sleep(seconds)
+                time.sleep(2)
                 site = self.site(24, 1 << 17, port=site.port)
                 code, _, errors = self.finish(child)
                 self.assertEqual(code, 0, errors)

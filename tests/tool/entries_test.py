@@ -7,7 +7,7 @@ import sys
 import unittest
 from typing import Any, Iterator, Optional
 
-from front_runs import FRONT, HERE, PACKAGES, FolderTest, environment, run_front
+from front_runs import FRONT, PLUGIN, FolderTest, environment, run_front
 from noxfront import entries
 from noxfront.entries import Entries
 from yt_dlp.utils import OnDemandPagedList
@@ -21,13 +21,17 @@ def video(number: int) -> dict[str, Any]:
             "formats": [{"format_id": "1", "url": f"http://127.0.0.1:9/{number}.mp4", "ext": "mp4"}]}
 
 
+def playlist(*entries: dict[str, Any], **more: Any) -> dict[str, Any]:
+    return {"_type": "playlist", "entries": entries, **more}
+
+
 TWELVE = [*({"_type": "url", "url": f"{SITE}one", "title": "\ud83d\n\"", "thumbnails": [{"url": "http://t/"}, {}]}
             for _ in range(2)), *map(video, range(3, 13))]
 PAGES: dict[str, Any] = {
-    "twelve": {"entries": TWELVE}, "many": {"lazy": 5000}, "parts": {"lazy": 3, "parts": True}, "one": video(1),
-    "nested": {"entries": [{"_type": "url", "url": f"{SITE}twelve"}]}, "lazy-one": {"lazy": 1}, "1": video(1),
-    "empty": {"entries": []},
-    "smuggled": {"entries": [{"_type": "url", "url": address} for address in (f"{SITE}#__youtubedl_smuggle=x", "x")]},
+    "one": video(1), "1": video(1), "twelve": playlist(*TWELVE), "empty": playlist(), "many": playlist(lazy=5000),
+    "lazy-one": playlist(lazy=1), "parts": playlist(lazy=3, _type="multi_video"),
+    "nested": playlist({"_type": "url", "url": f"{SITE}twelve"}),
+    "smuggled": playlist(*({"_type": "url", "url": address} for address in (f"{SITE}#__youtubedl_smuggle=x", "x"))),
 }
 
 
@@ -35,13 +39,11 @@ class ProgramTest(FolderTest):
     def setUp(self) -> None:
         super().setUp()
         (self.folder / "pages.json").write_text(json.dumps(PAGES))
+        self.environment = environment(PLUGIN, NOX_SHAPES=str(self.folder / "pages.json"),
+                                       XDG_CONFIG_HOME=str(self.folder))
 
-    def environment(self, package: str) -> dict[str, str]:
-        return environment(package, HERE / "plugin", NOX_SHAPES=str(self.folder / "pages.json"),
-                           XDG_CONFIG_HOME=str(self.folder))
-
-    def run_page(self, package: str, *words: str) -> tuple[int, str, str]:
-        run = run_front([*words[:-1], SITE + words[-1]], self.environment(package))
+    def run_page(self, *words: str) -> tuple[int, str, str]:
+        run = run_front([*words[:-1], SITE + words[-1]], self.environment)
         return run.returncode, run.stdout, run.stderr
 
     def test_which_video_is_described_and_how_many_there_are(self) -> None:
@@ -54,58 +56,50 @@ class ProgramTest(FolderTest):
             ("nested", "Video 1", "WARNING: [nox:videos] 12\n"), ("nested#nox-item=4", "Video 4", ""),
             ("empty", None, "ERROR: [nox:nothing] There is no video on this page\n"),
         ]
-        for package in PACKAGES:
-            for page, title, complaint in rows:
-                with self.subTest(package=package, page=page):
-                    code, output, errors = self.run_page(package, "--dump-json", page)
-                    self.assertEqual(json.loads(output)["title"] if output else None, title)
-                    self.assertEqual(code, 0 if title else 1)
-                    self.assertIn(complaint, errors)
-                    self.assertTrue(title is None or errors == complaint, errors)
+        for page, title, complaint in rows:
+            with self.subTest(page=page):
+                code, output, errors = self.run_page("--dump-json", page)
+                self.assertEqual(json.loads(output)["title"] if output else None, title)
+                self.assertEqual(code, 0 if title else 1)
+                self.assertIn(complaint, errors)
+                self.assertTrue(title is None or errors == complaint, errors)
 
     def test_lists(self) -> None:
-        rows: list[tuple[str, str, list[int], bool, Optional[int], dict[int, Any]]] = [
-            # page, range, numbers, whether there are more, how many there are, addresses by number
-            ("twelve", "1:200", list(range(1, 13)), False, 12, {2: f"{SITE}one", 12: f"{SITE}twelve#nox-item=12"}),
-            ("twelve", "3:4", [3, 4], True, 12, {3: f"{SITE}twelve#nox-item=3"}),
-            ("twelve", "13:20", [], False, None, {}),
-            ("nested", "12:12", [12], False, 12, {12: f"{SITE}nested#nox-item=12"}),
-            ("many", "4999:5198", [4999, 5000], False, None, {5000: f"{SITE}5000"}),
-            ("parts", "1:2", [1, 2], True, None, {}),
-            ("one", "1:200", [1], False, 1, {1: f"{SITE}one"}), ("one#nox-item=3", "1:5", [1], False, 1, {}),
-            ("smuggled", "1:5", [1, 2], False, 2, {number: f"{SITE}smuggled#nox-item={number}" for number in (1, 2)}),
+        rows: list[tuple[str, str, list[Optional[int]], dict[str, Any], dict[str, Any]]] = [
+            # page, range, numbers in the lines, some members of the first line and of the last one
+            ("twelve", "1:200", [*range(1, 13)],
+             {"nox_count": 12, "nox_url": f"{SITE}one", "title": "\ufffd\n\"", "duration": None,
+              "thumbnail": "http://t/"},
+             {"nox_url": f"{SITE}twelve#nox-item=12", "nox_parts": None, "title": "Video 12", "duration": 120}),
+            ("twelve", "3:4", [3, 4, None], {"nox_url": f"{SITE}twelve#nox-item=3", "nox_count": 12},
+             {"nox_more": True}),
+            ("twelve", "13:20", [], {}, {}),
+            ("nested", "12:12", [12], {"nox_count": 12}, {"nox_url": f"{SITE}nested#nox-item=12"}),
+            ("many", "4999:5198", [4999, 5000], {"nox_count": None}, {"nox_url": f"{SITE}5000", "title": "0" * 500}),
+            ("parts", "1:2", [1, 2, None], {"nox_parts": True, "nox_count": None}, {"nox_more": True}),
+            ("one", "1:200", [1], {"nox_count": 1}, {"nox_url": f"{SITE}one"}),
+            ("one#nox-item=3", "1:5", [1], {"nox_count": 1}, {"nox_url": f"{SITE}one"}),
+            ("smuggled", "1:5", [1, 2], {"nox_url": f"{SITE}smuggled#nox-item=1"}, {"nox_count": None}),
         ]
-        for package in PACKAGES:
-            for page, numbers, expected, has_more, count, addresses in rows:
-                with self.subTest(package=package, page=page, numbers=numbers):
-                    code, output, errors = self.run_page(package, *LIST, numbers, page)
-                    self.assertEqual((code, errors), (0, ""))
-                    lines = [json.loads(line) for line in output.splitlines()]
-                    self.assertEqual(lines[len(expected):], [{"nox_more": True}] if has_more else [])
-                    found = lines[:len(expected)]
-                    self.assertEqual([line["nox_index"] for line in found], expected)
-                    self.assertEqual(found[0].get("nox_count") if found else None, count)
-                    self.assertEqual({line["nox_index"]: line["nox_url"] for line in found
-                                      if line["nox_index"] in addresses}, addresses)
-                    self.assertEqual([line.get("nox_parts") for line in found],
-                                     [True if page == "parts" else None] * len(found))
-                    self.assertTrue(all(len(line) < 2000 for line in output.splitlines()))
-                    if page == "twelve" and numbers == "1:200":
-                        self.assertEqual({key: found[0][key] for key in ("title", "duration", "thumbnail")},
-                                         {"title": "\ufffd\n\"", "duration": None, "thumbnail": "http://t/"})
-                        self.assertEqual((found[11]["title"], found[11]["duration"]), ("Video 12", 120))
-            code, output, errors = self.run_page(package, *LIST, "1:9", "empty")
-            self.assertEqual((code, output, errors.splitlines()[0]),
-                             (1, "", "ERROR: [nox:nothing] There is no video on this page"))
+        for page, numbers, expected, *members in rows:
+            with self.subTest(page=page, numbers=numbers):
+                code, output, errors = self.run_page(*LIST, numbers, page)
+                self.assertEqual((code, errors), (0, ""))
+                lines = [json.loads(line) for line in output.splitlines()]
+                self.assertEqual([line.get("nox_index") for line in lines], expected)
+                for line, some in zip([*lines[:1], *lines[-1:]], members):
+                    self.assertEqual({name: line.get(name) for name in some}, some)
+        code, output, errors = self.run_page(*LIST, "1:9", "empty")
+        self.assertEqual((code, output, errors.splitlines()[0]),
+                         (1, "", "ERROR: [nox:nothing] There is no video on this page"))
 
     def test_memory_does_not_grow_with_the_list(self) -> None:
-        for package in PACKAGES:
-            kilobytes = []
-            for numbers in ("1:9", "4992:5000"):
-                words = [sys.executable, str(FRONT), *LIST, numbers, f"{SITE}many"]
-                with subprocess.Popen(words, stdout=subprocess.PIPE, env=self.environment(package)) as child:
-                    kilobytes.append(os.wait4(child.pid, 0)[2].ru_maxrss)  # the pipe holds nine lines
-            self.assertLess(kilobytes[1], kilobytes[0] + 3000)  # 5,000 entries have more than 5 MB
+        kilobytes = []
+        for numbers in ("1:9", "4992:5000"):
+            words = [sys.executable, str(FRONT), *LIST, numbers, f"{SITE}many"]
+            with subprocess.Popen(words, stdout=subprocess.PIPE, env=self.environment) as child:
+                kilobytes.append(os.wait4(child.pid, 0)[2].ru_maxrss)  # the pipe holds nine lines
+        self.assertLess(kilobytes[1], kilobytes[0] + 3000)  # 5,000 entries have more than 5 MB
 
 
 class EntriesTest(unittest.TestCase):
@@ -132,9 +126,6 @@ class EntriesTest(unittest.TestCase):
             yield {"id": 1}
             raise ConnectionError
 
-        rows: list[tuple[Any, Optional[int]]] = [
-            (iter([{}]), 1), (iter([{}, {}]), None), (failing(), 1), (OnDemandPagedList(lambda number: [{}], 5), 1),
-        ]
-        for found, count in rows:
-            self.assertEqual(Entries({"entries": found}).count, count)
-        self.assertEqual(Entries({"entries": iter([{}, {}, {}]), "playlist_count": 3}).count, 3)
+        for found, told, count in ((failing(), 7, 1), (OnDemandPagedList(lambda number: [{}], 5), None, 1),
+                                   (iter([{}, {}, {}]), 3, 3)):
+            self.assertEqual(Entries({"entries": found, "playlist_count": told}).count, count)

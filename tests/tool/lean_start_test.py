@@ -1,8 +1,7 @@
-import subprocess
 import sys
 import unittest
 
-from front_runs import TIME_LIMIT
+from front_runs import run
 
 # As FIPS 197 has it.
 DECRYPT = """
@@ -41,7 +40,5 @@ class LeanStartTest(unittest.TestCase):
                          f"{is_left_out}\n"))
         for text, expected in rows:
             with self.subTest(text=text):
-                program = f"import sys\nsys.path[:0] = {sys.path}\nfrom noxfront import lean_start\n{text}"
-                run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True,
-                                     timeout=TIME_LIMIT)
-                self.assertEqual((run.stdout, run.stderr), (expected, ""))
+                found = run([sys.executable, "-c", f"import sys\nfrom noxfront import lean_start\n{text}"])
+                self.assertEqual((found.stdout, found.stderr), (expected, ""))

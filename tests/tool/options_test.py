@@ -1,17 +1,15 @@
 """The options that may stand in tool.conf, tried with the real tool's own parser."""
 
 import json
-import pathlib
 import re
-import subprocess
 import sys
 import unittest
 from typing import Any
 
-from front_runs import FRONT, PACKAGES, TIME_LIMIT, environment
+from front_runs import FRONT, HERE, environment, run
 from noxfront import options
 
-DOCUMENT = pathlib.Path(__file__).resolve().parents[2] / "docs" / "tool.md"
+DOCUMENT = HERE.parents[1] / "docs" / "tool.md"
 PROGRAM = """
 import json, sys
 import yt_dlp
@@ -42,20 +40,17 @@ class OptionsTest(unittest.TestCase):
         blocks = re.findall(r"^```conf\n(.*?)^```", DOCUMENT.read_text(), re.MULTILINE | re.DOTALL)
         lines = [*"".join(blocks).splitlines(), "-r2M -N8", "--xff DE", "--no-js-runtimes --remote-components ejs:npm"]
         self.assertGreater(len(lines), 15)
-        known: set[str] = set()
-        for package in PACKAGES:
-            run = subprocess.run([sys.executable, "-c", PROGRAM], input=json.dumps(lines), capture_output=True,
-                                 text=True, timeout=TIME_LIMIT, env=environment(FRONT, package), check=True)
-            found: dict[str, dict[str, Any]] = json.loads(run.stdout)
-            for line, outcome in found["outcomes"].items():
-                name = line.partition(" ")[0]
-                with self.subTest(line=line, package=package):
-                    if outcome and name in MAY_BE_UNKNOWN:
-                        self.assertRegex(outcome, f"tool.conf: the download tool .* does not know the option {name};")
-                    else:
-                        self.assertEqual(outcome, "")
-            self.assertEqual([name for name, is_right in found["shorts"].items() if not is_right], [])
-            for name, has_value in {**options.TAKEN, **options.WITHOUT_MEANING}.items():
-                self.assertEqual(has_value, found["arity"].get(name, has_value), name)
-            known |= set(found["arity"])
-        self.assertLessEqual({*options.TAKEN} - MAY_BE_UNKNOWN - {"--add-header"}, known)  # that is short for another
+        found: dict[str, dict[str, Any]] = json.loads(run(
+            [sys.executable, "-c", PROGRAM], input=json.dumps(lines), env=environment(FRONT), check=True).stdout)
+        for line, outcome in found["outcomes"].items():
+            name = line.partition(" ")[0]
+            with self.subTest(line=line):
+                if outcome and name in MAY_BE_UNKNOWN:
+                    self.assertRegex(outcome, f"tool.conf: the download tool .* does not know the option {name};")
+                else:
+                    self.assertEqual(outcome, "")
+        self.assertEqual([name for name, is_right in found["shorts"].items() if not is_right], [])
+        for name, has_value in {**options.TAKEN, **options.WITHOUT_MEANING}.items():
+            self.assertEqual(has_value, found["arity"].get(name, has_value), name)
+        # --add-header is short for another.
+        self.assertLessEqual({*options.TAKEN} - MAY_BE_UNKNOWN - {"--add-header"}, {*found["arity"]})

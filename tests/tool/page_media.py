@@ -1,48 +1,55 @@
-"""Makes the small media that the pages of page_server.py show, with ffmpeg."""
+"""Makes small media for page_server.py, with ffmpeg."""
 
 import pathlib
 import subprocess
 
 SECONDS = 6
 SEGMENT = 2
-PICTURE = ["-f", "lavfi", "-i", f"testsrc2=size=640x360:rate=10:duration={SECONDS}"]
-SOUND = ["-f", "lavfi", "-i", f"sine=frequency=330:duration={SECONDS}"]
-H264 = ["-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-x264-params", "keyint=20:scenecut=0"]
-AAC = ["-c:a", "aac", "-b:a", "64k"]
-CODECS = "avc1.42c01e,mp4a.40.2"
+SOUND = ["-f", "lavfi", "-i", "sine=frequency=330"]
+HLS = ["-f", "hls", "-hls_playlist_type", "vod", "-hls_time"]
 
 
 def ffmpeg(*words: object) -> None:
     subprocess.run(["ffmpeg", "-nostdin", "-loglevel", "error", "-y", "-bitexact", *map(str, words)], check=True)
 
 
+def clip(file: pathlib.Path, size: str, seconds: int, segment: int) -> None:
+    """Of so many seconds, and with a key picture in the begin of each segment."""
+    file.parent.mkdir(parents=True)
+    keys = f"keyint={10 * segment}:min-keyint={10 * segment}:scenecut=0"
+    ffmpeg("-f", "lavfi", "-i", f"testsrc2=size={size}:rate=10", *SOUND, "-t", seconds, "-c:v", "libx264", "-preset",
+           "ultrafast", "-pix_fmt", "yuv420p", "-x264-params", keys, "-c:a", "aac", "-b:a", "64k", "-movflags",
+           "+faststart", file)
+
+
+def copy(folder: pathlib.Path, file: str, *words: object) -> None:
+    """The clip in the folder above, in another form."""
+    folder.mkdir(exist_ok=True)
+    ffmpeg("-i", folder.parent / "clip.mp4", "-c", "copy", *words, folder / file)
+
+
 def hls(folder: pathlib.Path, kind: str) -> None:
     """A master playlist whose pictures and sound are apart."""
-    folder.mkdir()
-    ffmpeg("-i", folder.parent / "clip.mp4", "-map", "0:v", "-map", "0:a", "-c", "copy", "-f", "hls", "-hls_time",
-           SEGMENT, "-hls_playlist_type", "vod", "-hls_segment_type", kind, "-master_pl_name", "master.m3u8",
-           "-var_stream_map", "v:0,agroup:sound a:0,agroup:sound,default:yes,language:en",
-           folder / "stream%v.m3u8")
+    copy(folder, "stream%v.m3u8", "-map", "0:v", "-map", "0:a", *HLS, SEGMENT, "-hls_segment_type", kind,
+         "-master_pl_name", "master.m3u8", "-var_stream_map",
+         "v:0,agroup:sound a:0,agroup:sound,default:yes,language:en")
     master = folder / "master.m3u8"
     # Without its codecs, the tool takes a stream for one that holds both.
-    master.write_text(master.read_text().replace("RESOLUTION=", f'CODECS="{CODECS}",RESOLUTION='))
+    master.write_text(master.read_text().replace("RESOLUTION=", 'CODECS="avc1.42c01e,mp4a.40.2",RESOLUTION='))
 
 
-def dash(folder: pathlib.Path) -> None:
+def dash(folder: pathlib.Path, seconds: int, segment: int) -> None:
     """A manifest with segments of their own for picture and sound."""
-    folder.mkdir()
-    ffmpeg("-i", folder.parent / "clip.mp4", "-map", "0:v", "-map", "0:a", "-c", "copy", "-f", "dash", "-seg_duration",
-           SEGMENT, "-use_template", 1, "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a",
-           folder / "manifest.mpd")
+    copy(folder, "manifest.mpd", "-f", "dash", "-t", seconds, "-seg_duration", segment, "-use_template", 1,
+         "-use_timeline", 1, "-adaptation_sets", "id=0,streams=v id=1,streams=a")
 
 
-def dash_whole(folder: pathlib.Path) -> None:
+def dash_whole(folder: pathlib.Path, seconds: int) -> None:
     """A manifest that names a whole file for each stream."""
-    folder.mkdir()
-    ffmpeg("-i", folder.parent / "clip.mp4", "-map", "0:v", "-c", "copy", folder / "video.mp4")
-    ffmpeg("-i", folder.parent / "clip.mp4", "-map", "0:a", "-c", "copy", folder / "audio.m4a")
+    copy(folder, "video.mp4", "-map", "0:v")
+    copy(folder, "audio.m4a", "-map", "0:a")
     (folder / "manifest.mpd").write_text(f"""<?xml version="1.0"?>
-<MPD xmlns="urn:mpeg:dash:schema:mpd:2011" type="static" mediaPresentationDuration="PT{SECONDS}S"
+<MPD xmlns="urn:mpeg:dash:schema:mpd:2011" type="static" mediaPresentationDuration="PT{seconds}S"
      profiles="urn:mpeg:dash:profile:isoff-on-demand:2011" minBufferTime="PT2S"><Period>
   <AdaptationSet mimeType="video/mp4"><Representation id="137" codecs="avc1.42c01e" width="640" height="360"
     bandwidth="300000"><BaseURL>video.mp4</BaseURL></Representation></AdaptationSet>
@@ -52,26 +59,23 @@ def dash_whole(folder: pathlib.Path) -> None:
 """)
 
 
-def hls_single(folder: pathlib.Path) -> None:
-    """A playlist whose segments hold both, and one of which a segment is missing."""
-    folder.mkdir()
-    ffmpeg("-i", folder.parent / "clip.mp4", "-c", "copy", "-f", "hls", "-hls_time", SEGMENT, "-hls_playlist_type",
-           "vod", folder / "clip.m3u8")
-    playlist = (folder / "clip.m3u8").read_text()
-    (folder / "broken.m3u8").write_text(playlist.replace("clip1.ts", "missing.ts"))
-
-
 def make(folder: pathlib.Path) -> None:
-    folder.mkdir()
-    ffmpeg(*PICTURE, *SOUND, *H264, *AAC, "-movflags", "+faststart", folder / "clip.mp4")
-    ffmpeg(*PICTURE, *H264, "-t", 2, folder / "other.mp4")
-    ffmpeg(*PICTURE, *SOUND, "-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", 8, "-c:a", "libopus",
+    clip(folder / "clip.mp4", "640x360", SECONDS, SEGMENT)
+    ffmpeg("-i", folder / "clip.mp4", "-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", 8, "-c:a", "libopus",
            folder / "clip.webm")
-    ffmpeg(*SOUND, "-c:a", "libmp3lame", folder / "clip.mp3")
-    (folder / "octets").mkdir()
-    (folder / "octets" / "clip.mp4").symlink_to(folder / "clip.mp4")
+    ffmpeg(*SOUND, "-t", SECONDS, "-c:a", "libmp3lame", folder / "clip.mp3")
     hls(folder / "hls-ts", "mpegts")
     hls(folder / "hls-fmp4", "fmp4")
-    hls_single(folder / "hls")
-    dash(folder / "dash")
-    dash_whole(folder / "dash-whole")
+    copy(folder / "hls", "clip.m3u8", *HLS, SEGMENT)
+    playlist = (folder / "hls" / "clip.m3u8").read_text()
+    (folder / "hls" / "broken.m3u8").write_text(playlist.replace("clip1.ts", "missing.ts"))
+    dash(folder / "dash", SECONDS, SEGMENT)
+    dash_whole(folder / "dash-whole", SECONDS)
+
+
+def make_many(folder: pathlib.Path, count: int) -> None:
+    """With so many segments of a second; in DASH, half of them are pictures and half are sound."""
+    clip(folder / "clip.mp4", "160x90", count, 1)
+    copy(folder / "hls", "clip.m3u8", *HLS, 1)
+    dash(folder / "dash", count // 2, 1)
+    dash_whole(folder / "dash-whole", count)

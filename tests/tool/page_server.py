@@ -1,61 +1,18 @@
-"""Serves pages of many kinds on a free port of the loopback address, and counts what is asked for."""
+"""Serves media, and pages that show them, on a free port of the loopback address.
 
-import collections
-import html
+"/page/a.mp4+b.webm" shows "/media/a.mp4" and "/media/b.webm". In the folder "once" the addresses of media expire.
+"""
+
 import pathlib
 import re
-from typing import Counter
+import sys
 
 import servers
 
-# Titles that must come out as they are: each has broken something at some time.
-TITLES: list[str] = [
-    "Caf\u00e9 \u2013 na\u00efve", "\u0627\u0644\u0639\u0631\u0628\u064a\u0629", "Smile \U0001f600", "a/b\\c",
-    "\\u0022 is an escape", "ends with \\", "&#34; is a reference", "&#92;u0022 both", "Tom & Jerry &amp; co",
-    "'single' \"double\" `back`", "%(title)s.%(ext)s", "[download] Destination: /tmp/x.mp4", "<b>bold</b>", "-x --exec",
-    "x" * 300,
-]
-
-MANIFESTS = (".m3u8", ".mpd")
 KINDS = {
     ".mp4": "video/mp4", ".m4a": "audio/mp4", ".m4s": "video/iso.segment", ".webm": "video/webm",
-    ".mp3": "audio/mpeg", ".ts": "video/mp2t", ".m3u8": "application/vnd.apple.mpegurl", ".mpd": "application/dash+xml",
+    ".mp3": "audio/mpeg", ".ts": "video/mp2t", ".m3u8": "application/x-mpegURL", ".mpd": "application/dash+xml",
 }
-
-
-def video(source: str, kind: str = "video/mp4") -> str:
-    return f'<video controls><source src="/media/{source}" type="{kind}"></video>'
-
-
-HLS, DASH = "application/x-mpegURL", "application/dash+xml"
-BODIES: dict[str, str] = {
-    "progressive": video("clip.mp4"),
-    "dash-whole": video("dash-whole/manifest.mpd", DASH),
-    "dash-segments": video("dash/manifest.mpd", DASH),
-    "hls-apart-ts": video("hls-ts/master.m3u8", HLS),
-    "hls-apart-fmp4": video("hls-fmp4/master.m3u8", HLS),
-    "hls-single": video("hls/clip.m3u8", HLS),
-    "hls-missing-segment": video("hls/broken.m3u8", HLS),
-    "webm": video("clip.webm", "video/webm"),
-    "two-videos": video("clip.mp4") + video("other.mp4"),
-    "broken-embed": video("nowhere/master.m3u8", HLS) + video("clip.mp4"),
-    "og-video": "",
-    "expiring": video("once-{reading}/clip.mp4"),
-}
-
-
-def page(name: str) -> str:
-    """The page's text; empty when there is none."""
-    title = f"The page {name}"
-    if re.fullmatch(r"title-\d+", name):
-        title = TITLES[int(name[6:])]
-    elif name not in BODIES:
-        return ""
-    head = f'<meta charset="utf-8"><title>{html.escape(title)}</title>'
-    if name == "og-video":
-        head += '<meta property="og:title" content="The page og-video">'
-        head += '<meta property="og:video" content="{base}/media/clip.mp4">'
-    return f"<!DOCTYPE html><html><head>{head}</head><body>{BODIES.get(name, video('clip.mp4'))}</body></html>"
 
 
 class Handler(servers.Handler):
@@ -63,55 +20,63 @@ class Handler(servers.Handler):
     server: "PageServer"
 
     def do_GET(self) -> None:
-        self.answer(with_body=True)
+        self.answer(self.path.partition("?")[0])
 
-    def do_HEAD(self) -> None:
-        self.answer(with_body=False)
+    do_HEAD = do_GET
 
-    def answer(self, with_body: bool) -> None:
-        path = self.path.partition("?")[0]
-        self.server.count(path)
+    def answer(self, path: str) -> None:
+        self.server.paths.append(path)
         if path.startswith("/page/"):
-            text = page(path[6:]).replace("{base}", self.server.address)
-            text = text.replace("{reading}", str(self.server.next_reading()))
-            self.send(200 if text else 404, "text/html; charset=utf-8", text.encode(), with_body)
+            sources = path[6:].replace("once", f"once-{self.server.counts()[0]}").split("+")
+            videos = [f'<video><source src="/media/{source}" type="{KINDS[pathlib.Path(source).suffix]}"></video>'
+                      for source in sources]
+            self.send(f"<!DOCTYPE html><html><title>The page</title>{''.join(videos)}</html>".encode(), "text/html")
             return
         # The addresses that the first reading of a page gives are no longer good.
-        path = re.sub("/once-[2-9]/", "/", path)
-        file = self.server.media / path.removeprefix("/media/").lstrip("/")
-        if not path.startswith("/media/") or ".." in path or not file.is_file():
-            self.send(404, "text/plain", b"", with_body)
-            return
-        kind = "" if "/octets/" in path else KINDS.get(file.suffix, "")
-        self.send(200, kind or "application/octet-stream", file.read_bytes(), with_body)
+        file = self.server.media / re.sub("/once-[2-9]/", "/", path).removeprefix("/media/")
+        if file.is_file():
+            self.send(file.read_bytes(), KINDS[file.suffix])
+        else:
+            self.send_error(404)
 
-    def send(self, status: int, kind: str, data: bytes, with_body: bool) -> None:
-        self.begin_answer(status, 0, len(data), len(data), kind=kind)
-        if with_body:
-            self.wfile.write(data)
+    def send(self, data: bytes, kind: str) -> None:
+        is_media = kind.startswith(("video", "audio"))
+        etag = f'"{self.path} {len(data)}"' if is_media else ""
+        paths = self.server.paths
+        status, first, end = self.asked(len(data), etag)
+        self.begin_answer(status, first, end, len(data), etag, kind)
+        for place in range(first, end if self.command == "GET" else first, servers.BLOCK):
+            block = data[place:min(place + servers.BLOCK, end)]
+            if is_media and not self.server.may_send(len(block), paths):
+                self.close_connection = True
+                return
+            self.wfile.write(block)
 
 
 class PageServer(servers.Server):
     def __init__(self, media: pathlib.Path, handler: type[Handler] = Handler) -> None:
         super().__init__(handler)
         self.media = media
-        self._counts: Counter[str] = collections.Counter()
-        self._readings = 0
+        self.begin()
 
-    def count(self, path: str) -> None:
-        kind = "page" if path.startswith("/page/") else "manifest" if path.endswith(MANIFESTS) else "media"
+    def begin(self, limit: int = sys.maxsize) -> None:
+        """Counts anew, and sends no more than so many bytes of media until the next call."""
         with self.lock:
-            self._counts[kind] += 1
+            self.paths: list[str] = []  # that are asked for
+            self.sent, self._limit = 0, limit
 
-    def next_reading(self) -> int:
-        """Which reading of a page this is since the last call of take_counts()."""
-        with self.lock:
-            self._readings += 1
-            return self._readings
+    def may_send(self, size: int, paths: list[str]) -> bool:
+        """Waits while the limit is reached; false after a call of begin(), which makes new paths."""
+        while not self.is_stopped.wait(0 if self.sent + size <= self._limit else 0.02):
+            with self.lock:
+                if self.paths is not paths:
+                    return False
+                if self.sent + size <= self._limit:
+                    self.sent += size
+                    return True
+        return False
 
-    def take_counts(self) -> tuple[int, int]:
-        """How often pages and manifests have been asked for since the last call."""
-        with self.lock:
-            counts, self._counts = self._counts, collections.Counter()
-            self._readings = 0
-        return counts["page"], counts["manifest"]
+    def counts(self) -> tuple[int, int]:
+        """How often pages and manifests have been asked for."""
+        return (sum(path.startswith("/page/") for path in self.paths),
+                sum(path.startswith("/media/") and path.endswith((".m3u8", ".mpd")) for path in self.paths))

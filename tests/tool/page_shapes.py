@@ -1,124 +1,66 @@
-#!/usr/bin/python3
-"""Shapes of descriptions as sites have them, through the tool by a plugin: what nox-fetch chooses of them.
+"""Shapes of descriptions as sites have them, through the tool by a plugin: what nox-fetch chooses of them."""
 
-    page_shapes.py --fetch NOX-FETCH [--tool PACKAGE]... [--only WORD] [--plain]
-
-"""
-
-import functools
 import json
-import re
-import sys
 from typing import Any
 
-import host_bench
-from front_runs import HERE
-from host_bench import HostBench, Row
+from front_runs import PLUGIN
+from staged_host import HostTest
 
 Record = dict[str, Any]
-HEIGHTS = (144, 240, 360, 480, 720, 1080, 1440, 2160)
+SITE = "http://shapes.invalid/"
+H264, VP9, AV1, AAC = "avc1.640028", "vp9", "av01.0.08M.08", "mp4a.40.2"
 
 
-def address(name: str) -> str:
-    return "http://shapes.invalid/" + re.sub(r"\W+", "-", name)
-
-
-def stream(code: str, ext: str, vcodec: Any, acodec: Any, height: int = 0, **more: Any) -> Record:
-    size = {"width": height * 16 // 9, "height": height} if height else {}
-    return {"format_id": code, "url": f"http://127.0.0.1:9/{code}", "ext": ext, "vcodec": vcodec, "acodec": acodec,
-            **size, **more}
+def stream(code: str, ext: str, vcodec: Any, acodec: Any, **more: Any) -> Record:
+    return {"format_id": code, "url": f"{SITE}{code}", "ext": ext, "vcodec": vcodec, "acodec": acodec, **more}
 
 
 def picture(code: str, ext: str, codec: str, height: int, **more: Any) -> Record:
-    return stream(code, ext, codec, "none", height, format_note="DASH video", **more)
+    return stream(code, ext, codec, "none", width=height * 16 // 9, height=height, format_note="DASH video", **more)
 
 
-def sound(code: str, ext: str, codec: Any, rate: Any, **more: Any) -> Record:
-    return stream(code, ext, "none", codec, abr=rate, format_note="DASH audio", **more)
+def sound(code: str, rate: float, **more: Any) -> Record:
+    return stream(code, "m4a", "none", AAC, abr=rate, format_note="DASH audio", **more)
 
 
-def storyboards() -> list[Record]:
-    return [stream(f"sb{number}", "mhtml", "none", "none", 90, format_note="storyboard", protocol="mhtml")
-            for number in range(4)]
+STORYBOARD = stream("sb0", "mhtml", "none", "none", format_note="storyboard", protocol="mhtml")
+M4A, MUXED, LARGE = sound("140", 129.478), stream("18", "mp4", H264, AAC), picture("1080", "mp4", H264, 1080)
+MANY = [STORYBOARD, sound("139", 48.8), M4A, sound("140-drc", 142.3, preference=-2), MUXED, LARGE,
+        picture("720", "mp4", H264, 720), picture("1080-60", "mp4", H264, 1080, fps=60),
+        picture("av1", "mp4", AV1, 2160), picture("vp9", "webm", VP9, 2160)]
+DUBS = [sound(f"140-{language}", 129 + place, language=language, language_preference=10 if language == "en" else -1)
+        for place, language in enumerate(("de", "en", "pt"))]
+HLS_GROUPS = [stream(code, "mp4", vcodec, acodec, protocol="m3u8_native", height=height) for
+              code, vcodec, acodec, height in (("audio-0", "none", None, None), ("audio-1", "none", None, None),
+                                               ("hls-360", H264, "none", 360), ("hls-720", H264, "none", 720))]
+# By the page's name: its record, and what has to come out: what is chosen, how many streams are offered, the duration.
+SHAPES: dict[str, tuple[Record, str]] = {
+    "many": ({"formats": MANY, "duration": 212}, "1080-60+140 of 8, 212 s"),
+    "dubs": ({"formats": [*DUBS, LARGE]}, "1080+140-en of 4, 0 s"),
+    "hls-groups": ({"formats": HLS_GROUPS}, "hls-720+audio-1 of 4, 0 s"),
+    "nameless": ({"url": "http://127.0.0.1:9/clip.mp4", "ext": "mp4"}, "0 of 1, 0 s"),
+    "nameless-sound": ({"url": "http://127.0.0.1:9/clip.mp3", "ext": "mp3"}, "0 of 1, 0 s"),
+    "container": ({"formats": [{**MUXED, "format_id": "mp4"}, {**MUXED, "format_id": "webm"}]}, "fwebm of 2, 0 s"),
+    "some-protected": ({"formats": [LARGE, M4A, {**LARGE, "format_id": "2", "has_drm": True}]}, "1080+140 of 2, 0 s"),
+    "all-protected": ({"formats": [{**MUXED, "has_drm": True}]}, "DRM protected"),
+    "not-begun": ({"calls": [["raise_no_formats", "This event will begin in 3 hours", True]]}, "will begin in 3 hours"),
+    "storyboards-only": ({"formats": [STORYBOARD]}, "No stream of this page can be downloaded"),
+    "first-not-begun": ({"_type": "playlist", "entries": [{"_type": "url", "url": f"{SITE}{name}"} for name in (
+        "not-begun", "nameless")]}, "0 of 1, 0 s"),
+}
 
 
-H264, VP9, AV1, AAC, OPUS = "avc1.640028", "vp9", "av01.0.08M.08", "mp4a.40.2", "opus"
-M4A, SOUNDS = sound("140", "m4a", AAC, 129.478), [sound("139", "m4a", AAC, 48.8), sound("249", "webm", OPUS, 50.1),
-                                                  sound("250", "webm", OPUS, 66), sound("140", "m4a", AAC, 129.478),
-                                                  sound("251", "webm", OPUS, 142.3)]
-MUXED = stream("18", "mp4", "avc1.42001E", AAC, 360)
-WEBM = [picture(f"webm-{height}", "webm", VP9, height) for height in HEIGHTS]
-MP4 = [picture(f"mp4-{height}", "mp4", H264, height) for height in HEIGHTS if height <= 1080]
-MANY = [
-    *storyboards(), *SOUNDS, sound("140-drc", "m4a", AAC, 142.3, preference=-2), *MP4, *WEBM, MUXED,
-    *(picture(f"av1-{height}", "mp4", AV1, height) for height in HEIGHTS),
-    *(picture(f"mp4-{height}-60", "mp4", H264, height, fps=60) for height in (720, 1080)),
-]
-LANGUAGES = ("ar", "de", "en", "es", "fr", "hi", "ja", "pt")
-DUBS = [sound(f"140-{language}", "m4a", AAC, 129 + place, language=language,
-              language_preference=10 if language == "en" else -1) for place, language in enumerate(LANGUAGES)]
-
-
-def hls(code: str, vcodec: Any, acodec: Any, height: int = 0, **more: Any) -> Record:
-    return stream(code, "mp4", vcodec, acodec, height, protocol="m3u8_native", **more)
-
-
-HLS_GROUPS = [
-    hls("audio-0", "none", None, language="en"), hls("audio-1", "none", None, language="en"),
-    hls("hls-800", H264, "none", 360), hls("hls-2000", H264, "none", 720), hls("hls-4000", H264, "none", 1080),
-]
-NULLS = [{**stream("http-500", "mp4", None, None), "height": None, "width": None, "format_note": None, "abr": None,
-          "tbr": None}, {**stream("http-900", "mp4", None, None, 480), "resolution": None}]
-
-# The name, the page's record, and what has to come out: what is chosen, how many streams are offered, the duration.
-SHAPES: list[tuple[str, Record, str]] = [
-    ("many streams with storyboards", {"formats": MANY, "duration": 212}, "mp4-1080-60+140 of 23, 212 s"),
-    ("4K in WebM and AV1 only", {"formats": [*SOUNDS, MUXED, *WEBM, picture("av1", "mp4", AV1, 2160)]},
-     "18 of 14, 0 s"),
-    ("WebM only", {"formats": [*SOUNDS, *WEBM]}, "webm-2160+251 of 13, 0 s"),
-    ("eight dubs", {"formats": [*DUBS, *MP4]}, "mp4-1080+140-en of 14, 0 s"),
-    ("HLS, sound in groups", {"formats": HLS_GROUPS}, "hls-4000+audio-1 of 5, 0 s"),
-    ("null members", {"formats": NULLS, "duration": None, "thumbnail": None, "description": None},
-     "http-900 of 2, 0 s"),
-    ("duration with a fraction", {"formats": [MUXED], "duration": 212.6}, "18 of 1, 213 s"),
-    ("one nameless stream", {"url": "http://127.0.0.1:9/clip.mp4", "ext": "mp4"}, "0 of 1, 0 s"),
-    ("nameless sound", {"url": "http://127.0.0.1:9/clip.mp3", "ext": "mp3"}, "0 of 1, 0 s"),
-    ("a code that is a container", {"formats": [{**MUXED, "format_id": "mp4"}, {**MUXED, "format_id": "webm"}]},
-     "fwebm of 2, 0 s"),
-    ("live", {"formats": [hls("hls-1", H264, AAC, 720)], "is_live": True}, "hls-1 of 1, 0 s"),
-    ("some streams protected", {"formats": [*MP4, M4A, picture("drm", "mp4", H264, 2160, has_drm=True)]},
-     "mp4-1080+140 of 7, 0 s"),
-    ("all streams protected", {"formats": [{**MUXED, "has_drm": True}]}, "exit code 1: DRM protected"),
-    ("live that has not begun", {"error": "This live event will begin in 3 hours"},
-     "exit code 1: will begin in 3 hours"),
-    ("storyboards only", {"formats": storyboards()}, "exit code 1: No stream of this page can be downloaded"),
-    ("first entry not yet begun", {"entries": [{"_type": "url", "url": address("live that has not begun")},
-                                               {"_type": "url", "url": address("duration with a fraction")}]},
-     "18 of 1, 213 s"),
-]
-
-
-class Bench(HostBench):
-    def result(self, name: str, expected: str) -> str:
-        run = self.fetch(address(name), "--json", PYTHONPATH=str(HERE / "plugin"),
-                         NOX_SHAPES=str(self.folder / "shapes.json"))
-        if run.returncode != 0:
-            words = expected.partition(": ")[2]
-            return f"exit code {run.returncode}: {words if words and words in run.stderr else run.stderr.strip()}"
-        found = json.loads(run.stdout)
-        chosen = "+".join(filter(None, (found["choice"].get("format"), found["choice"].get("audio"))))
-        return f"{chosen} of {len(found['streams'])}, {found['duration']} s"
-
-    def rows(self) -> list[Row]:
-        records = {}
-        rows: list[Row] = []
-        for name, record, expected in SHAPES:
-            identifier = address(name).rpartition("/")[2]
-            records[identifier] = {"id": identifier, "title": name, **record}
-            rows.append((name, expected, functools.partial(self.result, name, expected)))
-        (self.folder / "shapes.json").write_text(json.dumps(records))
-        return rows
-
-
-if __name__ == "__main__":
-    sys.exit(host_bench.main(__doc__ or "", Bench))
+class ShapesTest(HostTest):
+    def test_shapes(self) -> None:
+        file = self.folder / "shapes.json"
+        file.write_text(json.dumps({name: record for name, (record, _) in SHAPES.items()}))
+        for name, (_, expected) in SHAPES.items():
+            with self.subTest(name=name):
+                fetched = self.host.fetch(SITE + name, "--json", PYTHONPATH=PLUGIN, NOX_SHAPES=str(file))
+                if fetched.returncode != 0:
+                    self.assertEqual(fetched.returncode, 1)
+                    self.assertIn(expected, fetched.stderr)
+                    continue
+                page = json.loads(fetched.stdout)
+                chosen = "+".join(filter(None, (page["choice"].get("format"), page["choice"].get("audio"))))
+                self.assertEqual(f"{chosen} of {len(page['streams'])}, {page['duration']} s", expected)

@@ -11,7 +11,7 @@ import time
 import unittest.mock
 from typing import Any, Callable
 
-from front_runs import PACKAGES, StreamTest, wait_for
+from front_runs import StreamTest, wait_for
 from noxfront import parts
 from servers import Request, Site
 
@@ -45,13 +45,11 @@ class PartsTest(StreamTest):
 
     def interrupt(self, site: Site, kind: str, event: str) -> Site:
         """A run that ends near the held place; the server that is there then."""
-        if event == "full":
-            self.size_limit = HELD * SEGMENT - 5000
-        else:
-            site.held = HELD
-        child = self.begin(site, kind, "--retries=0", "--fragment-retries=0")
-        self.size_limit = resource.RLIM_INFINITY
-        if event != "full":
+        is_full = event == "full"
+        site.held = sys.maxsize if is_full else HELD
+        child = self.begin(site, kind, "--retries=0", "--fragment-retries=0",
+                           size_limit=HELD * SEGMENT - 5000 if is_full else resource.RLIM_INFINITY)
+        if not is_full:
             wait_for(lambda: any(part.stat().st_size > HELD * SEGMENT - (1 << 16)
                                  for part in self.parts.glob("*.part")))
         if event == "kill":
@@ -64,10 +62,7 @@ class PartsTest(StreamTest):
         return self.site(COUNT, SEGMENT, port=site.port) if event == "stop" else site
 
     def assert_rest(self, kind: str, requests: list[Request], size: int) -> None:
-        """That no more than the rest was asked for.
-
-        :param size: of the part that was there
-        """
+        """That no more than the rest was asked for, where the part had this size."""
         if kind == "file":
             self.assertEqual([request[2:] for request in requests], [(size, 206, True)])
             return
@@ -78,19 +73,18 @@ class PartsTest(StreamTest):
         self.assertEqual([request.path for request in requests if request.status == 304], [f"/{fetched[0] - 1}.ts"])
 
     def test_the_rest_is_fetched(self) -> None:
-        for self.package in PACKAGES:
-            for kind, event in (("file", "kill"), ("file", "stop"), ("file", "full"), ("dash", "kill"),
-                                ("dash", "full"), ("hls", "kill"), ("hls", "stop")):
-                with self.subTest(package=self.package, kind=kind, event=event):
-                    self.setUp()
-                    site = self.interrupt(self.site(COUNT, SEGMENT), kind, event)
-                    size = self.the("part").stat().st_size
-                    requests, output = self.run_whole(site, kind)
-                    self.assert_rest(kind, requests, size)
-                    [share, *_] = re.findall(r"^\[download\] ([\d.]+)%", output, re.MULTILINE)
-                    self.assertGreater(float(share), 40)
-                    if event == "kill":  # a stream that is there is not asked for at all
-                        self.assertEqual(self.run_whole(site, kind)[0], [])
+        for kind, event in (("file", "kill"), ("file", "stop"), ("file", "full"), ("dash", "kill"), ("dash", "full"),
+                            ("hls", "kill"), ("hls", "stop")):
+            with self.subTest(kind=kind, event=event):
+                self.setUp()
+                site = self.interrupt(self.site(COUNT, SEGMENT), kind, event)
+                size = self.the("part").stat().st_size
+                requests, output = self.run_whole(site, kind)
+                self.assert_rest(kind, requests, size)
+                [share, *_] = re.findall(r"^\[download\] ([\d.]+)%", output, re.MULTILINE)
+                self.assertGreater(float(share), 40)
+                if event == "kill":  # a stream that is there is not asked for at all
+                    self.assertEqual(self.run_whole(site, kind)[0], [])
 
     def change_record(self, **members: Any) -> None:
         """With another session as when the system has been started anew, with so much on the disk as was synced."""
@@ -116,31 +110,28 @@ class PartsTest(StreamTest):
             ("file", True, lambda site: self.the("json").write_text("[" * 9999), 0),
             ("dash", True, lambda site: self.the("json").write_text('{"whole": [1, 2, 3], "session": []}'), 0),
         ]
-        for self.package in PACKAGES:
-            for place, (kind, has_etag, change, kept) in enumerate(rows):
-                with self.subTest(package=self.package, row=place, kind=kind, has_etag=has_etag):
-                    self.setUp()
-                    site = self.interrupt(self.site(COUNT, SEGMENT, has_etag=has_etag), kind, "kill")
-                    change(site)
-                    requests, _ = self.run_whole(site, kind)
-                    if kind == "file":
-                        self.assertLessEqual(len(requests), 2)
-                        first = requests[-1].first // SEGMENT
-                    else:
-                        # Without validators the check looks like a request for the segment before.
-                        numbers = [int(request.path[1:-3]) for request in requests if request.status == 200]
-                        first = min(numbers) + (0 if has_etag or not kept else 1)
-                    self.assertIn(first, (HELD - 1, HELD) if kept == HELD else (kept,), requests)
+        for place, (kind, has_etag, change, kept) in enumerate(rows):
+            with self.subTest(row=place, kind=kind, has_etag=has_etag):
+                self.setUp()
+                site = self.interrupt(self.site(COUNT, SEGMENT, has_etag=has_etag), kind, "kill")
+                change(site)
+                requests, _ = self.run_whole(site, kind)
+                if kind == "file":
+                    self.assertLessEqual(len(requests), 2)
+                    first = requests[-1].first // SEGMENT
+                else:
+                    # Without validators the check looks like a request for the segment before.
+                    numbers = [int(request.path[1:-3]) for request in requests if request.status == 200]
+                    first = min(numbers) + (0 if has_etag or not kept else 1)
+                self.assertIn(first, (HELD - 1, HELD) if kept == HELD else (kept,), requests)
 
     def test_what_is_no_folder_of_the_users_is_not_used(self) -> None:
         target = self.folder / "elsewhere"
         target.mkdir()
         self.parts.rmdir()
-        for is_link in (True, False):
-            if is_link:
-                self.parts.symlink_to(target)
-            else:
-                self.parts.touch()
+        rows: list[Callable[[], object]] = [lambda: self.parts.symlink_to(target), self.parts.touch]
+        for make in rows:
+            make()
             site = self.site(COUNT, SEGMENT)
             self.assertEqual(self.finish(self.begin(site, "file"))[0], 0)
             self.assertEqual((self.folder / "clip.ts").read_bytes(), site.data())

@@ -1,7 +1,6 @@
 """Web servers of tests, on a free port of the loopback address unless a port is given."""
 
 import functools
-import hashlib
 import http.server
 import re
 import sys
@@ -69,26 +68,22 @@ class Request(NamedTuple):
     path: str
     first: int  # byte
     status: int
-    condition: bool  # whether the rest was asked for only of the same file
+    condition: bool  # whether only the rest of the same file was asked for
 
 
 @functools.lru_cache(maxsize=4)
 def content(version: str, size: int) -> bytes:
-    block = hashlib.sha512(version.encode()).digest()[:56]
-    return b"".join(block + b"%08d" % number for number in range(size // 64 + 1))[:size]
+    return b"".join(b"%56s%08d" % (version.encode(), number) for number in range(size // 64 + 1))[:size]
 
 
 class Site(Server):
     """Serves "/file", and the same bytes in segments "/N.ts" of the playlist "/list.m3u8".
 
-    It answers late, refuses, or holds data back, by the number of the segment; the file counts as 0.
+    It answers late, refuses, or holds data back, by the number of the segment; the file counts as 0. The size is that
+    of a segment; the changes are of attributes.
     """
 
     def __init__(self, count: int, size: int, port: int = 0, **changes: Any) -> None:
-        """
-        :param size: of a segment
-        :param changes: of the attributes
-        """
         super().__init__(SiteHandler, port)
         self.count, self.size = count, size
         self.version = "a"

@@ -19,13 +19,10 @@ ALPHABET = "\\\\\\&&##;uu0012234567bdefBDEF\"'/{}[],: \n"
 
 
 def made_up(chance: random.Random) -> str:
-    units = ""
-    for _ in range(chance.randrange(24)):
-        kind = chance.randrange(10)
-        if kind > 1:
-            units += chance.choice(ALPHABET)
-        else:
-            units += chr(chance.randrange(0xd800, 0xe000) if kind else chance.randrange(0x10000))
+    units = "".join(
+        chance.choice(ALPHABET) if chance.randrange(5) else
+        chr(chance.randrange(*chance.choice(((0xd800, 0xe000), (0, 0x10000)))))
+        for _ in range(chance.randrange(24)))
     return units.encode("utf-16-le", "surrogatepass").decode("utf-16-le", "surrogatepass")  # pairs become characters
 
 
@@ -34,5 +31,4 @@ for text in (*CHOSEN, *(made_up(chance) for _ in range(5000))):
     # Half a surrogate pair and a zero are replaced; byte order marks in front go away.
     print(re.sub("[\ud800-\udfff\0]", "\ufffd", text).lstrip("\ufeff").encode().hex())
     stream = {"format_id": text, "ext": "mp4", "url": text, "vcodec": "avc1", "acodec": "mp4a"}
-    print(json_text.dumps(description.of_page(
-        {"title": text, "description": text, "duration": 7, "formats": [stream]})))
+    print(json_text.dumps(description.of_page({"title": text, "description": text, "formats": [stream]})))

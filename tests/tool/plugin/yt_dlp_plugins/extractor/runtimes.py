@@ -20,22 +20,15 @@ class RuntimesIE(InfoExtractor):
     _VALID_URL = r"https?://runtimes\.invalid/(?P<id>\w+)"
 
     def _real_extract(self, url):
-        runtimes = getattr(self._downloader, "_js_runtimes", {}).values()
-        found = [f"{runtime.info.name}" for runtime in runtimes if runtime and runtime.info]
-        title = f"runtimes {' '.join(found) or 'none'}, answer {self._answer()}"
-        stream = {"format_id": "1", "url": "http://127.0.0.1:9/1", "ext": "mp4", "vcodec": "avc1", "acodec": "mp4a"}
-        return {"id": "1", "title": title, "formats": [stream]}
+        from yt_dlp.extractor.youtube import YoutubeIE
+        from yt_dlp.extractor.youtube.jsc._director import initialize_jsc_director
+        from yt_dlp.extractor.youtube.jsc.provider import JsChallengeRequest, JsChallengeType, NChallengeInput
 
-    def _answer(self):
-        try:
-            from yt_dlp.extractor.youtube.jsc._director import initialize_jsc_director
-            from yt_dlp.extractor.youtube import YoutubeIE
-            from yt_dlp.extractor.youtube.jsc.provider import JsChallengeRequest, JsChallengeType, NChallengeInput
-        except ImportError:
-            return "none"
         request = JsChallengeRequest(JsChallengeType.N, NChallengeInput("https://runtimes.invalid/player.js", ["abc"]))
         site = YoutubeIE(self._downloader)
         site._load_player = lambda *_, **__: PLAYER
         responses = initialize_jsc_director(site).bulk_solve([request])
         answers = [response.output.results["abc"] for _, response in responses if response]
-        return answers[0] if answers else "none"
+        runtimes = [runtime.info.name for runtime in self._downloader._js_runtimes.values() if runtime and runtime.info]
+        title = f"runtimes {' '.join(runtimes) or 'none'}, answer {' '.join(answers) or 'none'}"
+        return {"id": "1", "title": title, "url": "http://127.0.0.1:9/1", "ext": "mp4"}
