@@ -164,7 +164,7 @@ void JobPartsTest::nameErrors()
         {"100%%/a"_s, "cannot be used"_s},
         {"$HOME/a"_s, "a $"_s},
         {"a${B}/a"_s, "a $"_s},
-        {"line\nline/a"_s, "line line\" cannot be used: its name contains a line break"_s},
+        {"line\nline/a"_s, R"(line line" cannot be used: its name contains a line break)"_s},
     };
     for (const auto &[path, expected] : rows) {
         const QString error = Destination::errorString(folder.filePath(path));
