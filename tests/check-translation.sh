@@ -10,9 +10,7 @@ trap 'rm -f "$copy"' EXIT
 cp "$translation" "$copy"
 "$lupdate" -silent -I "$root" -locations none "$folder" -ts "$copy"
 
-texts=$(grep -c '<source>' "$copy")
-echo "$texts texts"
-[ "$texts" -gt 0 ]
+grep -c '<source>' "$copy" # fails if there is none
 if grep -B 2 -E 'type="(unfinished|vanished|obsolete)"' "$copy"; then
     echo "$translation is not complete: ninja desk_lupdate or jobs_lupdate, then translate what is unfinished" >&2
     exit 1

@@ -4,7 +4,7 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcessEnvironment>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -47,13 +47,11 @@ std::unique_ptr<QProcess> ExamplesTest::start(const QString &example, const QStr
         return nullptr;
     const QString home = m_root.filePath(example);
     QDir().mkpath(home + "/Videos"_s);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("HOME"_s, home);
-    environment.insert("QT_QUICK_BACKEND"_s, "software"_s); // a machine for tests has no OpenGL
+    qputenv("HOME", QFile::encodeName(home));
+    qputenv("QT_QUICK_BACKEND", "software"); // a machine for tests has no OpenGL
     for (const char *name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-        environment.insert(QString::fromLatin1(name), home + "/"_s + QString::fromLatin1(name));
+        qputenv(name, QFile::encodeName(home) + '/' + name);
     auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(environment);
     process->setWorkingDirectory(home + "/Videos"_s);
     process->start(program, arguments);
     return process;
