@@ -55,6 +55,22 @@ void waitFor(const std::function<bool()> &isReady, const char *what)
         qFatal("not reached: %s", what);
 }
 
+/** Mountains in the evening. */
+QImage thumbnail()
+{
+    QImage result(640, 360, QImage::Format_RGB32);
+    QPainter painter(&result);
+    QLinearGradient sky(0, 0, 0, 360);
+    sky.setColorAt(0, QColor(250, 200, 120));
+    sky.setColorAt(1, QColor(90, 110, 170));
+    painter.fillRect(result.rect(), sky);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(40, 50, 80));
+    painter.drawPolygon(QPolygon({{0, 360}, {0, 260}, {180, 120}, {320, 260}, {470, 90}, {640, 280}, {640, 360}}));
+    return result;
+}
+
 } // namespace
 
 void DeskPictures::takeAll()
@@ -92,8 +108,7 @@ void DeskPictures::readPage(const QString &title)
         + progress + "|hang\nffmpeg: write half|err frame=90 time=00:04:10.00 speed=2.5x\\r|hang"_s);
     m_user->readPage("https://video.example/watch/%1"_s.arg(m_sandbox->runCount()));
     waitFor([this, &title] { return m_user->text("title") == title; }, "a page");
-    QImage picture(640, 360, QImage::Format_RGB32);
-    QPainter(&picture).fillRect(picture.rect(), QGradient::SunnyMorning);
+    const QImage picture = thumbnail();
     const QList<ThumbnailView *> views = m_user->window().findChildren<ThumbnailView *>();
     for (ThumbnailView *view : views) {
         view->setPicture(picture);
@@ -156,13 +171,13 @@ void DeskPictures::queue(const QString &colours)
 void DeskPictures::videos()
 {
     open({960, 720});
-    QString list = HostSandbox::pageScenario() + R"(|err WARNING: [nox:videos] 12\n)"_s + "\nlist: exit 0"_s;
-    for (int i = 12; i >= 1; --i)
-        list.replace(
-            "list: "_s,
-            R"(list: out {"nox_index":%1,"nox_url":"http://x/%1","title":"Part %1","duration":5%1,"nox_count":12}\n|)"_s
-                .arg(i));
-    HostSandbox::play(list);
+    QString scenario = HostSandbox::pageScenario() + R"(|err WARNING: [nox:videos] 12\n)"_s + "\nlist: "_s;
+    for (int i = 1; i <= 12; ++i) {
+        scenario += R"(out {"nox_index":%1,"nox_url":"http://x/%1","title":"Harbour lights, part %1",)"
+                    R"("duration":%2,"nox_count":12}\n|)"_s.arg(i)
+                        .arg(500 + 37 * i);
+    }
+    HostSandbox::play(scenario + "exit 0"_s);
     m_user->readPage("https://video.example/list"_s);
     waitFor([this] { return m_user->press("showVideos"); }, "a page with videos");
     auto *videos = m_user->find<QListWidget>("videos");
