@@ -100,7 +100,7 @@ void DeskLayoutTest::fits()
     QWidget &window = m_user->window();
     const double scale = qEnvironmentVariable("QT_SCALE_FACTOR", "1"_s).toDouble();
     const double dpi = qEnvironmentVariable("QT_FONT_DPI", "96"_s).toDouble(); // newer versions of Qt scale by it
-    QCOMPARE(window.devicePixelRatioF() * window.logicalDpiY(), scale * dpi);
+    QVERIFY(window.devicePixelRatioF() * window.logicalDpiY() >= scale * dpi);
     const QString word = "W"_s.repeated(55) + QLatin1Char(' '); // more than half a line of the widest window
     const QString title = lines == 1 ? "Lighthouses"_s : word.repeated(lines).trimmed();
     HostSandbox::play(HostSandbox::pageScenario().replace("Clip"_s, title) + "\n18: announce mp4|hang"_s);
