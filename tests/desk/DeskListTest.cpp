@@ -73,8 +73,11 @@ void DeskListTest::keepsToLimit()
     QVERIFY(m_user->press("cancel", 0));
     QTRY_SOON_COMPARE(m_user->list(), "d=Running b=Finished c=Cancelled a(1)=Finished e=Cancelled"_s);
     QVERIFY(noticed.at(0).at(1).toString().startsWith("b.mp4: "_s)); // has failed
+    m_user->window().showMinimized(); // rows that nobody sees are right as soon as they are seen
     m_stage->let("d"_s);
     QTRY_SOON(m_user->window().windowTitle() == "Nox Desk"_s);
+    m_user->window().showNormal();
+    QTRY_SOON(m_user->text("status", 0).startsWith("Finished"_s));
 }
 
 /** The user changes the order of those that wait; nothing else changes places. */
@@ -93,7 +96,6 @@ void DeskListTest::waitingRowsChangePlaces()
     QCOMPARE(m_user->list(), "a=Running d=Waiting b=Waiting c=Waiting"_s);
     QVERIFY(m_user->press("moveDown", 2) && m_user->press("moveDown", 3));
     QCOMPARE(m_user->list(), "a=Running d=Waiting c=Waiting b=Waiting"_s);
-    QCOMPARE(m_user->text("fileName", 2), "c.mp4"_s);
     m_stage->let("a"_s);
     QTRY_SOON_COMPARE(m_user->list(), "d=Running c=Waiting b=Waiting a=Finished"_s);
     QTRY_SOON(m_stage->hangs("d"_s));
@@ -295,7 +297,7 @@ void DeskListTest::videosOfAPage()
     QVERIFY(m_user->press("moreVideos"));
     QTRY_SOON_COMPARE(list->count(), 3);
     QTRY_SOON(!m_user->sees("moreVideos"));
-    QVERIFY(m_user->press("allVideos"));
+    QVERIFY(m_user->press("allVideos") && m_user->canPress("downloadVideos"));
     m_user->downloads().setLimit(1); // one after the other
     list->item(1)->setCheckState(Qt::Unchecked);
     HostSandbox::play(HostSandbox::pageScenario());
