@@ -56,7 +56,7 @@ SHARED_SOURCES = (
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 CHECKED = ("nox", "hosts")
 # Only the form of their includes is checked.
-OTHERS = ("examples", "tests", "benchmarks", "fuzz")
+OTHERS = ("examples", "tests", "benchmarks", "fuzz", "docs")
 
 
 class Tree:

@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$root"
 
 readonly checks=(format scripts python spelling cppcheck)
-mapfile -t code_folders < <(ls -d nox hosts examples tests benchmarks fuzz 2>/dev/null)
+mapfile -t code_folders < <(ls -d nox hosts examples tests benchmarks fuzz docs 2>/dev/null)
 
 check_format() {
     find "${code_folders[@]}" -name '*.cpp' -print0 -o -name '*.h' -print0 | xargs -0 clang-format --dry-run -Werror
@@ -32,7 +32,7 @@ check_python() {
 }
 
 check_spelling() {
-    codespell --quiet-level 2 --ignore-words-list abitrate --skip '*.ts,*.metainfo.xml' "${code_folders[@]}" tool cmake docs scripts ./*.md
+    codespell --quiet-level 2 --ignore-words-list abitrate --skip '*.ts,*.metainfo.xml' "${code_folders[@]}" tool cmake scripts ./*.md
 }
 
 # Without the tests: cppcheck does not know that their macros return.

@@ -3,8 +3,6 @@
 #include "tests/support/DemoPage.h"
 #include "tests/util/Rows.h"
 
-#include <QtTest>
-
 #define QTRY_LATER(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, 120000)
 
 /** The window with the real tool and the real ffmpeg, on a page that is served on the loopback address. */
@@ -29,15 +27,9 @@ void DeskRealTest::download()
     const QModelIndex size = user.controller().streams().index(0, NoxDesk::StreamTableModel::Size);
     QTRY_LATER(size.data().toString() == "3.1 MB"_s);
 
-    QSet<QString> phases;
     QVERIFY(user.press("download"));
-    const auto hasEnded = [&user, &phases] {
-        phases += user.text("status", 0).section(" · "_s, 0, 0).section(QLatin1Char(','), 0, 0);
-        return user.sees("openFile", 0) || user.sees("retry", 0);
-    };
-    QTRY_LATER(hasEnded());
+    QTRY_LATER(user.sees("openFile", 0) || user.sees("retry", 0));
     QVERIFY2(user.sees("openFile", 0), qPrintable(user.text("status", 0)));
-    QVERIFY(phases.contains("Fetching video"_s) && phases.contains("Fetching audio"_s));
     QCOMPARE(stage.files().size(), 1);
 }
 

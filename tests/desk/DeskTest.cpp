@@ -1,7 +1,5 @@
 #include "tests/desk/DeskTest.h"
 
-#include <QClipboard>
-
 void DeskTest::initTestCase()
 {
     QLocale::setDefault(QLocale::c());
@@ -49,7 +47,6 @@ void DeskTest::restart()
 QStringList DeskTest::opened() const
 {
     QFile file(m_stage->path("notes/opened"_s));
-    return file.open(QIODevice::ReadOnly)
-        ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
-        : QStringList();
+    const QByteArray lines = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QString::fromUtf8(lines).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }

@@ -1,19 +1,9 @@
 #include "tests/desk/DeskUser.h"
 
 #include "hosts/desk/view/DownloadRow.h"
+#include "tests/jobs/EnumName.h"
 #include "tests/jobs/HostSandbox.h"
 #include "tests/util/Rows.h"
-
-#include <QAction>
-#include <QApplication>
-#include <QDropEvent>
-#include <QLayout>
-#include <QLineEdit>
-#include <QMenu>
-#include <QScrollArea>
-#include <QTableView>
-#include <QToolButton>
-#include <QtTest>
 
 using namespace NoxDesk;
 
@@ -38,9 +28,11 @@ QWidget *DeskUser::find(const char *name, int row)
     if (scope == nullptr)
         return nullptr;
     const QList<QWidget *> found = scope->findChildren<QWidget *>(QString::fromLatin1(name));
-    const auto isShown = [](const QWidget *widget) { return widget->isVisible(); };
-    const auto shown = std::find_if(found.cbegin(), found.cend(), isShown);
-    return shown == found.cend() ? nullptr : *shown;
+    for (QWidget *widget : found) {
+        if (widget->isVisible())
+            return widget;
+    }
+    return nullptr;
 }
 
 QString DeskUser::text(const char *name, int row)
@@ -67,18 +59,16 @@ bool DeskUser::press(const char *name, int row)
 {
     if (!canPress(name, row))
         return false;
-    if (QAction *entry = action(name, row)) {
+    if (QAction *entry = action(name, row))
         entry->trigger();
-        return true;
-    }
-    QTest::mouseClick(find(name, row), Qt::LeftButton);
+    else
+        QTest::mouseClick(find(name, row), Qt::LeftButton);
     return true;
 }
 
 bool DeskUser::seesFailure(int row)
 {
-    const auto state = downloads().index(row).data(Nox::DownloadQueue::StateRole).value<Nox::DownloadQueue::State>();
-    if (state == Nox::DownloadQueue::Failed && !sees("detailsText", row))
+    if (sees("retry", row) && !sees("detailsText", row))
         press("details", row);
     return sees("failureMessage", row);
 }
@@ -122,15 +112,6 @@ void DeskUser::choose(const QString &quality)
     }
 }
 
-bool DeskUser::drop(const QMimeData &data)
-{
-    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&m_window, &enter);
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&m_window, &drop);
-    return enter.isAccepted();
-}
-
 QDialog *DeskUser::openPreferences()
 {
     find<QToolButton>("menu")->menu()->actions().first()->trigger();
@@ -143,7 +124,7 @@ QString DeskUser::list()
     for (int row = 0; row < downloads().rowCount(); ++row) {
         const QModelIndex index = downloads().index(row);
         const auto state = index.data(Nox::DownloadQueue::StateRole).value<Nox::DownloadQueue::State>();
-        result += index.data().toString().remove(".mp4"_s) + QLatin1Char('=') + QVariant::fromValue(state).toString();
+        result += "%1=%2"_s.arg(index.data().toString().remove(".mp4"_s), nameOf(state));
     }
     return result.join(QLatin1Char(' '));
 }

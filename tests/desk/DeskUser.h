@@ -3,9 +3,8 @@
 #include "hosts/desk/model/DeskController.h"
 #include "hosts/desk/view/MainWindow.h"
 
-#include <QDialog>
-#include <QMimeData>
-#include <QWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 /** Somebody at the window: sees what is shown, presses what can be pressed. */
 class DeskUser
@@ -25,7 +24,6 @@ public:
     /** The widget of that name that is shown, in a row of the downloads or outside of them; or null. */
     QWidget *find(const char *name, int row = -1);
 
-    /** The same as a widget of that class; or null. */
     template <typename Widget>
     Widget *find(const char *name, int row = -1)
     {
@@ -49,7 +47,6 @@ public:
     /** Downloads the stream of that quality; reads the page before, unless one is there. @return whether it began */
     bool beginDownload(const QString &quality);
 
-    bool drop(const QMimeData &data); ///< Drops the data onto the window. @return whether it takes them
     QDialog *openPreferences();
     QString list(); ///< The downloads in their order, "file=State file=State"; files without ".mp4".
     QString chosen() { return m_controller.plan().stream().getName(); } ///< Code of the chosen stream.
@@ -58,5 +55,6 @@ private:
     QAction *action(const char *name, int row);
 
     NoxDesk::DeskController m_controller;
+    QAbstractItemModelTester m_tester{&downloads(), QAbstractItemModelTester::FailureReportingMode::QtTest};
     NoxDesk::MainWindow m_window;
 };

@@ -1,20 +1,13 @@
-#include "tests/jobs/EnumName.h"
-#include "tests/jobs/HostSandbox.h"
+#include "tests/jobs/JobTest.h"
 #include "tests/jobs/SampleStreams.h"
-#include "tests/util/Rows.h"
-
-#include <nox/NoxWebMediaJobs.h>
 
 #include <QEventLoop>
 #include <QPointer>
-#include <QtTest>
-
-#include <memory>
 
 using namespace Nox;
 
 /** The queue as a host without a window uses it. The tests of the window cover the rest. */
-class QueueTest : public QObject
+class QueueTest : public JobTest
 {
     Q_OBJECT
 
@@ -30,7 +23,6 @@ private:
     void react(const QString &reaction, int row);
     QString list() const;
 
-    std::unique_ptr<HostSandbox> m_sandbox;
     DownloadQueue *m_queue = nullptr;
     QPointer<DownloadQueue> m_left; // null when the queue was deleted
     bool m_hasReacted = false;
@@ -38,8 +30,7 @@ private:
 
 void QueueTest::init()
 {
-    m_sandbox = std::make_unique<HostSandbox>();
-    HostSandbox::installStandIns();
+    JobTest::init();
     m_queue = new DownloadQueue;
     m_left = m_queue;
     m_hasReacted = false;
@@ -48,13 +39,12 @@ void QueueTest::init()
 void QueueTest::cleanup()
 {
     delete m_left.data();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sandbox->isQuiet(), HostSandbox::Timeout);
-    m_sandbox.reset();
+    JobTest::cleanup();
 }
 
 void QueueTest::add(const QString &code)
 {
-    m_queue->add({"http://x/"_s, SampleStreams::stream(code + " MP4"_s), m_sandbox->video(code + ".mp4"_s)});
+    m_queue->add({m_url, SampleStreams::stream(code + " MP4"_s), m_sandbox->video(code + ".mp4"_s)});
 }
 
 QString QueueTest::list() const
@@ -136,7 +126,7 @@ void QueueTest::reactions()
 /** Without a chosen stream a page that was read is a failure with a message. */
 void QueueTest::noStream()
 {
-    m_queue->add({"http://x/"_s, {}, {}});
+    m_queue->add({m_url, {}, {}});
     QTRY_COMPARE_WITH_TIMEOUT(list(), "h=Failed"_s, HostSandbox::Timeout);
     QVERIFY(!m_queue->index(0).data(DownloadQueue::ErrorRole).toString().isEmpty());
 }
