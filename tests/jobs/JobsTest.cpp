@@ -171,7 +171,7 @@ void JobsTest::reactions()
         HostSandbox::play("dump: json Clip 18\nbad: announce mp4|err ERROR: [x] y\\n|exit 1\n"
                           "137: announce mp4|err WARNING: [nox:waiting] Trying again in 4 s (3 of 6)\\n|wait go|"
                           "progress 50.0 100\nffmpeg: write half|wait go|merge\n"
-                          R"(list: lines 1000 {"nox_url":"http://x/a"})"_s);
+                          R"(list: lines 1000 {"nox_url":"http://x/a"}|wait end)"_s);
         m_reaction = QLatin1String(reaction);
         m_hasReacted = false;
         m_outcomes.clear();
@@ -179,6 +179,8 @@ void JobsTest::reactions()
         watch();
         if (moment != "waiting"_s)
             m_sandbox->let("go"_s);
+        if (moment != "entry"_s || m_reaction != "deleteLater"_s) // the end could come before the deferred deletion
+            m_sandbox->let("end"_s);
         runToEnd();
         QVERIFY2(m_hasReacted, reaction);
         const QString outcome = m_outcomes.isEmpty() ? "-"_s : m_outcomes.join(QLatin1Char(' '));
