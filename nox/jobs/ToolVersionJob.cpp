@@ -11,7 +11,7 @@ namespace Nox {
 
 namespace {
 
-constexpr int versionMs = 30000; // enough for a slow disk without cached bytecode
+constexpr int timeToAnswerMs = 30000; // enough for a slow disk without cached bytecode
 
 } // namespace
 
@@ -55,7 +55,7 @@ void ToolVersionJob::Private::begin()
         else
             end(Job::ToolMissing, FailureText::extraction(QProcess::FailedToStart));
     });
-    expectNews(versionMs);
+    expectNews(timeToAnswerMs);
     m_process->startTool(tools, {QStringLiteral("--version")});
 }
 
