@@ -16,7 +16,7 @@ namespace Nox {
 namespace {
 
 constexpr int errorDelayMs = 1000; // after a process error: time for a more exact error to arrive
-constexpr int watchMs = 250;
+constexpr int watchMs = 500;
 constexpr int growthMs = 1500; // if the tool reports no figures for so long, file sizes are used
 constexpr int staleMs = 5000;  // age at which a speed is no longer shown
 
@@ -190,7 +190,7 @@ void DownloadJob::Private::watch()
         return;
     }
     const QPointer<Job> alive(q);
-    if (serverWait.read(m_downloader->errorDetail(), m_folder.fetchedBytes()))
+    if (serverWait.read(m_downloader->errorDetail(), [this] { return m_folder.fetchedBytes(); }))
         Q_EMIT job()->waitingTextChanged();
     if (!alive.isNull() && isWorking())
         watchFiles();

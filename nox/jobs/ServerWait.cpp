@@ -21,8 +21,10 @@ QString textOf(const QString &line)
 
 } // namespace
 
-bool ServerWait::read(const QString &errorOutput, qint64 bytes)
+bool ServerWait::read(const QString &errorOutput, const std::function<qint64()> &countBytes)
 {
+    if (m_text.isEmpty() && m_count == 0 && !errorOutput.contains(QLatin1String("[nox:waiting]")))
+        return false;
     static const QRegularExpression waiting(QStringLiteral("^WARNING: \\[nox:waiting\\] (.*)\\n"),
                                             QRegularExpression::MultilineOption);
     QString line;
@@ -30,6 +32,7 @@ bool ServerWait::read(const QString &errorOutput, qint64 bytes)
     for (auto matches = waiting.globalMatch(errorOutput); matches.hasNext(); ++count)
         line = matches.next().captured(1);
     const bool isNew = count > m_count || (count > 0 && line != m_line);
+    const qint64 bytes = countBytes();
     const bool isOver = bytes != m_bytes;
     m_line = line;
     m_count = count;

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <functional>
+
 namespace Nox {
 
 /** Whether the tool is waiting for a server: read from its front's notices on standard error. A value. */
@@ -14,10 +16,11 @@ public:
     /**
      * Reads the current state.
      * @param errorOutput standard error of the tool so far, or the last part of it
-     * @param bytes downloaded bytes so far; if they change, the waiting is over
+     * @param countBytes returns the downloaded bytes so far; if they change, the waiting is over. Called only if there
+     *        was a notice, since it lists a folder
      * @return whether text() has changed
      */
-    bool read(const QString &errorOutput, qint64 bytes);
+    bool read(const QString &errorOutput, const std::function<qint64()> &countBytes);
 
     QString text() const { return m_text; } ///< For the user; empty if the tool is not waiting.
 

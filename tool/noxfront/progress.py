@@ -6,7 +6,7 @@ import threading
 import time
 from typing import Any, Callable, Optional
 
-LINES_PER_SECOND = 5
+LINES_PER_SECOND = 2
 
 
 def line(status: dict[str, Any]) -> Optional[str]:

@@ -5,12 +5,6 @@
 
 namespace NoxDesk {
 
-namespace {
-
-constexpr int leastLines = 2; // visible at the same time
-
-} // namespace
-
 VerticalScrollArea::VerticalScrollArea(QWidget *content, QWidget *parent)
     : QScrollArea(parent)
 {
@@ -32,6 +26,7 @@ QSize VerticalScrollArea::sizeHint() const
 
 QSize VerticalScrollArea::minimumSizeHint() const
 {
+    constexpr int leastLines = 2; // visible at the same time
     return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(),
             qMin(contentHeight(), leastLines * fontMetrics().lineSpacing())};
 }
@@ -45,8 +40,11 @@ void VerticalScrollArea::resizeEvent(QResizeEvent *event)
 
 bool VerticalScrollArea::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == widget() && event->type() == QEvent::LayoutRequest)
+    // Most changes of the content do not change its size, and a new layout of the whole window costs time.
+    if (watched == widget() && event->type() == QEvent::LayoutRequest && sizeHint() != m_hint) {
+        m_hint = sizeHint();
         updateGeometry();
+    }
     return QScrollArea::eventFilter(watched, event);
 }
 

@@ -21,6 +21,8 @@ protected:
 
 private:
     int contentHeight() const;
+
+    QSize m_hint; // at the last layout request
 };
 
 } // namespace NoxDesk
