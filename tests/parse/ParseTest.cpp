@@ -210,22 +210,22 @@ private Q_SLOTS:
     void unreadablePages()
     {
         QFETCH(QString, document);
+        document = json(document);
         WebMediaInfo info = earlierPage();
-        const QString log = parseInto(info, json(document));
+        const QString log = parseInto(info, document);
         static const QRegularExpression record("^\n.{21} \\[ERROR\\]  parseWebMediaInfo  YdOutputParser\\.cpp"
                                                "\\(line\\d+\\) :\nJSON reader\\.parse error: \\S"_s);
         QVERIFY2(record.match(log).hasMatch(), qPrintable(log.left(300)));
         QCOMPARE(int(log.count("YdOutputParser.cpp"_s)), 1);
         QCOMPARE(pageText(info) + names(info), "T|F|9|Uold,"_s);
-    }
-
-    /** The position is that in the document, which gets escapes for its control characters when it is read again. */
-    void errorPosition()
-    {
-        WebMediaInfo info;
-        const QString log = parseInto(info, json("{'\1':}"_s));
-        const QString error = "* Line 1, Column 6\n  Syntax error: value, object or array expected.\n"_s;
-        QVERIFY2(log.contains(error), qPrintable(log));
+        if (document.size() > 1000) // which the reader gives up
+            return;
+        Json::Reader reader;
+        Json::Value root;
+        const QString read = Utilities::convertHttpSpecificChar2(Utilities::convertHttpSpecificChar(document));
+        QVERIFY(!reader.parse(read.toUtf8().toStdString(), root, false));
+        const QString message = QString::fromStdString(reader.getFormattedErrorMessages());
+        QVERIFY2(log.endsWith(") :\nJSON reader.parse error: "_s + message + "\n"_s), qPrintable(log));
     }
 
     // simdjson must give the same records as jsoncpp.
