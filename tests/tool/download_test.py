@@ -30,7 +30,7 @@ class DownloadTest(StreamTest):
                 self.assertLess(int(kilobytes), (at_once + 12) << 10)  # not the 24 MB of them all
                 figures = re.findall(r"^\[download\] ([\d.]+)% of (\d+)B", output, re.MULTILINE)
                 shares = [float(share) for share, _ in figures]
-                self.assertGreater(len(shares), 3)
+                self.assertGreater(len(shares), 1)
                 self.assertEqual(shares, sorted(shares))
                 self.assertEqual(figures[-1], ("100.000", str(24 << 20)))
 
