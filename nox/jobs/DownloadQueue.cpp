@@ -194,8 +194,8 @@ void DownloadQueue::remove(int row)
 
 void DownloadQueue::removeEnded()
 {
-    for (int row = rowCount() - 1; row >= 0 && d->downloads.at(row)->isEnded(); --row)
-        remove(row);
+    while (rowCount() > 0 && d->downloads.constLast()->isEnded()) // a host may change the list inside a signal
+        remove(rowCount() - 1);
 }
 
 int DownloadQueue::activeCount() const
@@ -331,11 +331,12 @@ void DownloadQueue::place(int row)
 void DownloadQueue::onEnded(QueuedDownload *download)
 {
     startNext();
+    const bool isLast = activeCount() == 0;
     Q_EMIT countsChanged();
     const auto row = static_cast<int>(d->downloads.indexOf(download));
     if (row >= 0) // the host may have removed it
         Q_EMIT ended(row);
-    if (activeCount() == 0)
+    if (isLast && activeCount() == 0) // the host may have added another
         Q_EMIT allEnded();
 }
 

@@ -24,7 +24,8 @@ class QueuedDownload;
  * destructor stops the running downloads. A DownloadStore keeps the list for the next start of the application.
  *
  * Functions ignore a row that does not exist. A queue belongs to one thread, whose event loop must run. Its functions
- * may be called inside countsChanged(), ended() and allEnded(). To delete it there, use deleteLater().
+ * may be called in the chooser and inside countsChanged(), ended() and allEnded(). To delete it there, use
+ * deleteLater().
  */
 class NOX_JOBS_EXPORT DownloadQueue : public QAbstractListModel
 {

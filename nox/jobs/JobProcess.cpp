@@ -5,6 +5,9 @@
 
 #include <QPointer>
 
+#include <csignal>
+#include <sys/types.h>
+
 namespace Nox {
 
 namespace {
@@ -64,6 +67,14 @@ void JobProcess::startTool(const ToolSetup &tools, const QStringList &arguments)
 void JobProcess::kill()
 {
     m_process->killGroup();
+}
+
+void JobProcess::terminate()
+{
+    // The program leads a process group as soon as it runs.
+    const bool isRunning = m_process->state() == QProcess::Running;
+    if (!isRunning || ::kill(-static_cast<pid_t>(m_process->processId()), SIGTERM) != 0)
+        kill();
 }
 
 void JobProcess::readErrors()

@@ -28,8 +28,10 @@ public:
     /** Starts the download tool of @p tools. */
     void startTool(const ToolSetup &tools, const QStringList &arguments);
 
-    /** ended() follows. */
-    void kill();
+    void kill(); ///< Kills the program and everything it started; ended() follows.
+
+    /** Asks the program and everything it started to end, so that they can remove their files. ended() follows then. */
+    void terminate();
 
     /** The last part of the program's standard error. */
     QString errorOutput() const { return QString::fromUtf8(m_errors); }

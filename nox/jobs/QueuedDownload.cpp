@@ -88,22 +88,23 @@ void QueuedDownload::start(const ToolSetup &tools, const DownloadQueue::Chooser 
 
 void QueuedDownload::onPageRead()
 {
+    const bool isRead = m_page->error() == Job::NoError;
+    const DownloadRequest request = isRead ? m_choose(*m_page) : DownloadRequest();
     PageJob *page = m_page.release();
     page->deleteLater(); // the page is the sender of this signal
-    const DownloadRequest request = page->error() == Job::NoError ? m_choose(*page) : DownloadRequest();
-    if (!request.stream.isValid()) {
-        if (page->error() == Job::NoError) {
-            m_error = FailureText::noStream(page->page());
-            end(DownloadQueue::Failed);
-        } else {
-            end(*page);
-        }
-        return;
+    if (!isRead) {
+        end(*page);
+    } else if (m_state != DownloadQueue::Running) { // stopped after the page was read
+        end(m_state == DownloadQueue::Pausing ? DownloadQueue::Paused : DownloadQueue::Cancelled);
+    } else if (!request.stream.isValid()) {
+        m_error = FailureText::noStream(page->page());
+        end(DownloadQueue::Failed);
+    } else {
+        m_file = request.destination;
+        m_record = recordOf(request);
+        startJob();
+        Q_EMIT changed();
     }
-    m_file = request.destination;
-    m_record = recordOf(request);
-    startJob();
-    Q_EMIT changed();
 }
 
 void QueuedDownload::startJob()

@@ -18,13 +18,15 @@ public:
 
 protected:
     void begin() override;
-    void onStop() override { m_process->kill(); }
-    void onSilence() override {} // there is no time limit
+    void onStop() override { m_process->terminate(); } // so that the command removes its temporary files
+    void onSilence() override {}                       // there is no time limit
     bool clear() override;
     bool hasToolFailed() const override { return false; } // the output is that of the command
     void explain() override { errorString = FailureText::noRenewal(); }
 
 private:
+    void onEnded(bool isDone);
+
     std::unique_ptr<JobProcess> m_process;
     QString m_lastLine;
 };
@@ -39,19 +41,17 @@ void ToolRenewalJob::Private::begin()
     m_process = std::make_unique<JobProcess>();
     QObject::connect(m_process.get(), &JobProcess::lineRead, q,
                      [this](const QByteArray &line) { m_lastLine = QString::fromUtf8(line); });
-    QObject::connect(m_process.get(), &JobProcess::ended, q, [this](bool isDone) {
-        if (isStopping())
-            endStopped();
-        else
-            end(isDone ? Job::NoError : Job::OtherError);
-    });
-    QObject::connect(m_process.get(), &JobProcess::failedToStart, q, [this] {
-        if (isStopping())
-            endStopped();
-        else
-            end(Job::ToolMissing, FailureText::noRenewalCommand());
-    });
+    QObject::connect(m_process.get(), &JobProcess::ended, q, [this](bool isDone) { onEnded(isDone); });
+    QObject::connect(m_process.get(), &JobProcess::failedToStart, q, [this] { onEnded(false); });
     m_process->start(command, {});
+}
+
+void ToolRenewalJob::Private::onEnded(bool isDone)
+{
+    if (isStopping())
+        endStopped();
+    else
+        end(isDone ? Job::NoError : Job::OtherError);
 }
 
 bool ToolRenewalJob::Private::clear()

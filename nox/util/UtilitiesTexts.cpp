@@ -67,7 +67,7 @@ template <typename Reader>
 QString replaceEscapes(QString text, QChar mark, Reader read)
 {
     qsizetype copied = 0;  // end of the characters that are done
-    qsizetype written = 0; // end of what replaces them; never behind `copied`
+    qsizetype written = 0; // end of what replaces them; at most `copied`
     const auto copyUntil = [&](qsizetype position) {
         QChar *const data = text.data();
         const qsizetype count = position - copied;

@@ -349,7 +349,8 @@ void DeskWindowTest::renewsTool_data()
     row("renewed", "echo 'yt-dlp 2026.08.19 in a/yt.zip'", "Renewed: yt-dlp 2026.08.19");
     row("failed", "echo 'pip cannot fetch it' >&2; exit 1", "could not be renewed.\npip cannot fetch it");
     row("not there", "", "not installed");
-    row("cancelled", "trap '' HUP; touch \"$NOX_STAGE/begun\"; sleep 300 & wait", "Cancelled");
+    row("cancelled", "trap 'touch \"$NOX_STAGE/cleaned\"; exit' TERM; touch \"$NOX_STAGE/begun\"; sleep 300 & wait",
+        "Cancelled");
 }
 
 void DeskWindowTest::renewsTool()
@@ -367,6 +368,7 @@ void DeskWindowTest::renewsTool()
         QVERIFY(m_user->press("renewTool")); // is the button to cancel
     }
     QTRY_SOON(m_user->text("renewal").contains(outcome));
+    QCOMPARE(QFile::exists(m_stage->path("notes/cleaned"_s)), outcome == "Cancelled"_s);
 }
 
 QTEST_MAIN(DeskWindowTest)

@@ -16,7 +16,8 @@ private Q_SLOTS:
     void cleanup();
     void reactions_data();
     void reactions();
-    void noStream();
+    void chooser_data();
+    void chooser();
 
 private:
     void add(const QString &code);
@@ -131,12 +132,31 @@ void QueueTest::reactions()
         QVERIFY2(!file.startsWith(QLatin1Char('.')), qPrintable(file));
 }
 
-/** Without a chosen stream a page that was read is a failure with a message. */
-void QueueTest::noStream()
+void QueueTest::chooser_data()
 {
+    const TextTable row{"reaction", "list"};
+    row("stream", "", "a=Finished");
+    row("none", "none", "h=Failed");
+    row("cancels", "cancelAll", "h=Cancelled");
+    row("pauses", "pauseAll", "h=Paused");
+}
+
+/** The stream of a page is chosen when it has been read, or the host does something else. */
+void QueueTest::chooser()
+{
+    const auto [reaction, expected] = fetchTexts("reaction", "list");
+    m_reaction = reaction;
+    m_queue->setChooser([this](const PageJob &page) {
+        if (m_reaction == "none"_s)
+            return DownloadRequest();
+        if (!m_reaction.isEmpty())
+            QMetaObject::invokeMethod(m_queue, m_reaction.toLatin1().constData());
+        return DownloadRequest{page.url(), SampleStreams::stream("a MP4"_s), m_sandbox->video("a.mp4"_s)};
+    });
     m_queue->add({m_url, {}, {}});
-    QTRY_COMPARE_WITH_TIMEOUT(list(), "h=Failed"_s, HostSandbox::Timeout);
-    QVERIFY(!m_queue->index(0).data(DownloadQueue::ErrorRole).toString().isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(list(), expected, HostSandbox::Timeout);
+    QCOMPARE(m_queue->index(0).data(DownloadQueue::ErrorRole).toString().isEmpty(), expected != "h=Failed"_s);
+    QCOMPARE(m_sandbox->files(), expected == "a=Finished"_s ? QStringList("a.mp4"_s) : QStringList());
 }
 
 QTEST_GUILESS_MAIN(QueueTest)

@@ -74,12 +74,8 @@ MainWindow::MainWindow(DeskController &controller, QWidget *parent)
     applySettings();
     m_addressBar->focusField();
     if (!m_controller.storeError().isEmpty())
-        QMetaObject::invokeMethod(this, &MainWindow::warnOfStore, Qt::QueuedConnection);
-}
-
-void MainWindow::warnOfStore()
-{
-    warn(m_controller.storeError());
+        QMetaObject::invokeMethod(
+            this, [this] { warn(m_controller.storeError()); }, Qt::QueuedConnection);
 }
 
 void MainWindow::layOut()

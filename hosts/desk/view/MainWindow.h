@@ -48,7 +48,6 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    void warnOfStore();
     void layOut();
     void addShortcuts();
     void addMenu();

@@ -3,6 +3,8 @@
 #include <QResizeEvent>
 #include <QScrollBar>
 
+#include <utility>
+
 namespace NoxDesk {
 
 VerticalScrollArea::VerticalScrollArea(QWidget *content, QWidget *parent)
@@ -34,18 +36,21 @@ QSize VerticalScrollArea::minimumSizeHint() const
 void VerticalScrollArea::resizeEvent(QResizeEvent *event)
 {
     QScrollArea::resizeEvent(event);
-    if (event->size().width() != event->oldSize().width())
-        updateGeometry(); // the height of wrapped text depends on the width
+    updateHint(); // the height of wrapped text depends on the width
 }
 
 bool VerticalScrollArea::eventFilter(QObject *watched, QEvent *event)
 {
-    // Most changes of the content do not change its size, and a new layout of the whole window costs time.
-    if (watched == widget() && event->type() == QEvent::LayoutRequest && sizeHint() != m_hint) {
-        m_hint = sizeHint();
-        updateGeometry();
-    }
+    if (watched == widget() && event->type() == QEvent::LayoutRequest)
+        updateHint();
     return QScrollArea::eventFilter(watched, event);
+}
+
+/** Most changes of the content do not change its size, and a new layout of the whole window costs time. */
+void VerticalScrollArea::updateHint()
+{
+    if (std::exchange(m_hint, sizeHint()) != sizeHint())
+        updateGeometry();
 }
 
 } // namespace NoxDesk

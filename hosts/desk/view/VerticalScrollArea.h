@@ -21,8 +21,9 @@ protected:
 
 private:
     int contentHeight() const;
+    void updateHint();
 
-    QSize m_hint; // at the last layout request
+    QSize m_hint; // that the layout around it knows
 };
 
 } // namespace NoxDesk
