@@ -1,6 +1,8 @@
 """Kinds of pages, from a server of our own, by nox-fetch."""
 
+import os
 import pathlib
+import signal
 import subprocess
 
 import page_media
@@ -9,6 +11,7 @@ from page_server import PageServer
 from staged_host import HostTest
 
 MP4 = '.mp4: h264,640,360 aac "mov,mp4,m4a,3gp,3g2,mj2", 6 s'
+TIMEOUT = 60
 ON_THE_WAY = 0.2  # the share that is sent and not yet written: of a file some blocks, of segments up to five of them
 
 
@@ -60,22 +63,41 @@ class KindsTest(HostTest):
         self.host.empty_work()
         return data, self.server.sent
 
-    def test_downloads_that_are_killed_are_resumed(self) -> None:
+    def interrupt(self, child: "subprocess.Popen[str]", event: str) -> None:
+        if event == "kill":
+            child.kill()
+        elif event == "pause":
+            child.send_signal(signal.SIGINT)
+        elif event == "end of the tool":
+            tool = pathlib.Path(f"/proc/{child.pid}/task/{child.pid}/children").read_text().split()[0]
+            os.kill(int(tool), signal.SIGKILL)
+        else:
+            self.server.begin(-1)
+        said = child.communicate(timeout=TIMEOUT)[1]
+        self.assertEqual("The server cannot be reached" in said, event == "end of the server", said)
+
+    def test_interrupted_downloads_are_resumed(self) -> None:
         page_media.make_many(self.server.media / "many", 48)
-        dash, dash_whole = "dash/manifest.mpd", "dash-whole/manifest.mpd"
-        for media, share in (("clip.mp4", 0.5), (dash_whole, 0.3), (dash_whole, 0.95), (dash, 0.3), (dash, 0.95),
-                             ("hls/clip.m3u8", 0.5)):
-            with self.subTest(media=media, share=share):
+        dash, dash_whole, hls = "dash/manifest.mpd", "dash-whole/manifest.mpd", "hls/clip.m3u8"
+        self.host.write_setting("noxwebmedia/tool.conf", "--retries 0\n--fragment-retries 0\n")
+        for event, media, share in (
+                ("kill", "clip.mp4", 0.5), ("kill", dash_whole, 0.3), ("kill", dash_whole, 0.95), ("kill", dash, 0.3),
+                ("kill", dash, 0.95), ("kill", hls, 0.5), ("pause", "clip.mp4", 0.5), ("pause", dash, 0.95),
+                ("end of the tool", dash_whole, 0.3), ("end of the tool", hls, 0.5), ("end of the server", dash, 0.3),
+                ("end of the server", "clip.mp4", 0.5)):
+            with self.subTest(event=event, media=media, share=share):
                 self.host.empty_work()
                 address = f"{self.server.address}/page/many/{media}"
                 original, total = self.fetch_whole(address)
                 limit = int(total * share)
                 self.server.begin(limit)
                 with subprocess.Popen([self.host.programs / "nox-fetch", "-q", "-c", address], cwd=self.host.work,
-                                      env=self.host.environment()) as child:
+                                      env=self.host.environment(), stderr=subprocess.PIPE, text=True) as child:
                     written = limit - ON_THE_WAY * total
                     wait_for(lambda: int(run(["du", "-sb", self.host.work]).stdout.split()[0]) > written)
-                    child.kill()
+                    self.interrupt(child, event)
+                [left] = self.host.work.iterdir()
+                self.assertTrue(left.name.startswith(".nox-"), left)
                 data, rest = self.fetch_whole(address, "-c")
                 self.assertTrue(data == original)
                 self.assertLess(rest, total * (1 - share + ON_THE_WAY + 0.05))

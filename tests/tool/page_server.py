@@ -60,14 +60,15 @@ class PageServer(servers.Server):
         self.begin()
 
     def begin(self, limit: int = sys.maxsize) -> None:
-        """Counts anew, and sends no more than so many bytes of media until the next call."""
+        """Counts anew, and sends no more than so many bytes of media until the next call. With less than zero bytes, it
+        closes the connections."""
         with self.lock:
             self.paths: list[str] = []  # that are asked for
             self.sent, self._limit = 0, limit
 
     def may_send(self, size: int, paths: list[str]) -> bool:
         """Waits while the limit is reached; false after a call of begin(), which makes new paths."""
-        while not self.is_stopped.wait(0 if self.sent + size <= self._limit else 0.02):
+        while self._limit >= 0 and not self.is_stopped.wait(0 if self.sent + size <= self._limit else 0.02):
             with self.lock:
                 if self.paths is not paths:
                     return False

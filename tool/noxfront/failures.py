@@ -67,7 +67,8 @@ _SENTENCES: list[tuple[str, "re.Pattern[str]"]] = [(tag, re.compile(pattern, re.
                      r"|(is|was)(n't| not) available"),
     (tags.NO_SPACE, r"No space left on device|Disk quota exceeded"),
     (tags.CONVERSION, r"\bff(mpeg|probe)\b.*(not (be )?found|not installed)"),
-    (tags.NETWORK, r"\bIncompleteRead\b|timed out|CERTIFICATE_VERIFY_FAILED|content too short|bytes read, \d+ more"),
+    (tags.NETWORK, r"\bIncompleteRead\b|timed out|CERTIFICATE_VERIFY_FAILED|content too short|bytes read, \d+ more"
+                   r"|Downloaded \d+ bytes, expected \d+"),
 )]
 _STATUS_IN_TEXT = re.compile(r"\bHTTP Error (\d{3})\b")
 _ERRNO_IN_TEXT = re.compile(r"\[Errno (\d+)\]")

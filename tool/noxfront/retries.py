@@ -177,7 +177,7 @@ def install(policy: RetryPolicy, tool: Any) -> None:
     def report_error(downloader: Any, message: str, *arguments: Any, **more: Any) -> None:
         # The tool does not retry if a connection ends before the first byte.
         if message == _NO_DATA and getattr(thread, "length", None) not in (None, "0"):
-            raise ConnectionAbortedError(message)
+            raise ConnectionAbortedError("The server closed the connection before the first byte")
         tool.report_error(message, *arguments, **more)
 
     tool.urlopen = open_and_note
