@@ -71,7 +71,11 @@ void JobProcess::kill()
 
 void JobProcess::terminate()
 {
-    // The program leads a process group as soon as it runs.
+    // The program leads a process group as soon as it runs. Before, it would die without a chance to remove its files.
+    if (m_process->state() == QProcess::Starting) {
+        connect(m_process, &QProcess::started, this, &JobProcess::terminate);
+        return;
+    }
     const bool isRunning = m_process->state() == QProcess::Running;
     if (!isRunning || ::kill(-static_cast<pid_t>(m_process->processId()), SIGTERM) != 0)
         kill();
