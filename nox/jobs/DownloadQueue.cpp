@@ -64,6 +64,10 @@ void DownloadQueue::add(const DownloadRequest &request)
 void DownloadQueue::insert(int row, QueuedDownload *download)
 {
     connect(download, &QueuedDownload::changed, this, [this, download] { onChanged(download); });
+    connect(download, &QueuedDownload::figuresChanged, this, [this, download] {
+        const QModelIndex changed = index(static_cast<int>(d->downloads.indexOf(download)));
+        Q_EMIT dataChanged(changed, changed, {PercentRole, StatusRole, Qt::AccessibleTextRole});
+    });
     connect(download, &QueuedDownload::ended, this, [this, download] { onEnded(download); });
     beginInsertRows({}, row, row);
     d->downloads.insert(row, download);

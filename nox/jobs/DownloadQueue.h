@@ -23,6 +23,9 @@ class QueuedDownload;
  * Every download keeps its parts, so a paused, failed or interrupted one can be resumed; see DownloadJob. The
  * destructor stops the running downloads. A DownloadStore keeps the list for the next start of the application.
  *
+ * If only the figures of a running download have changed, dataChanged() names the roles. A view with many rows can show
+ * them together, for example once per second. Other changes come without roles.
+ *
  * Functions ignore a row that does not exist. A queue belongs to one thread, whose event loop must run. Its functions
  * may be called in the chooser and inside countsChanged(), ended() and allEnded(). To delete it there, use
  * deleteLater().

@@ -111,7 +111,7 @@ void QueuedDownload::startJob()
 {
     m_job = std::make_unique<DownloadJob>(m_record, m_tools);
     connect(m_job.get(), &DownloadJob::phaseChanged, this, &QueuedDownload::changed);
-    connect(m_job.get(), &DownloadJob::figuresChanged, this, &QueuedDownload::changed);
+    connect(m_job.get(), &DownloadJob::figuresChanged, this, &QueuedDownload::figuresChanged);
     connect(m_job.get(), &DownloadJob::waitingTextChanged, this, &QueuedDownload::changed);
     connect(m_job.get(), &DownloadJob::finished, this, &QueuedDownload::onFinished);
     m_job->start();

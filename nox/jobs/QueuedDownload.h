@@ -74,6 +74,7 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void figuresChanged(); ///< Only percent() and status() have changed.
 
     /** The download no longer runs. Only its finished file or its parts are left. */
     void ended();

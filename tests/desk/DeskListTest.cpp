@@ -10,6 +10,7 @@ class DeskListTest : public DeskTest
 
 private Q_SLOTS:
     void keepsToLimit();
+    void figuresOfSeveral();
     void waitingRowsChangePlaces();
     void failureIsToldBesideOthers();
     void keys();
@@ -78,6 +79,29 @@ void DeskListTest::keepsToLimit()
     QTRY_SOON(m_user->window().windowTitle() == "Nox Desk"_s);
     m_user->window().showNormal();
     QTRY_SOON(m_user->text("status", 0).startsWith("Finished"_s));
+}
+
+/** All figures are shown, and no bar that was scrolled out of view keeps the processor busy. */
+void DeskListTest::figuresOfSeveral()
+{
+    const auto isAnimated = [](QWidget *bar) {
+        QEvent event(QEvent::StyleAnimationUpdate);
+        event.setAccepted(false);
+        QCoreApplication::sendEvent(bar, &event);
+        return event.isAccepted();
+    };
+    const QString letters = "abcdefghijkl"_s;
+    QString script;
+    for (const QChar letter : letters)
+        script += letter + ": announce mp4|progress 50.0 100|hang\n"_s;
+    HostSandbox::play(script);
+    m_user->downloads().setLimit(static_cast<int>(letters.size()));
+    for (const QChar letter : letters)
+        add(letter + " MP4"_s);
+    for (int row = 0; row < letters.size(); ++row)
+        QTRY_SOON(m_user->find<QProgressBar>("progress", row)->value() == 50);
+    QVERIFY(isAnimated(m_user->find("progress", 0)));
+    QVERIFY(!isAnimated(m_user->find("progress", static_cast<int>(letters.size()) - 1)));
 }
 
 /** The user changes the order of those that wait; nothing else changes places. */

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void cleanup();
     void reactions_data();
     void reactions();
+    void figures();
     void chooser_data();
     void chooser();
 
@@ -130,6 +131,24 @@ void QueueTest::reactions()
         m_queue->remove(0);
     for (const QString &file : m_sandbox->files()) // parts go with their row, finished files stay
         QVERIFY2(!file.startsWith(QLatin1Char('.')), qPrintable(file));
+}
+
+/** A view can tell new figures from other changes by the roles. */
+void QueueTest::figures()
+{
+    HostSandbox::play("a: announce mp4|progress 50.0 100|wait a"_s);
+    int percent = -1;
+    connect(m_queue, &DownloadQueue::dataChanged, this,
+            [&](const QModelIndex &row, const QModelIndex &, const auto &roles) {
+                if (roles.contains(DownloadQueue::StatusRole))
+                    percent = row.data(DownloadQueue::PercentRole).toInt();
+                else
+                    QVERIFY(roles.isEmpty());
+            });
+    add("a"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(percent, 50, HostSandbox::Timeout);
+    m_sandbox->let("a"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(list(), "a=Finished"_s, HostSandbox::Timeout);
 }
 
 void QueueTest::chooser_data()

@@ -1,17 +1,19 @@
 #include "hosts/desk/view/AddressOfferBar.h"
 
-#include "hosts/desk/view/AddressOffer.h"
 #include "hosts/desk/view/ElidedLabel.h"
 
+#include <nox/jobs/AddressList.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QToolButton>
 
 namespace NoxDesk {
 
-AddressOfferBar::AddressOfferBar(AddressOffer &offer, QWidget *parent)
+AddressOfferBar::AddressOfferBar(QWidget *parent)
     : QWidget(parent)
-    , m_offer(offer)
     , m_address(new ElidedLabel(Qt::ElideMiddle))
     , m_useButton(new QPushButton)
 {
@@ -32,18 +34,39 @@ AddressOfferBar::AddressOfferBar(AddressOffer &offer, QWidget *parent)
     layout->addWidget(m_useButton);
     layout->addWidget(dismissButton);
 
-    connect(m_useButton, &QPushButton::clicked, this, [this] { Q_EMIT accepted(m_offer.addresses()); });
-    connect(dismissButton, &QToolButton::clicked, &m_offer, &AddressOffer::dismiss);
-    connect(&m_offer, &AddressOffer::changed, this, &AddressOfferBar::show);
-    show(m_offer.addresses());
+    connect(m_useButton, &QPushButton::clicked, this, [this] { Q_EMIT accepted(m_addresses); });
+    connect(dismissButton, &QToolButton::clicked, this, &AddressOfferBar::dismiss);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &AddressOfferBar::check);
+    hide();
 }
 
-void AddressOfferBar::show(const QStringList &addresses)
+void AddressOfferBar::check()
 {
-    const auto count = addresses.size();
-    m_address->setText(count > 1 ? tr("%1 addresses").arg(count) : addresses.value(0));
+    m_addresses = m_isOffering ? Nox::AddressList::in(QGuiApplication::clipboard()->mimeData()) : QStringList();
+    if (m_addresses == QStringList(m_known) || m_addresses == m_dismissed)
+        m_addresses.clear();
+    const auto count = m_addresses.size();
+    m_address->setText(count > 1 ? tr("%1 addresses").arg(count) : m_addresses.value(0));
     m_useButton->setText(count > 1 ? tr("Do&wnload all") : tr("&Use copied address"));
     setVisible(count > 0);
+}
+
+void AddressOfferBar::setKnown(const QString &address)
+{
+    m_known = address.trimmed();
+    check();
+}
+
+void AddressOfferBar::setOffering(bool isOffering)
+{
+    m_isOffering = isOffering;
+    check();
+}
+
+void AddressOfferBar::dismiss()
+{
+    m_dismissed = m_addresses;
+    check();
 }
 
 } // namespace NoxDesk

@@ -1,32 +1,42 @@
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
 
 class QPushButton;
 
 namespace NoxDesk {
 
-class AddressOffer;
 class ElidedLabel;
 
-/** A bar that offers the addresses on the clipboard. It keeps its height while empty, so that nothing moves. */
+/** A bar that offers the addresses on the clipboard, unless they were used or dismissed. */
 class AddressOfferBar : public QWidget
 {
     Q_OBJECT
 
 public:
-    /** @param offer must outlive the bar */
-    explicit AddressOfferBar(AddressOffer &offer, QWidget *parent = nullptr);
+    explicit AddressOfferBar(QWidget *parent = nullptr);
+
+    /** Reads the clipboard again. Some systems show it only to the active window. */
+    void check();
+
+    /** Excludes an address that the window shows already. */
+    void setKnown(const QString &address);
+
+    void setOffering(bool isOffering); ///< Whether addresses are offered.
 
 Q_SIGNALS:
     void accepted(const QStringList &addresses);
 
 private:
-    void show(const QStringList &addresses);
+    void dismiss();
 
-    AddressOffer &m_offer;
     ElidedLabel *m_address;
     QPushButton *m_useButton;
+    QStringList m_addresses; // the offered ones; may be empty
+    QStringList m_dismissed;
+    QString m_known;
+    bool m_isOffering = true;
 };
 
 } // namespace NoxDesk

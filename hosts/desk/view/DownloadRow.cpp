@@ -53,6 +53,7 @@ DownloadRow::DownloadRow(QWidget *parent)
 {
     m_title->setObjectName(QStringLiteral("fileName"));
     m_bar->setObjectName(QStringLiteral("progress"));
+    m_bar->installEventFilter(this);
     m_status->setObjectName(QStringLiteral("status"));
     for (QWidget *label : {m_title, m_status})
         label->setContextMenuPolicy(Qt::NoContextMenu); // the menu of the row is shown instead
@@ -244,6 +245,13 @@ void DownloadRow::showBar(int percent, DownloadQueue::State state)
     m_bar->setVisible(isRunning);
     m_bar->setMaximum(percent < 0 ? 0 : 100);
     m_bar->setValue(percent);
+}
+
+// A style animates a bar that was busy when it was last painted, also if the bar has been scrolled out of view since.
+// It stops when the event is not accepted.
+bool DownloadRow::eventFilter(QObject *watched, QEvent *event)
+{
+    return watched == m_bar && event->type() == QEvent::StyleAnimationUpdate && m_bar->visibleRegion().isEmpty();
 }
 
 void DownloadRow::openFile()

@@ -50,6 +50,9 @@ Q_SIGNALS:
     void openingFailed(const QString &message);
     void tabStopsChanged();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     QPushButton *newButton(const QString &text, const QString &name, void (DownloadRow::*run)());
     QAction *newAction(const QString &text, const QString &name, const QKeySequence &key,

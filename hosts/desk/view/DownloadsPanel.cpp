@@ -13,6 +13,12 @@ namespace NoxDesk {
 
 using Nox::DownloadQueue;
 
+namespace {
+
+constexpr int figuresMs = 1000;
+
+} // namespace
+
 DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
     : QWidget(parent)
     , m_model(model)
@@ -31,10 +37,19 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
                 moveRow(row, before > row ? before - 1 : before);
             });
     connect(&m_model, &QAbstractItemModel::dataChanged, this,
-            [this](const QModelIndex &first, const QModelIndex &last) {
-                if (!window()->isMinimized())
+            [this](const QModelIndex &first, const QModelIndex &last, const auto &roles) {
+                if (!roles.isEmpty() && !m_figuresTimer.isActive())
+                    m_figuresTimer.start();
+                else if (roles.isEmpty() && !window()->isMinimized())
                     refreshRows(first.row(), last.row());
             });
+    // The figures of all running downloads are shown together, so that the window is painted once.
+    m_figuresTimer.setSingleShot(true);
+    m_figuresTimer.setInterval(figuresMs);
+    connect(&m_figuresTimer, &QTimer::timeout, this, [this] {
+        if (!window()->isMinimized())
+            refreshRows(0, m_model.runningCount() - 1); // these rows are the first
+    });
     connect(&m_model, &DownloadQueue::countsChanged, this, &DownloadsPanel::showCounts);
     insertRows(0, m_model.rowCount() - 1);
     showCounts();

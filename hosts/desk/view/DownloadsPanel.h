@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QTimer>
 #include <QWidget>
 
 class QModelIndex;
@@ -51,6 +52,7 @@ private:
 
     Nox::DownloadQueue &m_model;
     QList<DownloadRow *> m_rows;
+    QTimer m_figuresTimer; // active while new figures are not shown yet
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
     QPushButton *m_pauseAllButton = nullptr;

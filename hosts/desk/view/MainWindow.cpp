@@ -17,6 +17,7 @@
 #include <nox/jobs/AddressList.h>
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -42,8 +43,8 @@ constexpr int noticeMs = 20000;
 MainWindow::MainWindow(DeskController &controller, QWidget *parent)
     : QMainWindow(parent)
     , m_controller(controller)
-    , m_offer(*QGuiApplication::clipboard())
     , m_addressBar(new AddressBar)
+    , m_offerBar(new AddressOfferBar)
     , m_splitter(new QSplitter(Qt::Vertical))
     , m_downloads(new DownloadsPanel(controller.downloads()))
     , m_notice(new ElidedLabel(Qt::ElideMiddle))
@@ -57,7 +58,7 @@ MainWindow::MainWindow(DeskController &controller, QWidget *parent)
     restore();
     connect(m_addressBar, &AddressBar::readRequested, this, &MainWindow::useText);
     connect(&m_controller.reader(), &PageReader::refused, m_addressBar, &AddressBar::showError);
-    connect(m_addressBar, &AddressBar::addressChanged, &m_offer, &AddressOffer::setKnown);
+    connect(m_addressBar, &AddressBar::addressChanged, m_offerBar, &AddressOfferBar::setKnown);
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { m_isClosing = true; }); // at logout
     connect(&m_controller, &DeskController::startedTwice, this, [this] {
         askToRepeat(tr("The list already has a download of this stream."), [this] { m_controller.startAgain(); });
@@ -108,8 +109,7 @@ void MainWindow::layOut()
     layout->addWidget(m_splitter, 1);
     setCentralWidget(centre);
 
-    auto *offerBar = new AddressOfferBar(m_offer);
-    connect(offerBar, &AddressOfferBar::accepted, this, &MainWindow::use);
+    connect(m_offerBar, &AddressOfferBar::accepted, this, &MainWindow::use);
     m_notice->setObjectName(QStringLiteral("notice"));
     m_noticeTimer->setObjectName(QStringLiteral("noticeTimer"));
     m_noticeTimer->setSingleShot(true);
@@ -119,7 +119,7 @@ void MainWindow::layOut()
             m_notice->setText(QString());
     });
     statusBar()->addWidget(m_notice, 1);
-    statusBar()->addPermanentWidget(offerBar, 1);
+    statusBar()->addPermanentWidget(m_offerBar, 1);
 }
 
 void MainWindow::addShortcuts()
@@ -205,7 +205,7 @@ void MainWindow::showProgress()
 
 void MainWindow::applySettings()
 {
-    m_offer.setEnabled(m_controller.settings().preferences().offersClipboard);
+    m_offerBar->setOffering(m_controller.settings().preferences().offersClipboard);
     m_addressBar->setRecentAddresses(m_controller.settings().recentAddresses());
 }
 
@@ -348,7 +348,7 @@ void MainWindow::showAbout()
 void MainWindow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-        m_offer.check();
+        m_offerBar->check();
         m_downloads->refresh(); // files may have been removed meanwhile
         m_noticeTimer->start();
         m_notifier->clear();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "hosts/desk/view/AddressOffer.h"
 #include "hosts/desk/view/TaskbarProgress.h"
 
 #include <QMainWindow>
@@ -15,6 +14,7 @@ class QTimer;
 namespace NoxDesk {
 
 class AddressBar;
+class AddressOfferBar;
 class DeskController;
 class DownloadsPanel;
 class ElidedLabel;
@@ -67,8 +67,8 @@ private:
     void warn(const QString &message);
 
     DeskController &m_controller;
-    AddressOffer m_offer;
     AddressBar *m_addressBar;
+    AddressOfferBar *m_offerBar;
     QSplitter *m_splitter;
     DownloadsPanel *m_downloads;
     ElidedLabel *m_notice;
