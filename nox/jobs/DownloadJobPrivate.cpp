@@ -228,9 +228,11 @@ void DownloadJob::Private::setPhase(Phase newPhase)
         return;
     const QPointer<Job> alive(q);
     phase = newPhase;
+    if (newPhase >= Joining)
+        figures = {}; // the old ones are for another phase
     Q_EMIT job()->phaseChanged(newPhase);
     if (!alive.isNull() && newPhase >= Joining && phase == newPhase)
-        show({}); // old figures are for another phase
+        show({});
 }
 
 bool DownloadJob::Private::clear()

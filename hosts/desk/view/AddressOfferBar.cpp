@@ -34,7 +34,9 @@ AddressOfferBar::AddressOfferBar(QWidget *parent)
     layout->addWidget(m_useButton);
     layout->addWidget(dismissButton);
 
-    connect(m_useButton, &QPushButton::clicked, this, [this] { Q_EMIT accepted(m_addresses); });
+    connect(m_useButton, &QPushButton::clicked, this, [this] {
+        Q_EMIT accepted(QStringList(m_addresses)); // a copy, since the receiver may change the offer
+    });
     connect(dismissButton, &QToolButton::clicked, this, &AddressOfferBar::dismiss);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &AddressOfferBar::check);
     hide();
