@@ -7,11 +7,12 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QStorageInfo>
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <filesystem>
 #include <numeric>
+#include <system_error>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -221,9 +222,10 @@ void DownloadFolder::removeStale(const QString &parent)
 
 bool DownloadFolder::isFull(const QString &folder)
 {
-    constexpr qint64 leastRoom = 64LL * 1024; // some file systems reserve a little
-    const QStorageInfo disk(folder);
-    return disk.isValid() && disk.bytesAvailable() < leastRoom;
+    constexpr quint64 leastRoom = 64 * 1024; // some file systems reserve a little
+    std::error_code error;
+    const std::filesystem::space_info disk = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
+    return !error && disk.available < leastRoom;
 }
 
 QString DownloadFolder::filePath(const QString &name) const

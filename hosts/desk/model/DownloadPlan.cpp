@@ -4,10 +4,12 @@
 #include <nox/jobs/ToolSetup.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QStorageInfo>
+
+#include <filesystem>
 
 namespace NoxDesk {
 
@@ -184,10 +186,12 @@ QString DownloadPlan::destinationWarning() const
         return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
     };
     const qint64 needed = request().stream.getSize();
-    const QStorageInfo disk(QFileInfo(file).absolutePath());
-    if (disk.isValid() && disk.bytesTotal() > 0 && disk.bytesAvailable() < needed)
-        return tr("The file takes %1, but the disk has room for %2 only.")
-            .arg(sizeText(needed), sizeText(disk.bytesAvailable()));
+    std::error_code error;
+    const std::filesystem::space_info disk =
+        std::filesystem::space(QFile::encodeName(QFileInfo(file).absolutePath()).toStdString(), error);
+    const auto room = static_cast<qint64>(disk.available);
+    if (!error && disk.capacity > 0 && room < needed)
+        return tr("The file takes %1, but the disk has room for %2 only.").arg(sizeText(needed), sizeText(room));
     const QString ending = suffixOf(file);
     if (!ending.isEmpty() && ending.compare(suffix(), Qt::CaseInsensitive) != 0)
         return tr("The name ends in \".%1\", but the file will be of the format %2.").arg(ending, suffix().toUpper());
