@@ -222,7 +222,7 @@ void DownloadFolder::removeStale(const QString &parent)
 
 bool DownloadFolder::isFull(const QString &folder)
 {
-    constexpr quint64 leastRoom = 64 * 1024; // some file systems reserve a little
+    constexpr quint64 leastRoom = 64ULL * 1024; // some file systems reserve a little
     std::error_code error;
     const std::filesystem::space_info disk = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
     return !error && disk.available < leastRoom;
