@@ -225,7 +225,7 @@ bool DownloadFolder::isFull(const QString &folder)
     constexpr quint64 leastRoom = 64ULL * 1024; // some file systems reserve a little
     std::error_code error;
     const std::filesystem::space_info disk = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
-    return !error && disk.available < leastRoom;
+    return !error && disk.capacity > 0 && disk.available < leastRoom; // some network file systems report only zeros
 }
 
 QString DownloadFolder::filePath(const QString &name) const

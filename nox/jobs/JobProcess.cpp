@@ -76,8 +76,7 @@ void JobProcess::terminate()
         connect(m_process, &QProcess::started, this, &JobProcess::terminate);
         return;
     }
-    const bool isRunning = m_process->state() == QProcess::Running;
-    if (!isRunning || ::kill(-static_cast<pid_t>(m_process->processId()), SIGTERM) != 0)
+    if (m_process->state() == QProcess::Running && ::kill(-static_cast<pid_t>(m_process->processId()), SIGTERM) != 0)
         kill();
 }
 

@@ -81,7 +81,7 @@ void DeskListTest::keepsToLimit()
     QTRY_SOON(m_user->text("status", 0).startsWith("Finished"_s));
 }
 
-/** All figures are shown, and no bar that was scrolled out of view keeps the processor busy. */
+/** All figures are shown, and no bar that nobody sees keeps the processor busy. */
 void DeskListTest::figuresOfSeveral()
 {
     const auto isAnimated = [](QWidget *bar) {
@@ -101,7 +101,9 @@ void DeskListTest::figuresOfSeveral()
     for (int row = 0; row < letters.size(); ++row)
         QTRY_SOON(m_user->find<QProgressBar>("progress", row)->value() == 50);
     QVERIFY(isAnimated(m_user->find("progress", 0)));
-    QVERIFY(!isAnimated(m_user->find("progress", static_cast<int>(letters.size()) - 1)));
+    QVERIFY(!isAnimated(m_user->find("progress", static_cast<int>(letters.size()) - 1))); // is out of view
+    m_user->window().showMinimized();
+    QVERIFY(!isAnimated(m_user->find("progress", 0)));
 }
 
 /** The user changes the order of those that wait; nothing else changes places. */

@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <filesystem>
+#include <system_error>
 
 namespace NoxDesk {
 

@@ -247,11 +247,12 @@ void DownloadRow::showBar(int percent, DownloadQueue::State state)
     m_bar->setValue(percent);
 }
 
-// A style animates a bar that was busy when it was last painted, also if the bar has been scrolled out of view since.
-// It stops when the event is not accepted.
+// A style animates a bar that was busy when it was last painted, even if nobody sees the bar now. It stops when the
+// event is not accepted, and begins again when the bar is painted.
 bool DownloadRow::eventFilter(QObject *watched, QEvent *event)
 {
-    return watched == m_bar && event->type() == QEvent::StyleAnimationUpdate && m_bar->visibleRegion().isEmpty();
+    return watched == m_bar && event->type() == QEvent::StyleAnimationUpdate
+        && (m_bar->visibleRegion().isEmpty() || window()->isMinimized());
 }
 
 void DownloadRow::openFile()

@@ -38,10 +38,12 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
             });
     connect(&m_model, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex &first, const QModelIndex &last, const auto &roles) {
-                if (!roles.isEmpty() && !m_figuresTimer.isActive())
-                    m_figuresTimer.start();
-                else if (roles.isEmpty() && !window()->isMinimized())
+                if (window()->isMinimized())
+                    return;
+                if (roles.isEmpty())
                     refreshRows(first.row(), last.row());
+                else if (!m_figuresTimer.isActive())
+                    m_figuresTimer.start();
             });
     // The figures of all running downloads are shown together, so that the window is painted once.
     m_figuresTimer.setSingleShot(true);

@@ -3,8 +3,6 @@
 #include <QResizeEvent>
 #include <QScrollBar>
 
-#include <utility>
-
 namespace NoxDesk {
 
 VerticalScrollArea::VerticalScrollArea(QWidget *content, QWidget *parent)
@@ -49,8 +47,11 @@ bool VerticalScrollArea::eventFilter(QObject *watched, QEvent *event)
 /** Most changes of the content do not change its size, and a new layout of the whole window costs time. */
 void VerticalScrollArea::updateHint()
 {
-    if (std::exchange(m_hint, sizeHint()) != sizeHint())
-        updateGeometry();
+    const QSize hint = sizeHint();
+    if (hint == m_hint)
+        return;
+    m_hint = hint;
+    updateGeometry();
 }
 
 } // namespace NoxDesk
