@@ -66,6 +66,8 @@ mkdir -p "$cache/archives"
 # This machine's access to its mirror. Otherwise every run would download all packages again.
 apt-config dump | grep -E '^Acquire::(http|https|Check)' >"$scratch/apt.conf" || true
 echo 'APT::Keep-Downloaded-Packages "true";' >>"$scratch/apt.conf"
+# In some containers /dev/null is a file, which apt's own user may not be able to write.
+echo 'APT::Sandbox::User "root";' >>"$scratch/apt.conf"
 # Release files of unstable are valid for a week, and a mirror may be older.
 [[ $release != sid ]] || echo 'Acquire::Check-Valid-Until "false";' >>"$scratch/apt.conf"
 
