@@ -10,6 +10,8 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace Nox {
 
@@ -139,6 +141,14 @@ QString Destination::folderErrorString(const QString &folder)
     if (!info.isWritable() || !info.isExecutable())
         return tr("You may not write into the folder \"%1\".").arg(folder);
     return unusableFolder(folder);
+}
+
+qint64 Destination::availableBytes(const QString &folder)
+{
+    std::error_code error;
+    const std::filesystem::space_info disk = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
+    // Some network file systems report only zeros.
+    return error || disk.capacity == 0 ? -1 : static_cast<qint64>(disk.available);
 }
 
 /** The tool reads the output path as a template and prints file names on lines; such paths would lead elsewhere. */

@@ -56,6 +56,9 @@ public:
     /** The error message if no file can be created in @p folder; else empty. */
     static QString folderErrorString(const QString &folder);
 
+    /** The bytes that the user can still write to the disk of @p folder; -1 if the file system does not tell. */
+    static qint64 availableBytes(const QString &folder);
+
 private:
     static QString unusableFolder(const QString &folder);
     static QString baseName(const WebMediaInfo &page, const MediaProfile &stream);

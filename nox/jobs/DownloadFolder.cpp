@@ -10,9 +10,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <filesystem>
 #include <numeric>
-#include <system_error>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -222,10 +220,9 @@ void DownloadFolder::removeStale(const QString &parent)
 
 bool DownloadFolder::isFull(const QString &folder)
 {
-    constexpr quint64 leastRoom = 64ULL * 1024; // some file systems reserve a little
-    std::error_code error;
-    const std::filesystem::space_info disk = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
-    return !error && disk.capacity > 0 && disk.available < leastRoom; // some network file systems report only zeros
+    constexpr qint64 leastRoom = 64LL * 1024; // some file systems reserve a little
+    const qint64 room = Destination::availableBytes(folder);
+    return room >= 0 && room < leastRoom;
 }
 
 QString DownloadFolder::filePath(const QString &name) const

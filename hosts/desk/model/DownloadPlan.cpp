@@ -4,13 +4,9 @@
 #include <nox/jobs/ToolSetup.h>
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
-
-#include <filesystem>
-#include <system_error>
 
 namespace NoxDesk {
 
@@ -187,11 +183,8 @@ QString DownloadPlan::destinationWarning() const
         return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
     };
     const qint64 needed = request().stream.getSize();
-    std::error_code error;
-    const std::filesystem::space_info disk =
-        std::filesystem::space(QFile::encodeName(QFileInfo(file).absolutePath()).toStdString(), error);
-    const auto room = static_cast<qint64>(disk.available);
-    if (!error && disk.capacity > 0 && room < needed)
+    const qint64 room = Destination::availableBytes(QFileInfo(file).absolutePath());
+    if (room >= 0 && room < needed)
         return tr("The file takes %1, but the disk has room for %2 only.").arg(sizeText(needed), sizeText(room));
     const QString ending = suffixOf(file);
     if (!ending.isEmpty() && ending.compare(suffix(), Qt::CaseInsensitive) != 0)
