@@ -3,19 +3,13 @@
 #include <QNetworkRequest>
 #include <QString>
 
-namespace NoxDesk {
-
 /** The common properties of this program's network requests. */
-class WebRequest
-{
-public:
-    WebRequest() = delete;
+namespace NoxDesk::WebRequest {
 
-    /** Whether @p url, which comes from a page, may be requested: only http and https, no local files. */
-    static bool isPossible(const QString &url);
+/** Whether @p url, which comes from a page, may be requested: only http and https, no local files. */
+bool isPossible(const QString &url);
 
-    /** A request with a time limit that follows safe redirects only. */
-    static QNetworkRequest make(const QString &url);
-};
+/** A request with a time limit that follows safe redirects only. */
+QNetworkRequest make(const QString &url);
 
-} // namespace NoxDesk
+} // namespace NoxDesk::WebRequest
