@@ -64,8 +64,8 @@ void DeskListTest::keepsToLimit()
     QCOMPARE(m_user->list(), "a=Running c=Running d=Waiting b=Waiting e=Cancelled"_s);
     QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 3));
 
-    QVERIFY(QFile(m_stage->video("a.mp4"_s)).open(QIODevice::WriteOnly)); // somebody else takes the name
-    m_user->downloads().setLimit(1);                                      // those that run go on
+    Files::write(m_stage->video("a.mp4"_s)); // somebody else takes the name
+    m_user->downloads().setLimit(1);         // those that run go on
     m_stage->let("a"_s);
     QTRY_SOON_COMPARE(m_user->list(), "c=Running d=Waiting b=Waiting a(1)=Finished e=Cancelled"_s);
     QVERIFY(m_user->window().windowTitle().startsWith("40 %, 2 of 5"_s));
@@ -232,14 +232,10 @@ void DeskListTest::unreadableList()
 {
     QFETCH(QString, text);
     m_user.reset();
-    QFile file(storeFile());
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) == text.size());
-    file.close();
+    Files::write(storeFile(), text.toUtf8());
     m_user = std::make_unique<DeskUser>();
     QTRY_SOON(m_user->text("warning").contains("renamed"_s));
-    QFile aside(storeFile() + ".unreadable"_s);
-    QVERIFY(aside.open(QIODevice::ReadOnly));
-    QCOMPARE(QString::fromUtf8(aside.readAll()), text);
+    QCOMPARE(Files::content(storeFile() + ".unreadable"_s), text.toUtf8());
 }
 
 void DeskListTest::pausing()
@@ -283,11 +279,9 @@ void DeskListTest::manyAddresses()
     preferences.stream.soundOnly = true;
     m_user->controller().settings().setPreferences(preferences);
     if (way == "drop"_s) {
-        QFile file(m_stage->path("list.txt"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
-        file.close();
+        Files::write(m_stage->path("list.txt"_s), text);
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(file.fileName())});
+        data.setUrls({QUrl::fromLocalFile(m_stage->path("list.txt"_s))});
         QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&m_user->window(), &enter);
         QVERIFY(enter.isAccepted());

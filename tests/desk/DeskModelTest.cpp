@@ -4,6 +4,7 @@
 #include "hosts/desk/network/ThumbnailLoader.h"
 #include "hosts/desk/view/ShownText.h"
 #include "tests/jobs/SampleStreams.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 #include <nox/jobs/AddressList.h>
 
@@ -184,7 +185,7 @@ void DeskModelTest::plans()
 {
     const auto [steps, path, error, warning, audio, bytes] =
         fetchTexts("steps", "path", "error", "warning", "audio", "bytes");
-    QVERIFY(QFile(this->path("old.mp4"_s)).open(QIODevice::WriteOnly));
+    Files::write(this->path("old.mp4"_s));
     QVERIFY(QDir(m_root->path()).mkdir("sub"_s));
     choose("18"_s);
     for (const QString &step : steps.split(QLatin1Char('|')))
@@ -228,11 +229,9 @@ void DeskModelTest::logs()
     QCOMPARE(second.fileName(), first.fileName());
     first.setWatched(true);
     second.setWatched(true);
-    QFile log(first.fileName());
-    QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray(ProgramLog::largestSize + 1, 'x')) > 0);
-    log.close();
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(log).size() <= ProgramLog::largestSize, 30000);
-    QVERIFY(QFile::exists(log.fileName() + ".old"_s));
+    Files::write(first.fileName(), QByteArray(ProgramLog::largestSize + 1, 'x'));
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(first.fileName()).size() <= ProgramLog::largestSize, 30000);
+    QVERIFY(QFile::exists(first.fileName() + ".old"_s));
     QVERIFY(!ProgramLog(QString()).fileName().isEmpty());
 }
 

@@ -31,10 +31,9 @@ void DeskTest::cleanup()
 void DeskTest::installScript(const QString &name, const QString &body)
 {
     QDir().mkpath(m_stage->path("bin"_s));
-    QFile script(m_stage->path("bin/"_s + name));
-    if (!script.open(QIODevice::WriteOnly) || script.write("#!/bin/sh\n" + body.toUtf8() + '\n') < 0)
-        qFatal("cannot write %s", qPrintable(script.fileName()));
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QString script = m_stage->path("bin/"_s + name);
+    Files::write(script, "#!/bin/sh\n" + body.toUtf8() + '\n');
+    QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 void DeskTest::restart()
@@ -46,7 +45,6 @@ void DeskTest::restart()
 
 QStringList DeskTest::opened() const
 {
-    QFile file(m_stage->path("notes/opened"_s));
-    const QByteArray lines = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QByteArray lines = Files::content(m_stage->path("notes/opened"_s));
     return QString::fromUtf8(lines).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }

@@ -2,6 +2,7 @@
 
 #include "tests/desk/DeskUser.h"
 #include "tests/jobs/HostSandbox.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <QtTest>

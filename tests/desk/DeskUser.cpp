@@ -1,7 +1,6 @@
 #include "tests/desk/DeskUser.h"
 
 #include "hosts/desk/view/DownloadRow.h"
-#include "tests/jobs/EnumName.h"
 #include "tests/jobs/HostSandbox.h"
 #include "tests/util/Rows.h"
 

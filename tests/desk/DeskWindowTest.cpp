@@ -120,9 +120,7 @@ void DeskWindowTest::newestPageWins()
 /** What the tool says about a page is told, and the log ends with it. The page before cannot be taken for that one. */
 void DeskWindowTest::failedPage()
 {
-    QFile log(m_user->controller().logFile());
-    QVERIFY(log.open(QIODevice::Append) && log.write(QByteArray("line\n").repeated(1000)) > 0);
-    log.close();
+    Files::write(m_user->controller().logFile(), QByteArray("line\n").repeated(1000));
     QVERIFY(m_user->seesPage());
     m_user->choose("360P"_s);
     HostSandbox::play("dump: wait go|err ERROR: gone|exit 1"_s);
@@ -197,7 +195,6 @@ void DeskWindowTest::downloadsJoined()
 /** Without ffmpeg; a name that cannot be used; one that is chosen in the dialog; files that other programs make. */
 void DeskWindowTest::destinations()
 {
-    const auto make = [this](const QString &name) { return QFile(m_stage->video(name)).open(QIODevice::WriteOnly); };
     QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + "/ffmpeg"_s));
     QVERIFY(m_user->seesPage());
     QVERIFY(m_user->text("soundError").contains("cannot be joined"_s));
@@ -205,7 +202,7 @@ void DeskWindowTest::destinations()
     auto *sound = m_user->find<QComboBox>("sound");
     sound->setCurrentIndex(sound->count() - 1); // none
     QVERIFY(!m_user->sees("soundError") && m_user->canPress("download"));
-    QVERIFY(make("Clip.mp4"_s));
+    Files::write(m_stage->video("Clip.mp4"_s));
     QVERIFY(m_user->press("download"));
     QTRY_SOON(m_user->text("fileName", 0) == "Clip(1).mp4"_s);
 
@@ -225,7 +222,7 @@ void DeskWindowTest::destinations()
     dialog->reject();
     QVERIFY(!m_user->sees("destinationError"));
     QCOMPARE(m_user->text("destination"), m_stage->video("mine/b.mp4"_s));
-    QVERIFY(make("mine/b.mp4"_s));
+    Files::write(m_stage->video("mine/b.mp4"_s));
     QVERIFY(m_user->press("download"));
     QTRY_SOON(m_user->text("destinationError").contains("exists already"_s));
     QCOMPARE(m_user->downloads().rowCount(), 1);
@@ -325,10 +322,9 @@ void DeskWindowTest::toolSettings()
 {
     const auto [before, rate, proxy, browser, after] = fetchTexts("before", "rate", "proxy", "browser", "after");
     QVERIFY(QDir().mkpath(m_stage->path("config/noxwebmedia"_s)));
-    QFile file(m_stage->path("config/noxwebmedia/tool.conf"_s));
+    const QString file = m_stage->path("config/noxwebmedia/tool.conf"_s);
     if (!before.isEmpty())
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(before.toUtf8()) >= 0);
-    file.close();
+        Files::write(file, before.toUtf8());
     QDialog *dialog = m_user->openPreferences();
     for (const auto &[name, text] : {std::pair("limitRate", rate), std::pair("proxy", proxy)}) {
         if (text != "-"_s)
@@ -341,9 +337,8 @@ void DeskWindowTest::toolSettings()
     dialog->accept();
     ::umask(mask);
     QVERIFY(!dialog->isVisible());
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(QString::fromUtf8(file.readAll()), after);
-    QVERIFY(!before.isEmpty() || !(file.permissions() & (QFile::ReadGroup | QFile::WriteGroup)));
+    QCOMPARE(QString::fromUtf8(Files::content(file)), after);
+    QVERIFY(!before.isEmpty() || !(QFile::permissions(file) & (QFile::ReadGroup | QFile::WriteGroup)));
 }
 
 void DeskWindowTest::renewsTool_data()

@@ -2,9 +2,8 @@
 #include "tests/support/Setup.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/TestSandbox.h"
+#include "tests/util/Files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QLoggingCategory>
 #include <QtTest>
 
@@ -21,11 +20,10 @@ struct Holdings {
 /** Makes a fake that starts quickly. */
 void provide(const QString &name, const char *script)
 {
-    QFile file(QCoreApplication::applicationDirPath() + name);
-    file.remove();
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(script);
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QString file = QCoreApplication::applicationDirPath() + name;
+    QFile::remove(file);
+    Files::write(file, script);
+    QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 /** Repeats a job, which ends an event loop when it has succeeded. @p limit is that of the memory for each, in bytes. */

@@ -1,7 +1,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/support/WorkerTable.h"
+#include "tests/util/Files.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -43,10 +43,9 @@ private Q_SLOTS:
     void initTestCase()
     {
         giveUpRootRights();
-        QFile file(QStringLiteral(NOX_RELIABILITY));
-        QVERIFY(file.open(QIODevice::ReadOnly));
         static const QRegularExpression row(QStringLiteral("^\\| .* \\| (`.*|none) \\|$"));
-        m_documented = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')).filter(row);
+        const QString text = QString::fromUtf8(Files::content(QStringLiteral(NOX_RELIABILITY)));
+        m_documented = text.split(QLatin1Char('\n')).filter(row);
     }
 
     void extraction_data()

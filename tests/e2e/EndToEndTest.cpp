@@ -3,12 +3,12 @@
 #include "tests/support/SignalLog.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/TestSandbox.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <nox/front/WebMediaDownloaderFactory.h>
 #include <nox/model/MediaList.h>
 
-#include <QDir>
 #include <QProcess>
 #include <QtTest>
 
@@ -78,12 +78,7 @@ private Q_SLOTS:
         QVERIFY2(notifications.indexOf("started"_s, 1) > 3, qPrintable(log.text())); // with progress between
 
         QCOMPARE(filesLeft(), QStringList("café 1.mp4"_s));
-        QProcess probe;
-        probe.start(
-            "ffprobe"_s,
-            {"-v"_s, "error"_s, "-show_entries"_s, "stream=codec_type,codec_name"_s, "-of"_s, "csv=p=0"_s, file});
-        QVERIFY(probe.waitForFinished(Timeout));
-        QCOMPARE(probe.readAllStandardOutput(), QByteArray("h264,video\naac,audio\n"));
+        QCOMPARE(DemoPage::codecs(file), QByteArray("h264\naac\n"));
         QVERIFY(QFile::remove(file));
     }
 
@@ -101,10 +96,7 @@ private Q_SLOTS:
     }
 
 private:
-    QStringList filesLeft() const
-    {
-        return QDir(m_videos).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
+    QStringList filesLeft() const { return Files::names(m_videos); }
 
     static constexpr int Timeout = 120000; // milliseconds
 

@@ -1,9 +1,8 @@
 #include "tests/support/DemoPage.h"
 #include "tests/support/TestMain.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -24,8 +23,7 @@ private Q_SLOTS:
 
 private:
     std::unique_ptr<QProcess> start(const QString &example, const QStringList &arguments) const;
-    static QString names(const QString &folder);
-    static QByteArray codecs(const QString &file);
+    static QString names(const QString &folder) { return Files::names(folder).join(QLatin1Char('|')); }
 
     static constexpr int Timeout = 120000; // milliseconds; only a failing test waits so long
 
@@ -55,18 +53,6 @@ std::unique_ptr<QProcess> ExamplesTest::start(const QString &example, const QStr
     process->setWorkingDirectory(home + "/Videos"_s);
     process->start(program, arguments);
     return process;
-}
-
-QString ExamplesTest::names(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).join(QLatin1Char('|'));
-}
-
-QByteArray ExamplesTest::codecs(const QString &file)
-{
-    QProcess probe;
-    probe.start("ffprobe"_s, {"-v"_s, "error"_s, "-show_entries"_s, "stream=codec_name"_s, "-of"_s, "csv=p=0"_s, file});
-    return probe.waitForFinished(Timeout) ? probe.readAllStandardOutput() : QByteArray();
 }
 
 void ExamplesTest::commands_data()
@@ -105,7 +91,7 @@ void ExamplesTest::commands()
     const QString folder = process->workingDirectory();
     QVERIFY2(matches(files, names(folder)), qPrintable(names(folder)));
     if (!files.isEmpty())
-        QCOMPARE(codecs(folder + "/"_s + names(folder)), QByteArray("h264\naac\n"));
+        QCOMPARE(DemoPage::codecs(folder + "/"_s + names(folder)), QByteArray("h264\naac\n"));
 }
 
 void ExamplesTest::windows_data()
@@ -128,7 +114,7 @@ void ExamplesTest::windows()
     process->waitForFinished(Timeout);
     QVERIFY2(goesOn && names(folder).contains(file), process->readAllStandardError().constData());
     QCOMPARE(process->readAllStandardError(), QByteArray());
-    QCOMPARE(codecs(folder + "/"_s + names(folder)), QByteArray("h264\naac\n"));
+    QCOMPARE(DemoPage::codecs(folder + "/"_s + names(folder)), QByteArray("h264\naac\n"));
 }
 
 NOX_TEST_MAIN(ExamplesTest)

@@ -1,10 +1,9 @@
 #include "hosts/fetch/AddressFile.h"
 #include "hosts/fetch/Options.h"
 #include "hosts/fetch/ProgressLine.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -28,11 +27,11 @@ private Q_SLOTS:
 void FetchPartsTest::addressFile()
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath("list"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(AddressFile::read(file.fileName()).errorString.contains("holds no address"_s));
-    QVERIFY(file.resize(20 * 1024 * 1024));
-    QVERIFY(AddressFile::read(file.fileName()).errorString.contains("too large"_s));
+    const QString file = folder.filePath("list"_s);
+    Files::write(file);
+    QVERIFY(AddressFile::read(file).errorString.contains("holds no address"_s));
+    QVERIFY(QFile::resize(file, 20 * 1024 * 1024));
+    QVERIFY(AddressFile::read(file).errorString.contains("too large"_s));
 }
 
 // The manual page and the completion know the options that the program has, and no others.
@@ -47,8 +46,7 @@ void FetchPartsTest::documents()
         return options;
     };
     const auto content = [](const char *name) {
-        QFile file(QStringLiteral(NOX_FETCH_SOURCES "/") + QLatin1String(name));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        return QString::fromUtf8(Files::content(QStringLiteral(NOX_FETCH_SOURCES "/") + QLatin1String(name)));
     };
     QCOMPARE(CommandLine::read({"nox-fetch"_s}).exitCode.value_or(-1), 2);
     QCOMPARE(CommandLine::read({"nox-fetch"_s, "--version"_s}).exitCode.value_or(-1), 0);
@@ -67,7 +65,7 @@ void FetchPartsTest::completion()
 {
     const QTemporaryDir folder;
     QVERIFY(QDir(folder.path()).mkpath("my videos"_s));
-    QVERIFY(QFile(folder.filePath("my file"_s)).open(QIODevice::WriteOnly));
+    Files::write(folder.filePath("my file"_s));
     const auto completed = [&folder](const char *words) {
         QProcess bash;
         bash.setWorkingDirectory(folder.path());

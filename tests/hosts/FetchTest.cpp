@@ -1,9 +1,9 @@
 #include "tests/support/Setup.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/TestSandbox.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -167,7 +167,7 @@ private:
     void play(const QString &scenario) { m_stage->play(QLatin1String(page) + QLatin1Char('\n') + scenario); }
     void start(const QStringList &arguments) { m_fetch->start(m_program, arguments); }
     int exitCode() const;
-    QStringList filesLeft() const;
+    QStringList filesLeft() const { return Files::names(m_stage->folder()); } ///< in the folder of the downloads
 
     const QString m_program = QCoreApplication::applicationDirPath() + "/nox-fetch"_s;
     std::unique_ptr<TestSandbox> m_stage;
@@ -180,7 +180,7 @@ void FetchTest::initTestCase()
     QFile::remove(m_program);
     QVERIFY(QFile::copy(QStringLiteral(NOX_FETCH_PROGRAM), m_program));
     // The stand-in for the interpreter does not look into it.
-    QVERIFY(QFile(QCoreApplication::applicationDirPath() + "/yt.zip"_s).open(QIODevice::WriteOnly));
+    Files::write(QCoreApplication::applicationDirPath() + "/yt.zip"_s);
 }
 
 void FetchTest::init()
@@ -206,12 +206,6 @@ int FetchTest::exitCode() const
     return hasEnded && m_fetch->exitStatus() == QProcess::NormalExit ? m_fetch->exitCode() : -1;
 }
 
-/** What is in the folder of the downloads. */
-QStringList FetchTest::filesLeft() const
-{
-    return QDir(m_stage->folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-}
-
 void FetchTest::outcomes_data()
 {
     // The scenario stands behind the page's, and a "dump" of its own wins. "|" lies between arguments, which the page's
@@ -231,11 +225,8 @@ void FetchTest::outcomes()
     const auto [scenario, setup] = fetchTexts("scenario", "setup");
     const Setup prepared(setup, *m_stage);
     play(scenario);
-    QFile addresses(m_stage->path("addresses"_s));
-    QVERIFY(addresses.open(QIODevice::WriteOnly));
-    addresses.write("\xef\xbb\xbf# ours\r\nHTTP://x/#1\r\n\n  ftp://x");
-    addresses.close();
-    m_fetch->setStandardInputFile(addresses.fileName());
+    Files::write(m_stage->path("addresses"_s), "\xef\xbb\xbf# ours\r\nHTTP://x/#1\r\n\n  ftp://x");
+    m_fetch->setStandardInputFile(m_stage->path("addresses"_s));
     start(arguments.split(QLatin1Char('|'), Qt::SkipEmptyParts) + QStringList(url()));
 
     QTEST(QString::number(exitCode()), "exitCode");
@@ -348,9 +339,7 @@ void FetchTest::closedChannels()
     m_fetch->start("/bin/sh"_s, {"-c"_s, command, m_program, url()});
     QCOMPARE(exitCode(), 3);
     QCOMPARE(filesLeft(), QStringList({"Clip.mp4"_s, "log"_s}));
-    QFile log("log"_s);
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    QVERIFY(log.readAll().contains("--dump-json")); // with -v, all is logged
+    QVERIFY(Files::content("log"_s).contains("--dump-json")); // with -v, all is logged
 }
 
 // Standard error is a terminal: the bar is drawn over and over in one line, and wiped in the end.

@@ -1,11 +1,10 @@
 #include "tests/jobs/HostSandbox.h"
 
 #include "tests/support/Processes.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QSettings>
 
 #include <algorithm>
@@ -54,9 +53,7 @@ void HostSandbox::installStandIns()
 
 void HostSandbox::let(const QString &mark) const
 {
-    QFile file(path("notes/mark."_s + mark));
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot create %s", qPrintable(file.fileName()));
+    Files::write(path("notes/mark."_s + mark));
 }
 
 bool HostSandbox::hangs(const QString &key) const
@@ -67,11 +64,11 @@ bool HostSandbox::hangs(const QString &key) const
 QList<qint64> HostSandbox::pids() const
 {
     QList<qint64> result;
-    QFile file(path("notes/runs"_s));
-    if (!file.open(QIODevice::ReadOnly))
-        return result;
-    for (QByteArray line = file.readLine(); !line.isEmpty(); line = file.readLine())
-        result += line.trimmed().split('\x1f').value(1).toLongLong();
+    const QByteArrayList lines = Files::content(path("notes/runs"_s)).split('\n');
+    for (const QByteArray &line : lines) {
+        if (!line.isEmpty())
+            result += line.split('\x1f').value(1).toLongLong();
+    }
     return result;
 }
 
@@ -88,5 +85,5 @@ bool HostSandbox::isQuiet() const
 
 QStringList HostSandbox::files() const
 {
-    return QDir(videos()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    return Files::names(videos());
 }

@@ -1,5 +1,5 @@
-#include "tests/jobs/EnumName.h"
 #include "tests/jobs/SampleStreams.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <nox/jobs/Destination.h>
@@ -11,7 +11,6 @@
 #include <nox/jobs/TransferFigures.h>
 #include <nox/jobs/UrlCheck.h>
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTemporaryDir>
@@ -132,7 +131,7 @@ void JobPartsTest::proposedNames()
     QFETCH(QString, title);
     QFETCH(QString, stream);
     QTemporaryDir folder;
-    QVERIFY(QFile(folder.filePath("Taken.mp4"_s)).open(QIODevice::WriteOnly));
+    Files::write(folder.filePath("Taken.mp4"_s));
     const QString path = Destination::proposed(SampleStreams::page({}, title), SampleStreams::stream(stream),
                                                folder.path(), {folder.filePath("Taken(1).mp4"_s)}, SoundFormat::Mp3);
     QTEST(QFileInfo(path).fileName(), "name");
@@ -142,7 +141,7 @@ void JobPartsTest::proposedNames()
 void JobPartsTest::nameErrors()
 {
     QTemporaryDir folder;
-    QVERIFY(QFile(folder.filePath("taken"_s)).open(QIODevice::WriteOnly));
+    Files::write(folder.filePath("taken"_s));
     QVERIFY(QFile::link("nowhere"_s, folder.filePath("dangling"_s)));
     QCOMPARE(Destination::free(folder.filePath("taken"_s)), folder.filePath("taken(1)"_s));
     for (const QString &name : {"50% off"_s, "a%(id)s"_s, "100%%"_s, "5 $ a"_s, "$HOME"_s, "a${B}"_s, "line\nline"_s})
@@ -171,6 +170,9 @@ void JobPartsTest::nameErrors()
         QVERIFY2(error.contains(expected), qPrintable(path + ": "_s + error));
         QCOMPARE(error.isEmpty(), expected.isEmpty());
     }
+    QVERIFY(Destination::availableBytes(folder.path()) > 0);
+    for (const QString &unknown : {folder.filePath("none"_s), "/proc"_s}) // the latter has no size
+        QCOMPARE(Destination::availableBytes(unknown), qint64(-1));
 }
 
 void JobPartsTest::figures()
@@ -261,11 +263,10 @@ void JobPartsTest::joinProgress()
 // The list in the tool's front and the table here are the same.
 void JobPartsTest::tags()
 {
-    QFile file(QStringLiteral(NOX_TOOL_TAGS));
-    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString source = QString::fromUtf8(Files::content(QStringLiteral(NOX_TOOL_TAGS)));
     static const QRegularExpression constant("^[A-Z_]+ = \"([a-z-]+)\"$"_s, QRegularExpression::MultilineOption);
     QStringList tags;
-    for (auto matches = constant.globalMatch(QString::fromUtf8(file.readAll())); matches.hasNext();)
+    for (auto matches = constant.globalMatch(source); matches.hasNext();)
         tags += matches.next().captured(1);
     tags.sort();
     QCOMPARE(ToolMessage::tags(), tags);
@@ -285,7 +286,8 @@ void JobPartsTest::ownTool()
     const QString own = data.filePath("noxwebmedia/yt.zip"_s);
     const QByteArray folder = QFile::encodeName(QFileInfo(own).path());
     const QByteArray file = QFile::encodeName(own);
-    QVERIFY(QDir().mkpath(QFileInfo(own).path()) && QFile(own).open(QIODevice::WriteOnly));
+    QVERIFY(QDir().mkpath(QFileInfo(own).path()));
+    Files::write(own);
     const auto taken = [&](mode_t fileMode, mode_t folderMode) {
         const bool isSet = ::chmod(file.constData(), fileMode) == 0 && ::chmod(folder.constData(), folderMode) == 0;
         return isSet ? ToolSetup().toolFile() : QString();
@@ -315,7 +317,7 @@ void JobPartsTest::bytecodeFolder()
 
     QVERIFY(QFile::setPermissions(folder, QFile::permissions(folder) | QFile::WriteOther));
     QCOMPARE(ToolSetup().pycacheFolder(), QString());
-    QVERIFY(QFile(data.filePath("file"_s)).open(QIODevice::WriteOnly));
+    Files::write(data.filePath("file"_s));
     for (const QString &name : {"file"_s, "file/x/y"_s})
         QCOMPARE(ToolSetup({}, data.filePath(name)).pycacheFolder(), QString());
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/jobs/EnumName.h"
 #include "tests/jobs/HostSandbox.h"
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <nox/NoxWebMediaJobs.h>

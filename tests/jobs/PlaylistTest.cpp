@@ -1,8 +1,6 @@
 #include "tests/jobs/JobTest.h"
 #include "tests/support/Processes.h"
 
-#include <QFile>
-
 using namespace Nox;
 
 namespace {
@@ -118,9 +116,8 @@ void PlaylistTest::cancelledList()
     job.cancel();
     QTRY_VERIFY_WITH_TIMEOUT(isEnded(job), HostSandbox::Timeout);
     QCOMPARE(answer(job), "Cancelled 201,http://x/a,,0,"_s);
-    QFile runs(m_sandbox->path("notes/runs"_s));
-    QVERIFY(runs.open(QIODevice::ReadOnly));
-    const QByteArrayList words = runs.readLine().trimmed().split('\x1f');
+    const QByteArray run = Files::content(m_sandbox->path("notes/runs"_s)).split('\n').constFirst();
+    const QByteArrayList words = run.split('\x1f');
     QCOMPARE(
         words.mid(words.indexOf("--flat-playlist")).join(' '),
         QByteArray("--flat-playlist --dump-json --playlist-items 201:400 --no-check-certificate http://x/?a=b%20c"));

@@ -1,3 +1,4 @@
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <nox/log/Logger.h>
@@ -5,8 +6,6 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -18,12 +17,6 @@
 using namespace Nox;
 
 namespace {
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-}
 
 /** The log's text with each time stamp replaced by "<now>". */
 QByteArray withoutTime(const QByteArray &log)
@@ -61,7 +54,7 @@ private:
         return path(QFileInfo(QCoreApplication::applicationFilePath()).fileName() + suffix);
     }
 
-    QByteArray loggedTo(const QString &name) const { return withoutTime(contentOf(path(name))); }
+    QByteArray loggedTo(const QString &name) const { return withoutTime(Files::content(path(name))); }
 
     void useFile(int level, int outType)
     {
@@ -248,7 +241,7 @@ private Q_SLOTS:
         for (const int size : {1022, 1023, 1024, 2000})
             WriteLog("%s"_s, QByteArray(size, 'x').constData());
         WriteLog("%s%s"_s, latin1Umlauts.constData(), latin1Umlauts.constData());
-        QCOMPARE(contentOf(modulePath(".1.log"_s)),
+        QCOMPARE(Files::content(modulePath(".1.log"_s)),
                  "YdDownloader.cpp(456) : 2024/03/05 14:07:09 00000000\n\n%s|-3%\nÃ©é\n" + QByteArray(1022, 'x') + '\n'
                      + (QByteArray(1023, 'x') + '\n').repeated(3) + QByteArray("ä").repeated(1023) + '\n');
         QCOMPARE(settings(), "0 2 3 "_s);
@@ -258,21 +251,19 @@ private Q_SLOTS:
     {
         const QString log = modulePath(".1.log"_s);
         const QString copy = modulePath(".2.log"_s);
-        QFile stale(copy);
-        QVERIFY(stale.open(QIODevice::WriteOnly) && stale.write("stale") == 5);
-        stale.close();
+        Files::write(copy, "stale");
         const QByteArray text(1023, 'x');
         for (int i = 0; i < 7; ++i)
             WriteLog("%s"_s, text.constData());
         WriteLog("%s"_s, text.constData() + 1);
-        QCOMPARE(contentOf(log).size(), 8191);
-        QCOMPARE(contentOf(copy), QByteArray("stale"));
+        QCOMPARE(Files::content(log).size(), 8191);
+        QCOMPARE(Files::content(copy), QByteArray("stale"));
         QCOMPARE(WriteLog(""_s), 1);
-        QCOMPARE(contentOf(log).size(), 8192);
-        QVERIFY(contentOf(copy) == contentOf(log));
+        QCOMPARE(Files::content(log).size(), 8192);
+        QVERIFY(Files::content(copy) == Files::content(log));
         WriteLog("last"_s);
-        QCOMPARE(contentOf(log).size(), 8197);
-        QVERIFY(contentOf(copy) == contentOf(log));
+        QCOMPARE(Files::content(log).size(), 8197);
+        QVERIFY(Files::content(copy) == Files::content(log));
     }
 
     void moduleLogThatCannotBeOpened()

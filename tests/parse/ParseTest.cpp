@@ -1,3 +1,4 @@
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <nox/log/Logger.h>
@@ -7,7 +8,6 @@
 #include <nox/util/Utilities.h>
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -26,12 +26,6 @@ QString json(QString text)
     return text.replace("'note'"_s, "'format_note'"_s)
         .replace("'res'"_s, "'resolution'"_s)
         .replace(QLatin1Char('\''), QLatin1Char('"'));
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /** "title|file name|duration|thumbnail" */
@@ -80,7 +74,7 @@ private:
         QFile::remove(log);
         Logger::init(log.toStdString(), LOG_DEBUG, LOG_OUT_FILE);
         YdOutputParser::instance()->parseWebMediaInfo(text, page, m_dir.path());
-        return QString::fromUtf8(contentOf(log));
+        return QString::fromUtf8(Files::content(log));
     }
 
     /** Whether a text could be read, and its page. */
@@ -141,9 +135,7 @@ private Q_SLOTS:
     void scriptFiles()
     {
         const auto [bytes, text] = fetchTexts("bytes", "text");
-        QFile file(path("script"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes.toUtf8().replace('^', "\xEF\xBB\xBF")) >= 0);
-        file.close();
+        Files::write(path("script"_s), bytes.toUtf8().replace('^', "\xEF\xBB\xBF"));
         const QString actual = JsonHelper::readUtf8Script(path("script"_s));
         QCOMPARE(actual.isNull() ? "(null)"_s : actual, text);
     }
@@ -154,11 +146,11 @@ private Q_SLOTS:
         const QString mark(QChar(0xFEFF)); // a text may begin with a mark of its own
         for (const QString &text : {"a long text, replaced"_s, "x"_s, "é€😀\r\n\t"_s, mark + "x"_s, mark}) {
             QVERIFY(JsonHelper::writeUtf8Script(file, text));
-            QCOMPARE(contentOf(file), "\xEF\xBB\xBF" + text.toUtf8());
+            QCOMPARE(Files::content(file), "\xEF\xBB\xBF" + text.toUtf8());
             QCOMPARE(JsonHelper::readUtf8Script(file), text);
         }
         QVERIFY(JsonHelper::writeUtf8Script(file, QString()));
-        QCOMPARE(contentOf(file), QByteArray("\xEF\xBB\xBF"));
+        QCOMPARE(Files::content(file), QByteArray("\xEF\xBB\xBF"));
         QVERIFY(JsonHelper::readUtf8Script(file).isNull());
         QVERIFY(!JsonHelper::writeUtf8Script(path("missing/a"_s), "x"_s));
         QVERIFY(!QFile::exists(path("missing"_s)) && JsonHelper::readUtf8Script(path("missing/a"_s)).isNull());

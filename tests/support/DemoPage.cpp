@@ -24,3 +24,12 @@ bool DemoPage::serve()
     m_url = QString::fromUtf8(m_server.readLine()).trimmed();
     return true;
 }
+
+QByteArray DemoPage::codecs(const QString &file)
+{
+    QProcess probe;
+    probe.start(QStringLiteral("ffprobe"),
+                {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
+                 QStringLiteral("stream=codec_name"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), file});
+    return probe.waitForFinished() ? probe.readAllStandardOutput() : QByteArray();
+}

@@ -18,6 +18,9 @@ public:
     QString url() const { return m_url; }
     QString mediaFolder() const { return m_media.path(); } ///< with video.mp4 and audio.m4a
 
+    /** The codecs of the streams in the media file @p file, each with a line end; empty on failure. */
+    static QByteArray codecs(const QString &file);
+
 private:
     QTemporaryDir m_media;
     QProcess m_server;

@@ -1,6 +1,7 @@
 #include "tests/support/LogFile.h"
 
-#include <QFile>
+#include "tests/util/Files.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -24,10 +25,7 @@ LogFile::LogFile(const QString &path)
 
 QStringList LogFile::records(_NoxLogLevel lowest, bool withSource) const
 {
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QByteArray bytes = file.readAll();
+    QByteArray bytes = Files::content(m_path);
     bytes.truncate(int(std::unique(bytes.begin(), bytes.end(), isFlood) - bytes.begin()));
     const QString text = QString::fromLatin1(bytes);
     static const QRegularExpression header(QStringLiteral(

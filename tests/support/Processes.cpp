@@ -1,7 +1,6 @@
 #include "tests/support/Processes.h"
 
-#include <QDir>
-#include <QFile>
+#include "tests/util/Files.h"
 
 #include <csignal>
 #include <unistd.h>
@@ -11,11 +10,8 @@ namespace {
 /** State and parent of a process; empty when there is none. */
 QList<QByteArray> statFields(qint64 pid)
 {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray text = file.readAll();
-    return text.mid(text.lastIndexOf(')') + 2).split(' ');
+    const QByteArray text = Files::content(QStringLiteral("/proc/%1/stat").arg(pid));
+    return text.isEmpty() ? QList<QByteArray>() : text.mid(text.lastIndexOf(')') + 2).split(' ');
 }
 
 } // namespace
@@ -46,8 +42,5 @@ void Processes::end(qint64 pid)
 
 qint64 Processes::residentBytes()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
+    return Files::content(QStringLiteral("/proc/self/statm")).split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }

@@ -1,26 +1,15 @@
 #include "tests/support/TestSandbox.h"
 
 #include "tests/support/Processes.h"
+#include "tests/util/Files.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <cstdio>
 
 using namespace Nox;
-
-namespace {
-
-void write(const QString &name, const QByteArray &content)
-{
-    QFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(name));
-}
-
-} // namespace
 
 TestSandbox::TestSandbox()
     : m_workingFolder(QDir::currentPath())
@@ -58,7 +47,7 @@ void TestSandbox::provide(Program program, Condition condition, const QString &a
     if (condition == Missing)
         QFile::remove(file);
     else if (condition == NotExecutable)
-        write(next, {});
+        Files::write(next);
     else if (condition == StandIn)
         QFile::link(QStringLiteral(NOX_FAKE_PROGRAM), next);
     else
@@ -81,16 +70,14 @@ QString TestSandbox::provideHost(const QString &appFolder)
 
 void TestSandbox::mark(const QString &name)
 {
-    write(path(QStringLiteral("notes/mark.") + name), {});
+    Files::write(path(QStringLiteral("notes/mark.") + name));
 }
 
 QList<TestSandbox::Run> TestSandbox::runs() const
 {
     QList<Run> result;
-    QFile file(path(QStringLiteral("notes/runs")));
-    if (!file.open(QIODevice::ReadOnly))
-        return result;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QString all = QString::fromUtf8(Files::content(path(QStringLiteral("notes/runs"))));
+    const QStringList lines = all.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const QString &line : lines) {
         const QStringList parts = line.split(QLatin1Char('\x1f'));
         result.append({parts.value(0), parts.value(1).toLongLong(), parts.mid(2)});
@@ -125,9 +112,8 @@ QString TestSandbox::files() const
     QStringList result;
     const QFileInfoList infos = QDir(folder()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QFileInfo &info : infos) {
-        QFile file(info.filePath());
-        const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray(); // or a dangling link
-        const QString content = info.isSymLink() ? QStringLiteral("link") : QString::fromUtf8(text);
+        const QString text = QString::fromUtf8(Files::content(info.filePath()));
+        const QString content = info.isSymLink() ? QStringLiteral("link") : text;
         result.append(plain(info.fileName() + QLatin1Char('=') + content));
     }
     result.sort();
@@ -136,21 +122,19 @@ QString TestSandbox::files() const
 
 void TestSandbox::putFile(const QString &name)
 {
-    write(folder() + QLatin1Char('/') + name, "old");
+    Files::write(folder() + QLatin1Char('/') + name, "old");
 }
 
 void TestSandbox::putFileElsewhere(const QString &name)
 {
     m_elsewhere.append(path(name));
-    write(path(name), "old");
+    Files::write(path(name), "old");
 }
 
 bool TestSandbox::isElsewhereUntouched() const
 {
-    return std::all_of(m_elsewhere.begin(), m_elsewhere.end(), [](const QString &name) {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) && file.readAll() == "old";
-    });
+    return std::all_of(m_elsewhere.begin(), m_elsewhere.end(),
+                       [](const QString &name) { return Files::content(name) == "old"; });
 }
 
 QStringList TestSandbox::records(_NoxLogLevel lowest, bool withSource) const

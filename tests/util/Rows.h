@@ -3,6 +3,7 @@
 #include "tests/support/TextTable.h"
 
 #include <QStringList>
+#include <QVariant>
 
 #include <cstddef>
 
@@ -10,6 +11,13 @@
 inline QString operator""_s(const char *text, std::size_t size)
 {
     return QString::fromUtf8(text, static_cast<int>(size));
+}
+
+/** The name of a value of an enumeration that Qt knows, such as a Job::Error. */
+template <typename Enum>
+QString nameOf(Enum value)
+{
+    return QVariant::fromValue(value).toString();
 }
 
 /** A data row whose name is its text. */

@@ -1,10 +1,9 @@
+#include "tests/util/Files.h"
 #include "tests/util/Rows.h"
 
 #include <nox/util/ByteNumber.h>
 #include <nox/util/Utilities.h>
 
-#include <QDir>
-#include <QFile>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QTemporaryDir>
@@ -254,7 +253,7 @@ private Q_SLOTS:
         const QTemporaryDir dir;
         QVERIFY(QDir(dir.path()).mkdir("folder.d"_s) && QDir(dir.path()).mkdir("%2"_s));
         for (const QString &name : {"movie.mp4"_s, "readme."_s, "100%1.mp4"_s})
-            QVERIFY(QFile(dir.filePath(name)).open(QIODevice::WriteOnly));
+            Files::write(dir.filePath(name));
         QStringList takenNames = taken.split(QLatin1Char(' '));
         for (QString &name : takenNames)
             name = dir.filePath(name);
