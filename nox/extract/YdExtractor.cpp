@@ -15,6 +15,13 @@
 
 namespace Nox {
 
+namespace {
+
+// Bytes. No page comes near it, and only the first document of an output is used.
+constexpr qint64 maximumOutput = 256LL * 1024 * 1024;
+
+} // namespace
+
 YdExtractor::YdExtractor(const QString &toolPath, const QString &pycacheDir)
     : m_tempDir(QDir::tempPath())
     , m_toolPath(toolPath)
@@ -90,6 +97,7 @@ void YdExtractor::beginRequest(const QString &url)
     m_url = url;
     m_mediaInfo.setUrl(url);
     m_process = new ChildProcess(this);
+    m_process->limitOutput(maximumOutput);
 }
 
 void YdExtractor::initYdExtractorCommand()

@@ -105,6 +105,17 @@ void ChildProcess::launch(const QString &command)
     start(program, arguments, QIODevice::ReadWrite);
 }
 
+void ChildProcess::limitOutput(qint64 bytes)
+{
+    connect(this, &QProcess::readyReadStandardOutput, this, [this, bytes] {
+        if (bytesAvailable() <= bytes)
+            return;
+        closeReadChannel(QProcess::StandardOutput); // what has come so far stays
+        NOX_LOG_ERROR("Output of a program is lost, the first %lld bytes are kept.",
+                      static_cast<long long>(bytesAvailable()));
+    });
+}
+
 void ChildProcess::killGroup()
 {
     // After a crash the system may already have given the process id to another program.

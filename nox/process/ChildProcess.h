@@ -41,6 +41,9 @@ public:
      */
     void launch(const QString &command);
 
+    /** Keeps about @p bytes of standard output for reading, and discards what the program prints beyond that. */
+    void limitOutput(qint64 bytes);
+
     /** Kills the program with its whole process group; does nothing when it does not run. */
     void killGroup();
 

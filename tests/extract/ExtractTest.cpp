@@ -5,6 +5,8 @@
 #include "tests/support/WorkerTable.h"
 #include "tests/util/Rows.h"
 
+#include <nox/process/ChildProcess.h>
+
 #include <QRegularExpression>
 #include <QThread>
 #include <QtTest>
@@ -185,6 +187,19 @@ private Q_SLOTS:
         QCOMPARE(run.sandbox.errors().count("lost"_s), 1);
         run.sandbox.play("dump: json Clip 1"_s);
         QCOMPARE(SignalLog::recordText(run.worker->getMediaInfo(Setup::url())), "finished(Clip|1|)"_s);
+    }
+
+    /** However much a program prints, memory does not grow with it. */
+    void limitedOutput()
+    {
+        const TestSandbox sandbox;
+        ChildProcess process;
+        process.limitOutput(1000);
+        process.launch("head -c 20000000 /dev/zero"_s);
+        QVERIFY(process.waitForFinished(TestSandbox::Timeout));
+        const qint64 kept = process.readAllStandardOutput().size();
+        QVERIFY2(kept > 1000 && kept < 1000000, qPrintable(QString::number(kept)));
+        QCOMPARE(sandbox.errors().count("lost"_s), 1);
     }
 
     /** If a host ignores the signal, Qt does not learn how programs end. */
