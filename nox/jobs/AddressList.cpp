@@ -18,11 +18,17 @@ constexpr qint64 maximumBytes = 4LL * 1024 * 1024;
 /** Removes punctuation of the surrounding sentence from the end of an address. */
 QString trimmed(QString word)
 {
-    while (!word.isEmpty() && QStringLiteral(".,;:!?)]}>\"'").contains(word.back())) {
-        if (word.back() == QLatin1Char(')') && word.count(QLatin1Char('(')) >= word.count(QLatin1Char(')')))
+    const auto opened = word.count(QLatin1Char('('));
+    auto closed = word.count(QLatin1Char(')'));
+    auto size = word.size();
+    for (; size > 0 && QStringLiteral(".,;:!?)]}>\"'").contains(word.at(size - 1)); --size) {
+        if (word.at(size - 1) != QLatin1Char(')'))
+            continue;
+        if (closed <= opened)
             break;
-        word.chop(1);
+        --closed;
     }
+    word.truncate(size);
     return word;
 }
 

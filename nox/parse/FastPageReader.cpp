@@ -1,6 +1,7 @@
 #include <nox/parse/FastPageReader.h>
 
 #include <limits>
+#include <utility>
 
 #include <simdjson.h>
 
@@ -74,8 +75,11 @@ std::vector<FormatEntry> formatEntries(dom::element element)
     if (!take(element, array))
         return entries;
     for (const dom::element entry : array) {
-        if (dom::object object; take(entry, object))
-            entries.push_back(formatEntry(object));
+        dom::object object;
+        if (!take(entry, object))
+            continue;
+        if (FormatEntry read = formatEntry(object); !read.extension.isEmpty()) // else it is no stream
+            entries.push_back(std::move(read));
     }
     return entries;
 }

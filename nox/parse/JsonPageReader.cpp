@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <exception>
 #include <string_view>
+#include <utility>
 
 #include <json/reader.h>
 #include <json/value.h>
@@ -103,8 +104,10 @@ PageDescription pageDescription(const Json::Value &object)
     if (!object.isObject() || !object["formats"].isArray())
         return page;
     for (const Json::Value &entry : object["formats"]) {
-        if (entry.isObject())
-            page.formats.push_back(formatEntry(entry));
+        if (!entry.isObject())
+            continue;
+        if (FormatEntry read = formatEntry(entry); !read.extension.isEmpty()) // else it is no stream
+            page.formats.push_back(std::move(read));
     }
     return page;
 }

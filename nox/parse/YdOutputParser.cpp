@@ -45,8 +45,9 @@ void fill(WebMediaInfo &info, PageDescription page)
     qDebug().noquote() << QStringLiteral("duration: %1").arg(page.duration);
     info.setDuration(page.duration);
 
-    // The largest picture does not exist for every page; the medium one does.
-    page.thumbnail.replace(QLatin1String("maxresdefault"), QLatin1String("mqdefault"));
+    // The largest picture does not exist for every page; the medium one does. QString::replace() takes quadratic time.
+    if (const QString largest = QStringLiteral("maxresdefault"); page.thumbnail.contains(largest))
+        page.thumbnail = page.thumbnail.split(largest).join(QLatin1String("mqdefault"));
     qDebug().noquote() << QStringLiteral("thumbnail: %1").arg(page.thumbnail);
     info.setThumbnailUrl(page.thumbnail);
 
