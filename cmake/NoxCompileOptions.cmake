@@ -42,8 +42,9 @@ if(NOX_SANITIZE)
     add_link_options(-fsanitize=${NOX_SANITIZE})
 endif()
 
-# The rest is only for builds in which this tree is the top level.
+# The rest is only for builds in which this tree is the top level. In others, warnings are nobody's errors.
 if(NOT PROJECT_IS_TOP_LEVEL)
+    target_compile_options(nox_options INTERFACE -Wno-error)
     return()
 endif()
 
@@ -84,8 +85,9 @@ if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT NOX_SANITIZE)
     include(CheckPIESupported)
     check_pie_supported(LANGUAGES CXX)
     set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-    if(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$" AND NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
-        add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
+        set(is_optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+        add_compile_options($<${is_optimised}:-U_FORTIFY_SOURCE> $<${is_optimised}:-D_FORTIFY_SOURCE=2>)
     endif()
     foreach(flag IN ITEMS stack-protector-strong stack-clash-protection cf-protection)
         string(MAKE_C_IDENTIFIER NOX_COMPILER_TAKES_${flag} variable)

@@ -47,15 +47,21 @@ if(NOX_SYSTEM_PROGRAMS)
     )
 endif()
 
+if(PROJECT_IS_TOP_LEVEL)
+    set(nox_documents ${CMAKE_INSTALL_DOCDIR})
+else() # that one is the project's
+    set(nox_documents ${CMAKE_INSTALL_DATADIR}/doc/${PROJECT_NAME})
+endif()
 install(
     FILES
         ${PROJECT_SOURCE_DIR}/CHANGELOG.md
         ${PROJECT_SOURCE_DIR}/docs/building.md
         ${PROJECT_SOURCE_DIR}/docs/host-guide.md
         ${PROJECT_SOURCE_DIR}/docs/jobs.md
+        ${PROJECT_SOURCE_DIR}/docs/reliability.md
         ${PROJECT_SOURCE_DIR}/docs/security.md
         ${PROJECT_SOURCE_DIR}/docs/tool.md
-    DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    DESTINATION ${nox_documents}
     COMPONENT development
 )
 

@@ -1,20 +1,36 @@
-# Run at the end of an installation: lets everybody read its folders, whatever the umask is. Permissions are only added,
-# because a folder may have existed before.
+# Run at the end of an installation: lets everybody read the folders that it has made, whatever the umask is. These hold
+# nothing but what was installed. nox_first_folder is what there was of the prefix before.
 
 cmake_policy(VERSION 3.25)
 
+set(installed)
 set(folders)
 foreach(file IN LISTS CMAKE_INSTALL_MANIFEST_FILES)
+    set(file "$ENV{DESTDIR}${file}")
+    list(APPEND installed ${file})
     cmake_path(GET file PARENT_PATH folder)
-    while(NOT folder STREQUAL CMAKE_INSTALL_PREFIX AND NOT "$ENV{DESTDIR}${folder}" IN_LIST folders)
-        cmake_path(IS_PREFIX CMAKE_INSTALL_PREFIX ${folder} is_inside)
-        if(NOT is_inside)
-            break()
-        endif()
-        list(APPEND folders "$ENV{DESTDIR}${folder}")
+    cmake_path(IS_PREFIX folder "${nox_first_folder}" is_older)
+    while(NOT is_older AND NOT folder IN_LIST folders)
+        list(APPEND folders ${folder})
         cmake_path(GET folder PARENT_PATH folder)
+        cmake_path(IS_PREFIX folder "${nox_first_folder}" is_older)
     endwhile()
 endforeach()
-if(folders)
-    execute_process(COMMAND chmod a+rx ${folders} COMMAND_ERROR_IS_FATAL ANY)
+
+# The inner folders first.
+list(SORT folders ORDER DESCENDING)
+set(made)
+foreach(folder IN LISTS folders)
+    execute_process(COMMAND find ${folder} -mindepth 1 -maxdepth 1 OUTPUT_VARIABLE entries RESULT_VARIABLE result ERROR_QUIET)
+    string(REPLACE "\n" ";" entries "${entries}")
+    list(REMOVE_ITEM entries ${installed} ${made} "")
+    if(result EQUAL 0 AND NOT entries)
+        list(APPEND made ${folder})
+    endif()
+endforeach()
+if(made)
+    execute_process(COMMAND find ${made} -maxdepth 0 ! -perm -555 -exec chmod a+rx {} + RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(WARNING "Others may not be able to read the installed files")
+    endif()
 endif()

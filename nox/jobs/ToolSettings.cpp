@@ -57,6 +57,7 @@ QList<Piece> words(const QByteArray &text)
 QList<Piece> places(const QByteArray &text, const ToolSettings::Option &option)
 {
     const QByteArray name(option.name);
+    const QByteArray assigned = name + '=';
     const QByteArray shortName(option.shortName);
     QList<Piece> result;
     const QList<Piece> all = words(text);
@@ -68,8 +69,8 @@ QList<Piece> places(const QByteArray &text, const ToolSettings::Option &option)
             const Piece &value = all.value(i + 1, {word.start, word.end, {}});
             result += Piece{word.start, value.end, value.value};
             ++i;
-        } else if (word.value.startsWith(name + '=')) {
-            result += Piece{word.start, word.end, word.value.mid(name.size() + 1)};
+        } else if (word.value.startsWith(assigned)) {
+            result += Piece{word.start, word.end, word.value.mid(assigned.size())};
         } else if (!shortName.isEmpty() && word.value.startsWith(shortName)) {
             const int size = static_cast<int>(shortName.size());
             result += Piece{word.start, word.end, word.value.mid(word.value.at(size) == '=' ? size + 1 : size)};

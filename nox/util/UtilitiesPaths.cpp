@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 
@@ -71,11 +72,12 @@ QString Utilities::addNumberToExistedFileName(QString filePath, QStringList take
     const QString folder = wanted.dir().absolutePath();
     const QString baseName = wanted.completeBaseName();
     const QString suffix = wanted.suffix();
+    const QSet<QString> taken(takenNames.cbegin(), takenNames.cend());
 
     QString numbered = baseName;
     for (int number = 1;; ++number) {
         QString candidate = QStringLiteral("%1/%2.%3").arg(folder, numbered, suffix);
-        if (!QFileInfo::exists(candidate) && !takenNames.contains(candidate))
+        if (!QFileInfo::exists(candidate) && !taken.contains(candidate))
             return candidate;
         numbered = QStringLiteral("%1(%2)").arg(baseName, QString::number(number));
     }

@@ -91,9 +91,10 @@ function(use_installed)
 endfunction()
 
 if(WAY STREQUAL shared)
-    run(sh -c "umask 077 && exec '${CMAKE_COMMAND}' --install '${BUILD}' --prefix '${prefix}'")
-    execute_process(COMMAND find ${prefix} -mindepth 1 -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
-    if(closed)
+    # New folders are open, and one that was private stays so.
+    run(sh -c "umask 077 && mkdir -p '${prefix}/share/mine' && exec '${CMAKE_COMMAND}' --install '${BUILD}' --prefix '${prefix}'")
+    execute_process(COMMAND find ${SCRATCH} -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT closed STREQUAL "${prefix}\n${prefix}/share\n${prefix}/share/mine\n")
         message(FATAL_ERROR "Others cannot read these folders:\n${closed}")
     endif()
     file(GLOB shared_libraries ${prefix}/${LIBDIR}/libNoxWebMedia*.so)
