@@ -21,6 +21,15 @@ int part(const QueuedDownload *download)
 class DownloadQueue::Private
 {
 public:
+    /** Number of downloads in the parts of the list up to @p last. The list is sorted by them. */
+    int countUntil(int last) const
+    {
+        const auto end =
+            std::partition_point(downloads.cbegin(), downloads.cend(),
+                                 [last](const QueuedDownload *download) { return part(download) <= last; });
+        return static_cast<int>(end - downloads.cbegin());
+    }
+
     ToolSetup tools;
     Chooser choose;
     QList<QueuedDownload *> downloads;
@@ -56,12 +65,31 @@ void DownloadQueue::setLimit(int limit)
 
 void DownloadQueue::add(const DownloadRequest &request)
 {
-    auto *download = new QueuedDownload(request, this);
-    insert(activeCount(), download);
-    enqueue(download);
+    add(QList<DownloadRequest>{request});
 }
 
-void DownloadQueue::insert(int row, QueuedDownload *download)
+void DownloadQueue::add(const QList<DownloadRequest> &requests)
+{
+    QList<QueuedDownload *> downloads;
+    for (const DownloadRequest &request : requests)
+        downloads += new QueuedDownload(request, this);
+    insert(activeCount(), downloads);
+    enqueue(downloads);
+}
+
+void DownloadQueue::insert(int row, const QList<QueuedDownload *> &downloads)
+{
+    if (downloads.isEmpty())
+        return;
+    for (QueuedDownload *download : downloads)
+        watch(download);
+    const auto count = static_cast<int>(downloads.size());
+    beginInsertRows({}, row, row + count - 1);
+    d->downloads = d->downloads.mid(0, row) + downloads + d->downloads.mid(row);
+    endInsertRows();
+}
+
+void DownloadQueue::watch(QueuedDownload *download)
 {
     connect(download, &QueuedDownload::changed, this, [this, download] { onChanged(download); });
     connect(download, &QueuedDownload::figuresChanged, this, [this, download] {
@@ -69,32 +97,34 @@ void DownloadQueue::insert(int row, QueuedDownload *download)
         Q_EMIT dataChanged(changed, changed, {PercentRole, StatusRole, Qt::AccessibleTextRole});
     });
     connect(download, &QueuedDownload::ended, this, [this, download] { onEnded(download); });
-    beginInsertRows({}, row, row);
-    d->downloads.insert(row, download);
-    endInsertRows();
 }
 
 void DownloadQueue::restore(const QJsonArray &stored)
 {
+    QList<QueuedDownload *> paused;
+    QList<QueuedDownload *> ended;
     for (const auto &value : stored) {
         auto *download = new QueuedDownload(value.toObject(), this);
-        insert(download->isEnded() ? rowCount() : rowCount() - endedCount(), download);
+        (download->isEnded() ? ended : paused) += download;
     }
+    insert(rowCount() - endedCount(), paused);
+    insert(rowCount(), ended);
     Q_EMIT countsChanged();
 }
 
 void DownloadQueue::addInterrupted(const QString &folder)
 {
+    QList<QueuedDownload *> found;
     const QList<QJsonObject> records = DownloadJob::interrupted(folder);
     for (const QJsonObject &record : records) {
         const DownloadJob job(record);
-        const bool isKnown =
-            std::any_of(d->downloads.cbegin(), d->downloads.cend(), [&job](const QueuedDownload *download) {
-                return download->isSameAs({job.url(), job.stream(), job.destination()});
-            });
-        if (!isKnown)
-            insert(rowCount() - endedCount(), new QueuedDownload(record, job.url(), job.destination(), this));
+        const DownloadRequest request{job.url(), job.stream(), job.destination()};
+        const auto isSame = [&request](const QueuedDownload *download) { return download->isSameAs(request); };
+        if (std::none_of(d->downloads.cbegin(), d->downloads.cend(), isSame)
+            && std::none_of(found.cbegin(), found.cend(), isSame))
+            found += new QueuedDownload(record, job.url(), job.destination(), this);
     }
+    insert(rowCount() - endedCount(), found);
     Q_EMIT countsChanged();
 }
 
@@ -106,15 +136,16 @@ QJsonArray DownloadQueue::toJson() const
     return result;
 }
 
-void DownloadQueue::enqueue(QueuedDownload *download)
+/** Lets the waiting @p downloads start, as part of the batch. */
+void DownloadQueue::enqueue(const QList<QueuedDownload *> &downloads)
 {
-    const bool isFirst = std::none_of(d->batch.cbegin(), d->batch.cend(), [download](const QueuedDownload *other) {
-        return other != download && other->isActive();
-    });
-    if (isFirst)
+    if (downloads.isEmpty())
+        return;
+    if (activeCount() == downloads.size()) // no other is active
         d->batch.clear();
-    d->batch.removeOne(download);
-    d->batch.append(download);
+    for (QueuedDownload *download : downloads)
+        d->batch.removeOne(download);
+    d->batch += downloads;
     startNext();
     Q_EMIT countsChanged();
 }
@@ -140,11 +171,10 @@ void DownloadQueue::pauseAll()
 
 void DownloadQueue::resumeAll()
 {
-    const QList<QueuedDownload *> downloads = d->downloads;
-    for (QueuedDownload *download : downloads) {
-        if (download->state() == DownloadQueue::Paused)
-            retry(static_cast<int>(d->downloads.indexOf(download)));
-    }
+    const QList<QueuedDownload *> paused = d->downloads.mid(activeCount(), pausedCount());
+    for (QueuedDownload *download : paused)
+        download->retry();
+    enqueue(paused);
 }
 
 void DownloadQueue::cancel(int row)
@@ -166,7 +196,7 @@ void DownloadQueue::retry(int row)
     QueuedDownload *download = d->downloads.value(row);
     if (download != nullptr && download->canRetry()) {
         download->retry();
-        enqueue(download);
+        enqueue({download});
     }
 }
 
@@ -202,22 +232,19 @@ void DownloadQueue::removeEnded()
         remove(rowCount() - 1);
 }
 
-int DownloadQueue::activeCount() const
-{
-    return static_cast<int>(
-        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isActive)));
-}
-
 int DownloadQueue::runningCount() const
 {
-    return static_cast<int>(
-        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isRunning)));
+    return d->countUntil(0);
+}
+
+int DownloadQueue::activeCount() const
+{
+    return d->countUntil(1);
 }
 
 int DownloadQueue::endedCount() const
 {
-    return static_cast<int>(
-        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isEnded)));
+    return rowCount() - d->countUntil(2);
 }
 
 bool DownloadQueue::contains(const DownloadRequest &request) const

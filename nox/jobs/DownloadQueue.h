@@ -6,6 +6,7 @@
 
 #include <QAbstractListModel>
 #include <QJsonArray>
+#include <QList>
 #include <QStringList>
 
 #include <functional>
@@ -83,6 +84,9 @@ public:
 
     void add(const DownloadRequest &request); ///< Starts a download, or puts it at the end of the waiting ones.
 
+    /** Adds several downloads in this order. The time is linear, and countsChanged() comes once, after all. */
+    void add(const QList<DownloadRequest> &requests);
+
     /** Adds stored downloads. @param stored result of toJson(); unfinished downloads are paused */
     void restore(const QJsonArray &stored);
 
@@ -130,8 +134,9 @@ Q_SIGNALS:
     void allEnded();
 
 private:
-    void insert(int row, QueuedDownload *download);
-    void enqueue(QueuedDownload *download);
+    void insert(int row, const QList<QueuedDownload *> &downloads);
+    void watch(QueuedDownload *download);
+    void enqueue(const QList<QueuedDownload *> &downloads);
     void startNext();
     void place(int row);
     void onChanged(QueuedDownload *download);
