@@ -1,7 +1,12 @@
 #include <nox/jobs/DownloadQueue.h>
 
+#include <nox/jobs/DownloadFolder.h>
 #include <nox/jobs/DownloadJob.h>
+#include <nox/jobs/DownloadRecord.h>
 #include <nox/jobs/QueuedDownload.h>
+
+#include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 #include <functional>
@@ -16,6 +21,23 @@ int part(const QueuedDownload *download)
     return download->isRunning() ? 0 : download->isActive() ? 1 : download->isEnded() ? 3 : 2;
 }
 
+/** The keys of the parts that @p downloads can be resumed from. Each folder is read once. */
+QSet<QString> partsOf(const QList<QueuedDownload *> &downloads)
+{
+    QSet<QString> keys;
+    QSet<QString> folders;
+    for (const QueuedDownload *download : downloads) {
+        if (!download->isActive() && download->state() != DownloadQueue::Finished && !download->key().isEmpty())
+            folders += QFileInfo(download->file()).absolutePath();
+    }
+    for (const QString &folder : std::as_const(folders)) {
+        const QList<DownloadRecord> records = DownloadFolder::interrupted(folder);
+        for (const DownloadRecord &record : records)
+            keys += record.key();
+    }
+    return keys;
+}
+
 } // namespace
 
 class DownloadQueue::Private
@@ -28,6 +50,18 @@ public:
             std::partition_point(downloads.cbegin(), downloads.cend(),
                                  [last](const QueuedDownload *download) { return part(download) <= last; });
         return static_cast<int>(end - downloads.cbegin());
+    }
+
+    /** Removes the parts of @p download, unless another download can still be resumed from them. */
+    void discard(QueuedDownload *download) const
+    {
+        const QString key = download->key();
+        const bool isShared = std::any_of(downloads.cbegin(), downloads.cend(), [&](const QueuedDownload *other) {
+            const bool isOver = other->state() == DownloadQueue::Finished || other->state() == DownloadQueue::Cancelled;
+            return other != download && !isOver && other->url() == download->url() && other->key() == key;
+        });
+        if (!isShared)
+            download->discard();
     }
 
     ToolSetup tools;
@@ -217,19 +251,35 @@ void DownloadQueue::remove(int row)
     QueuedDownload *download = d->downloads.value(row);
     if (download == nullptr || download->isActive())
         return;
-    beginRemoveRows({}, row, row);
-    d->downloads.removeAt(row);
-    download->discard();
-    d->batch.removeOne(download);
-    endRemoveRows();
-    download->deleteLater();
+    d->discard(download);
+    take(row);
     Q_EMIT countsChanged();
 }
 
 void DownloadQueue::removeEnded()
 {
-    while (rowCount() > 0 && d->downloads.constLast()->isEnded()) // a host may change the list inside a signal
-        remove(rowCount() - 1);
+    const int firstEnded = rowCount() - endedCount();
+    const QSet<QString> keys = partsOf(d->downloads.mid(firstEnded));
+    for (int row = rowCount() - 1; row >= firstEnded; --row) {
+        QueuedDownload *download = d->downloads.at(row);
+        const bool hasParts = keys.contains(download->key());
+        if (hasParts && download->state() == DownloadQueue::Failed)
+            continue;
+        if (hasParts)
+            d->discard(download);
+        take(row);
+    }
+    Q_EMIT countsChanged();
+}
+
+/** Takes the download in @p row out of the list and deletes it. */
+void DownloadQueue::take(int row)
+{
+    beginRemoveRows({}, row, row);
+    QueuedDownload *download = d->downloads.takeAt(row);
+    d->batch.removeOne(download);
+    endRemoveRows();
+    download->deleteLater();
 }
 
 int DownloadQueue::runningCount() const
@@ -253,6 +303,12 @@ bool DownloadQueue::contains(const DownloadRequest &request) const
         const bool isGivenUp = download->isEnded() && download->state() != DownloadQueue::Finished;
         return !isGivenUp && download->isSameAs(request);
     });
+}
+
+bool DownloadQueue::hasParts(int row) const
+{
+    QueuedDownload *download = d->downloads.value(row);
+    return download != nullptr && partsOf({download}).contains(download->key());
 }
 
 QStringList DownloadQueue::activeFiles() const
@@ -361,6 +417,8 @@ void DownloadQueue::place(int row)
 
 void DownloadQueue::onEnded(QueuedDownload *download)
 {
+    if (download->state() == DownloadQueue::Cancelled) // it may have waited for its turn with parts
+        d->discard(download);
     startNext();
     const bool isLast = activeCount() == 0;
     Q_EMIT countsChanged();
