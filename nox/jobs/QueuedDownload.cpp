@@ -49,7 +49,10 @@ QueuedDownload::QueuedDownload(const QJsonObject &stored, QObject *parent)
     const auto state = static_cast<State>(QMetaEnum::fromType<State>().keyToValue(name.constData()));
     const bool isOver =
         state == DownloadQueue::Finished || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
-    m_state = isOver ? state : DownloadQueue::Paused;
+    if (state == DownloadQueue::Cancelling)
+        m_state = DownloadQueue::Cancelled;
+    else
+        m_state = isOver ? state : DownloadQueue::Paused;
 }
 
 QueuedDownload::QueuedDownload(const QJsonObject &record, const QString &url, const QString &file, QObject *parent)
