@@ -141,8 +141,8 @@ void QueuedDownload::end(const Job &job)
     case Job::Cancelled: // a page that was being read will be read again
         end(m_state == DownloadQueue::Pausing ? DownloadQueue::Paused : DownloadQueue::Cancelled);
         break;
-    case Job::Paused:
-        end(DownloadQueue::Paused);
+    case Job::Paused: // or it was cancelled when it had already paused
+        end(m_state == DownloadQueue::Cancelling ? DownloadQueue::Cancelled : DownloadQueue::Paused);
         break;
     default:
         m_error = job.errorString();
@@ -169,7 +169,7 @@ void QueuedDownload::cancel()
 {
     if (m_state == DownloadQueue::Waiting) {
         end(DownloadQueue::Cancelled);
-    } else if (m_state == DownloadQueue::Running) {
+    } else if (m_state == DownloadQueue::Running || m_state == DownloadQueue::Pausing) {
         setState(DownloadQueue::Cancelling);
         if (m_page != nullptr) {
             m_page->cancel();
