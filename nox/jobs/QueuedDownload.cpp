@@ -1,5 +1,6 @@
 #include <nox/jobs/QueuedDownload.h>
 
+#include <nox/jobs/DownloadRecord.h>
 #include <nox/jobs/FailureText.h>
 
 #include <QFileInfo>
@@ -48,7 +49,10 @@ QueuedDownload::QueuedDownload(const QJsonObject &stored, QObject *parent)
     const auto state = static_cast<State>(QMetaEnum::fromType<State>().keyToValue(name.constData()));
     const bool isOver =
         state == DownloadQueue::Finished || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
-    m_state = isOver ? state : DownloadQueue::Paused;
+    if (state == DownloadQueue::Cancelling)
+        m_state = DownloadQueue::Cancelled;
+    else
+        m_state = isOver ? state : DownloadQueue::Paused;
 }
 
 QueuedDownload::QueuedDownload(const QJsonObject &record, const QString &url, const QString &file, QObject *parent)
@@ -115,11 +119,16 @@ void QueuedDownload::startJob()
     connect(m_job.get(), &DownloadJob::waitingTextChanged, this, &QueuedDownload::changed);
     connect(m_job.get(), &DownloadJob::finished, this, &QueuedDownload::onFinished);
     m_job->start();
+    if (!m_job->destination().isEmpty()) { // the job may have chosen another file name, and a damaged record has none
+        m_record = m_job->record();
+        m_file = m_job->destination();
+    }
 }
 
 void QueuedDownload::onFinished()
 {
-    m_file = m_job->error() == Job::NoError ? m_job->filePath() : m_job->destination();
+    if (m_job->error() == Job::NoError)
+        m_file = m_job->filePath();
     end(*m_job);
 }
 
@@ -132,8 +141,8 @@ void QueuedDownload::end(const Job &job)
     case Job::Cancelled: // a page that was being read will be read again
         end(m_state == DownloadQueue::Pausing ? DownloadQueue::Paused : DownloadQueue::Cancelled);
         break;
-    case Job::Paused:
-        end(DownloadQueue::Paused);
+    case Job::Paused: // or it was cancelled when it had already paused
+        end(m_state == DownloadQueue::Cancelling ? DownloadQueue::Cancelled : DownloadQueue::Paused);
         break;
     default:
         m_error = job.errorString();
@@ -159,9 +168,8 @@ void QueuedDownload::pause()
 void QueuedDownload::cancel()
 {
     if (m_state == DownloadQueue::Waiting) {
-        discard();
         end(DownloadQueue::Cancelled);
-    } else if (m_state == DownloadQueue::Running) {
+    } else if (m_state == DownloadQueue::Running || m_state == DownloadQueue::Pausing) {
         setState(DownloadQueue::Cancelling);
         if (m_page != nullptr) {
             m_page->cancel();
@@ -184,6 +192,11 @@ void QueuedDownload::discard()
 {
     if (!isRunning() && m_state != DownloadQueue::Finished && !m_record.isEmpty())
         DownloadJob::discard(m_record);
+}
+
+QString QueuedDownload::key() const
+{
+    return m_record.isEmpty() ? QString() : DownloadRecord::fromJson(m_record).key();
 }
 
 bool QueuedDownload::isSameAs(const DownloadRequest &request) const
