@@ -20,12 +20,20 @@ private Q_SLOTS:
     void pausing();
     void manyAddresses_data();
     void manyAddresses();
+    void addingManyIsLinear();
     void videosOfAPage();
     void sameStreamAgain();
 
 private:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_raised += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
     void add(const QString &streams);
     QString storeFile(int program = 1) const;
+
+    int m_raised = 0; // how often the first row was put into its place
 };
 
 /** Downloads each of these streams, such as "a MP4,b MP4", to a file named after its code. */
@@ -299,6 +307,24 @@ void DeskListTest::manyAddresses()
     QTRY_SOON(m_user->downloads().activeCount() == 0);
     QCOMPARE(m_user->seesFailure(0) && m_user->seesFailure(1), isRefused);
     QCOMPARE(m_stage->files(), isRefused ? QStringList() : QStringList({"Clip(1).webm"_s, "Clip.webm"_s}));
+}
+
+void DeskListTest::addingManyIsLinear()
+{
+    HostSandbox::play("dump: hang"_s);
+    m_user->controller().addPages({"http://x/"_s});
+    QTRY_SOON(m_user->sees("cancel", 0));
+    m_user->row(0)->installEventFilter(this);
+    QStringList addresses;
+    for (int i = 0; i < 30; ++i)
+        addresses += "http://x/%1"_s.arg(i);
+    m_user->controller().addPages(addresses);
+    QTRY_SOON(m_user->sees("cancel", 30));
+    m_user->find("rowMenu", 29)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), m_user->find("details", 30));
+    QCOMPARE(m_raised, 1); // not for each of the others
+    m_user->downloads().cancelAll();
 }
 
 void DeskListTest::videosOfAPage()

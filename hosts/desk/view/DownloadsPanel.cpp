@@ -52,6 +52,8 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
         if (!window()->isMinimized())
             refreshRows(0, m_model.runningCount() - 1); // these rows are the first
     });
+    m_orderTimer.setSingleShot(true); // many rows are inserted or moved in one turn of the event loop
+    connect(&m_orderTimer, &QTimer::timeout, this, &DownloadsPanel::orderTabStops);
     connect(&m_model, &DownloadQueue::countsChanged, this, &DownloadsPanel::showCounts);
     insertRows(0, m_model.rowCount() - 1);
     showCounts();
@@ -112,7 +114,7 @@ DownloadRow *DownloadsPanel::newRow()
     connect(row, &DownloadRow::readRequested, this, &DownloadsPanel::readRequested);
     connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
     connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
-    connect(row, &DownloadRow::tabStopsChanged, this, &DownloadsPanel::orderTabStops);
+    connect(row, &DownloadRow::tabStopsChanged, &m_orderTimer, qOverload<>(&QTimer::start));
     return row;
 }
 
@@ -127,7 +129,7 @@ void DownloadsPanel::insertRows(int first, int last)
         m_rows.insert(row, newRow());
         m_rowLayout->insertWidget(row, m_rows.at(row));
     }
-    orderTabStops();
+    m_orderTimer.start();
     refreshRows(first, last);
 }
 
@@ -136,7 +138,7 @@ void DownloadsPanel::moveRow(int from, int to)
     m_rows.move(from, to);
     m_rowLayout->removeWidget(m_rows.at(to));
     m_rowLayout->insertWidget(to, m_rows.at(to));
-    orderTabStops();
+    m_orderTimer.start();
 }
 
 /** The keyboard and screen readers need the order of the rows, not the order in which they were created. */

@@ -53,6 +53,7 @@ private:
     Nox::DownloadQueue &m_model;
     QList<DownloadRow *> m_rows;
     QTimer m_figuresTimer; // active while new figures are not shown yet
+    QTimer m_orderTimer;   // active while the tab stops are to be ordered
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
     QPushButton *m_pauseAllButton = nullptr;
