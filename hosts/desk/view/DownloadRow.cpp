@@ -107,8 +107,8 @@ void DownloadRow::addActions()
     newAction(tr("Read page again"), QStringLiteral("readAgain"), keys("Ctrl+R"),
               [this] { Q_EMIT readRequested(m_address); });
     newAction(tr("Details"), QStringLiteral("detailsAction"), keys("Ctrl+D"), [this] { m_detailsButton->toggle(); });
-    m_removeAction = newAction(tr("Remove from the list"), QStringLiteral("remove"), QKeySequence::Delete,
-                               [this] { Q_EMIT removeRequested(); });
+    m_removeAction =
+        newAction({}, QStringLiteral("remove"), QKeySequence::Delete, [this] { Q_EMIT removeRequested(); });
     setContextMenuPolicy(Qt::ActionsContextMenu);
     auto *menu = new QMenu(m_menuButton);
     menu->addActions(actions());
@@ -183,6 +183,8 @@ void DownloadRow::showState(DownloadQueue::State state)
     m_upAction->setEnabled(state == DownloadQueue::Waiting);
     m_downAction->setEnabled(state == DownloadQueue::Waiting);
     m_removeAction->setEnabled(!isActive);
+    const bool hasParts = isPaused || state == DownloadQueue::Failed;
+    m_removeAction->setText(hasParts ? tr("Remove from the list, with any partial file") : tr("Remove from the list"));
 }
 
 /** Shows or hides the details below the line: status, file and page, or the error message. */

@@ -59,12 +59,12 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
     showCounts();
 }
 
-QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name, const QString &description,
+QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name, const QString &toolTip,
                                        void (DownloadQueue::*run)())
 {
     auto *button = new QPushButton(text);
     button->setObjectName(name);
-    button->setAccessibleDescription(description);
+    button->setToolTip(toolTip);
     connect(button, &QPushButton::clicked, &m_model, run);
     return button;
 }
@@ -79,7 +79,9 @@ QLayout *DownloadsPanel::makeHead()
                                   tr("Cancels running and waiting downloads"), &DownloadQueue::cancelAll);
     m_removeEndedButton =
         newButton(tr("Remove &ended"), QStringLiteral("removeEnded"),
-                  tr("Removes ended downloads from the list, not their files"), &DownloadQueue::removeEnded);
+                  tr("Removes ended downloads from the list. Keeps finished files, and failed downloads with a "
+                     "partial file."),
+                  &DownloadQueue::removeEnded);
     auto *head = new QHBoxLayout;
     head->addWidget(new QLabel(tr("Downloads:")), 1);
     for (QPushButton *button : {m_pauseAllButton, m_resumeAllButton, m_cancelAllButton, m_removeEndedButton})

@@ -38,7 +38,7 @@ Q_SIGNALS:
 
 private:
     QLayout *makeHead();
-    QPushButton *newButton(const QString &text, const QString &name, const QString &description,
+    QPushButton *newButton(const QString &text, const QString &name, const QString &toolTip,
                            void (Nox::DownloadQueue::*run)());
     QWidget *makeList();
     void insertRows(int first, int last);
