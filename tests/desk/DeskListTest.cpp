@@ -259,6 +259,7 @@ void DeskListTest::pausing()
     QTRY_SOON(m_stage->hangs("dump"_s)); // the next one takes its place, and is read
     QCOMPARE(m_user->list(), "http://y/=Running http://z/=Waiting Clip=Paused"_s);
     QCOMPARE(m_user->text("retry", 2), "Resume"_s);
+    QCOMPARE(m_user->find("retry", 2)->accessibleName(), "Resume: Clip.mp4"_s);
     QVERIFY(m_user->row(2)->findChild<QAction *>("remove"_s)->text().endsWith("with any partial file"_s));
     QVERIFY(m_user->find("removeEnded")->toolTip().contains("failed downloads with a partial file"_s));
     QVERIFY(m_user->press("pauseAll"));

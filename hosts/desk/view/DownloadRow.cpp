@@ -148,13 +148,16 @@ void DownloadRow::refresh(const QModelIndex &index)
     m_index = index;
     m_file = index.data(DownloadQueue::FileRole).toString();
     m_address = index.data(DownloadQueue::AddressRole).toString();
+    const auto state = index.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
     const QString name = index.data().toString();
-    if (m_title->text() != name) {
+    const QString retry = state == DownloadQueue::Paused ? tr("Resume") : tr("Retry");
+    if (m_title->text() != name || m_retryButton->text() != retry) {
         m_title->setText(name);
+        m_retryButton->setText(retry);
+        m_retryAction->setText(retry);
         nameControls(name);
     }
     m_status->setText(index.data(DownloadQueue::StatusRole).toString());
-    const auto state = index.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
     showBar(index.data(DownloadQueue::PercentRole).toInt(), state);
     showState(state);
     showDetails();
@@ -172,8 +175,6 @@ void DownloadRow::showState(DownloadQueue::State state)
     m_buttons->setCurrentWidget(button);
     m_pauseButton->setVisible(isActive);
     m_pauseAction->setEnabled(isActive);
-    m_retryButton->setText(isPaused ? tr("Resume") : tr("Retry"));
-    m_retryAction->setText(m_retryButton->text());
     if (hadFocus)
         button->setFocus();
     m_openAction->setEnabled(isFinished);
