@@ -122,10 +122,15 @@ void DeskListTest::waitingRowsChangePlaces()
     add("a MP4,b MP4,c MP4,d MP4"_s);
     QTRY_SOON(m_user->sees("cancel", 3));
     QVERIFY(!m_user->canPress("moveDown", 0) && m_user->canPress("moveUp", 3));
-    m_user->find("cancel", 3)->setFocus();
-    QTest::keyClick(m_user->find("cancel", 3), Qt::Key_Up, Qt::AltModifier);
+    QTest::mouseClick(m_user->find("fileName", 1), Qt::LeftButton);
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(1)); // has the focus, and so its keys work
+    QTest::keyClick(m_user->row(1), Qt::Key_Down);
+    QTest::keyClick(m_user->window().focusWidget(), Qt::Key_Down);
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(3));
+    QTest::keyClick(m_user->find("cancel", 3), Qt::Key_Down); // there is no row below
+    QTest::keyClick(m_user->row(3), Qt::Key_Up, Qt::AltModifier);
     QCOMPARE(m_user->list(), "a=Running b=Waiting d=Waiting c=Waiting"_s);
-    QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 2));
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(2));
     QVERIFY(m_user->press("moveUp", 2) && m_user->press("moveUp", 1)); // what runs stays in front
     QCOMPARE(m_user->list(), "a=Running d=Waiting b=Waiting c=Waiting"_s);
     QVERIFY(m_user->press("moveDown", 2) && m_user->press("moveDown", 3));
@@ -136,6 +141,9 @@ void DeskListTest::waitingRowsChangePlaces()
     QVERIFY(m_user->press("cancelAll"));
     QTRY_SOON_COMPARE(m_user->list(), "d=Cancelled c=Cancelled b=Cancelled a=Finished"_s);
     QVERIFY(!m_user->canPress("cancelAll"));
+    QTest::mouseClick(m_user->find("status", 0), Qt::LeftButton);
+    QTest::keyClick(m_user->window().focusWidget(), Qt::Key_Delete);
+    QCOMPARE(m_user->list(), "c=Cancelled b=Cancelled a=Finished"_s);
     QCOMPARE(m_stage->files(), QStringList("a.mp4"_s));
 }
 

@@ -11,7 +11,9 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMenu>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -61,6 +63,9 @@ DownloadRow::DownloadRow(QWidget *parent)
     connect(m_detailsButton, &QToolButton::toggled, this, &DownloadRow::showDetails);
     addActions();
     layOut();
+    setFocusPolicy(Qt::ClickFocus); // Tab goes from button to button
+    for (QWidget *stop : tabStops() + QList<QWidget *>{this})
+        stop->installEventFilter(this);
 }
 
 QPushButton *DownloadRow::newButton(const QString &text, const QString &name, void (DownloadRow::*run)())
@@ -250,10 +255,27 @@ void DownloadRow::showBar(int percent, DownloadQueue::State state)
     m_bar->setValue(percent);
 }
 
-// A style animates a bar that was busy when it was last painted, even if nobody sees the bar now. It stops when the
-// event is not accepted, and begins again when the bar is painted.
+void DownloadRow::paintEvent(QPaintEvent *event)
+{
+    QFrame::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    if (hasFocus()) // a style may show the focus only after a key
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+}
+
 bool DownloadRow::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::KeyPress && watched != m_bar) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const int by = key->key() == Qt::Key_Up ? -1 : key->key() == Qt::Key_Down ? 1 : 0;
+        const bool isStep = by != 0 && (key->modifiers() & ~Qt::KeypadModifier) == 0;
+        if (isStep)
+            Q_EMIT stepRequested(by);
+        return isStep;
+    }
+    // A style animates a bar that was busy when it was last painted, even if nobody sees the bar now. It stops when the
+    // event is not accepted, and begins again when the bar is painted.
     return watched == m_bar && event->type() == QEvent::StyleAnimationUpdate
         && (m_bar->visibleRegion().isEmpty() || window()->isMinimized());
 }

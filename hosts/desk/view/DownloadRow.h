@@ -45,6 +45,7 @@ Q_SIGNALS:
     void retryRequested();
     void removeRequested();
     void moveRequested(int by); ///< Up (negative) or down among the waiting downloads.
+    void stepRequested(int by); ///< The focus is to go up (negative) or down among the rows.
     void readRequested(const QString &address);
     void logRequested();
     void openingFailed(const QString &message);
@@ -52,6 +53,7 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     QPushButton *newButton(const QString &text, const QString &name, void (DownloadRow::*run)());

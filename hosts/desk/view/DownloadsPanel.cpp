@@ -113,6 +113,11 @@ DownloadRow *DownloadsPanel::newRow()
         m_model.move(rowOf(row), by);
         m_area->ensureWidgetVisible(row);
     });
+    connect(row, &DownloadRow::stepRequested, this, [this, row](int by) {
+        DownloadRow *next = m_rows.value(rowOf(row) + by, row);
+        next->setFocus();
+        m_area->ensureWidgetVisible(next);
+    });
     connect(row, &DownloadRow::readRequested, this, &DownloadsPanel::readRequested);
     connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
     connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
@@ -163,7 +168,7 @@ void DownloadsPanel::removeRows(int first, int last)
     bool hadFocus = false;
     for (int row = last; row >= first; --row) {
         DownloadRow *widget = m_rows.takeAt(row);
-        hadFocus = hadFocus || widget->isAncestorOf(window()->focusWidget());
+        hadFocus = hadFocus || widget->hasFocus() || widget->isAncestorOf(window()->focusWidget());
         m_rowLayout->removeWidget(widget);
         widget->hide();
         widget->deleteLater();
