@@ -80,6 +80,7 @@ void DeskListTest::keepsToLimit()
     m_user->downloads().setLimit(2);
     QCOMPARE(m_user->list(), "c=Running d=Running b=Waiting a(1)=Finished e=Cancelled"_s);
     QVERIFY(m_user->press("cancel", 0));
+    QVERIFY(!m_user->canPress("cancel", 0) && !m_user->canPress("pause", 0)); // until it has ended
     QTRY_SOON_COMPARE(m_user->list(), "d=Running b=Finished c=Cancelled a(1)=Finished e=Cancelled"_s);
     QVERIFY(noticed.at(0).at(1).toString().startsWith("b.mp4: "_s)); // has failed
     m_user->window().showMinimized(); // rows that nobody sees are right as soon as they are seen
@@ -264,6 +265,9 @@ void DeskListTest::pausing()
     m_user->controller().addPages({"http://y/"_s, "http://z/"_s});
     m_user->find("pause", 0)->setFocus();
     QTest::keyClick(m_user->find("pause", 0), Qt::Key_P, Qt::ControlModifier);
+    QCOMPARE(m_user->list(), "Clip=Pausing http://y/=Waiting http://z/=Waiting"_s);
+    QVERIFY(!m_user->canPress("pause", 0) && !m_user->canPress("pauseAction", 0) && m_user->canPress("cancel", 0));
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(0)); // not the button beside it
     QTRY_SOON(m_stage->hangs("dump"_s)); // the next one takes its place, and is read
     QCOMPARE(m_user->list(), "http://y/=Running http://z/=Waiting Clip=Paused"_s);
     QCOMPARE(m_user->text("retry", 2), "Resume"_s);

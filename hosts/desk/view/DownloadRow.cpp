@@ -174,18 +174,24 @@ void DownloadRow::showState(DownloadQueue::State state)
     const bool isPaused = state == DownloadQueue::Paused;
     const bool canRetry = isPaused || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
     const bool isActive = !isFinished && !canRetry;
+    const bool isStopping = state == DownloadQueue::Pausing || state == DownloadQueue::Cancelling;
     QPushButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
-    const QWidget *focused = window()->focusWidget();
-    const bool hadFocus = m_buttons->isAncestorOf(focused) || (focused == m_pauseButton && !isActive);
+    QWidget *focused = window()->focusWidget();
+    const bool hadFocus = focused == m_pauseButton || m_buttons->isAncestorOf(focused);
     m_buttons->setCurrentWidget(button);
     m_pauseButton->setVisible(isActive);
-    m_pauseAction->setEnabled(isActive);
-    if (hadFocus)
-        button->setFocus();
+    m_pauseButton->setEnabled(isActive && !isStopping);
+    m_pauseAction->setEnabled(m_pauseButton->isEnabled());
+    m_cancelAction->setEnabled(isActive && state != DownloadQueue::Cancelling);
+    m_cancelButton->setEnabled(m_cancelAction->isEnabled());
+    if (hadFocus && !(focused->isVisibleTo(this) && focused->isEnabled())) {
+        // While it stops, the same key must not press another button.
+        QWidget *next = isStopping ? static_cast<QWidget *>(this) : button;
+        next->setFocus();
+    }
     m_openAction->setEnabled(isFinished);
     m_folderAction->setEnabled(isFinished);
     m_retryAction->setEnabled(canRetry);
-    m_cancelAction->setEnabled(isActive);
     m_upAction->setEnabled(state == DownloadQueue::Waiting);
     m_downAction->setEnabled(state == DownloadQueue::Waiting);
     m_removeAction->setEnabled(!isActive);
