@@ -184,12 +184,13 @@ void DownloadRow::showState(DownloadQueue::State state)
     m_pauseAction->setEnabled(m_pauseButton->isEnabled());
     m_cancelAction->setEnabled(isActive && state != DownloadQueue::Cancelling);
     m_cancelButton->setEnabled(m_cancelAction->isEnabled());
+    m_openAction->setEnabled(isFinished && QFileInfo::exists(m_file));
+    m_openButton->setEnabled(m_openAction->isEnabled());
     if (hadFocus && !(focused->isVisibleTo(this) && focused->isEnabled())) {
         // While it stops, the same key must not press another button.
-        QWidget *next = isStopping ? static_cast<QWidget *>(this) : button;
+        QWidget *next = isStopping || !button->isEnabled() ? static_cast<QWidget *>(this) : button;
         next->setFocus();
     }
-    m_openAction->setEnabled(isFinished);
     m_folderAction->setEnabled(isFinished);
     m_retryAction->setEnabled(canRetry);
     m_upAction->setEnabled(state == DownloadQueue::Waiting);
