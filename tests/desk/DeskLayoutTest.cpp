@@ -124,6 +124,9 @@ void DeskLayoutTest::fits()
     QCOMPARE(window.size(), room);
     QCOMPARE(cut(), QString());
     QVERIFY(m_user->find("cancel", 0)->visibleRegion().boundingRect().height() > 10);
+    const QWidget *status = m_user->find("status", 0);
+    const QString figures = "Fetching video · 124.0 kB / 103.4 MB · 850.0 kB/s · 0:01:06 left"_s;
+    QVERIFY(scale > 1 || status->fontMetrics().horizontalAdvance(figures) <= status->width());
 }
 
 void DeskLayoutTest::keyboard_data()

@@ -9,13 +9,12 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QGuiApplication>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QUrl>
@@ -29,12 +28,15 @@ namespace {
 constexpr int barCharacters = 14;
 constexpr int detailsLines = 8;
 
-QToolButton *newToolButton(const QString &name)
+/** @param action that the button runs and shows, or null */
+QToolButton *newButton(const char *name, QAction *action = nullptr)
 {
     auto *button = new QToolButton;
-    button->setObjectName(name);
-    button->setAutoRaise(true);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoRaise(action == nullptr);
     button->setFocusPolicy(Qt::StrongFocus);
+    if (action != nullptr)
+        button->setDefaultAction(action);
     return button;
 }
 
@@ -42,16 +44,12 @@ QToolButton *newToolButton(const QString &name)
 
 DownloadRow::DownloadRow(QWidget *parent)
     : QFrame(parent)
-    , m_detailsButton(newToolButton(QStringLiteral("details")))
+    , m_detailsButton(newButton("details"))
     , m_title(new ElidedLabel(Qt::ElideMiddle))
     , m_status(new ElidedLabel(Qt::ElideRight))
     , m_bar(new QProgressBar)
     , m_buttons(new QStackedWidget)
-    , m_pauseButton(newButton(tr("Pause"), QStringLiteral("pause"), &DownloadRow::pauseRequested))
-    , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel"), &DownloadRow::cancelRequested))
-    , m_retryButton(newButton(tr("Retry"), QStringLiteral("retry"), &DownloadRow::retryRequested))
-    , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile"), &DownloadRow::openFile))
-    , m_menuButton(newToolButton(QStringLiteral("rowMenu")))
+    , m_menuButton(newButton("rowMenu"))
 {
     m_title->setObjectName(QStringLiteral("fileName"));
     m_bar->setObjectName(QStringLiteral("progress"));
@@ -68,21 +66,12 @@ DownloadRow::DownloadRow(QWidget *parent)
         stop->installEventFilter(this);
 }
 
-QPushButton *DownloadRow::newButton(const QString &text, const QString &name, void (DownloadRow::*run)())
-{
-    auto *button = new QPushButton(text);
-    button->setObjectName(name);
-    connect(button, &QPushButton::clicked, this, run);
-    m_buttons->addWidget(button);
-    return button;
-}
-
-QAction *DownloadRow::newAction(const QString &text, const QString &name, const QKeySequence &key,
-                                const std::function<void()> &run)
+template <typename Run>
+QAction *DownloadRow::newAction(const QString &text, const char *name, const char *key, const Run &run)
 {
     auto *action = new QAction(text, this);
-    action->setObjectName(name);
-    action->setShortcut(key);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setShortcut(QKeySequence(QString::fromLatin1(key)));
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(action, &QAction::triggered, this, run);
     addAction(action);
@@ -91,29 +80,19 @@ QAction *DownloadRow::newAction(const QString &text, const QString &name, const 
 
 void DownloadRow::addActions()
 {
-    const auto keys = [](const char *text) { return QKeySequence(QString::fromLatin1(text)); };
-    m_openAction = newAction(tr("Open file"), QStringLiteral("open"), keys("Ctrl+O"), [this] { openFile(); });
-    m_folderAction =
-        newAction(tr("Show in folder"), QStringLiteral("showFolder"), keys("Ctrl+Shift+O"), [this] { showFolder(); });
-    m_retryAction =
-        newAction(tr("Retry"), QStringLiteral("retryAction"), keys("Ctrl+T"), [this] { Q_EMIT retryRequested(); });
-    m_pauseAction =
-        newAction(tr("Pause"), QStringLiteral("pauseAction"), keys("Ctrl+P"), [this] { Q_EMIT pauseRequested(); });
-    m_cancelAction =
-        newAction(tr("Cancel"), QStringLiteral("cancelAction"), keys("Ctrl+Del"), [this] { Q_EMIT cancelRequested(); });
-    m_upAction =
-        newAction(tr("Move up"), QStringLiteral("moveUp"), keys("Alt+Up"), [this] { Q_EMIT moveRequested(-1); });
-    m_downAction =
-        newAction(tr("Move down"), QStringLiteral("moveDown"), keys("Alt+Down"), [this] { Q_EMIT moveRequested(1); });
-    newAction(tr("Copy address of the page"), QStringLiteral("copyAddress"), keys("Ctrl+C"),
+    m_openAction = newAction(tr("Open file"), "open", "Ctrl+O", &DownloadRow::openFile);
+    m_folderAction = newAction(tr("Show in folder"), "showFolder", "Ctrl+Shift+O", &DownloadRow::showFolder);
+    m_retryAction = newAction(tr("Retry"), "retryAction", "Ctrl+T", &DownloadRow::retryRequested);
+    m_pauseAction = newAction(tr("Pause"), "pauseAction", "Ctrl+P", &DownloadRow::pauseRequested);
+    m_cancelAction = newAction(tr("Cancel"), "cancelAction", "Ctrl+Del", &DownloadRow::cancelRequested);
+    m_upAction = newAction(tr("Move up"), "moveUp", "Alt+Up", [this] { Q_EMIT moveRequested(-1); });
+    m_downAction = newAction(tr("Move down"), "moveDown", "Alt+Down", [this] { Q_EMIT moveRequested(1); });
+    newAction(tr("Copy address of the page"), "copyAddress", "Ctrl+C",
               [this] { QGuiApplication::clipboard()->setText(m_address); });
-    newAction(tr("Open page in the browser"), QStringLiteral("openPage"), keys("Ctrl+B"),
-              [this] { newOpener()->open(QUrl(m_address)); });
-    newAction(tr("Read page again"), QStringLiteral("readAgain"), keys("Ctrl+R"),
-              [this] { Q_EMIT readRequested(m_address); });
-    newAction(tr("Details"), QStringLiteral("detailsAction"), keys("Ctrl+D"), [this] { m_detailsButton->toggle(); });
-    m_removeAction =
-        newAction({}, QStringLiteral("remove"), QKeySequence::Delete, [this] { Q_EMIT removeRequested(); });
+    newAction(tr("Open page in the browser"), "openPage", "Ctrl+B", [this] { newOpener()->open(QUrl(m_address)); });
+    newAction(tr("Read page again"), "readAgain", "Ctrl+R", [this] { Q_EMIT readRequested(m_address); });
+    newAction(tr("Details"), "detailsAction", "Ctrl+D", [this] { m_detailsButton->toggle(); });
+    m_removeAction = newAction({}, "remove", "Del", &DownloadRow::removeRequested);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     auto *menu = new QMenu(m_menuButton);
     menu->addActions(actions());
@@ -125,6 +104,12 @@ void DownloadRow::addActions()
 
 void DownloadRow::layOut()
 {
+    m_pauseButton = newButton("pause", m_pauseAction);
+    m_cancelButton = newButton("cancel", m_cancelAction);
+    m_retryButton = newButton("retry", m_retryAction);
+    m_openButton = newButton("openFile", m_openAction);
+    for (QToolButton *button : {m_cancelButton, m_retryButton, m_openButton})
+        m_buttons->addWidget(button);
     setFrameShape(QFrame::StyledPanel);
     QFont font = m_title->font();
     font.setBold(true);
@@ -134,18 +119,21 @@ void DownloadRow::layOut()
     m_bar->setSizePolicy(policy);
     m_bar->setFixedWidth(barCharacters * fontMetrics().averageCharWidth());
     m_buttons->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    auto *line = new QHBoxLayout;
-    line->addWidget(m_detailsButton);
-    line->addWidget(m_title, 4);
-    line->addWidget(m_bar);
-    line->addWidget(m_status, 5);
-    line->addWidget(m_pauseButton); // not part of the group of which one is visible
-    line->addWidget(m_buttons);
-    line->addWidget(m_menuButton);
+    m_bar->setFixedHeight(fontMetrics().height());
+    auto *lines = new QGridLayout;
+    lines->setVerticalSpacing(0);
+    lines->setColumnStretch(1, 1);
+    lines->addWidget(m_detailsButton, 0, 0, 2, 1);
+    lines->addWidget(m_title, 0, 1);
+    lines->addWidget(m_bar, 0, 2);
+    lines->addWidget(m_status, 1, 1, 1, 2);
+    lines->addWidget(m_pauseButton, 0, 3, 2, 1); // not part of the group of which one is visible
+    lines->addWidget(m_buttons, 0, 4, 2, 1);
+    lines->addWidget(m_menuButton, 0, 5, 2, 1);
     auto *layout = new QVBoxLayout(this);
     const int margin = fontMetrics().lineSpacing() / 8;
     layout->setContentsMargins(margin, margin, margin, margin);
-    layout->addLayout(line);
+    layout->addLayout(lines);
 }
 
 void DownloadRow::refresh(const QModelIndex &index)
@@ -156,9 +144,8 @@ void DownloadRow::refresh(const QModelIndex &index)
     const auto state = index.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
     const QString name = index.data().toString();
     const QString retry = state == DownloadQueue::Paused ? tr("Resume") : tr("Retry");
-    if (m_title->text() != name || m_retryButton->text() != retry) {
+    if (m_title->text() != name || m_retryAction->text() != retry) {
         m_title->setText(name);
-        m_retryButton->setText(retry);
         m_retryAction->setText(retry);
         nameControls(name);
     }
@@ -175,22 +162,14 @@ void DownloadRow::showState(DownloadQueue::State state)
     const bool canRetry = isPaused || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
     const bool isActive = !isFinished && !canRetry;
     const bool isStopping = state == DownloadQueue::Pausing || state == DownloadQueue::Cancelling;
-    QPushButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
+    QToolButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
     QWidget *focused = window()->focusWidget();
     const bool hadFocus = focused == m_pauseButton || m_buttons->isAncestorOf(focused);
     m_buttons->setCurrentWidget(button);
     m_pauseButton->setVisible(isActive);
-    m_pauseButton->setEnabled(isActive && !isStopping);
-    m_pauseAction->setEnabled(m_pauseButton->isEnabled());
+    m_pauseAction->setEnabled(isActive && !isStopping);
     m_cancelAction->setEnabled(isActive && state != DownloadQueue::Cancelling);
-    m_cancelButton->setEnabled(m_cancelAction->isEnabled());
     m_openAction->setEnabled(isFinished && QFileInfo::exists(m_file));
-    m_openButton->setEnabled(m_openAction->isEnabled());
-    if (hadFocus && !(focused->isVisibleTo(this) && focused->isEnabled())) {
-        // While it stops, the same key must not press another button.
-        QWidget *next = isStopping || !button->isEnabled() ? static_cast<QWidget *>(this) : button;
-        next->setFocus();
-    }
     m_folderAction->setEnabled(isFinished);
     m_retryAction->setEnabled(canRetry);
     m_upAction->setEnabled(state == DownloadQueue::Waiting);
@@ -198,6 +177,11 @@ void DownloadRow::showState(DownloadQueue::State state)
     m_removeAction->setEnabled(!isActive);
     const bool hasParts = isPaused || state == DownloadQueue::Failed;
     m_removeAction->setText(hasParts ? tr("Remove from the list, with any partial file") : tr("Remove from the list"));
+    if (hadFocus && !(focused->isVisibleTo(this) && focused->isEnabled())) {
+        // While it stops, the same key must not press another button.
+        QWidget *next = isStopping || !button->isEnabled() ? static_cast<QWidget *>(this) : button;
+        next->setFocus();
+    }
 }
 
 /** Shows or hides the details below the line: status, file and page, or the error message. */
@@ -245,7 +229,7 @@ QList<QWidget *> DownloadRow::tabStops() const
 void DownloadRow::nameControls(const QString &title)
 {
     const auto name = [&title](const QString &text) { return tr("%1: %2", "button, file").arg(text, title); };
-    for (QPushButton *button : {m_pauseButton, m_cancelButton, m_retryButton, m_openButton})
+    for (QToolButton *button : {m_pauseButton, m_cancelButton, m_retryButton, m_openButton})
         button->setAccessibleName(name(button->text()));
     m_detailsButton->setAccessibleName(name(tr("Details")));
     m_menuButton->setAccessibleName(name(tr("More")));

@@ -5,11 +5,8 @@
 #include <QFrame>
 #include <QPersistentModelIndex>
 
-#include <functional>
-
 class QAction;
 class QProgressBar;
-class QPushButton;
 class QStackedWidget;
 class QToolButton;
 
@@ -21,8 +18,8 @@ class Opener;
 class WrappedText;
 
 /**
- * One download in the list, in one line: name, bar, figures and the most important button. Its menu has all actions,
- * with their keys. Details are shown below the line on request.
+ * One download in the list, in two lines: name and bar, below them the figures; beside them the most important buttons.
+ * Its menu has all actions, with their keys. Details are shown below on request.
  */
 class DownloadRow : public QFrame
 {
@@ -56,9 +53,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    QPushButton *newButton(const QString &text, const QString &name, void (DownloadRow::*run)());
-    QAction *newAction(const QString &text, const QString &name, const QKeySequence &key,
-                       const std::function<void()> &run);
+    template <typename Run>
+    QAction *newAction(const QString &text, const char *name, const char *key, const Run &run);
     void addActions();
     void layOut();
     void nameControls(const QString &title);
@@ -74,10 +70,10 @@ private:
     ElidedLabel *m_status;
     QProgressBar *m_bar;
     QStackedWidget *m_buttons;
-    QPushButton *m_pauseButton;
-    QPushButton *m_cancelButton;
-    QPushButton *m_retryButton;
-    QPushButton *m_openButton;
+    QToolButton *m_pauseButton = nullptr;
+    QToolButton *m_cancelButton = nullptr;
+    QToolButton *m_retryButton = nullptr;
+    QToolButton *m_openButton = nullptr;
     QToolButton *m_menuButton;
     WrappedText *m_details = nullptr; // created on demand, as the box is
     FailureBox *m_failure = nullptr;
