@@ -289,6 +289,7 @@ void DeskListTest::manyAddresses_data()
     row("pasted into the window", "read");
     row("pasted into the field", "address");
     row("dropped text file", "drop");
+    row("offered", "clipboardOffer");
 }
 
 /** Several addresses become rows that are read and downloaded by the preferences; a bad one ends by itself. */
@@ -310,6 +311,10 @@ void DeskListTest::manyAddresses()
         QVERIFY(enter.isAccepted());
         QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&m_user->window(), &drop);
+    } else if (way == "clipboardOffer"_s) {
+        QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
+        QTRY_SOON(m_user->canPress("clipboardOffer"));
+        QVERIFY(m_user->press("clipboardOffer") && !m_user->sees("clipboardOffer")); // is not offered twice
     } else {
         QWidget *focused = m_user->find(qPrintable(way));
         focused->setFocus();

@@ -35,7 +35,9 @@ AddressOfferBar::AddressOfferBar(QWidget *parent)
     layout->addWidget(dismissButton);
 
     connect(m_useButton, &QPushButton::clicked, this, [this] {
-        Q_EMIT accepted(QStringList(m_addresses)); // a copy, since the receiver may change the offer
+        const QStringList addresses = m_addresses;
+        dismiss(); // they are not offered again
+        Q_EMIT accepted(addresses);
     });
     connect(dismissButton, &QToolButton::clicked, this, &AddressOfferBar::dismiss);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &AddressOfferBar::check);
