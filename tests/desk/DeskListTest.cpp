@@ -3,6 +3,24 @@
 
 using namespace NoxDesk;
 
+/** A text on the clipboard that counts how often it is read. */
+class CountedText : public QMimeData
+{
+public:
+    explicit CountedText(const QString &text) { setText(text); }
+
+    bool hasFormat(const QString &type) const override
+    {
+        ++m_reads;
+        return QMimeData::hasFormat(type);
+    }
+
+    int reads() const { return m_reads; }
+
+private:
+    mutable int m_reads = 0;
+};
+
 /** The list of downloads: queue, failures, what is kept for the next start, many addresses, pages of several videos. */
 class DeskListTest : public DeskTest
 {
@@ -190,6 +208,13 @@ void DeskListTest::keys()
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_Delete);
     QCOMPARE(m_user->list(), QString());
     QCOMPARE(m_user->controller().settings().recentAddresses(), QStringList({"https://www.x/2"_s, "http://x/1"_s}));
+
+    auto *copied = new CountedText("http://x/5 http://x/6"_s);
+    QGuiApplication::clipboard()->setMimeData(copied);
+    QTRY_SOON(m_user->sees("clipboardOffer"));
+    const int reads = copied->reads();
+    m_user->type("address", "abc"_s);
+    QCOMPARE(copied->reads(), reads); // a long clipboard would make each key slow
 }
 
 QString DeskListTest::storeFile(int program) const

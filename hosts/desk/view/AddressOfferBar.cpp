@@ -46,9 +46,14 @@ AddressOfferBar::AddressOfferBar(QWidget *parent)
 
 void AddressOfferBar::check()
 {
-    m_addresses = m_isOffering ? Nox::AddressList::in(QGuiApplication::clipboard()->mimeData()) : QStringList();
-    if (m_addresses == QStringList(m_known) || m_addresses == m_dismissed)
-        m_addresses.clear();
+    m_copied = m_isOffering ? Nox::AddressList::in(QGuiApplication::clipboard()->mimeData()) : QStringList();
+    offer();
+}
+
+void AddressOfferBar::offer()
+{
+    const bool isNew = m_copied != QStringList(m_known) && m_copied != m_dismissed;
+    m_addresses = isNew ? m_copied : QStringList();
     const auto count = m_addresses.size();
     m_address->setText(count > 1 ? tr("%1 addresses").arg(count) : m_addresses.value(0));
     m_useButton->setText(count > 1 ? tr("Do&wnload all") : tr("&Use copied address"));
@@ -58,7 +63,7 @@ void AddressOfferBar::check()
 void AddressOfferBar::setKnown(const QString &address)
 {
     m_known = address.trimmed();
-    check();
+    offer(); // without reading a long clipboard at each key
 }
 
 void AddressOfferBar::setOffering(bool isOffering)
@@ -70,7 +75,7 @@ void AddressOfferBar::setOffering(bool isOffering)
 void AddressOfferBar::dismiss()
 {
     m_dismissed = m_addresses;
-    check();
+    offer();
 }
 
 } // namespace NoxDesk

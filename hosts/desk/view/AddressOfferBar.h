@@ -29,10 +29,12 @@ Q_SIGNALS:
     void accepted(const QStringList &addresses);
 
 private:
+    void offer();
     void dismiss();
 
     ElidedLabel *m_address;
     QPushButton *m_useButton;
+    QStringList m_copied;    // the addresses on the clipboard
     QStringList m_addresses; // the offered ones; may be empty
     QStringList m_dismissed;
     QString m_known;
