@@ -293,7 +293,7 @@ void DeskListTest::pausing()
     QCOMPARE(m_user->list(), "Clip=Pausing http://y/=Waiting http://z/=Waiting"_s);
     QVERIFY(!m_user->canPress("pause", 0) && !m_user->canPress("pauseAction", 0) && m_user->canPress("cancel", 0));
     QCOMPARE(m_user->window().focusWidget(), m_user->row(0)); // not the button beside it
-    QTRY_SOON(m_stage->hangs("dump"_s)); // the next one takes its place, and is read
+    QTRY_SOON(m_stage->hangs("dump"_s));                      // the next one takes its place, and is read
     QCOMPARE(m_user->list(), "http://y/=Running http://z/=Waiting Clip=Paused"_s);
     QCOMPARE(m_user->text("retry", 2), "Resume"_s);
     QCOMPARE(m_user->find("retry", 2)->accessibleName(), "Resume: Clip.mp4"_s);
@@ -375,19 +375,28 @@ void DeskListTest::addingManyIsLinear()
 void DeskListTest::videosOfAPage()
 {
     HostSandbox::play("dump: err WARNING: [nox:videos] 3\\n|json Clip 18\n"
-                      R"(list: out {"nox_index":1,"nox_url":"http://x/a","title":"A","duration":61,"nox_count":3}\n|)"
-                      R"(out {"nox_index":2,"nox_url":"http://x/b","title":"B"}\n|out {"nox_more":true}\n)"_s);
+                      R"(list: out {"nox_index":1,"nox_url":"ftp://x/0","nox_count":4}\n|)"
+                      R"(out {"nox_index":2,"nox_url":"http://x/a","title":"A","duration":61}\n|)"
+                      R"(out {"nox_index":3,"nox_url":"http://x/b","title":"B"}\n|out {"nox_more":true}\n)"_s);
     QVERIFY(m_user->seesPage());
     QVERIFY(m_user->text("showVideos").contains("first of 3 videos"_s) && m_user->press("showVideos"));
     auto *list = m_user->find<QListWidget>("videos");
     QVERIFY(list != nullptr && !m_user->canPress("downloadVideos"));
     QTRY_SOON(m_user->sees("moreVideos"));
-    QCOMPARE(m_user->text("videosState"), "2 of 3 videos are listed."_s);
-    QCOMPARE(list->item(0)->text(), "1. A (0:01:01)"_s);
-    HostSandbox::play(R"(list: out {"nox_index":3,"nox_url":"http://x/c","title":"C","nox_count":3}\n)"_s);
+    QCOMPARE(m_user->text("videosState"), "2 of 4 videos are listed."_s);
+    QCOMPARE(list->item(0)->text(), "2. A (0:01:01)"_s);
+    HostSandbox::play(R"(list: out {"nox_more":true}\n)"_s); // none of this step has an address
+    QVERIFY(m_user->press("moreVideos") && !m_user->sees("moreVideos"));
+    QTRY_SOON(m_user->sees("moreVideos"));
+    HostSandbox::play(R"(list: out {"nox_index":204,"nox_url":"http://x/c","title":"C","nox_count":4}\n)"_s);
     QVERIFY(m_user->press("moreVideos"));
     QTRY_SOON_COMPARE(list->count(), 3);
     QTRY_SOON(!m_user->sees("moreVideos"));
+    const QByteArray runs = Files::content(m_stage->path("notes/runs"_s));
+    QVERIFY(runs.contains("\x1f"
+                          "4:203\x1f")
+            && runs.contains("\x1f"
+                             "204:403\x1f"));
     QVERIFY(m_user->press("allVideos") && m_user->canPress("downloadVideos"));
     m_user->downloads().setLimit(1); // one after the other
     list->item(1)->setCheckState(Qt::Unchecked);

@@ -61,8 +61,13 @@ PlaylistDialog::PlaylistDialog(const QString &url, const Nox::ToolSetup &tools, 
 
 void PlaylistDialog::listMore()
 {
+    if (m_job != nullptr) { // entries without a usable address are not listed, but have numbers
+        const QList<Nox::PlaylistEntry> last = m_job->entries();
+        m_first = last.isEmpty() ? m_first + Nox::PlaylistJob::maximumCount
+                                 : qMax(m_first + static_cast<int>(last.size()), last.constLast().number + 1);
+    }
     m_job = std::make_unique<Nox::PlaylistJob>(m_url, m_tools);
-    m_job->setRange(m_list->count() + 1);
+    m_job->setRange(m_first);
     connect(m_job.get(), &Nox::PlaylistJob::entryFound, this, &PlaylistDialog::add);
     connect(m_job.get(), &Nox::Job::finished, this, &PlaylistDialog::refresh);
     m_job->start();
