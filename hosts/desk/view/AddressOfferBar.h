@@ -34,8 +34,7 @@ private:
 
     ElidedLabel *m_address;
     QPushButton *m_useButton;
-    QStringList m_copied;    // the addresses on the clipboard
-    QStringList m_addresses; // the offered ones; may be empty
+    QStringList m_addresses; // on the clipboard; offered if they are new
     QStringList m_dismissed;
     QString m_known;
     bool m_isOffering = true;

@@ -42,8 +42,9 @@ QToolButton *newButton(const char *name, QAction *action = nullptr)
 
 } // namespace
 
-DownloadRow::DownloadRow(QWidget *parent)
+DownloadRow::DownloadRow(DownloadQueue &model, QWidget *parent)
     : QFrame(parent)
+    , m_model(model)
     , m_detailsButton(newButton("details"))
     , m_title(new ElidedLabel(Qt::ElideMiddle))
     , m_status(new ElidedLabel(Qt::ElideRight))
@@ -78,13 +79,18 @@ QAction *DownloadRow::newAction(const QString &text, const char *name, const cha
     return action;
 }
 
+QAction *DownloadRow::newAction(const QString &text, const char *name, const char *key, void (DownloadQueue::*run)(int))
+{
+    return newAction(text, name, key, [this, run] { (m_model.*run)(m_index.row()); });
+}
+
 void DownloadRow::addActions()
 {
     m_openAction = newAction(tr("Open file"), "open", "Ctrl+O", &DownloadRow::openFile);
     m_folderAction = newAction(tr("Show in folder"), "showFolder", "Ctrl+Shift+O", &DownloadRow::showFolder);
-    m_retryAction = newAction(tr("Retry"), "retryAction", "Ctrl+T", &DownloadRow::retryRequested);
-    m_pauseAction = newAction(tr("Pause"), "pauseAction", "Ctrl+P", &DownloadRow::pauseRequested);
-    m_cancelAction = newAction(tr("Cancel"), "cancelAction", "Ctrl+Del", &DownloadRow::cancelRequested);
+    m_retryAction = newAction(tr("Retry"), "retryAction", "Ctrl+T", &DownloadQueue::retry);
+    m_pauseAction = newAction(tr("Pause"), "pauseAction", "Ctrl+P", &DownloadQueue::pause);
+    m_cancelAction = newAction(tr("Cancel"), "cancelAction", "Ctrl+Del", &DownloadQueue::cancel);
     m_upAction = newAction(tr("Move up"), "moveUp", "Alt+Up", [this] { Q_EMIT moveRequested(-1); });
     m_downAction = newAction(tr("Move down"), "moveDown", "Alt+Down", [this] { Q_EMIT moveRequested(1); });
     newAction(tr("Copy address of the page"), "copyAddress", "Ctrl+C",
@@ -92,7 +98,7 @@ void DownloadRow::addActions()
     newAction(tr("Open page in the browser"), "openPage", "Ctrl+B", [this] { newOpener()->open(QUrl(m_address)); });
     newAction(tr("Read page again"), "readAgain", "Ctrl+R", [this] { Q_EMIT readRequested(m_address); });
     newAction(tr("Details"), "detailsAction", "Ctrl+D", [this] { m_detailsButton->toggle(); });
-    m_removeAction = newAction({}, "remove", "Del", &DownloadRow::removeRequested);
+    m_removeAction = newAction({}, "remove", "Del", &DownloadQueue::remove);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     auto *menu = new QMenu(m_menuButton);
     menu->addActions(actions());
@@ -212,11 +218,6 @@ void DownloadRow::showDetails()
     }
 }
 
-void DownloadRow::focusFirst()
-{
-    m_buttons->currentWidget()->setFocus();
-}
-
 QList<QWidget *> DownloadRow::tabStops() const
 {
     QList<QWidget *> stops{m_detailsButton, m_pauseButton, m_cancelButton, m_retryButton, m_openButton, m_menuButton};
@@ -257,12 +258,12 @@ void DownloadRow::paintEvent(QPaintEvent *event)
 
 bool DownloadRow::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress && watched != m_bar) {
+    if (event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        const int by = key->key() == Qt::Key_Up ? -1 : key->key() == Qt::Key_Down ? 1 : 0;
-        const bool isStep = by != 0 && (key->modifiers() & ~Qt::KeypadModifier) == 0;
+        const bool isStep =
+            key->modifiers() == Qt::NoModifier && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down);
         if (isStep)
-            Q_EMIT stepRequested(by);
+            Q_EMIT stepRequested(key->key() == Qt::Key_Up ? -1 : 1);
         return isStep;
     }
     // A style animates a bar that was busy when it was last painted, even if nobody sees the bar now. It stops when the

@@ -26,7 +26,8 @@ class DownloadRow : public QFrame
     Q_OBJECT
 
 public:
-    explicit DownloadRow(QWidget *parent = nullptr);
+    /** @param model must outlive the row */
+    explicit DownloadRow(Nox::DownloadQueue &model, QWidget *parent = nullptr);
 
     /** Shows the current data of the model. */
     void refresh(const QModelIndex &index);
@@ -34,13 +35,7 @@ public:
     /** The widgets for the tab order. */
     QList<QWidget *> tabStops() const;
 
-    void focusFirst(); ///< Sets the focus to the most important button.
-
 Q_SIGNALS:
-    void pauseRequested();
-    void cancelRequested();
-    void retryRequested();
-    void removeRequested();
     void moveRequested(int by); ///< Up (negative) or down among the waiting downloads.
     void stepRequested(int by); ///< The focus is to go up (negative) or down among the rows.
     void readRequested(const QString &address);
@@ -55,6 +50,7 @@ protected:
 private:
     template <typename Run>
     QAction *newAction(const QString &text, const char *name, const char *key, const Run &run);
+    QAction *newAction(const QString &text, const char *name, const char *key, void (Nox::DownloadQueue::*run)(int));
     void addActions();
     void layOut();
     void nameControls(const QString &title);
@@ -65,6 +61,7 @@ private:
     void showFolder();
     Opener *newOpener();
 
+    Nox::DownloadQueue &m_model;
     QToolButton *m_detailsButton;
     ElidedLabel *m_title;
     ElidedLabel *m_status;

@@ -28,10 +28,8 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
     layout->addLayout(makeHead());
     layout->addWidget(makeList(), 1);
 
-    connect(&m_model, &QAbstractItemModel::rowsInserted, this,
-            [this](const QModelIndex &, int first, int last) { insertRows(first, last); });
-    connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this,
-            [this](const QModelIndex &, int first, int last) { removeRows(first, last); });
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, &DownloadsPanel::insertRows);
+    connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &DownloadsPanel::removeRows);
     connect(&m_model, &QAbstractItemModel::rowsMoved, this,
             [this](const QModelIndex &, int row, int, const QModelIndex &, int before) {
                 moveRow(row, before > row ? before - 1 : before);
@@ -55,7 +53,7 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
     m_orderTimer.setSingleShot(true); // many rows are inserted or moved in one turn of the event loop
     connect(&m_orderTimer, &QTimer::timeout, this, &DownloadsPanel::orderTabStops);
     connect(&m_model, &DownloadQueue::countsChanged, this, &DownloadsPanel::showCounts);
-    insertRows(0, m_model.rowCount() - 1);
+    insertRows({}, 0, m_model.rowCount() - 1);
     showCounts();
 }
 
@@ -104,11 +102,7 @@ QWidget *DownloadsPanel::makeList()
 
 DownloadRow *DownloadsPanel::newRow()
 {
-    auto *row = new DownloadRow;
-    connect(row, &DownloadRow::pauseRequested, this, [this, row] { m_model.pause(rowOf(row)); });
-    connect(row, &DownloadRow::cancelRequested, this, [this, row] { m_model.cancel(rowOf(row)); });
-    connect(row, &DownloadRow::retryRequested, this, [this, row] { m_model.retry(rowOf(row)); });
-    connect(row, &DownloadRow::removeRequested, this, [this, row] { m_model.remove(rowOf(row)); });
+    auto *row = new DownloadRow(m_model);
     connect(row, &DownloadRow::moveRequested, this, [this, row](int by) {
         m_model.move(rowOf(row), by);
         m_area->ensureWidgetVisible(row);
@@ -130,7 +124,7 @@ int DownloadsPanel::rowOf(DownloadRow *widget) const
     return static_cast<int>(m_rows.indexOf(widget));
 }
 
-void DownloadsPanel::insertRows(int first, int last)
+void DownloadsPanel::insertRows(const QModelIndex & /*parent*/, int first, int last)
 {
     for (int row = first; row <= last; ++row) {
         m_rows.insert(row, newRow());
@@ -163,7 +157,7 @@ void DownloadsPanel::orderTabStops()
 }
 
 /** Deletes the row later, since one of its buttons may be the sender of the current signal. */
-void DownloadsPanel::removeRows(int first, int last)
+void DownloadsPanel::removeRows(const QModelIndex & /*parent*/, int first, int last)
 {
     bool hadFocus = false;
     for (int row = last; row >= first; --row) {
@@ -173,11 +167,9 @@ void DownloadsPanel::removeRows(int first, int last)
         widget->hide();
         widget->deleteLater();
     }
-    if (hadFocus && m_rows.isEmpty()) {
-        m_area->setFocus();
-    } else if (hadFocus) {
-        m_rows.at(qMin(first, static_cast<int>(m_rows.size()) - 1))->focusFirst();
-    }
+    QWidget *next = m_rows.value(first, m_rows.isEmpty() ? nullptr : m_rows.constLast());
+    if (hadFocus)
+        (next == nullptr ? m_area : next)->setFocus();
 }
 
 void DownloadsPanel::refresh()

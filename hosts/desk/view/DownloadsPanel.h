@@ -41,9 +41,9 @@ private:
     QPushButton *newButton(const QString &text, const QString &name, const QString &toolTip,
                            void (Nox::DownloadQueue::*run)());
     QWidget *makeList();
-    void insertRows(int first, int last);
+    void insertRows(const QModelIndex &parent, int first, int last);
     void moveRow(int from, int to);
-    void removeRows(int first, int last);
+    void removeRows(const QModelIndex &parent, int first, int last);
     void refreshRows(int first, int last);
     DownloadRow *newRow();
     void orderTabStops();
