@@ -17,6 +17,7 @@ private Q_SLOTS:
     void longTexts_data() { keyboard_data(); }
     void longTexts();
     void titleFollowsTheWidth();
+    void textsFollowTheDirection();
 
 private:
     QString cut();
@@ -249,6 +250,29 @@ void DeskLayoutTest::titleFollowsTheWidth()
     QTRY_SOON(title->height() > before && isWhole());
     m_user->window().resize(1000, 700);
     QTRY_SOON_COMPARE(title->height(), before);
+}
+
+/** Also English texts stand on the right side of a right-to-left layout. */
+void DeskLayoutTest::textsFollowTheDirection()
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    const auto restored = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+    restart();
+    QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_user->sees("openFile", 0));
+    QWidgetList texts{m_user->find("title")};
+    const QList<QLabel *> labels = m_user->window().findChildren<QLabel *>();
+    std::copy_if(labels.cbegin(), labels.cend(), std::back_inserter(texts),
+                 [](const QLabel *label) { return label->isVisible() && !label->text().isEmpty(); });
+    QVERIFY(texts.size() >= 8);
+    for (QWidget *text : std::as_const(texts)) {
+        const QImage picture = text->grab().toImage();
+        int x = picture.width() - 1; // comes to the last column with ink
+        while (x > 0 && picture.copy(x, 0, 1, picture.height()) == picture.copy(0, 0, 1, picture.height()))
+            --x;
+        const int gap = m_user->window().width() - text->mapTo(&m_user->window(), QPoint(x, 0)).x();
+        QVERIFY2(gap < m_user->window().width() / 8, qPrintable(text->property("text").toString()));
+    }
 }
 
 QTEST_MAIN(DeskLayoutTest)

@@ -81,7 +81,7 @@ QLayout *DownloadsPanel::makeHead()
                      "partial file."),
                   &DownloadQueue::removeEnded);
     auto *head = new QHBoxLayout;
-    head->addWidget(new QLabel(tr("Downloads:")), 1);
+    head->addWidget(new QLabel(tr("Downloads:")), 1, Qt::AlignLeft); // right in a right-to-left layout
     for (QPushButton *button : {m_pauseAllButton, m_resumeAllButton, m_cancelAllButton, m_removeEndedButton})
         head->addWidget(button);
     return head;

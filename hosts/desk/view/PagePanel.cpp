@@ -126,8 +126,10 @@ VerticalScrollArea *PagePanel::makeHead()
     layout->setContentsMargins({});
     m_outdated = new QLabel(tr("This is still the page before:"));
     m_outdated->setObjectName(QStringLiteral("outdated"));
-    for (QWidget *part : {m_busy, m_failure, static_cast<QWidget *>(m_outdated), m_card})
-        layout->addWidget(part);
+    layout->addWidget(m_busy);
+    layout->addWidget(m_failure);
+    layout->addWidget(m_outdated, 0, Qt::AlignLeft);
+    layout->addWidget(m_card);
     auto *head = new VerticalScrollArea(content);
     head->setFocusPolicy(Qt::NoFocus); // scrolls to the child that gets the focus
     head->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
@@ -175,7 +177,7 @@ QWidget *PagePanel::makeCard()
     auto *texts = new QVBoxLayout;
     texts->addStretch();
     texts->addWidget(m_title);
-    texts->addWidget(m_duration);
+    texts->addWidget(m_duration, 0, Qt::AlignLeft);
     texts->addWidget(m_address);
     texts->addWidget(m_warnings);
     texts->addWidget(m_videosButton, 0, Qt::AlignLeft);

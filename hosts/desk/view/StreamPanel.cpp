@@ -33,7 +33,7 @@ StreamPanel::StreamPanel(StreamTableModel &model, QWidget *parent)
     label->setBuddy(m_table);
 
     auto *head = new QHBoxLayout;
-    head->addWidget(label, 1);
+    head->addWidget(label, 1, Qt::AlignLeft); // right in a right-to-left layout
     head->addWidget(m_allBox);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
