@@ -213,6 +213,7 @@ void PagePanel::show(PageReader::State state)
     m_outdated->setVisible(reader.isOutdated());
     m_card->setEnabled(!reader.isOutdated());
     m_choices->setEnabled(!reader.isOutdated());
+    m_streams->setOutdated(reader.isOutdated()); // the other label may be scrolled out of sight
     m_head->setVisible(isReading || isFailed || reader.hasPage());
     m_content->setVisible(reader.hasPage() || !(isReading || isFailed));
     m_content->setCurrentWidget(reader.hasPage() ? m_choices : m_hint);
