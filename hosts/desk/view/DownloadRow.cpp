@@ -79,26 +79,24 @@ QAction *DownloadRow::newAction(const QString &text, const char *name, const cha
     return action;
 }
 
-QAction *DownloadRow::newAction(const QString &text, const char *name, const char *key, void (DownloadQueue::*run)(int))
-{
-    return newAction(text, name, key, [this, run] { (m_model.*run)(m_index.row()); });
-}
-
 void DownloadRow::addActions()
 {
+    const auto call = [this](void (DownloadQueue::*run)(int)) {
+        return [this, run] { (m_model.*run)(m_index.row()); };
+    };
     m_openAction = newAction(tr("Open file"), "open", "Ctrl+O", &DownloadRow::openFile);
     m_folderAction = newAction(tr("Show in folder"), "showFolder", "Ctrl+Shift+O", &DownloadRow::showFolder);
-    m_retryAction = newAction(tr("Retry"), "retryAction", "Ctrl+T", &DownloadQueue::retry);
-    m_pauseAction = newAction(tr("Pause"), "pauseAction", "Ctrl+P", &DownloadQueue::pause);
-    m_cancelAction = newAction(tr("Cancel"), "cancelAction", "Ctrl+Del", &DownloadQueue::cancel);
-    m_upAction = newAction(tr("Move up"), "moveUp", "Alt+Up", [this] { Q_EMIT moveRequested(-1); });
-    m_downAction = newAction(tr("Move down"), "moveDown", "Alt+Down", [this] { Q_EMIT moveRequested(1); });
+    m_retryAction = newAction(tr("Retry"), "retryAction", "Ctrl+T", call(&DownloadQueue::retry));
+    m_pauseAction = newAction(tr("Pause"), "pauseAction", "Ctrl+P", call(&DownloadQueue::pause));
+    m_cancelAction = newAction(tr("Cancel"), "cancelAction", "Ctrl+Del", call(&DownloadQueue::cancel));
+    m_upAction = newAction(tr("Move up"), "moveUp", "Alt+Up", [this] { m_model.move(m_index.row(), -1); });
+    m_downAction = newAction(tr("Move down"), "moveDown", "Alt+Down", [this] { m_model.move(m_index.row(), 1); });
     newAction(tr("Copy address of the page"), "copyAddress", "Ctrl+C",
               [this] { QGuiApplication::clipboard()->setText(m_address); });
     newAction(tr("Open page in the browser"), "openPage", "Ctrl+B", [this] { newOpener()->open(QUrl(m_address)); });
     newAction(tr("Read page again"), "readAgain", "Ctrl+R", [this] { Q_EMIT readRequested(m_address); });
     newAction(tr("Details"), "detailsAction", "Ctrl+D", [this] { m_detailsButton->toggle(); });
-    m_removeAction = newAction({}, "remove", "Del", &DownloadQueue::remove);
+    m_removeAction = newAction({}, "remove", "Del", call(&DownloadQueue::remove));
     setContextMenuPolicy(Qt::ActionsContextMenu);
     auto *menu = new QMenu(m_menuButton);
     menu->addActions(actions());
@@ -120,15 +118,13 @@ void DownloadRow::layOut()
     QFont font = m_title->font();
     font.setBold(true);
     m_title->setFont(font);
-    QSizePolicy policy = m_bar->sizePolicy();
-    policy.setRetainSizeWhenHidden(true); // keeps the columns of all rows aligned
-    m_bar->setSizePolicy(policy);
     m_bar->setFixedWidth(barCharacters * fontMetrics().averageCharWidth());
     m_buttons->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_bar->setFixedHeight(fontMetrics().height());
     auto *lines = new QGridLayout;
     lines->setVerticalSpacing(0);
     lines->setColumnStretch(1, 1);
+    lines->setColumnMinimumWidth(2, m_bar->width()); // keeps the columns of all rows aligned
     lines->addWidget(m_detailsButton, 0, 0, 2, 1);
     lines->addWidget(m_title, 0, 1);
     lines->addWidget(m_bar, 0, 2);
@@ -274,11 +270,9 @@ bool DownloadRow::eventFilter(QObject *watched, QEvent *event)
 
 void DownloadRow::openFile()
 {
-    if (QFileInfo::exists(m_file)) {
+    refresh(QModelIndex(m_index)); // shows if the file is missing; a copy, since refresh() sets the index
+    if (m_openAction->isEnabled())
         newOpener()->open(QUrl::fromLocalFile(m_file));
-    } else {
-        refresh(QModelIndex(m_index)); // shows that the file is missing; a copy, since refresh() sets the index
-    }
 }
 
 void DownloadRow::showFolder()

@@ -36,7 +36,6 @@ public:
     QList<QWidget *> tabStops() const;
 
 Q_SIGNALS:
-    void moveRequested(int by); ///< Up (negative) or down among the waiting downloads.
     void stepRequested(int by); ///< The focus is to go up (negative) or down among the rows.
     void readRequested(const QString &address);
     void logRequested();
@@ -50,7 +49,6 @@ protected:
 private:
     template <typename Run>
     QAction *newAction(const QString &text, const char *name, const char *key, const Run &run);
-    QAction *newAction(const QString &text, const char *name, const char *key, void (Nox::DownloadQueue::*run)(int));
     void addActions();
     void layOut();
     void nameControls(const QString &title);

@@ -102,35 +102,21 @@ QWidget *DownloadsPanel::makeList()
     return m_area;
 }
 
-DownloadRow *DownloadsPanel::newRow()
-{
-    auto *row = new DownloadRow(m_model);
-    connect(row, &DownloadRow::moveRequested, this, [this, row](int by) {
-        m_model.move(rowOf(row), by);
-        m_area->ensureWidgetVisible(row);
-    });
-    connect(row, &DownloadRow::stepRequested, this, [this, row](int by) {
-        DownloadRow *next = m_rows.value(rowOf(row) + by, row);
-        next->setFocus();
-        m_area->ensureWidgetVisible(next);
-    });
-    connect(row, &DownloadRow::readRequested, this, &DownloadsPanel::readRequested);
-    connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
-    connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
-    connect(row, &DownloadRow::tabStopsChanged, &m_orderTimer, qOverload<>(&QTimer::start));
-    return row;
-}
-
-int DownloadsPanel::rowOf(DownloadRow *widget) const
-{
-    return static_cast<int>(m_rows.indexOf(widget));
-}
-
 void DownloadsPanel::insertRows(const QModelIndex & /*parent*/, int first, int last)
 {
-    for (int row = first; row <= last; ++row) {
-        m_rows.insert(row, newRow());
-        m_rowLayout->insertWidget(row, m_rows.at(row));
+    for (int place = first; place <= last; ++place) {
+        auto *row = new DownloadRow(m_model);
+        connect(row, &DownloadRow::stepRequested, this, [this, row](int by) {
+            DownloadRow *next = m_rows.value(m_rows.indexOf(row) + by, row);
+            next->setFocus();
+            m_area->ensureWidgetVisible(next);
+        });
+        connect(row, &DownloadRow::readRequested, this, &DownloadsPanel::readRequested);
+        connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
+        connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
+        connect(row, &DownloadRow::tabStopsChanged, &m_orderTimer, qOverload<>(&QTimer::start));
+        m_rows.insert(place, row);
+        m_rowLayout->insertWidget(place, row);
     }
     m_orderTimer.start();
     refreshRows(first, last);
@@ -139,8 +125,11 @@ void DownloadsPanel::insertRows(const QModelIndex & /*parent*/, int first, int l
 void DownloadsPanel::moveRow(int from, int to)
 {
     m_rows.move(from, to);
-    m_rowLayout->removeWidget(m_rows.at(to));
-    m_rowLayout->insertWidget(to, m_rows.at(to));
+    DownloadRow *row = m_rows.at(to);
+    m_rowLayout->removeWidget(row);
+    m_rowLayout->insertWidget(to, row);
+    if (row->hasFocus() || row->isAncestorOf(window()->focusWidget()))
+        m_area->ensureWidgetVisible(row);
     m_orderTimer.start();
 }
 

@@ -45,9 +45,7 @@ private:
     void moveRow(int from, int to);
     void removeRows(const QModelIndex &parent, int first, int last);
     void refreshRows(int first, int last);
-    DownloadRow *newRow();
     void orderTabStops();
-    int rowOf(DownloadRow *widget) const;
     void showCounts();
 
     Nox::DownloadQueue &m_model;

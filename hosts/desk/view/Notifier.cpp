@@ -30,13 +30,11 @@ void Notifier::notify(const QString &title, const QString &message)
     SessionBus::call(service, QStringLiteral("GetCapabilities"), {}, this,
                      [this, title, message](bool isAnswered, const QVariantList &values) {
                          const QStringList abilities = values.value(0).toStringList();
-                         if (!isAnswered) {
+                         const bool isMarkup = abilities.contains(QStringLiteral("body-markup"));
+                         if (isAnswered)
+                             send(title, isMarkup ? message.toHtmlEscaped() : message);
+                         else
                              showInTray(title, message);
-                         } else if (abilities.contains(QStringLiteral("body-markup"))) {
-                             send(title, message.toHtmlEscaped());
-                         } else {
-                             send(title, message);
-                         }
                      });
 }
 

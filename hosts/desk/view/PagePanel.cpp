@@ -88,11 +88,9 @@ QWidget *PagePanel::makeBusy()
     row->addStretch(1);
     auto *layout = new QVBoxLayout(busy);
     layout->setContentsMargins({});
-    layout->addStretch();
     layout->addWidget(text);
     layout->addWidget(m_busyAddress);
     layout->addLayout(row);
-    layout->addStretch();
     return busy;
 }
 
@@ -112,10 +110,8 @@ QWidget *PagePanel::makeFailure()
     row->addWidget(closeButton);
     auto *layout = new QVBoxLayout(failure);
     layout->setContentsMargins({});
-    layout->addStretch();
     layout->addWidget(m_failureBox);
     layout->addLayout(row);
-    layout->addStretch();
     return failure;
 }
 
