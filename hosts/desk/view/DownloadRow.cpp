@@ -54,7 +54,6 @@ DownloadRow::DownloadRow(DownloadQueue &model, QWidget *parent)
 {
     m_title->setObjectName(QStringLiteral("fileName"));
     m_bar->setObjectName(QStringLiteral("progress"));
-    m_bar->installEventFilter(this);
     m_status->setObjectName(QStringLiteral("status"));
     for (QWidget *label : {m_title, m_status})
         label->setContextMenuPolicy(Qt::NoContextMenu); // the menu of the row is shown instead
@@ -63,8 +62,8 @@ DownloadRow::DownloadRow(DownloadQueue &model, QWidget *parent)
     addActions();
     layOut();
     setFocusPolicy(Qt::ClickFocus); // Tab goes from button to button
-    for (QWidget *stop : tabStops() + QList<QWidget *>{this})
-        stop->installEventFilter(this);
+    for (QWidget *part : tabStops() + QList<QWidget *>{m_bar, this})
+        part->installEventFilter(this);
 }
 
 template <typename Run>
@@ -278,16 +277,13 @@ void DownloadRow::openFile()
 void DownloadRow::showFolder()
 {
     const QString folder = QFileInfo(m_file).absolutePath();
-    if (QFileInfo::exists(m_file)) {
-        newOpener()->showInFolder(m_file);
-        return;
-    }
     refresh(QModelIndex(m_index)); // a copy, since refresh() sets the index
-    if (QFileInfo::exists(folder)) {
+    if (QFileInfo::exists(m_file))
+        newOpener()->showInFolder(m_file);
+    else if (QFileInfo::exists(folder))
         newOpener()->open(QUrl::fromLocalFile(folder));
-    } else {
+    else
         Q_EMIT openingFailed(tr("\"%1\" no longer exists.").arg(folder));
-    }
 }
 
 Opener *DownloadRow::newOpener()

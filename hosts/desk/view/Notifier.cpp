@@ -29,8 +29,7 @@ void Notifier::notify(const QString &title, const QString &message)
         return;
     SessionBus::call(service, QStringLiteral("GetCapabilities"), {}, this,
                      [this, title, message](bool isAnswered, const QVariantList &values) {
-                         const QStringList abilities = values.value(0).toStringList();
-                         const bool isMarkup = abilities.contains(QStringLiteral("body-markup"));
+                         const bool isMarkup = values.value(0).toStringList().contains(QStringLiteral("body-markup"));
                          if (isAnswered)
                              send(title, isMarkup ? message.toHtmlEscaped() : message);
                          else
