@@ -14,12 +14,12 @@ class FakeDesktop : public QObject
 public Q_SLOTS:
     QStringList GetCapabilities() { return {"actions"_s, "body-markup"_s}; }
 
-    uint Notify(const QString &, uint, const QString &, const QString &title, const QString &body,
+    uint Notify(const QString &, uint replaced, const QString &, const QString &title, const QString &body,
                 const QStringList &actions, const QVariantMap &hints, int)
     {
-        notified += title + QLatin1Char('|') + body + QLatin1Char('|') + actions.value(0) + QLatin1Char('|')
-            + hints.value("desktop-entry"_s).toString();
-        return static_cast<uint>(notified.size()) + 6;
+        notified += QString::number(replaced) + QLatin1Char('|') + title + QLatin1Char('|') + body + QLatin1Char('|')
+            + actions.value(0) + QLatin1Char('|') + hints.value("desktop-entry"_s).toString();
+        return replaced != 0 ? replaced : static_cast<uint>(notified.size()) + 6;
     }
 
     void CloseNotification(uint id) { closed += id; }
@@ -81,7 +81,9 @@ void DeskDesktopTest::notifies()
     QTRY_SOON(m_taskbar.contains(50));
     m_user->window().showMinimized();
     m_stage->let("go"_s);
-    QTRY_SOON_COMPARE(m_desktop.notified, QStringList("Download finished|a &amp; b.mp4|default|nox-desk"_s));
+    QTRY_SOON_COMPARE(m_desktop.notified, QStringList("0|Download finished|a &amp; b.mp4|default|nox-desk"_s));
+    Q_EMIT m_user->controller().noticed("Download failed"_s, "c.mp4"_s); // takes the place of the one before
+    QTRY_SOON_COMPARE(m_desktop.notified.last(), "7|Download failed|c.mp4\nMessages before: 1|default|nox-desk"_s);
     QTRY_SOON_COMPARE(m_taskbar.last(), -1);
     Q_EMIT m_desktop.ActionInvoked(99, "default"_s); // of another program
     QVERIFY(m_user->window().isMinimized());
@@ -104,7 +106,7 @@ void DeskDesktopTest::openingFails()
     QVERIFY(QFile::remove(m_stage->video("Clip.mp4"_s)));
     QVERIFY(m_user->press("openFile", 0));
     QCOMPARE(m_user->text("status", 0), "The file no longer exists"_s);
-    QVERIFY(!m_user->sees("warning"));
+    QVERIFY(!m_user->sees("warning") && !m_user->canPress("openFile", 0) && !m_user->canPress("open", 0));
 }
 
 /** A second start hands its addresses over; what a killed one left behind does not disturb. */

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void longTexts_data() { keyboard_data(); }
     void longTexts();
     void titleFollowsTheWidth();
+    void textsFollowTheDirection();
 
 private:
     QString cut();
@@ -120,10 +121,21 @@ void DeskLayoutTest::fits()
     const int shownLines = qRound(shown->document()->size().height() / shown->fontMetrics().lineSpacing());
     QVERIFY2(lines == 1 ? shownLines == 1 : shownLines >= lines, qPrintable(QString::number(shownLines)));
     QVERIFY(m_user->beginDownload("360P"_s)); // now the list takes room, too
-    QTest::qWait(0);
+    const auto height = [this](QWidget *widget) { return widget->visibleRegion().boundingRect().height(); };
+    QTRY_SOON(height(m_user->row(0)) == m_user->row(0)->height()); // after layouts that follow from layouts
     QCOMPARE(window.size(), room);
     QCOMPARE(cut(), QString());
-    QVERIFY(m_user->find("cancel", 0)->visibleRegion().boundingRect().height() > 10);
+    const QWidget *status = m_user->find("status", 0);
+    const QString figures = "Fetching video · 124.0 kB / 103.4 MB · 850.0 kB/s · 0:01:06 left"_s;
+    QVERIFY(m_user->find("downloads")->height() <= m_user->row(0)->height() + 4); // not higher than its rows
+    QVERIFY(scale > 1 || status->fontMetrics().horizontalAdvance(figures) <= status->width());
+    HostSandbox::play("dump: err ERROR: gone|exit 1"_s);
+    m_user->readPage("http://y/"_s);
+    QTRY_SOON(m_user->sees("dismissFailure"));
+    QTRY_SOON(m_user->text("streamsLabel").contains("page before"_s));
+    QCOMPARE(height(m_user->find("streamsLabel")), m_user->find("streamsLabel")->height());
+    QVERIFY(height(m_user->find("failureMessage")) >= window.fontMetrics().height());
+    QCOMPARE(window.size(), room);
 }
 
 void DeskLayoutTest::keyboard_data()
@@ -246,6 +258,29 @@ void DeskLayoutTest::titleFollowsTheWidth()
     QTRY_SOON(title->height() > before && isWhole());
     m_user->window().resize(1000, 700);
     QTRY_SOON_COMPARE(title->height(), before);
+}
+
+/** Also English texts stand on the right side of a right-to-left layout. */
+void DeskLayoutTest::textsFollowTheDirection()
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    const auto restored = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+    restart();
+    QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_user->sees("openFile", 0));
+    QWidgetList texts{m_user->find("title")};
+    const QList<QLabel *> labels = m_user->window().findChildren<QLabel *>();
+    std::copy_if(labels.cbegin(), labels.cend(), std::back_inserter(texts),
+                 [](const QLabel *label) { return label->isVisible() && !label->text().isEmpty(); });
+    QVERIFY(texts.size() >= 8);
+    for (QWidget *text : std::as_const(texts)) {
+        const QImage picture = text->grab().toImage();
+        int x = picture.width() - 1; // comes to the last column with ink
+        while (x > 0 && picture.copy(x, 0, 1, picture.height()) == picture.copy(0, 0, 1, picture.height()))
+            --x;
+        const int gap = m_user->window().width() - text->mapTo(&m_user->window(), QPoint(x, 0)).x();
+        QVERIFY2(gap < m_user->window().width() / 8, qPrintable(text->property("text").toString()));
+    }
 }
 
 QTEST_MAIN(DeskLayoutTest)

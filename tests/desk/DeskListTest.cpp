@@ -3,6 +3,24 @@
 
 using namespace NoxDesk;
 
+/** A text on the clipboard that counts how often it is read. */
+class CountedText : public QMimeData
+{
+public:
+    explicit CountedText(const QString &text) { setText(text); }
+
+    bool hasFormat(const QString &type) const override
+    {
+        ++m_reads;
+        return QMimeData::hasFormat(type);
+    }
+
+    int reads() const { return m_reads; }
+
+private:
+    mutable int m_reads = 0;
+};
+
 /** The list of downloads: queue, failures, what is kept for the next start, many addresses, pages of several videos. */
 class DeskListTest : public DeskTest
 {
@@ -20,12 +38,20 @@ private Q_SLOTS:
     void pausing();
     void manyAddresses_data();
     void manyAddresses();
+    void addingManyIsLinear();
     void videosOfAPage();
     void sameStreamAgain();
 
 private:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_raised += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
     void add(const QString &streams);
     QString storeFile(int program = 1) const;
+
+    int m_raised = 0; // how often the first row was put into its place
 };
 
 /** Downloads each of these streams, such as "a MP4,b MP4", to a file named after its code. */
@@ -72,6 +98,7 @@ void DeskListTest::keepsToLimit()
     m_user->downloads().setLimit(2);
     QCOMPARE(m_user->list(), "c=Running d=Running b=Waiting a(1)=Finished e=Cancelled"_s);
     QVERIFY(m_user->press("cancel", 0));
+    QVERIFY(!m_user->canPress("cancel", 0) && !m_user->canPress("pause", 0)); // until it has ended
     QTRY_SOON_COMPARE(m_user->list(), "d=Running b=Finished c=Cancelled a(1)=Finished e=Cancelled"_s);
     QVERIFY(noticed.at(0).at(1).toString().startsWith("b.mp4: "_s)); // has failed
     m_user->window().showMinimized(); // rows that nobody sees are right as soon as they are seen
@@ -114,10 +141,15 @@ void DeskListTest::waitingRowsChangePlaces()
     add("a MP4,b MP4,c MP4,d MP4"_s);
     QTRY_SOON(m_user->sees("cancel", 3));
     QVERIFY(!m_user->canPress("moveDown", 0) && m_user->canPress("moveUp", 3));
-    m_user->find("cancel", 3)->setFocus();
-    QTest::keyClick(m_user->find("cancel", 3), Qt::Key_Up, Qt::AltModifier);
+    QTest::mouseClick(m_user->find("fileName", 1), Qt::LeftButton);
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(1)); // has the focus, and so its keys work
+    QTest::keyClick(m_user->row(1), Qt::Key_Down);
+    QTest::keyClick(m_user->window().focusWidget(), Qt::Key_Down);
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(3));
+    QTest::keyClick(m_user->find("cancel", 3), Qt::Key_Down); // there is no row below
+    QTest::keyClick(m_user->row(3), Qt::Key_Up, Qt::AltModifier);
     QCOMPARE(m_user->list(), "a=Running b=Waiting d=Waiting c=Waiting"_s);
-    QCOMPARE(m_user->window().focusWidget(), m_user->find("cancel", 2));
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(2));
     QVERIFY(m_user->press("moveUp", 2) && m_user->press("moveUp", 1)); // what runs stays in front
     QCOMPARE(m_user->list(), "a=Running d=Waiting b=Waiting c=Waiting"_s);
     QVERIFY(m_user->press("moveDown", 2) && m_user->press("moveDown", 3));
@@ -128,6 +160,9 @@ void DeskListTest::waitingRowsChangePlaces()
     QVERIFY(m_user->press("cancelAll"));
     QTRY_SOON_COMPARE(m_user->list(), "d=Cancelled c=Cancelled b=Cancelled a=Finished"_s);
     QVERIFY(!m_user->canPress("cancelAll"));
+    QTest::mouseClick(m_user->find("status", 0), Qt::LeftButton);
+    QTest::keyClick(m_user->window().focusWidget(), Qt::Key_Delete);
+    QCOMPARE(m_user->list(), "c=Cancelled b=Cancelled a=Finished"_s);
     QCOMPARE(m_stage->files(), QStringList("a.mp4"_s));
 }
 
@@ -173,6 +208,13 @@ void DeskListTest::keys()
     QTest::keyClick(m_user->find("openFile", 0), Qt::Key_Delete);
     QCOMPARE(m_user->list(), QString());
     QCOMPARE(m_user->controller().settings().recentAddresses(), QStringList({"https://www.x/2"_s, "http://x/1"_s}));
+
+    auto *copied = new CountedText("http://x/5 http://x/6"_s);
+    QGuiApplication::clipboard()->setMimeData(copied);
+    QTRY_SOON(m_user->sees("clipboardOffer"));
+    const int reads = copied->reads();
+    m_user->type("address", "abc"_s);
+    QCOMPARE(copied->reads(), reads); // a long clipboard would make each key slow
 }
 
 QString DeskListTest::storeFile(int program) const
@@ -248,9 +290,15 @@ void DeskListTest::pausing()
     m_user->controller().addPages({"http://y/"_s, "http://z/"_s});
     m_user->find("pause", 0)->setFocus();
     QTest::keyClick(m_user->find("pause", 0), Qt::Key_P, Qt::ControlModifier);
-    QTRY_SOON(m_stage->hangs("dump"_s)); // the next one takes its place, and is read
+    QCOMPARE(m_user->list(), "Clip=Pausing http://y/=Waiting http://z/=Waiting"_s);
+    QVERIFY(!m_user->canPress("pause", 0) && !m_user->canPress("pauseAction", 0) && m_user->canPress("cancel", 0));
+    QCOMPARE(m_user->window().focusWidget(), m_user->row(0)); // not the button beside it
+    QTRY_SOON(m_stage->hangs("dump"_s));                      // the next one takes its place, and is read
     QCOMPARE(m_user->list(), "http://y/=Running http://z/=Waiting Clip=Paused"_s);
     QCOMPARE(m_user->text("retry", 2), "Resume"_s);
+    QCOMPARE(m_user->find("retry", 2)->accessibleName(), "Resume: Clip.mp4"_s);
+    QVERIFY(m_user->row(2)->findChild<QAction *>("remove"_s)->text().endsWith("with any partial file"_s));
+    QVERIFY(m_user->find("removeEnded")->toolTip().contains("failed downloads with a partial file"_s));
     QVERIFY(m_user->press("pauseAll"));
     QTRY_SOON_COMPARE(m_user->list(), "http://y/=Paused http://z/=Paused Clip=Paused"_s);
     QVERIFY(!m_user->canPress("pauseAll") && !m_user->canPress("removeEnded"));
@@ -266,6 +314,7 @@ void DeskListTest::manyAddresses_data()
     row("pasted into the window", "read");
     row("pasted into the field", "address");
     row("dropped text file", "drop");
+    row("offered", "clipboardOffer");
 }
 
 /** Several addresses become rows that are read and downloaded by the preferences; a bad one ends by itself. */
@@ -287,6 +336,10 @@ void DeskListTest::manyAddresses()
         QVERIFY(enter.isAccepted());
         QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&m_user->window(), &drop);
+    } else if (way == "clipboardOffer"_s) {
+        QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
+        QTRY_SOON(m_user->canPress("clipboardOffer"));
+        QVERIFY(m_user->press("clipboardOffer") && !m_user->sees("clipboardOffer")); // is not offered twice
     } else {
         QWidget *focused = m_user->find(qPrintable(way));
         focused->setFocus();
@@ -301,22 +354,49 @@ void DeskListTest::manyAddresses()
     QCOMPARE(m_stage->files(), isRefused ? QStringList() : QStringList({"Clip(1).webm"_s, "Clip.webm"_s}));
 }
 
+void DeskListTest::addingManyIsLinear()
+{
+    HostSandbox::play("dump: hang"_s);
+    m_user->controller().addPages({"http://x/"_s});
+    QTRY_SOON(m_user->sees("cancel", 0));
+    m_user->row(0)->installEventFilter(this);
+    QStringList addresses;
+    for (int i = 0; i < 30; ++i)
+        addresses += "http://x/%1"_s.arg(i);
+    m_user->controller().addPages(addresses);
+    QTRY_SOON(m_user->sees("cancel", 30));
+    m_user->find("rowMenu", 29)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), m_user->find("details", 30));
+    QCOMPARE(m_raised, 1); // not for each of the others
+    m_user->downloads().cancelAll();
+}
+
 void DeskListTest::videosOfAPage()
 {
     HostSandbox::play("dump: err WARNING: [nox:videos] 3\\n|json Clip 18\n"
-                      R"(list: out {"nox_index":1,"nox_url":"http://x/a","title":"A","duration":61,"nox_count":3}\n|)"
-                      R"(out {"nox_index":2,"nox_url":"http://x/b","title":"B"}\n|out {"nox_more":true}\n)"_s);
+                      R"(list: out {"nox_index":1,"nox_url":"ftp://x/0","nox_count":4}\n|)"
+                      R"(out {"nox_index":2,"nox_url":"http://x/a","title":"A","duration":61}\n|)"
+                      R"(out {"nox_index":3,"nox_url":"http://x/b","title":"B"}\n|out {"nox_more":true}\n)"_s);
     QVERIFY(m_user->seesPage());
     QVERIFY(m_user->text("showVideos").contains("first of 3 videos"_s) && m_user->press("showVideos"));
     auto *list = m_user->find<QListWidget>("videos");
     QVERIFY(list != nullptr && !m_user->canPress("downloadVideos"));
     QTRY_SOON(m_user->sees("moreVideos"));
-    QCOMPARE(m_user->text("videosState"), "2 of 3 videos are listed."_s);
-    QCOMPARE(list->item(0)->text(), "1. A (0:01:01)"_s);
-    HostSandbox::play(R"(list: out {"nox_index":3,"nox_url":"http://x/c","title":"C","nox_count":3}\n)"_s);
+    QCOMPARE(m_user->text("videosState"), "2 of 4 videos are listed."_s);
+    QCOMPARE(list->item(0)->text(), "2. A (0:01:01)"_s);
+    HostSandbox::play(R"(list: out {"nox_more":true}\n)"_s); // none of this step has an address
+    QVERIFY(m_user->press("moreVideos") && !m_user->sees("moreVideos"));
+    QTRY_SOON(m_user->sees("moreVideos"));
+    HostSandbox::play(R"(list: out {"nox_index":204,"nox_url":"http://x/c","title":"C","nox_count":4}\n)"_s);
     QVERIFY(m_user->press("moreVideos"));
     QTRY_SOON_COMPARE(list->count(), 3);
     QTRY_SOON(!m_user->sees("moreVideos"));
+    const QByteArray runs = Files::content(m_stage->path("notes/runs"_s));
+    QVERIFY(runs.contains("\x1f"
+                          "4:203\x1f")
+            && runs.contains("\x1f"
+                             "204:403\x1f"));
     QVERIFY(m_user->press("allVideos") && m_user->canPress("downloadVideos"));
     m_user->downloads().setLimit(1); // one after the other
     list->item(1)->setCheckState(Qt::Unchecked);

@@ -166,16 +166,16 @@
         <source>Resume</source>
         <translation>Fortsetzen</translation>
     </message>
+    <message>
+        <source>Remove from the list, with any partial file</source>
+        <translation>Aus der Liste entfernen, auch eine unvollständige Datei</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadsPanel</name>
     <message>
         <source>Remove &amp;ended</source>
         <translation>&amp;Beendete entfernen</translation>
-    </message>
-    <message>
-        <source>Removes ended downloads from the list, not their files</source>
-        <translation>Entfernt beendete Downloads aus der Liste, nicht ihre Dateien</translation>
     </message>
     <message>
         <source>Downloads:</source>
@@ -208,6 +208,10 @@
     <message>
         <source>Resume all</source>
         <translation>Alle fortsetzen</translation>
+    </message>
+    <message>
+        <source>Removes ended downloads from the list. Keeps finished files, and failed downloads with a partial file.</source>
+        <translation>Entfernt beendete Downloads aus der Liste. Behält fertige Dateien und fehlgeschlagene Downloads mit einer unvollständigen Datei.</translation>
     </message>
 </context>
 <context>
@@ -404,6 +408,12 @@
     <message>
         <source>Nox Desk</source>
         <translation>Nox Desk</translation>
+    </message>
+    <message>
+        <source>%1
+Messages before: %2</source>
+        <translation>%1
+Meldungen davor: %2</translation>
     </message>
 </context>
 <context>
@@ -744,6 +754,10 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>Download</source>
         <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>S&amp;treams of the page before:</source>
+        <translation>&amp;Streams der vorigen Seite:</translation>
     </message>
 </context>
 <context>

@@ -35,7 +35,8 @@ AddressOfferBar::AddressOfferBar(QWidget *parent)
     layout->addWidget(dismissButton);
 
     connect(m_useButton, &QPushButton::clicked, this, [this] {
-        Q_EMIT accepted(QStringList(m_addresses)); // a copy, since the receiver may change the offer
+        dismiss();                                 // they are not offered again
+        Q_EMIT accepted(QStringList(m_addresses)); // a copy, since the receiver may change the clipboard
     });
     connect(dismissButton, &QToolButton::clicked, this, &AddressOfferBar::dismiss);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &AddressOfferBar::check);
@@ -45,18 +46,22 @@ AddressOfferBar::AddressOfferBar(QWidget *parent)
 void AddressOfferBar::check()
 {
     m_addresses = m_isOffering ? Nox::AddressList::in(QGuiApplication::clipboard()->mimeData()) : QStringList();
-    if (m_addresses == QStringList(m_known) || m_addresses == m_dismissed)
-        m_addresses.clear();
+    offer();
+}
+
+void AddressOfferBar::offer()
+{
+    const bool isNew = m_addresses != QStringList(m_known) && m_addresses != m_dismissed;
     const auto count = m_addresses.size();
     m_address->setText(count > 1 ? tr("%1 addresses").arg(count) : m_addresses.value(0));
     m_useButton->setText(count > 1 ? tr("Do&wnload all") : tr("&Use copied address"));
-    setVisible(count > 0);
+    setVisible(isNew && count > 0);
 }
 
 void AddressOfferBar::setKnown(const QString &address)
 {
     m_known = address.trimmed();
-    check();
+    offer(); // without reading a long clipboard at each key
 }
 
 void AddressOfferBar::setOffering(bool isOffering)
@@ -68,7 +73,7 @@ void AddressOfferBar::setOffering(bool isOffering)
 void AddressOfferBar::dismiss()
 {
     m_dismissed = m_addresses;
-    check();
+    offer();
 }
 
 } // namespace NoxDesk

@@ -29,11 +29,12 @@ Q_SIGNALS:
     void accepted(const QStringList &addresses);
 
 private:
+    void offer();
     void dismiss();
 
     ElidedLabel *m_address;
     QPushButton *m_useButton;
-    QStringList m_addresses; // the offered ones; may be empty
+    QStringList m_addresses; // on the clipboard; offered if they are new
     QStringList m_dismissed;
     QString m_known;
     bool m_isOffering = true;

@@ -9,11 +9,12 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QGuiApplication>
-#include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMenu>
+#include <QPainter>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QUrl>
@@ -27,33 +28,32 @@ namespace {
 constexpr int barCharacters = 14;
 constexpr int detailsLines = 8;
 
-QToolButton *newToolButton(const QString &name)
+/** @param action that the button runs and shows, or null */
+QToolButton *newButton(const char *name, QAction *action = nullptr)
 {
     auto *button = new QToolButton;
-    button->setObjectName(name);
-    button->setAutoRaise(true);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoRaise(action == nullptr);
     button->setFocusPolicy(Qt::StrongFocus);
+    if (action != nullptr)
+        button->setDefaultAction(action);
     return button;
 }
 
 } // namespace
 
-DownloadRow::DownloadRow(QWidget *parent)
+DownloadRow::DownloadRow(DownloadQueue &model, QWidget *parent)
     : QFrame(parent)
-    , m_detailsButton(newToolButton(QStringLiteral("details")))
+    , m_model(model)
+    , m_detailsButton(newButton("details"))
     , m_title(new ElidedLabel(Qt::ElideMiddle))
     , m_status(new ElidedLabel(Qt::ElideRight))
     , m_bar(new QProgressBar)
     , m_buttons(new QStackedWidget)
-    , m_pauseButton(newButton(tr("Pause"), QStringLiteral("pause"), &DownloadRow::pauseRequested))
-    , m_cancelButton(newButton(tr("Cancel"), QStringLiteral("cancel"), &DownloadRow::cancelRequested))
-    , m_retryButton(newButton(tr("Retry"), QStringLiteral("retry"), &DownloadRow::retryRequested))
-    , m_openButton(newButton(tr("Open file"), QStringLiteral("openFile"), &DownloadRow::openFile))
-    , m_menuButton(newToolButton(QStringLiteral("rowMenu")))
+    , m_menuButton(newButton("rowMenu"))
 {
     m_title->setObjectName(QStringLiteral("fileName"));
     m_bar->setObjectName(QStringLiteral("progress"));
-    m_bar->installEventFilter(this);
     m_status->setObjectName(QStringLiteral("status"));
     for (QWidget *label : {m_title, m_status})
         label->setContextMenuPolicy(Qt::NoContextMenu); // the menu of the row is shown instead
@@ -61,23 +61,17 @@ DownloadRow::DownloadRow(QWidget *parent)
     connect(m_detailsButton, &QToolButton::toggled, this, &DownloadRow::showDetails);
     addActions();
     layOut();
+    setFocusPolicy(Qt::ClickFocus); // Tab goes from button to button
+    for (QWidget *part : tabStops() + QList<QWidget *>{m_bar, this})
+        part->installEventFilter(this);
 }
 
-QPushButton *DownloadRow::newButton(const QString &text, const QString &name, void (DownloadRow::*run)())
-{
-    auto *button = new QPushButton(text);
-    button->setObjectName(name);
-    connect(button, &QPushButton::clicked, this, run);
-    m_buttons->addWidget(button);
-    return button;
-}
-
-QAction *DownloadRow::newAction(const QString &text, const QString &name, const QKeySequence &key,
-                                const std::function<void()> &run)
+template <typename Run>
+QAction *DownloadRow::newAction(const QString &text, const char *name, const char *key, const Run &run)
 {
     auto *action = new QAction(text, this);
-    action->setObjectName(name);
-    action->setShortcut(key);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setShortcut(QKeySequence(QString::fromLatin1(key)));
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(action, &QAction::triggered, this, run);
     addAction(action);
@@ -86,29 +80,22 @@ QAction *DownloadRow::newAction(const QString &text, const QString &name, const 
 
 void DownloadRow::addActions()
 {
-    const auto keys = [](const char *text) { return QKeySequence(QString::fromLatin1(text)); };
-    m_openAction = newAction(tr("Open file"), QStringLiteral("open"), keys("Ctrl+O"), [this] { openFile(); });
-    m_folderAction =
-        newAction(tr("Show in folder"), QStringLiteral("showFolder"), keys("Ctrl+Shift+O"), [this] { showFolder(); });
-    m_retryAction =
-        newAction(tr("Retry"), QStringLiteral("retryAction"), keys("Ctrl+T"), [this] { Q_EMIT retryRequested(); });
-    m_pauseAction =
-        newAction(tr("Pause"), QStringLiteral("pauseAction"), keys("Ctrl+P"), [this] { Q_EMIT pauseRequested(); });
-    m_cancelAction =
-        newAction(tr("Cancel"), QStringLiteral("cancelAction"), keys("Ctrl+Del"), [this] { Q_EMIT cancelRequested(); });
-    m_upAction =
-        newAction(tr("Move up"), QStringLiteral("moveUp"), keys("Alt+Up"), [this] { Q_EMIT moveRequested(-1); });
-    m_downAction =
-        newAction(tr("Move down"), QStringLiteral("moveDown"), keys("Alt+Down"), [this] { Q_EMIT moveRequested(1); });
-    newAction(tr("Copy address of the page"), QStringLiteral("copyAddress"), keys("Ctrl+C"),
+    const auto call = [this](void (DownloadQueue::*run)(int)) {
+        return [this, run] { (m_model.*run)(m_index.row()); };
+    };
+    m_openAction = newAction(tr("Open file"), "open", "Ctrl+O", &DownloadRow::openFile);
+    m_folderAction = newAction(tr("Show in folder"), "showFolder", "Ctrl+Shift+O", &DownloadRow::showFolder);
+    m_retryAction = newAction(tr("Retry"), "retryAction", "Ctrl+T", call(&DownloadQueue::retry));
+    m_pauseAction = newAction(tr("Pause"), "pauseAction", "Ctrl+P", call(&DownloadQueue::pause));
+    m_cancelAction = newAction(tr("Cancel"), "cancelAction", "Ctrl+Del", call(&DownloadQueue::cancel));
+    m_upAction = newAction(tr("Move up"), "moveUp", "Alt+Up", [this] { m_model.move(m_index.row(), -1); });
+    m_downAction = newAction(tr("Move down"), "moveDown", "Alt+Down", [this] { m_model.move(m_index.row(), 1); });
+    newAction(tr("Copy address of the page"), "copyAddress", "Ctrl+C",
               [this] { QGuiApplication::clipboard()->setText(m_address); });
-    newAction(tr("Open page in the browser"), QStringLiteral("openPage"), keys("Ctrl+B"),
-              [this] { newOpener()->open(QUrl(m_address)); });
-    newAction(tr("Read page again"), QStringLiteral("readAgain"), keys("Ctrl+R"),
-              [this] { Q_EMIT readRequested(m_address); });
-    newAction(tr("Details"), QStringLiteral("detailsAction"), keys("Ctrl+D"), [this] { m_detailsButton->toggle(); });
-    m_removeAction = newAction(tr("Remove from the list"), QStringLiteral("remove"), QKeySequence::Delete,
-                               [this] { Q_EMIT removeRequested(); });
+    newAction(tr("Open page in the browser"), "openPage", "Ctrl+B", [this] { newOpener()->open(QUrl(m_address)); });
+    newAction(tr("Read page again"), "readAgain", "Ctrl+R", [this] { Q_EMIT readRequested(m_address); });
+    newAction(tr("Details"), "detailsAction", "Ctrl+D", [this] { m_detailsButton->toggle(); });
+    m_removeAction = newAction({}, "remove", "Del", call(&DownloadQueue::remove));
     setContextMenuPolicy(Qt::ActionsContextMenu);
     auto *menu = new QMenu(m_menuButton);
     menu->addActions(actions());
@@ -120,27 +107,34 @@ void DownloadRow::addActions()
 
 void DownloadRow::layOut()
 {
+    m_pauseButton = newButton("pause", m_pauseAction);
+    m_cancelButton = newButton("cancel", m_cancelAction);
+    m_retryButton = newButton("retry", m_retryAction);
+    m_openButton = newButton("openFile", m_openAction);
+    for (QToolButton *button : {m_cancelButton, m_retryButton, m_openButton})
+        m_buttons->addWidget(button);
     setFrameShape(QFrame::StyledPanel);
     QFont font = m_title->font();
     font.setBold(true);
     m_title->setFont(font);
-    QSizePolicy policy = m_bar->sizePolicy();
-    policy.setRetainSizeWhenHidden(true); // keeps the columns of all rows aligned
-    m_bar->setSizePolicy(policy);
     m_bar->setFixedWidth(barCharacters * fontMetrics().averageCharWidth());
     m_buttons->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    auto *line = new QHBoxLayout;
-    line->addWidget(m_detailsButton);
-    line->addWidget(m_title, 4);
-    line->addWidget(m_bar);
-    line->addWidget(m_status, 5);
-    line->addWidget(m_pauseButton); // not part of the group of which one is visible
-    line->addWidget(m_buttons);
-    line->addWidget(m_menuButton);
+    m_bar->setFixedHeight(fontMetrics().height());
+    auto *lines = new QGridLayout;
+    lines->setVerticalSpacing(0);
+    lines->setColumnStretch(1, 1);
+    lines->setColumnMinimumWidth(2, m_bar->width()); // keeps the columns of all rows aligned
+    lines->addWidget(m_detailsButton, 0, 0, 2, 1);
+    lines->addWidget(m_title, 0, 1);
+    lines->addWidget(m_bar, 0, 2);
+    lines->addWidget(m_status, 1, 1, 1, 2);
+    lines->addWidget(m_pauseButton, 0, 3, 2, 1); // not part of the group of which one is visible
+    lines->addWidget(m_buttons, 0, 4, 2, 1);
+    lines->addWidget(m_menuButton, 0, 5, 2, 1);
     auto *layout = new QVBoxLayout(this);
     const int margin = fontMetrics().lineSpacing() / 8;
     layout->setContentsMargins(margin, margin, margin, margin);
-    layout->addLayout(line);
+    layout->addLayout(lines);
 }
 
 void DownloadRow::refresh(const QModelIndex &index)
@@ -148,13 +142,15 @@ void DownloadRow::refresh(const QModelIndex &index)
     m_index = index;
     m_file = index.data(DownloadQueue::FileRole).toString();
     m_address = index.data(DownloadQueue::AddressRole).toString();
+    const auto state = index.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
     const QString name = index.data().toString();
-    if (m_title->text() != name) {
+    const QString retry = state == DownloadQueue::Paused ? tr("Resume") : tr("Retry");
+    if (m_title->text() != name || m_retryAction->text() != retry) {
         m_title->setText(name);
+        m_retryAction->setText(retry);
         nameControls(name);
     }
     m_status->setText(index.data(DownloadQueue::StatusRole).toString());
-    const auto state = index.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
     showBar(index.data(DownloadQueue::PercentRole).toInt(), state);
     showState(state);
     showDetails();
@@ -166,23 +162,27 @@ void DownloadRow::showState(DownloadQueue::State state)
     const bool isPaused = state == DownloadQueue::Paused;
     const bool canRetry = isPaused || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
     const bool isActive = !isFinished && !canRetry;
-    QPushButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
-    const QWidget *focused = window()->focusWidget();
-    const bool hadFocus = m_buttons->isAncestorOf(focused) || (focused == m_pauseButton && !isActive);
+    const bool isStopping = state == DownloadQueue::Pausing || state == DownloadQueue::Cancelling;
+    QToolButton *button = isActive ? m_cancelButton : isFinished ? m_openButton : m_retryButton;
+    QWidget *focused = window()->focusWidget();
+    const bool hadFocus = focused == m_pauseButton || m_buttons->isAncestorOf(focused);
     m_buttons->setCurrentWidget(button);
     m_pauseButton->setVisible(isActive);
-    m_pauseAction->setEnabled(isActive);
-    m_retryButton->setText(isPaused ? tr("Resume") : tr("Retry"));
-    m_retryAction->setText(m_retryButton->text());
-    if (hadFocus)
-        button->setFocus();
-    m_openAction->setEnabled(isFinished);
+    m_pauseAction->setEnabled(isActive && !isStopping);
+    m_cancelAction->setEnabled(isActive && state != DownloadQueue::Cancelling);
+    m_openAction->setEnabled(isFinished && QFileInfo::exists(m_file));
     m_folderAction->setEnabled(isFinished);
     m_retryAction->setEnabled(canRetry);
-    m_cancelAction->setEnabled(isActive);
     m_upAction->setEnabled(state == DownloadQueue::Waiting);
     m_downAction->setEnabled(state == DownloadQueue::Waiting);
     m_removeAction->setEnabled(!isActive);
+    const bool hasParts = isPaused || state == DownloadQueue::Failed;
+    m_removeAction->setText(hasParts ? tr("Remove from the list, with any partial file") : tr("Remove from the list"));
+    if (hadFocus && !(focused->isVisibleTo(this) && focused->isEnabled())) {
+        // While it stops, the same key must not press another button.
+        QWidget *next = isStopping || !button->isEnabled() ? static_cast<QWidget *>(this) : button;
+        next->setFocus();
+    }
 }
 
 /** Shows or hides the details below the line: status, file and page, or the error message. */
@@ -213,11 +213,6 @@ void DownloadRow::showDetails()
     }
 }
 
-void DownloadRow::focusFirst()
-{
-    m_buttons->currentWidget()->setFocus();
-}
-
 QList<QWidget *> DownloadRow::tabStops() const
 {
     QList<QWidget *> stops{m_detailsButton, m_pauseButton, m_cancelButton, m_retryButton, m_openButton, m_menuButton};
@@ -230,7 +225,7 @@ QList<QWidget *> DownloadRow::tabStops() const
 void DownloadRow::nameControls(const QString &title)
 {
     const auto name = [&title](const QString &text) { return tr("%1: %2", "button, file").arg(text, title); };
-    for (QPushButton *button : {m_pauseButton, m_cancelButton, m_retryButton, m_openButton})
+    for (QToolButton *button : {m_pauseButton, m_cancelButton, m_retryButton, m_openButton})
         button->setAccessibleName(name(button->text()));
     m_detailsButton->setAccessibleName(name(tr("Details")));
     m_menuButton->setAccessibleName(name(tr("More")));
@@ -247,36 +242,48 @@ void DownloadRow::showBar(int percent, DownloadQueue::State state)
     m_bar->setValue(percent);
 }
 
-// A style animates a bar that was busy when it was last painted, even if nobody sees the bar now. It stops when the
-// event is not accepted, and begins again when the bar is painted.
+void DownloadRow::paintEvent(QPaintEvent *event)
+{
+    QFrame::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    if (hasFocus()) // a style may show the focus only after a key
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+}
+
 bool DownloadRow::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool isStep =
+            key->modifiers() == Qt::NoModifier && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down);
+        if (isStep)
+            Q_EMIT stepRequested(key->key() == Qt::Key_Up ? -1 : 1);
+        return isStep;
+    }
+    // A style animates a bar that was busy when it was last painted, even if nobody sees the bar now. It stops when the
+    // event is not accepted, and begins again when the bar is painted.
     return watched == m_bar && event->type() == QEvent::StyleAnimationUpdate
         && (m_bar->visibleRegion().isEmpty() || window()->isMinimized());
 }
 
 void DownloadRow::openFile()
 {
-    if (QFileInfo::exists(m_file)) {
+    refresh(QModelIndex(m_index)); // shows if the file is missing; a copy, since refresh() sets the index
+    if (m_openAction->isEnabled())
         newOpener()->open(QUrl::fromLocalFile(m_file));
-    } else {
-        refresh(QModelIndex(m_index)); // shows that the file is missing; a copy, since refresh() sets the index
-    }
 }
 
 void DownloadRow::showFolder()
 {
     const QString folder = QFileInfo(m_file).absolutePath();
-    if (QFileInfo::exists(m_file)) {
-        newOpener()->showInFolder(m_file);
-        return;
-    }
     refresh(QModelIndex(m_index)); // a copy, since refresh() sets the index
-    if (QFileInfo::exists(folder)) {
+    if (QFileInfo::exists(m_file))
+        newOpener()->showInFolder(m_file);
+    else if (QFileInfo::exists(folder))
         newOpener()->open(QUrl::fromLocalFile(folder));
-    } else {
+    else
         Q_EMIT openingFailed(tr("\"%1\" no longer exists.").arg(folder));
-    }
 }
 
 Opener *DownloadRow::newOpener()

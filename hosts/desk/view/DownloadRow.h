@@ -5,11 +5,8 @@
 #include <QFrame>
 #include <QPersistentModelIndex>
 
-#include <functional>
-
 class QAction;
 class QProgressBar;
-class QPushButton;
 class QStackedWidget;
 class QToolButton;
 
@@ -21,15 +18,16 @@ class Opener;
 class WrappedText;
 
 /**
- * One download in the list, in one line: name, bar, figures and the most important button. Its menu has all actions,
- * with their keys. Details are shown below the line on request.
+ * One download in the list, in two lines: name and bar, below them the figures; beside them the most important buttons.
+ * Its menu has all actions, with their keys. Details are shown below on request.
  */
 class DownloadRow : public QFrame
 {
     Q_OBJECT
 
 public:
-    explicit DownloadRow(QWidget *parent = nullptr);
+    /** @param model must outlive the row */
+    explicit DownloadRow(Nox::DownloadQueue &model, QWidget *parent = nullptr);
 
     /** Shows the current data of the model. */
     void refresh(const QModelIndex &index);
@@ -37,14 +35,8 @@ public:
     /** The widgets for the tab order. */
     QList<QWidget *> tabStops() const;
 
-    void focusFirst(); ///< Sets the focus to the most important button.
-
 Q_SIGNALS:
-    void pauseRequested();
-    void cancelRequested();
-    void retryRequested();
-    void removeRequested();
-    void moveRequested(int by); ///< Up (negative) or down among the waiting downloads.
+    void stepRequested(int by); ///< The focus is to go up (negative) or down among the rows.
     void readRequested(const QString &address);
     void logRequested();
     void openingFailed(const QString &message);
@@ -52,11 +44,11 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
-    QPushButton *newButton(const QString &text, const QString &name, void (DownloadRow::*run)());
-    QAction *newAction(const QString &text, const QString &name, const QKeySequence &key,
-                       const std::function<void()> &run);
+    template <typename Run>
+    QAction *newAction(const QString &text, const char *name, const char *key, const Run &run);
     void addActions();
     void layOut();
     void nameControls(const QString &title);
@@ -67,15 +59,16 @@ private:
     void showFolder();
     Opener *newOpener();
 
+    Nox::DownloadQueue &m_model;
     QToolButton *m_detailsButton;
     ElidedLabel *m_title;
     ElidedLabel *m_status;
     QProgressBar *m_bar;
     QStackedWidget *m_buttons;
-    QPushButton *m_pauseButton;
-    QPushButton *m_cancelButton;
-    QPushButton *m_retryButton;
-    QPushButton *m_openButton;
+    QToolButton *m_pauseButton = nullptr;
+    QToolButton *m_cancelButton = nullptr;
+    QToolButton *m_retryButton = nullptr;
+    QToolButton *m_openButton = nullptr;
     QToolButton *m_menuButton;
     WrappedText *m_details = nullptr; // created on demand, as the box is
     FailureBox *m_failure = nullptr;

@@ -27,11 +27,10 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
     layout->setContentsMargins({});
     layout->addLayout(makeHead());
     layout->addWidget(makeList(), 1);
+    layout->setSizeConstraint(QLayout::SetMaximumSize); // no room for rows that are not there
 
-    connect(&m_model, &QAbstractItemModel::rowsInserted, this,
-            [this](const QModelIndex &, int first, int last) { insertRows(first, last); });
-    connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this,
-            [this](const QModelIndex &, int first, int last) { removeRows(first, last); });
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, &DownloadsPanel::insertRows);
+    connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &DownloadsPanel::removeRows);
     connect(&m_model, &QAbstractItemModel::rowsMoved, this,
             [this](const QModelIndex &, int row, int, const QModelIndex &, int before) {
                 moveRow(row, before > row ? before - 1 : before);
@@ -52,17 +51,19 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
         if (!window()->isMinimized())
             refreshRows(0, m_model.runningCount() - 1); // these rows are the first
     });
+    m_orderTimer.setSingleShot(true); // many rows are inserted or moved in one turn of the event loop
+    connect(&m_orderTimer, &QTimer::timeout, this, &DownloadsPanel::orderTabStops);
     connect(&m_model, &DownloadQueue::countsChanged, this, &DownloadsPanel::showCounts);
-    insertRows(0, m_model.rowCount() - 1);
+    insertRows({}, 0, m_model.rowCount() - 1);
     showCounts();
 }
 
-QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name, const QString &description,
+QPushButton *DownloadsPanel::newButton(const QString &text, const QString &name, const QString &toolTip,
                                        void (DownloadQueue::*run)())
 {
     auto *button = new QPushButton(text);
     button->setObjectName(name);
-    button->setAccessibleDescription(description);
+    button->setToolTip(toolTip);
     connect(button, &QPushButton::clicked, &m_model, run);
     return button;
 }
@@ -77,9 +78,11 @@ QLayout *DownloadsPanel::makeHead()
                                   tr("Cancels running and waiting downloads"), &DownloadQueue::cancelAll);
     m_removeEndedButton =
         newButton(tr("Remove &ended"), QStringLiteral("removeEnded"),
-                  tr("Removes ended downloads from the list, not their files"), &DownloadQueue::removeEnded);
+                  tr("Removes ended downloads from the list. Keeps finished files, and failed downloads with a "
+                     "partial file."),
+                  &DownloadQueue::removeEnded);
     auto *head = new QHBoxLayout;
-    head->addWidget(new QLabel(tr("Downloads:")), 1);
+    head->addWidget(new QLabel(tr("Downloads:")), 1, Qt::AlignLeft); // right in a right-to-left layout
     for (QPushButton *button : {m_pauseAllButton, m_resumeAllButton, m_cancelAllButton, m_removeEndedButton})
         head->addWidget(button);
     return head;
@@ -93,50 +96,41 @@ QWidget *DownloadsPanel::makeList()
     m_rowLayout->setSpacing(2);
     m_rowLayout->addStretch();
     m_area = new VerticalScrollArea(rows);
+    m_area->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     m_area->setObjectName(QStringLiteral("downloads"));
     m_area->setAccessibleName(tr("Downloads"));
     return m_area;
 }
 
-DownloadRow *DownloadsPanel::newRow()
+void DownloadsPanel::insertRows(const QModelIndex & /*parent*/, int first, int last)
 {
-    auto *row = new DownloadRow;
-    connect(row, &DownloadRow::pauseRequested, this, [this, row] { m_model.pause(rowOf(row)); });
-    connect(row, &DownloadRow::cancelRequested, this, [this, row] { m_model.cancel(rowOf(row)); });
-    connect(row, &DownloadRow::retryRequested, this, [this, row] { m_model.retry(rowOf(row)); });
-    connect(row, &DownloadRow::removeRequested, this, [this, row] { m_model.remove(rowOf(row)); });
-    connect(row, &DownloadRow::moveRequested, this, [this, row](int by) {
-        m_model.move(rowOf(row), by);
-        m_area->ensureWidgetVisible(row);
-    });
-    connect(row, &DownloadRow::readRequested, this, &DownloadsPanel::readRequested);
-    connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
-    connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
-    connect(row, &DownloadRow::tabStopsChanged, this, &DownloadsPanel::orderTabStops);
-    return row;
-}
-
-int DownloadsPanel::rowOf(DownloadRow *widget) const
-{
-    return static_cast<int>(m_rows.indexOf(widget));
-}
-
-void DownloadsPanel::insertRows(int first, int last)
-{
-    for (int row = first; row <= last; ++row) {
-        m_rows.insert(row, newRow());
-        m_rowLayout->insertWidget(row, m_rows.at(row));
+    for (int place = first; place <= last; ++place) {
+        auto *row = new DownloadRow(m_model);
+        connect(row, &DownloadRow::stepRequested, this, [this, row](int by) {
+            DownloadRow *next = m_rows.value(m_rows.indexOf(row) + by, row);
+            next->setFocus();
+            m_area->ensureWidgetVisible(next);
+        });
+        connect(row, &DownloadRow::readRequested, this, &DownloadsPanel::readRequested);
+        connect(row, &DownloadRow::logRequested, this, &DownloadsPanel::logRequested);
+        connect(row, &DownloadRow::openingFailed, this, &DownloadsPanel::openingFailed);
+        connect(row, &DownloadRow::tabStopsChanged, &m_orderTimer, qOverload<>(&QTimer::start));
+        m_rows.insert(place, row);
+        m_rowLayout->insertWidget(place, row);
     }
-    orderTabStops();
+    m_orderTimer.start();
     refreshRows(first, last);
 }
 
 void DownloadsPanel::moveRow(int from, int to)
 {
     m_rows.move(from, to);
-    m_rowLayout->removeWidget(m_rows.at(to));
-    m_rowLayout->insertWidget(to, m_rows.at(to));
-    orderTabStops();
+    DownloadRow *row = m_rows.at(to);
+    m_rowLayout->removeWidget(row);
+    m_rowLayout->insertWidget(to, row);
+    if (row->hasFocus() || row->isAncestorOf(window()->focusWidget()))
+        m_area->ensureWidgetVisible(row);
+    m_orderTimer.start();
 }
 
 /** The keyboard and screen readers need the order of the rows, not the order in which they were created. */
@@ -154,21 +148,19 @@ void DownloadsPanel::orderTabStops()
 }
 
 /** Deletes the row later, since one of its buttons may be the sender of the current signal. */
-void DownloadsPanel::removeRows(int first, int last)
+void DownloadsPanel::removeRows(const QModelIndex & /*parent*/, int first, int last)
 {
     bool hadFocus = false;
     for (int row = last; row >= first; --row) {
         DownloadRow *widget = m_rows.takeAt(row);
-        hadFocus = hadFocus || widget->isAncestorOf(window()->focusWidget());
+        hadFocus = hadFocus || widget->hasFocus() || widget->isAncestorOf(window()->focusWidget());
         m_rowLayout->removeWidget(widget);
         widget->hide();
         widget->deleteLater();
     }
-    if (hadFocus && m_rows.isEmpty()) {
-        m_area->setFocus();
-    } else if (hadFocus) {
-        m_rows.at(qMin(first, static_cast<int>(m_rows.size()) - 1))->focusFirst();
-    }
+    QWidget *next = m_rows.value(first, m_rows.isEmpty() ? nullptr : m_rows.constLast());
+    if (hadFocus)
+        (next == nullptr ? m_area : next)->setFocus();
 }
 
 void DownloadsPanel::refresh()

@@ -38,21 +38,20 @@ Q_SIGNALS:
 
 private:
     QLayout *makeHead();
-    QPushButton *newButton(const QString &text, const QString &name, const QString &description,
+    QPushButton *newButton(const QString &text, const QString &name, const QString &toolTip,
                            void (Nox::DownloadQueue::*run)());
     QWidget *makeList();
-    void insertRows(int first, int last);
+    void insertRows(const QModelIndex &parent, int first, int last);
     void moveRow(int from, int to);
-    void removeRows(int first, int last);
+    void removeRows(const QModelIndex &parent, int first, int last);
     void refreshRows(int first, int last);
-    DownloadRow *newRow();
     void orderTabStops();
-    int rowOf(DownloadRow *widget) const;
     void showCounts();
 
     Nox::DownloadQueue &m_model;
     QList<DownloadRow *> m_rows;
     QTimer m_figuresTimer; // active while new figures are not shown yet
+    QTimer m_orderTimer;   // active while the tab stops are to be ordered
     VerticalScrollArea *m_area = nullptr;
     QVBoxLayout *m_rowLayout = nullptr;
     QPushButton *m_pauseAllButton = nullptr;

@@ -29,14 +29,11 @@ void Notifier::notify(const QString &title, const QString &message)
         return;
     SessionBus::call(service, QStringLiteral("GetCapabilities"), {}, this,
                      [this, title, message](bool isAnswered, const QVariantList &values) {
-                         const QStringList abilities = values.value(0).toStringList();
-                         if (!isAnswered) {
+                         const bool isMarkup = values.value(0).toStringList().contains(QStringLiteral("body-markup"));
+                         if (isAnswered)
+                             send(title, isMarkup ? message.toHtmlEscaped() : message);
+                         else
                              showInTray(title, message);
-                         } else if (abilities.contains(QStringLiteral("body-markup"))) {
-                             send(title, message.toHtmlEscaped());
-                         } else {
-                             send(title, message);
-                         }
                      });
 }
 
@@ -44,10 +41,13 @@ void Notifier::send(const QString &title, const QString &body)
 {
     const QStringList actions{QStringLiteral("default"), tr("Show")};
     const QVariantMap hints{{QStringLiteral("desktop-entry"), QGuiApplication::desktopFileName()}};
-    SessionBus::call(
-        service, QStringLiteral("Notify"),
-        {tr("Nox Desk"), uint{0}, QGuiApplication::desktopFileName(), title, body, actions, hints, usualTime}, this,
-        [this](bool, const QVariantList &values) { m_shown += values.value(0).toUInt(); });
+    const bool isReplacing = m_shown.contains(m_last);
+    m_before = isReplacing ? m_before + 1 : 0;
+    const QString text = isReplacing ? tr("%1\nMessages before: %2").arg(body, QString::number(m_before)) : body;
+    SessionBus::call(service, QStringLiteral("Notify"),
+                     {tr("Nox Desk"), isReplacing ? m_last : 0U, QGuiApplication::desktopFileName(), title, text,
+                      actions, hints, usualTime},
+                     this, [this](bool, const QVariantList &values) { m_shown += m_last = values.value(0).toUInt(); });
 }
 
 void Notifier::onActionInvoked(uint id)

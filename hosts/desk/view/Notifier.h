@@ -37,6 +37,8 @@ private:
 
     QWidget *m_window;
     QSet<uint> m_shown;                // identifiers of the shown notifications
+    uint m_last = 0;                   // identifier of the last one; the next replaces it while it is shown
+    int m_before = 0;                  // messages that it has replaced
     QSystemTrayIcon *m_icon = nullptr; // created on demand
 };
 

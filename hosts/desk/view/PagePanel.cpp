@@ -88,11 +88,9 @@ QWidget *PagePanel::makeBusy()
     row->addStretch(1);
     auto *layout = new QVBoxLayout(busy);
     layout->setContentsMargins({});
-    layout->addStretch();
     layout->addWidget(text);
     layout->addWidget(m_busyAddress);
     layout->addLayout(row);
-    layout->addStretch();
     return busy;
 }
 
@@ -112,10 +110,8 @@ QWidget *PagePanel::makeFailure()
     row->addWidget(closeButton);
     auto *layout = new QVBoxLayout(failure);
     layout->setContentsMargins({});
-    layout->addStretch();
     layout->addWidget(m_failureBox);
     layout->addLayout(row);
-    layout->addStretch();
     return failure;
 }
 
@@ -126,8 +122,10 @@ VerticalScrollArea *PagePanel::makeHead()
     layout->setContentsMargins({});
     m_outdated = new QLabel(tr("This is still the page before:"));
     m_outdated->setObjectName(QStringLiteral("outdated"));
-    for (QWidget *part : {m_busy, m_failure, static_cast<QWidget *>(m_outdated), m_card})
-        layout->addWidget(part);
+    layout->addWidget(m_busy);
+    layout->addWidget(m_failure);
+    layout->addWidget(m_outdated, 0, Qt::AlignLeft);
+    layout->addWidget(m_card);
     auto *head = new VerticalScrollArea(content);
     head->setFocusPolicy(Qt::NoFocus); // scrolls to the child that gets the focus
     head->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
@@ -175,7 +173,7 @@ QWidget *PagePanel::makeCard()
     auto *texts = new QVBoxLayout;
     texts->addStretch();
     texts->addWidget(m_title);
-    texts->addWidget(m_duration);
+    texts->addWidget(m_duration, 0, Qt::AlignLeft);
     texts->addWidget(m_address);
     texts->addWidget(m_warnings);
     texts->addWidget(m_videosButton, 0, Qt::AlignLeft);
@@ -211,6 +209,7 @@ void PagePanel::show(PageReader::State state)
     m_outdated->setVisible(reader.isOutdated());
     m_card->setEnabled(!reader.isOutdated());
     m_choices->setEnabled(!reader.isOutdated());
+    m_streams->setOutdated(reader.isOutdated()); // the other label may be scrolled out of sight
     m_head->setVisible(isReading || isFailed || reader.hasPage());
     m_content->setVisible(reader.hasPage() || !(isReading || isFailed));
     m_content->setCurrentWidget(reader.hasPage() ? m_choices : m_hint);

@@ -61,8 +61,10 @@ PlaylistDialog::PlaylistDialog(const QString &url, const Nox::ToolSetup &tools, 
 
 void PlaylistDialog::listMore()
 {
+    if (m_job != nullptr && m_job->entries().isEmpty())
+        m_next += Nox::PlaylistJob::maximumCount; // no video of the last step has a usable address
     m_job = std::make_unique<Nox::PlaylistJob>(m_url, m_tools);
-    m_job->setRange(m_list->count() + 1);
+    m_job->setRange(m_next);
     connect(m_job.get(), &Nox::PlaylistJob::entryFound, this, &PlaylistDialog::add);
     connect(m_job.get(), &Nox::Job::finished, this, &PlaylistDialog::refresh);
     m_job->start();
@@ -79,6 +81,7 @@ void PlaylistDialog::add(const Nox::PlaylistEntry &entry)
     item->setData(Qt::UserRole, entry.url);
     item->setCheckState(Qt::Unchecked);
     m_list->addItem(item);
+    m_next = qMax(m_next, entry.number) + 1; // those without a usable address have numbers, too
 }
 
 void PlaylistDialog::tickAll(bool isTicked)

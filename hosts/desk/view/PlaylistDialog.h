@@ -33,6 +33,7 @@ private:
     QString m_url;
     Nox::ToolSetup m_tools;
     std::unique_ptr<Nox::PlaylistJob> m_job; // for the last step
+    int m_next = 1;                          // number of the next video
     QListWidget *m_list;
     QLabel *m_state;
     QPushButton *m_moreButton;

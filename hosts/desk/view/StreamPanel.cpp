@@ -18,6 +18,7 @@ StreamPanel::StreamPanel(StreamTableModel &model, QWidget *parent)
     : QWidget(parent)
     , m_model(model)
     , m_table(new QTableView)
+    , m_label(new QLabel)
     , m_allBox(new QCheckBox(tr("Show a&ll")))
     , m_copyAction(new QAction(tr("Copy address of the stream"), m_table))
 {
@@ -29,11 +30,11 @@ StreamPanel::StreamPanel(StreamTableModel &model, QWidget *parent)
     m_allBox->setObjectName(QStringLiteral("showAll"));
     m_allBox->setToolTip(tr("Shows streams that differ little from others, too"));
     m_allBox->setAccessibleDescription(m_allBox->toolTip());
-    auto *label = new QLabel(tr("S&treams:"));
-    label->setBuddy(m_table);
+    m_label->setObjectName(QStringLiteral("streamsLabel"));
+    m_label->setBuddy(m_table);
 
     auto *head = new QHBoxLayout;
-    head->addWidget(label, 1);
+    head->addWidget(m_label, 1, Qt::AlignLeft); // right in a right-to-left layout
     head->addWidget(m_allBox);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
@@ -116,6 +117,11 @@ bool StreamPanel::eventFilter(QObject *watched, QEvent *event)
 void StreamPanel::focusTable()
 {
     m_table->setFocus(Qt::OtherFocusReason);
+}
+
+void StreamPanel::setOutdated(bool isOutdated)
+{
+    m_label->setText(isOutdated ? tr("S&treams of the page before:") : tr("S&treams:"));
 }
 
 int StreamPanel::chosenRow() const

@@ -5,6 +5,7 @@
 
 class QAction;
 class QCheckBox;
+class QLabel;
 class QTableView;
 
 namespace NoxDesk {
@@ -21,6 +22,7 @@ public:
     explicit StreamPanel(StreamTableModel &model, QWidget *parent = nullptr);
 
     void focusTable();
+    void setOutdated(bool isOutdated); ///< Whether the streams are those of the page before.
 
 Q_SIGNALS:
     /** Another stream was chosen. @param row its row in the model, or -1 for none */
@@ -43,6 +45,7 @@ private:
     StreamTableModel &m_model;
     QSortFilterProxyModel m_sorted;
     QTableView *m_table;
+    QLabel *m_label;
     QCheckBox *m_allBox;
     QAction *m_copyAction;
 };

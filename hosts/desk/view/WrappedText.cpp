@@ -1,6 +1,7 @@
 #include "hosts/desk/view/WrappedText.h"
 
 #include <QResizeEvent>
+#include <QStyle>
 #include <QtMath>
 
 #include <memory>
@@ -39,6 +40,9 @@ QString WrappedText::text() const
 void WrappedText::showText(const QString &text)
 {
     if (text != this->text()) {
+        QTextOption option = document()->defaultTextOption();
+        option.setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute);
+        document()->setDefaultTextOption(option); // on the side of the layout, whatever its language
         setPlainText(text);
         updateGeometry();
     }
