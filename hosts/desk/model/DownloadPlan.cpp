@@ -67,6 +67,8 @@ void DownloadPlan::setTaken(const QStringList &paths)
 void DownloadPlan::setSize(const QString &code, qint64 bytes)
 {
     m_sizes.insert(code, bytes);
+    if (code == m_stream.getName() || code == audio())
+        Q_EMIT changed();
 }
 
 void DownloadPlan::setStream(const MediaProfile &stream)
