@@ -3,6 +3,8 @@
 #include "tests/jobs/SampleStreams.h"
 
 #include <QDeadlineTimer>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QThread>
 
 #include <sys/stat.h>
@@ -26,6 +28,8 @@ private Q_SLOTS:
     void clipboard();
     void toolSettings_data();
     void toolSettings();
+    void ownRequests_data();
+    void ownRequests();
     void renewsTool_data();
     void renewsTool();
 };
@@ -370,6 +374,47 @@ void DeskWindowTest::renewsTool()
     }
     QTRY_SOON(m_user->text("renewal").contains(outcome));
     QCOMPARE(QFile::exists(m_stage->path("notes/cleaned"_s)), outcome == "Cancelled"_s);
+void DeskWindowTest::ownRequests_data()
+{
+    const TextTable row{"proxy", "asked"}; // what the server gets, which also plays the proxy; empty for nothing
+    row("no proxy", "", "HEAD /a.mp4 ");
+    row("HTTP", "http://SERVER", "HEAD http://SERVER/a.mp4 ");
+    row("SOCKS", "socks5h://SERVER", "\x05");
+    row("unknown kind", "socks4://SERVER");
+}
+
+/** The window's requests do not bypass the proxy. A size that comes late is compared with the room on the disk. */
+void DeskWindowTest::ownRequests()
+{
+    QPointer<QTcpSocket> client;
+    QString request;
+    QTcpServer server;
+    connect(&server, &QTcpServer::newConnection, this, [&] {
+        client = server.nextPendingConnection();
+        connect(client, &QTcpSocket::readyRead, this, [&] { request += QString::fromLatin1(client->readAll()); });
+    });
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    const QString address = "127.0.0.1:%1"_s.arg(server.serverPort());
+    auto [proxy, asked] = fetchTexts("proxy", "asked");
+    QVERIFY(QDir().mkpath(m_stage->path("config/noxwebmedia"_s)));
+    Files::write(m_stage->path("config/noxwebmedia/tool.conf"_s),
+                 "--proxy '" + proxy.replace("SERVER"_s, address).toUtf8() + '\'');
+    const QString code = "\"format_id\":\"18\","_s;
+    HostSandbox::play(HostSandbox::pageScenario().replace(code, code + "\"url\":\"http://%1/a.mp4\","_s.arg(address)));
+    QVERIFY(m_user->seesPage());
+    m_user->choose("360P"_s);
+    if (asked.isEmpty())
+        QTest::qWait(100);
+    else
+        QTRY_SOON(!request.isEmpty());
+    QVERIFY2(request.startsWith(asked.replace("SERVER"_s, address)), qPrintable(request));
+    QCOMPARE(request.isEmpty(), asked.isEmpty());
+    if (asked.startsWith("HEAD"_s)) {
+        client->write("HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: 900000000000000\r\n\r\n");
+        QTRY_SOON(m_user->text("destinationError").contains("room for"_s));
+    }
+}
+
 }
 
 QTEST_MAIN(DeskWindowTest)

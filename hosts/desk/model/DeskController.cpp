@@ -1,6 +1,10 @@
 #include "hosts/desk/model/DeskController.h"
 
+#include "hosts/desk/network/WebRequest.h"
+
 #include <nox/jobs/Destination.h>
+#include <nox/jobs/ToolSettings.h>
+#include <nox/jobs/UrlCheck.h>
 
 #include <QFileInfo>
 #include <QSet>
@@ -8,12 +12,6 @@
 namespace NoxDesk {
 
 using Nox::DownloadQueue;
-
-namespace {
-
-constexpr int saveMs = 200; // stores several changes at once
-
-} // namespace
 
 DeskController::DeskController(const QString &logFolder, QObject *parent)
     : QObject(parent)
@@ -52,6 +50,7 @@ void DeskController::restoreDownloads()
     for (const QString &folder : std::as_const(folders))
         m_downloads.addInterrupted(folder);
     m_saveTimer.setSingleShot(true);
+    constexpr int saveMs = 200; // stores several changes at once
     m_saveTimer.setInterval(saveMs);
     const auto saveSoon = [this] { m_saveTimer.start(); };
     connect(&m_saveTimer, &QTimer::timeout, this, [this] { m_store.save(m_downloads.toJson()); });
@@ -143,8 +142,10 @@ void DeskController::onPageChanged()
     m_plan.setPage(m_reader.url(), m_reader.page(), m_reader.streams());
     m_streams.setStreams(m_reader.streams(), m_reader.page().getDuration());
     m_settings.addRecentAddress(m_reader.url());
-    m_thumbnail.load(m_reader.page().getThumbnailUrl());
-    m_sizes.ask(m_reader.streams().all());
+    const auto proxy = WebRequest::proxy(Nox::ToolSettings().value(Nox::ToolSettings::proxy));
+    m_network.setProxy(proxy.value_or(QNetworkProxy()));
+    m_thumbnail.load(proxy ? m_reader.page().getThumbnailUrl() : QString());
+    m_sizes.ask(proxy ? m_reader.streams().all() : QList<Nox::MediaProfile>());
 }
 
 void DeskController::watchLog()
