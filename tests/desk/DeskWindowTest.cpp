@@ -57,7 +57,12 @@ void DeskWindowTest::describesPage()
     table->sortByColumn(StreamTableModel::Quality, Qt::AscendingOrder);
     QCOMPARE(m_user->chosen(), "137"_s);
     QCOMPARE(table->model()->index(0, StreamTableModel::Quality).data().toString(), "128K"_s);
-    const auto *sound = m_user->find<QComboBox>("sound");
+    auto *sound = m_user->find<QComboBox>("sound");
+    sound->showPopup();
+    sound->view()->setCurrentIndex(sound->model()->index(1, 0));
+    m_user->controller().plan().setTaken({"/another.mp4"_s}); // a download starts meanwhile
+    QCOMPARE(sound->view()->currentIndex().row(), 1);
+    sound->hidePopup();
     m_user->choose("128K"_s);
     QCOMPARE(sound->currentText(), "The stream has sound only"_s);
     m_user->choose("360P"_s);
