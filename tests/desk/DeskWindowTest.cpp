@@ -299,6 +299,9 @@ void DeskWindowTest::folderAndSound()
     QCOMPARE(m_user->controller().settings().folder(), m_stage->path("new/deep"_s));
     QVERIFY(m_user->seesPage());
     QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp4"_s));
+    HostSandbox::play("dump: hang"_s);
+    m_user->window().takeOver({"x.org/1"_s, " www.x/2"_s}); // of the command line
+    QCOMPARE(m_user->list(), "https://x.org/1=Running https://www.x/2=Running"_s);
     m_user->choose("128K"_s);
     QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp3"_s));
     HostSandbox::playPage("ffmpeg: write sound"_s);

@@ -75,9 +75,9 @@ void DeskController::addPages(const QStringList &addresses)
 {
     QStringList listed;
     for (const QString &address : addresses) {
-        const Nox::DownloadRequest request{address, {}, {}};
+        const Nox::DownloadRequest request{Nox::UrlCheck::corrected(address), {}, {}};
         if (m_downloads.contains(request))
-            listed += address;
+            listed += request.url;
         else
             m_downloads.add(request);
     }
