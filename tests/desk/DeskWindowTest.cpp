@@ -124,6 +124,11 @@ void DeskWindowTest::newestPageWins()
     QVERIFY(m_user->press("cancelReading"));
     QTRY_SOON(!m_user->sees("busy"));
     QVERIFY(!m_user->sees("failureMessage") && m_user->canPress("download"));
+    m_user->readPage();
+    HostSandbox::play("dump: json Third 1"_s);
+    QVERIFY(m_user->press("cancelReading"));
+    m_user->readPage(); // while the tool is still ending
+    QTRY_SOON(m_user->text("title") == "Third"_s);
 }
 
 /** What the tool says about a page is told, and the log ends with it. The page before cannot be taken for that one. */
