@@ -260,6 +260,13 @@ void DeskWindowTest::closing()
     QTRY_SOON(!m_user->sees("stay"));
     QVERIFY(m_user->window().isVisible() && !m_stage->isQuiet());
 
+    int manager = 0; // the window does not use it
+    QVERIFY(QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                                      QGenericArgument("QSessionManager&", &manager)));
+    m_user->find<QToolButton>("menu")->menu()->actions().last()->trigger(); // another program has stopped the logout
+    QTRY_SOON(m_user->canPress("stay"));
+    QVERIFY(m_user->press("stay"));
+    QTRY_SOON(!m_user->sees("stay"));
     QVERIFY(!m_user->window().close());
     QTRY_SOON(m_user->canPress("closeAnyway"));
     const QSize size(617, 513);
@@ -268,6 +275,13 @@ void DeskWindowTest::closing()
     QTRY_SOON(!m_user->window().isVisible());
     restart();
     QCOMPARE(m_user->window().size(), size);
+
+    HostSandbox::playPage("18: announce mp4|wait go"_s);
+    QVERIFY(m_user->press("retry", 0));
+    QVERIFY(!m_user->window().close());
+    QTRY_SOON(m_user->canPress("stay"));
+    m_stage->let("go"_s);
+    QTRY_SOON(!m_user->window().isVisible()); // nothing is left to ask about
 }
 
 void DeskWindowTest::clipboard()
