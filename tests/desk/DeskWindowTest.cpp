@@ -299,6 +299,9 @@ void DeskWindowTest::clipboard()
     QEvent activation(QEvent::ActivationChange); // looks at the clipboard again
     QApplication::sendEvent(&m_user->window(), &activation);
     QVERIFY(!m_user->sees("clipboardOffer"));
+    HostSandbox::play("dump: hang"_s);
+    m_user->window().takeOver({"x.org/1"_s, " www.x/2"_s}); // of the command line
+    QCOMPARE(m_user->list(), "https://x.org/1=Running https://www.x/2=Running"_s);
 }
 
 /** A folder that cannot be used is not passed over in silence; one that is missing is made when it is asked for. */
@@ -318,9 +321,6 @@ void DeskWindowTest::folderAndSound()
     QCOMPARE(m_user->controller().settings().folder(), m_stage->path("new/deep"_s));
     QVERIFY(m_user->seesPage());
     QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp4"_s));
-    HostSandbox::play("dump: hang"_s);
-    m_user->window().takeOver({"x.org/1"_s, " www.x/2"_s}); // of the command line
-    QCOMPARE(m_user->list(), "https://x.org/1=Running https://www.x/2=Running"_s);
     m_user->choose("128K"_s);
     QCOMPARE(m_user->text("destination"), m_stage->path("new/deep/Clip.mp3"_s));
     HostSandbox::playPage("ffmpeg: write sound"_s);
@@ -347,6 +347,7 @@ void DeskWindowTest::toolSettings_data()
     row("browser with a profile", "--cookies-from-browser firefox:work\n", "1K", "-", "-",
         "--cookies-from-browser firefox:work\n--limit-rate 1K\n");
     row("no rate", "--netrc\n", "fast", "-", "-", "--netrc\n");
+    row("unfinished rate", "--netrc\n", "2.", "-", "-", "--netrc\n");
 }
 
 void DeskWindowTest::toolSettings()
@@ -367,40 +368,12 @@ void DeskWindowTest::toolSettings()
     const mode_t mask = ::umask(0002); // of systems on which each user has a group
     dialog->accept();
     ::umask(mask);
-    QVERIFY(!dialog->isVisible());
+    QCOMPARE(dialog->isVisible(), rate.endsWith(QLatin1Char('.'))); // with an error
+    QCOMPARE(m_user->sees("preferredFolderError"), rate.endsWith(QLatin1Char('.')));
     QCOMPARE(QString::fromUtf8(Files::content(file)), after);
     QVERIFY(!before.isEmpty() || !(QFile::permissions(file) & (QFile::ReadGroup | QFile::WriteGroup)));
 }
 
-void DeskWindowTest::renewsTool_data()
-{
-    const TextTable row{"script", "outcome"};
-    row("renewed", "echo 'yt-dlp 2026.08.19 in a/yt.zip'", "Renewed: yt-dlp 2026.08.19");
-    row("failed", "echo 'pip cannot fetch it' >&2; exit 1", "could not be renewed.\npip cannot fetch it");
-    row("not there", "", "not installed");
-    row("cancelled", "trap 'touch \"$NOX_STAGE/cleaned\"; exit' TERM; touch \"$NOX_STAGE/begun\"; sleep 300 & wait",
-        "Cancelled");
-}
-
-void DeskWindowTest::renewsTool()
-{
-    const auto [script, outcome] = fetchTexts("script", "outcome");
-    if (!script.isEmpty())
-        installScript("nox-renew-tool"_s, script);
-    else
-        qputenv("PATH", QFile::encodeName(m_stage->path("bin"_s))); // it may be installed on this machine
-    m_user->openPreferences();
-    QVERIFY(m_user->text("renewal").contains("came with"_s));
-    QVERIFY(m_user->press("renewTool"));
-    if (outcome == "Cancelled"_s) {
-        // Without an event loop, so that the job does not know yet that the command runs.
-        const QDeadlineTimer deadline(HostSandbox::Timeout);
-        while (!QFile::exists(m_stage->path("notes/begun"_s)) && !deadline.hasExpired())
-            QThread::msleep(5);
-        QVERIFY(m_user->press("renewTool")); // is the button to cancel
-    }
-    QTRY_SOON(m_user->text("renewal").contains(outcome));
-    QCOMPARE(QFile::exists(m_stage->path("notes/cleaned"_s)), outcome == "Cancelled"_s);
 void DeskWindowTest::ownRequests_data()
 {
     const TextTable row{"proxy", "asked"}; // what the server gets, which also plays the proxy; empty for nothing
@@ -442,6 +415,39 @@ void DeskWindowTest::ownRequests()
     }
 }
 
+void DeskWindowTest::renewsTool_data()
+{
+    const TextTable row{"script", "outcome", "end"}; // what is done while it runs
+    row("renewed", "echo 'yt-dlp 2026.08.19 in a/yt.zip'", "Renewed: yt-dlp 2026.08.19");
+    row("failed", "echo 'pip cannot fetch it' >&2; exit 1", "could not be renewed.\npip cannot fetch it");
+    row("not there", "", "not installed");
+    const char endless[] =
+        "trap 'touch \"$NOX_STAGE/cleaned\"; exit' TERM; touch \"$NOX_STAGE/begun\"; sleep 300 & wait";
+    row("cancelled", endless, "Cancelled", "press");
+    for (const char *end : {"accept", "reject"})
+        row(end, endless, "", end); // the dialog
+}
+
+void DeskWindowTest::renewsTool()
+{
+    const auto [script, outcome, end] = fetchTexts("script", "outcome", "end");
+    if (!script.isEmpty())
+        installScript("nox-renew-tool"_s, script);
+    else
+        qputenv("PATH", QFile::encodeName(m_stage->path("bin"_s))); // it may be installed on this machine
+    QDialog *dialog = m_user->openPreferences();
+    QVERIFY(m_user->text("renewal").contains("came with"_s));
+    QVERIFY(m_user->press("renewTool"));
+    if (!end.isEmpty()) {
+        // Without an event loop, so that the job does not know yet that the command runs.
+        const QDeadlineTimer deadline(HostSandbox::Timeout);
+        while (!QFile::exists(m_stage->path("notes/begun"_s)) && !deadline.hasExpired())
+            QThread::msleep(5);
+        QVERIFY(end == "press"_s ? m_user->press("renewTool")
+                                 : QMetaObject::invokeMethod(dialog, end.toLatin1().constData()));
+    }
+    QTRY_SOON(m_user->sees("renewal") != outcome.isEmpty() && m_user->text("renewal").contains(outcome));
+    QCOMPARE(QFile::exists(m_stage->path("notes/cleaned"_s)), !end.isEmpty());
 }
 
 QTEST_MAIN(DeskWindowTest)

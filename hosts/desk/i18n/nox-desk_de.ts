@@ -575,10 +575,6 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Erneuert: %1</translation>
     </message>
     <message>
-        <source>Cancelled. The tool has not changed.</source>
-        <translation>Abgebrochen. Das Werkzeug ist dasselbe wie vorher.</translation>
-    </message>
-    <message>
         <source>Cr&amp;eate folder</source>
         <translation>Ordner an&amp;legen</translation>
     </message>
@@ -671,10 +667,6 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>keine; oder Bytes pro Sekunde, etwa 500K oder 2M</translation>
     </message>
     <message>
-        <source>&amp;Limit of speed:</source>
-        <translation>&amp;Höchste Geschwindigkeit:</translation>
-    </message>
-    <message>
         <source>proxy of the system; or socks5://127.0.0.1:9050</source>
         <translation>Proxy des Systems; oder socks5://127.0.0.1:9050</translation>
     </message>
@@ -717,6 +709,14 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>The settings of the tool cannot be written to &quot;%1&quot;.</source>
         <translation>Die Einstellungen des Werkzeugs können nicht in „%1“ geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Speed &amp;limit per download:</source>
+        <translation>&amp;Höchstgeschwindigkeit je Download:</translation>
+    </message>
+    <message>
+        <source>The speed limit must be a number, such as 500K or 2.5M.</source>
+        <translation>Die Höchstgeschwindigkeit muss eine Zahl sein, etwa 500K oder 2.5M.</translation>
     </message>
 </context>
 <context>
