@@ -190,9 +190,7 @@ void DownloadFolder::discard(const DownloadRecord &download)
     const QFileInfoList folders = ownFolders(QFileInfo(download.destination).absolutePath());
     for (const QFileInfo &entry : folders) {
         DownloadFolder folder;
-        if (folder.take(entry.filePath(), [&](const DownloadRecord &found) {
-                return found.hasSameStreams(download) && found.destination == download.destination;
-            }))
+        if (folder.take(entry.filePath(), [&](const DownloadRecord &found) { return found.key() == download.key(); }))
             folder.remove();
     }
 }

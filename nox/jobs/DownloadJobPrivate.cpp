@@ -44,6 +44,7 @@ DownloadJob::Private::~Private()
 
 void DownloadJob::Private::begin()
 {
+    const QString oldDestination = record.destination;
     if (isResumed && knownErrorString.isEmpty())
         record.destination = Destination::free(record.destination); // a file of that name may exist by now
     const bool isUsable = StreamChoice::isUsableCode(record.stream.getName())
@@ -52,8 +53,10 @@ void DownloadJob::Private::begin()
         || refuse(Job::NothingToDownload, isUsable ? QString() : FailureText::noFormatCode())
         || refuse(Job::ToolMissing, tools.errorString())
         || refuse(Job::ToolMissing, isJoined() || isEncoded() ? ToolSetup::joiningErrorString() : QString())
-        || refuse(Job::DestinationError, Destination::errorString(record.destination)) || !openFolder())
+        || refuse(Job::DestinationError, Destination::errorString(record.destination)) || !openFolder()) {
+        record.destination = oldDestination; // the one that the parts have
         return;
+    }
     m_partialName = QStringLiteral("finished.") + Destination::suffix(record.stream);
     m_joining = JoinProgress(record.duration);
     m_downloader.reset(

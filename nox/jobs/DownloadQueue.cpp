@@ -1,7 +1,12 @@
 #include <nox/jobs/DownloadQueue.h>
 
+#include <nox/jobs/DownloadFolder.h>
 #include <nox/jobs/DownloadJob.h>
+#include <nox/jobs/DownloadRecord.h>
 #include <nox/jobs/QueuedDownload.h>
+
+#include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 #include <functional>
@@ -16,11 +21,49 @@ int part(const QueuedDownload *download)
     return download->isRunning() ? 0 : download->isActive() ? 1 : download->isEnded() ? 3 : 2;
 }
 
+/** The keys of the parts that @p downloads can be resumed from. Each folder is read once. */
+QSet<QString> partsOf(const QList<QueuedDownload *> &downloads)
+{
+    QSet<QString> keys;
+    QSet<QString> folders;
+    for (const QueuedDownload *download : downloads) {
+        if (!download->isActive() && download->state() != DownloadQueue::Finished && !download->key().isEmpty())
+            folders += QFileInfo(download->file()).absolutePath();
+    }
+    for (const QString &folder : std::as_const(folders)) {
+        const QList<DownloadRecord> records = DownloadFolder::interrupted(folder);
+        for (const DownloadRecord &record : records)
+            keys += record.key();
+    }
+    return keys;
+}
+
 } // namespace
 
 class DownloadQueue::Private
 {
 public:
+    /** Number of downloads in the parts of the list up to @p last. The list is sorted by them. */
+    int countUntil(int last) const
+    {
+        const auto end =
+            std::partition_point(downloads.cbegin(), downloads.cend(),
+                                 [last](const QueuedDownload *download) { return part(download) <= last; });
+        return static_cast<int>(end - downloads.cbegin());
+    }
+
+    /** Removes the parts of @p download, unless another download can still be resumed from them. */
+    void discard(QueuedDownload *download) const
+    {
+        const QString key = download->key();
+        const bool isShared = std::any_of(downloads.cbegin(), downloads.cend(), [&](const QueuedDownload *other) {
+            const bool isOver = other->state() == DownloadQueue::Finished || other->state() == DownloadQueue::Cancelled;
+            return other != download && !isOver && other->url() == download->url() && other->key() == key;
+        });
+        if (!isShared)
+            download->discard();
+    }
+
     ToolSetup tools;
     Chooser choose;
     QList<QueuedDownload *> downloads;
@@ -56,12 +99,31 @@ void DownloadQueue::setLimit(int limit)
 
 void DownloadQueue::add(const DownloadRequest &request)
 {
-    auto *download = new QueuedDownload(request, this);
-    insert(activeCount(), download);
-    enqueue(download);
+    add(QList<DownloadRequest>{request});
 }
 
-void DownloadQueue::insert(int row, QueuedDownload *download)
+void DownloadQueue::add(const QList<DownloadRequest> &requests)
+{
+    QList<QueuedDownload *> downloads;
+    for (const DownloadRequest &request : requests)
+        downloads += new QueuedDownload(request, this);
+    insert(activeCount(), downloads);
+    enqueue(downloads);
+}
+
+void DownloadQueue::insert(int row, const QList<QueuedDownload *> &downloads)
+{
+    if (downloads.isEmpty())
+        return;
+    for (QueuedDownload *download : downloads)
+        watch(download);
+    const auto count = static_cast<int>(downloads.size());
+    beginInsertRows({}, row, row + count - 1);
+    d->downloads = d->downloads.mid(0, row) + downloads + d->downloads.mid(row);
+    endInsertRows();
+}
+
+void DownloadQueue::watch(QueuedDownload *download)
 {
     connect(download, &QueuedDownload::changed, this, [this, download] { onChanged(download); });
     connect(download, &QueuedDownload::figuresChanged, this, [this, download] {
@@ -69,32 +131,34 @@ void DownloadQueue::insert(int row, QueuedDownload *download)
         Q_EMIT dataChanged(changed, changed, {PercentRole, StatusRole, Qt::AccessibleTextRole});
     });
     connect(download, &QueuedDownload::ended, this, [this, download] { onEnded(download); });
-    beginInsertRows({}, row, row);
-    d->downloads.insert(row, download);
-    endInsertRows();
 }
 
 void DownloadQueue::restore(const QJsonArray &stored)
 {
+    QList<QueuedDownload *> paused;
+    QList<QueuedDownload *> ended;
     for (const auto &value : stored) {
         auto *download = new QueuedDownload(value.toObject(), this);
-        insert(download->isEnded() ? rowCount() : rowCount() - endedCount(), download);
+        (download->isEnded() ? ended : paused) += download;
     }
+    insert(rowCount() - endedCount(), paused);
+    insert(rowCount(), ended);
     Q_EMIT countsChanged();
 }
 
 void DownloadQueue::addInterrupted(const QString &folder)
 {
+    QList<QueuedDownload *> found;
     const QList<QJsonObject> records = DownloadJob::interrupted(folder);
     for (const QJsonObject &record : records) {
         const DownloadJob job(record);
-        const bool isKnown =
-            std::any_of(d->downloads.cbegin(), d->downloads.cend(), [&job](const QueuedDownload *download) {
-                return download->isSameAs({job.url(), job.stream(), job.destination()});
-            });
-        if (!isKnown)
-            insert(rowCount() - endedCount(), new QueuedDownload(record, job.url(), job.destination(), this));
+        const DownloadRequest request{job.url(), job.stream(), job.destination()};
+        const auto isSame = [&request](const QueuedDownload *download) { return download->isSameAs(request); };
+        if (std::none_of(d->downloads.cbegin(), d->downloads.cend(), isSame)
+            && std::none_of(found.cbegin(), found.cend(), isSame))
+            found += new QueuedDownload(record, job.url(), job.destination(), this);
     }
+    insert(rowCount() - endedCount(), found);
     Q_EMIT countsChanged();
 }
 
@@ -106,15 +170,16 @@ QJsonArray DownloadQueue::toJson() const
     return result;
 }
 
-void DownloadQueue::enqueue(QueuedDownload *download)
+/** Lets the waiting @p downloads start, as part of the batch. */
+void DownloadQueue::enqueue(const QList<QueuedDownload *> &downloads)
 {
-    const bool isFirst = std::none_of(d->batch.cbegin(), d->batch.cend(), [download](const QueuedDownload *other) {
-        return other != download && other->isActive();
-    });
-    if (isFirst)
+    if (downloads.isEmpty())
+        return;
+    if (activeCount() == downloads.size()) // no other is active
         d->batch.clear();
-    d->batch.removeOne(download);
-    d->batch.append(download);
+    for (QueuedDownload *download : downloads)
+        d->batch.removeOne(download);
+    d->batch += downloads;
     startNext();
     Q_EMIT countsChanged();
 }
@@ -140,11 +205,10 @@ void DownloadQueue::pauseAll()
 
 void DownloadQueue::resumeAll()
 {
-    const QList<QueuedDownload *> downloads = d->downloads;
-    for (QueuedDownload *download : downloads) {
-        if (download->state() == DownloadQueue::Paused)
-            retry(static_cast<int>(d->downloads.indexOf(download)));
-    }
+    const QList<QueuedDownload *> paused = d->downloads.mid(activeCount(), pausedCount());
+    for (QueuedDownload *download : paused)
+        download->retry();
+    enqueue(paused);
 }
 
 void DownloadQueue::cancel(int row)
@@ -166,7 +230,7 @@ void DownloadQueue::retry(int row)
     QueuedDownload *download = d->downloads.value(row);
     if (download != nullptr && download->canRetry()) {
         download->retry();
-        enqueue(download);
+        enqueue({download});
     }
 }
 
@@ -187,37 +251,50 @@ void DownloadQueue::remove(int row)
     QueuedDownload *download = d->downloads.value(row);
     if (download == nullptr || download->isActive())
         return;
-    beginRemoveRows({}, row, row);
-    d->downloads.removeAt(row);
-    download->discard();
-    d->batch.removeOne(download);
-    endRemoveRows();
-    download->deleteLater();
+    d->discard(download);
+    take(row);
     Q_EMIT countsChanged();
 }
 
 void DownloadQueue::removeEnded()
 {
-    while (rowCount() > 0 && d->downloads.constLast()->isEnded()) // a host may change the list inside a signal
-        remove(rowCount() - 1);
+    const int firstEnded = rowCount() - endedCount();
+    const QSet<QString> keys = partsOf(d->downloads.mid(firstEnded));
+    for (int row = rowCount() - 1; row >= firstEnded; --row) {
+        QueuedDownload *download = d->downloads.at(row);
+        const bool hasParts = keys.contains(download->key());
+        if (hasParts && download->state() == DownloadQueue::Failed)
+            continue;
+        if (hasParts)
+            d->discard(download);
+        take(row);
+    }
+    Q_EMIT countsChanged();
 }
 
-int DownloadQueue::activeCount() const
+/** Takes the download in @p row out of the list and deletes it. */
+void DownloadQueue::take(int row)
 {
-    return static_cast<int>(
-        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isActive)));
+    beginRemoveRows({}, row, row);
+    QueuedDownload *download = d->downloads.takeAt(row);
+    d->batch.removeOne(download);
+    endRemoveRows();
+    download->deleteLater();
 }
 
 int DownloadQueue::runningCount() const
 {
-    return static_cast<int>(
-        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isRunning)));
+    return d->countUntil(0);
+}
+
+int DownloadQueue::activeCount() const
+{
+    return d->countUntil(1);
 }
 
 int DownloadQueue::endedCount() const
 {
-    return static_cast<int>(
-        std::count_if(d->downloads.cbegin(), d->downloads.cend(), std::mem_fn(&QueuedDownload::isEnded)));
+    return rowCount() - d->countUntil(2);
 }
 
 bool DownloadQueue::contains(const DownloadRequest &request) const
@@ -226,6 +303,12 @@ bool DownloadQueue::contains(const DownloadRequest &request) const
         const bool isGivenUp = download->isEnded() && download->state() != DownloadQueue::Finished;
         return !isGivenUp && download->isSameAs(request);
     });
+}
+
+bool DownloadQueue::hasParts(int row) const
+{
+    QueuedDownload *download = d->downloads.value(row);
+    return download != nullptr && partsOf({download}).contains(download->key());
 }
 
 QStringList DownloadQueue::activeFiles() const
@@ -334,6 +417,8 @@ void DownloadQueue::place(int row)
 
 void DownloadQueue::onEnded(QueuedDownload *download)
 {
+    if (download->state() == DownloadQueue::Cancelled) // it may have waited for its turn with parts
+        d->discard(download);
     startNext();
     const bool isLast = activeCount() == 0;
     Q_EMIT countsChanged();

@@ -6,6 +6,7 @@
 
 #include <QAbstractListModel>
 #include <QJsonArray>
+#include <QList>
 #include <QStringList>
 
 #include <functional>
@@ -83,6 +84,9 @@ public:
 
     void add(const DownloadRequest &request); ///< Starts a download, or puts it at the end of the waiting ones.
 
+    /** Adds several downloads in this order. The time is linear, and countsChanged() comes once, after all. */
+    void add(const QList<DownloadRequest> &requests);
+
     /** Adds stored downloads. @param stored result of toJson(); unfinished downloads are paused */
     void restore(const QJsonArray &stored);
 
@@ -93,6 +97,9 @@ public:
 
     /** Whether a download in the list, not cancelled or failed, is the same. Without a stream: of the same page. */
     bool contains(const DownloadRequest &request) const;
+
+    /** Whether the download in @p row is not active and has parts that it can be resumed from. Looks at the disk. */
+    Q_INVOKABLE bool hasParts(int row) const;
 
     int activeCount() const;  ///< Number of running and waiting downloads.
     int runningCount() const; ///< Number of running downloads.
@@ -111,13 +118,18 @@ public:
 public Q_SLOTS:
     void pause(int row);        ///< Pauses a running or waiting download.
     void pauseAll();            ///< Pauses all running and waiting downloads.
-    void cancel(int row);       ///< Cancels a running or waiting download and removes its parts.
+    void cancel(int row);       ///< Cancels a running, pausing or waiting download and removes its parts.
     void cancelAll();           ///< Cancels all running and waiting downloads.
     void retry(int row);        ///< Resumes a paused, failed or cancelled download; it may have to wait.
     void resumeAll();           ///< Resumes all paused downloads.
     void move(int row, int by); ///< Moves a waiting download up (negative) or down among the waiting.
-    void remove(int row);       ///< Removes a download that is not active from the list, with its parts.
-    void removeEnded();         ///< Removes all ended downloads from the list.
+
+    /** Removes a download that is not active from the list. Its parts are removed too, unless they belong to another
+     * download of the list as well, which can be resumed from them. */
+    void remove(int row);
+
+    /** Removes all ended downloads from the list, except failed ones that can be resumed: see hasParts(). */
+    void removeEnded();
 
 Q_SIGNALS:
     /** A download was added, started, ended or removed. */
@@ -130,9 +142,11 @@ Q_SIGNALS:
     void allEnded();
 
 private:
-    void insert(int row, QueuedDownload *download);
-    void enqueue(QueuedDownload *download);
+    void insert(int row, const QList<QueuedDownload *> &downloads);
+    void watch(QueuedDownload *download);
+    void enqueue(const QList<QueuedDownload *> &downloads);
     void startNext();
+    void take(int row);
     void place(int row);
     void onChanged(QueuedDownload *download);
     void onEnded(QueuedDownload *download);

@@ -1,5 +1,7 @@
 #include <nox/jobs/DownloadRecord.h>
 
+#include <QStringList>
+
 #include <cmath>
 
 namespace Nox {
@@ -118,6 +120,12 @@ bool DownloadRecord::hasSameStreams(const DownloadRecord &other) const
 {
     return url == other.url && stream.getName() == other.stream.getName()
         && stream.getPreferredDashAudioYdCode() == other.stream.getPreferredDashAudioYdCode();
+}
+
+QString DownloadRecord::key() const
+{
+    return QStringList{url, stream.getName(), stream.getPreferredDashAudioYdCode(), destination}.join(
+        QLatin1Char('\n'));
 }
 
 } // namespace Nox

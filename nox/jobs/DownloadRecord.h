@@ -26,6 +26,9 @@ struct DownloadRecord {
 
     /** Whether @p other downloads the same streams of the same page. */
     bool hasSameStreams(const DownloadRecord &other) const;
+
+    /** A text that only downloads of the same streams into the same file share. Such downloads share their parts. */
+    QString key() const;
 };
 
 } // namespace Nox

@@ -16,6 +16,7 @@ constexpr int storeVersion = 1;
 constexpr int mostInstances = 9;
 const QLatin1String storeVersionKey("version");
 const QLatin1String downloadsKey("downloads");
+const QLatin1String lockSuffix(".lock");
 
 QDir folder()
 {
@@ -43,29 +44,37 @@ QString DownloadStore::fileOf(int instance) const
 
 std::unique_ptr<QLockFile> DownloadStore::newLock(int instance) const
 {
-    auto lock = std::make_unique<QLockFile>(fileOf(instance) + QStringLiteral(".lock"));
+    auto lock = std::make_unique<QLockFile>(fileOf(instance) + lockSuffix);
     lock->setStaleLockTime(0); // stale only if its process no longer exists
     return lock->tryLock(0) ? std::move(lock) : nullptr;
+}
+
+bool DownloadStore::isAlone() const
+{
+    for (int instance = 1; instance <= mostInstances; ++instance) {
+        const QString file = fileOf(instance);
+        const bool isForeign = file != m_file && m_taken.count(instance) == 0;
+        if (isForeign && QFile::exists(file + lockSuffix) && newLock(instance) == nullptr)
+            return false;
+    }
+    return true;
 }
 
 QJsonArray DownloadStore::load()
 {
     QJsonArray result = m_lock == nullptr ? QJsonArray() : read(m_file);
-    QStringList taken;
     for (int instance = 1; instance <= mostInstances && m_lock != nullptr; ++instance) {
         const QString file = fileOf(instance);
-        const std::unique_ptr<QLockFile> lock = QFile::exists(file) && file != m_file ? newLock(instance) : nullptr;
+        std::unique_ptr<QLockFile> lock = QFile::exists(file) && file != m_file ? newLock(instance) : nullptr;
         if (lock == nullptr)
             continue;
         const QJsonArray others = read(file);
         for (const auto &download : others)
             result += download;
-        taken += file;
+        m_taken[instance] = std::move(lock);
     }
-    if (!taken.isEmpty())
+    if (!m_taken.empty())
         save(result);
-    for (const QString &file : std::as_const(taken))
-        QFile::remove(file);
     return result;
 }
 
@@ -86,14 +95,19 @@ QJsonArray DownloadStore::read(const QString &name)
     return {};
 }
 
-void DownloadStore::save(const QJsonArray &downloads)
+bool DownloadStore::save(const QJsonArray &downloads)
 {
     QSaveFile file(m_file);
     if (m_lock == nullptr || !file.open(QIODevice::WriteOnly))
-        return;
+        return false;
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     file.write(QJsonDocument(QJsonObject{{storeVersionKey, storeVersion}, {downloadsKey, downloads}}).toJson());
-    file.commit();
+    if (!file.commit())
+        return false;
+    for (const auto &taken : m_taken)
+        QFile::remove(fileOf(taken.first));
+    m_taken.clear();
+    return true;
 }
 
 } // namespace Nox

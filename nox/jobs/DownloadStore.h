@@ -6,6 +6,7 @@
 #include <QLockFile>
 #include <QString>
 
+#include <map>
 #include <memory>
 
 namespace Nox {
@@ -29,7 +30,12 @@ public:
     /** The error message about files that could not be read and were renamed; empty if there are none. */
     QString errorString() const { return m_error; }
 
-    void save(const QJsonArray &downloads); ///< Replaces the stored list; the old one is kept if that fails.
+    /** Whether no other instance of the application stores its list. If there is one, paused downloads may be its. */
+    bool isAlone() const;
+
+    /** Replaces the stored list. @return whether that succeeded; if not, for example on a full disk, the old one stays
+     */
+    bool save(const QJsonArray &downloads);
 
 private:
     QString fileOf(int instance) const;
@@ -38,7 +44,8 @@ private:
 
     QString m_application;
     QString m_file;
-    std::unique_ptr<QLockFile> m_lock; // of the file
+    std::unique_ptr<QLockFile> m_lock;                 // of the file
+    std::map<int, std::unique_ptr<QLockFile>> m_taken; // of lists of other instances, until they are saved here
     QString m_error;
 };
 

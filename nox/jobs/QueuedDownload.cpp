@@ -1,5 +1,6 @@
 #include <nox/jobs/QueuedDownload.h>
 
+#include <nox/jobs/DownloadRecord.h>
 #include <nox/jobs/FailureText.h>
 
 #include <QFileInfo>
@@ -115,11 +116,16 @@ void QueuedDownload::startJob()
     connect(m_job.get(), &DownloadJob::waitingTextChanged, this, &QueuedDownload::changed);
     connect(m_job.get(), &DownloadJob::finished, this, &QueuedDownload::onFinished);
     m_job->start();
+    if (!m_job->destination().isEmpty()) { // the job may have chosen another file name, and a damaged record has none
+        m_record = m_job->record();
+        m_file = m_job->destination();
+    }
 }
 
 void QueuedDownload::onFinished()
 {
-    m_file = m_job->error() == Job::NoError ? m_job->filePath() : m_job->destination();
+    if (m_job->error() == Job::NoError)
+        m_file = m_job->filePath();
     end(*m_job);
 }
 
@@ -159,7 +165,6 @@ void QueuedDownload::pause()
 void QueuedDownload::cancel()
 {
     if (m_state == DownloadQueue::Waiting) {
-        discard();
         end(DownloadQueue::Cancelled);
     } else if (m_state == DownloadQueue::Running) {
         setState(DownloadQueue::Cancelling);
@@ -184,6 +189,11 @@ void QueuedDownload::discard()
 {
     if (!isRunning() && m_state != DownloadQueue::Finished && !m_record.isEmpty())
         DownloadJob::discard(m_record);
+}
+
+QString QueuedDownload::key() const
+{
+    return m_record.isEmpty() ? QString() : DownloadRecord::fromJson(m_record).key();
 }
 
 bool QueuedDownload::isSameAs(const DownloadRequest &request) const

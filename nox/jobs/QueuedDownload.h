@@ -43,7 +43,10 @@ public:
     /** Puts a paused, failed or cancelled download back to waiting. It will resume if it has parts. */
     void retry();
 
-    void discard(); ///< Removes the parts. Not allowed while the download runs.
+    void discard(); ///< Removes the parts. Of no effect while the download runs, and after it has finished.
+
+    /** DownloadRecord::key() of the record; empty while the streams are unknown. */
+    QString key() const;
 
     State state() const { return m_state; }
 
