@@ -328,8 +328,7 @@ int DownloadQueue::batchCount() const
 
 int DownloadQueue::batchEndedCount() const
 {
-    return static_cast<int>(
-        std::count_if(d->batch.cbegin(), d->batch.cend(), std::not_fn(std::mem_fn(&QueuedDownload::isActive))));
+    return static_cast<int>(std::count_if(d->batch.cbegin(), d->batch.cend(), std::mem_fn(&QueuedDownload::isEnded)));
 }
 
 int DownloadQueue::batchPercent() const
@@ -338,7 +337,7 @@ int DownloadQueue::batchPercent() const
         return 0;
     int sum = 0;
     for (const QueuedDownload *download : d->batch)
-        sum += download->isActive() ? qMax(0, download->percent()) : 100;
+        sum += download->isEnded() ? 100 : qMax(0, download->percent());
     return sum / batchCount();
 }
 

@@ -108,8 +108,8 @@ public:
     QStringList activeFiles() const;                                              ///< Files of the active downloads.
 
     int batchCount() const;      ///< Number of downloads since the last time that none was active: a batch.
-    int batchEndedCount() const; ///< How many of the batch have ended.
-    int batchPercent() const;    ///< Progress of the batch, 0 to 100.
+    int batchEndedCount() const; ///< How many of the batch are finished, failed or cancelled.
+    int batchPercent() const;    ///< Progress of the batch, 0 to 100. Paused ones count with what they have.
 
     int rowCount(const QModelIndex &parent = {}) const override; ///< Number of downloads in the list.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override; ///< See Role.

@@ -101,8 +101,10 @@ bool DownloadStore::save(const QJsonArray &downloads)
     if (m_lock == nullptr || !file.open(QIODevice::WriteOnly))
         return false;
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    file.write(QJsonDocument(QJsonObject{{storeVersionKey, storeVersion}, {downloadsKey, downloads}}).toJson());
-    if (!file.commit())
+    const QByteArray text =
+        QJsonDocument(QJsonObject{{storeVersionKey, storeVersion}, {downloadsKey, downloads}}).toJson();
+    // A part of the text is no error for commit().
+    if (file.write(text) != text.size() || !file.flush() || !file.commit())
         return false;
     for (const auto &taken : m_taken)
         QFile::remove(fileOf(taken.first));

@@ -42,8 +42,9 @@ QString PartsFolder::write(const DownloadRecord &record) const
     if (!exists() && !(QDir().mkdir(m_path) && QFile::setPermissions(m_path, ownOnly)))
         return QString::fromLocal8Bit(std::strerror(errno));
     QSaveFile file(recordFile(m_path));
-    const bool isWritten =
-        file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(record.toJson()).toJson()) >= 0 && file.commit();
+    const QByteArray text = QJsonDocument(record.toJson()).toJson();
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush()
+        && file.commit(); // for which a part of the text is no error
     return isWritten ? QString() : file.errorString();
 }
 

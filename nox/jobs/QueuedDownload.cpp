@@ -49,7 +49,10 @@ QueuedDownload::QueuedDownload(const QJsonObject &stored, QObject *parent)
     const auto state = static_cast<State>(QMetaEnum::fromType<State>().keyToValue(name.constData()));
     const bool isOver =
         state == DownloadQueue::Finished || state == DownloadQueue::Failed || state == DownloadQueue::Cancelled;
-    m_state = isOver ? state : DownloadQueue::Paused;
+    if (state == DownloadQueue::Cancelling)
+        m_state = DownloadQueue::Cancelled;
+    else
+        m_state = isOver ? state : DownloadQueue::Paused;
 }
 
 QueuedDownload::QueuedDownload(const QJsonObject &record, const QString &url, const QString &file, QObject *parent)
@@ -138,8 +141,8 @@ void QueuedDownload::end(const Job &job)
     case Job::Cancelled: // a page that was being read will be read again
         end(m_state == DownloadQueue::Pausing ? DownloadQueue::Paused : DownloadQueue::Cancelled);
         break;
-    case Job::Paused:
-        end(DownloadQueue::Paused);
+    case Job::Paused: // or it was cancelled when it had already paused
+        end(m_state == DownloadQueue::Cancelling ? DownloadQueue::Cancelled : DownloadQueue::Paused);
         break;
     default:
         m_error = job.errorString();
@@ -166,7 +169,7 @@ void QueuedDownload::cancel()
 {
     if (m_state == DownloadQueue::Waiting) {
         end(DownloadQueue::Cancelled);
-    } else if (m_state == DownloadQueue::Running) {
+    } else if (m_state == DownloadQueue::Running || m_state == DownloadQueue::Pausing) {
         setState(DownloadQueue::Cancelling);
         if (m_page != nullptr) {
             m_page->cancel();

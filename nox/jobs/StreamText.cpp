@@ -68,8 +68,10 @@ QStringList StreamText::labels(const QList<MediaProfile> &streams)
         const QString code = TextSanitizer::line(stream.getName());
         if (count.value(name(stream)) < 2)
             result += text;
+        else if (text.isEmpty())
+            result += tr("unknown (%1)", "format code").arg(code);
         else
-            result += text.isEmpty() ? code : tr("%1 (%2)", "quality, format code").arg(text, code);
+            result += tr("%1 (%2)", "quality, format code").arg(text, code);
     }
     return result;
 }

@@ -27,7 +27,7 @@ public:
 
     /**
      * The labels of @p streams, one for each. If several streams have the same kind, container and label, the label
-     * contains the format code, so that the user can tell them apart.
+     * contains the format code, so that the user can tell them apart; it is then not empty.
      */
     static QStringList labels(const QList<MediaProfile> &streams);
 

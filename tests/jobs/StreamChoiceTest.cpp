@@ -126,7 +126,7 @@ void StreamChoiceTest::streamTexts()
 
     const auto streams = SampleStreams::page("a M4A 128K,b M4A 128K,c M4A 64K,d FLV,e FLV,f MP4 640x360"_s);
     QCOMPARE(StreamText::labels(streams.getMediaProfileList()).join(QLatin1Char('|')),
-             "128K (a)|128K (b)|64K|d|e|360P"_s);
+             "128K (a)|128K (b)|64K|unknown (d)|unknown (e)|360P"_s);
     const QString joinedSigns = "\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x94\xac"_s; // one sign made of two
     QCOMPARE(TextSanitizer::line(" a\x1b[31m\tb\n"_s + QChar(0x202e) + joinedSigns + QChar(0xd800)),
              "a [31m b "_s + joinedSigns);

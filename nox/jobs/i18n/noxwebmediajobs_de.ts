@@ -392,6 +392,11 @@
         <comment>quality, with or without sound</comment>
         <translation>%1, %2</translation>
     </message>
+    <message>
+        <source>unknown (%1)</source>
+        <comment>format code</comment>
+        <translation>unbekannt (%1)</translation>
+    </message>
 </context>
 <context>
     <name>Nox::ToolSetup</name>
