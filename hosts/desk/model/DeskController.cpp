@@ -57,6 +57,8 @@ void DeskController::restoreDownloads()
     connect(&m_downloads, &DownloadQueue::countsChanged, this, saveSoon);
     connect(&m_downloads, &QAbstractItemModel::rowsMoved, this, saveSoon);
     if (m_settings.preferences().resumesAtStart)
+    if (!m_store.isAlone())
+        folders.clear(); // what is paused there may belong to the other instance
         m_downloads.resumeAll();
 }
 
