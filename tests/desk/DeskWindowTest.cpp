@@ -301,7 +301,9 @@ void DeskWindowTest::clipboard()
     QApplication::sendEvent(&m_user->window(), &activation);
     QVERIFY(!m_user->sees("clipboardOffer"));
     HostSandbox::play("dump: hang"_s);
-    m_user->window().takeOver({"x.org/1"_s, " www.x/2"_s}); // of the command line
+    QSignalSpy counts(&m_user->downloads(), &Nox::DownloadQueue::countsChanged);
+    m_user->window().takeOver({"x.org/1"_s, " www.x/2"_s, "x.org/1"_s}); // of the command line
+    QCOMPARE(counts.size(), 1);                                          // one by one, many would take long
     QCOMPARE(m_user->list(), "https://x.org/1=Running https://www.x/2=Running"_s);
 }
 

@@ -77,28 +77,30 @@ void DeskController::addPages(const QStringList &addresses)
 {
     QStringList listed;
     for (const QString &address : addresses) {
-        const Nox::DownloadRequest request{Nox::UrlCheck::corrected(address), {}, {}};
-        if (m_downloads.contains(request))
-            listed += request.url;
-        else
-            m_downloads.add(request);
+        const QString url = Nox::UrlCheck::corrected(address);
+        (m_downloads.contains({url, {}, {}}) ? listed : others) += url;
     }
     if (!listed.isEmpty())
         Q_EMIT pagesAddedTwice(listed);
 }
+    QStringList others;
 
 void DeskController::addPagesAgain(const QStringList &addresses)
 {
     for (const QString &address : addresses)
-        m_downloads.add({address, {}, {}});
+        requests += {address, {}, {}};
+    m_downloads.add(requests);
 }
 
+    others.removeDuplicates();
+    addPagesAgain(others);
 void DeskController::applySettings()
 {
     const Preferences preferences = m_settings.preferences();
     m_tools = Nox::ToolSetup(preferences.toolFile);
     m_reader.setTools(m_tools);
     m_downloads.setTools(m_tools);
+    QList<Nox::DownloadRequest> requests;
     m_downloads.setLimit(preferences.parallelDownloads);
     m_streams.setPreference(preferences.stream);
     m_plan.setFolder(m_settings.folder());
