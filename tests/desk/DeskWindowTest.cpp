@@ -24,6 +24,7 @@ private Q_SLOTS:
     void downloadsJoined();
     void destinations();
     void closing();
+    void unsavedList();
     void folderAndSound();
     void clipboard();
     void toolSettings_data();
@@ -283,6 +284,19 @@ void DeskWindowTest::closing()
     QTRY_SOON(m_user->canPress("stay"));
     m_stage->let("go"_s);
     QTRY_SOON(!m_user->window().isVisible()); // nothing is left to ask about
+}
+
+/** As on a full disk. The user is not asked to close the message again and again. */
+void DeskWindowTest::unsavedList()
+{
+    QVERIFY(QDir().mkpath(m_stage->path("state/noxwebmedia/nox-desk-downloads-1.json"_s)));
+    QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_user->text("warning").contains("disk full"_s));
+    m_user->find("warning")->close();
+    QTRY_SOON(m_user->sees("openFile", 0));
+    QVERIFY(m_user->press("removeEnded"));
+    QTest::qWait(300); // longer than changes are collected
+    QVERIFY(!m_user->sees("warning"));
 }
 
 void DeskWindowTest::clipboard()

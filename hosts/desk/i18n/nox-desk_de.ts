@@ -71,6 +71,10 @@
         <source>Download cancelled</source>
         <translation>Download abgebrochen</translation>
     </message>
+    <message>
+        <source>Changes of the list of downloads cannot be stored. Is the disk full?</source>
+        <translation>Änderungen an der Liste der Downloads können nicht gespeichert werden. Ist der Datenträger voll?</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadPlan</name>

@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <utility>
+
 namespace NoxDesk {
 
 using Nox::DownloadQueue;
@@ -38,12 +40,20 @@ DeskController::DeskController(const QString &logFolder, QObject *parent)
 
 DeskController::~DeskController()
 {
-    m_store.save(m_downloads.toJson());
+    save();
+}
+
+void DeskController::save()
+{
+    if (!m_store.save(m_downloads.toJson()) && !std::exchange(m_isUnsaved, true))
+        Q_EMIT warned(tr("Changes of the list of downloads cannot be stored. Is the disk full?"));
 }
 
 void DeskController::restoreDownloads()
 {
     m_downloads.restore(m_store.load());
+    if (const QString error = m_store.errorString(); !error.isEmpty())
+        QTimer::singleShot(0, this, [this, error] { Q_EMIT warned(error); }); // when the window exists
     QSet<QString> folders{m_settings.folder()};
     for (int row = 0; row < m_downloads.rowCount(); ++row)
         folders += QFileInfo(m_downloads.index(row).data(DownloadQueue::FileRole).toString()).absolutePath();
@@ -53,7 +63,7 @@ void DeskController::restoreDownloads()
     constexpr int saveMs = 200; // stores several changes at once
     m_saveTimer.setInterval(saveMs);
     const auto saveSoon = [this] { m_saveTimer.start(); };
-    connect(&m_saveTimer, &QTimer::timeout, this, [this] { m_store.save(m_downloads.toJson()); });
+    connect(&m_saveTimer, &QTimer::timeout, this, &DeskController::save);
     connect(&m_downloads, &DownloadQueue::countsChanged, this, saveSoon);
     connect(&m_downloads, &QAbstractItemModel::rowsMoved, this, saveSoon);
     if (m_settings.preferences().resumesAtStart)

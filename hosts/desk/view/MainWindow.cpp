@@ -62,15 +62,13 @@ MainWindow::MainWindow(DeskController &controller, QWidget *parent)
                     [this, addresses] { m_controller.addPagesAgain(addresses); });
     });
     connect(&m_controller, &DeskController::noticed, this, &MainWindow::notice);
+    connect(&m_controller, &DeskController::warned, this, &MainWindow::warn);
     connect(&m_controller.downloads(), &Nox::DownloadQueue::countsChanged, this, &MainWindow::showProgress);
     connect(&m_controller.downloads(), &QAbstractItemModel::dataChanged, this, &MainWindow::showProgress);
     connect(&m_controller.reader(), &PageReader::pageChanged, this, &MainWindow::applySettings);
     showProgress();
     applySettings();
     m_addressBar->focusField();
-    if (!m_controller.storeError().isEmpty())
-        QMetaObject::invokeMethod(
-            this, [this] { warn(m_controller.storeError()); }, Qt::QueuedConnection);
 }
 
 void MainWindow::layOut()
@@ -276,7 +274,6 @@ void MainWindow::askToClose()
     question->open();
 }
 
-/** Closes the window for the user. */
 void MainWindow::quit()
 {
     m_isClosing = false; // a logout was stopped
