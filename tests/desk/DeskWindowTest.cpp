@@ -276,8 +276,8 @@ void DeskWindowTest::closing()
     QTRY_SOON(!m_user->window().isVisible());
     restart();
     QCOMPARE(m_user->window().size(), size);
-
     QCOMPARE(DeskUser().list(), QString()); // another window must not take the paused download
+
     HostSandbox::playPage("18: announce mp4|wait go"_s);
     QVERIFY(m_user->press("retry", 0));
     QVERIFY(!m_user->window().close());

@@ -57,6 +57,8 @@ void DeskController::restoreDownloads()
     QSet<QString> folders{m_settings.folder()};
     for (int row = 0; row < m_downloads.rowCount(); ++row)
         folders += QFileInfo(m_downloads.index(row).data(DownloadQueue::FileRole).toString()).absolutePath();
+    if (!m_store.isAlone())
+        folders.clear(); // what is paused there may belong to the other instance
     for (const QString &folder : std::as_const(folders))
         m_downloads.addInterrupted(folder);
     m_saveTimer.setSingleShot(true);
@@ -67,8 +69,6 @@ void DeskController::restoreDownloads()
     connect(&m_downloads, &DownloadQueue::countsChanged, this, saveSoon);
     connect(&m_downloads, &QAbstractItemModel::rowsMoved, this, saveSoon);
     if (m_settings.preferences().resumesAtStart)
-    if (!m_store.isAlone())
-        folders.clear(); // what is paused there may belong to the other instance
         m_downloads.resumeAll();
 }
 
@@ -86,31 +86,31 @@ Nox::DownloadRequest DeskController::choose(const Nox::PageJob &page) const
 void DeskController::addPages(const QStringList &addresses)
 {
     QStringList listed;
+    QStringList others;
     for (const QString &address : addresses) {
         const QString url = Nox::UrlCheck::corrected(address);
         (m_downloads.contains({url, {}, {}}) ? listed : others) += url;
     }
+    others.removeDuplicates();
+    addPagesAgain(others);
     if (!listed.isEmpty())
         Q_EMIT pagesAddedTwice(listed);
 }
-    QStringList others;
 
 void DeskController::addPagesAgain(const QStringList &addresses)
 {
+    QList<Nox::DownloadRequest> requests;
     for (const QString &address : addresses)
         requests += {address, {}, {}};
     m_downloads.add(requests);
 }
 
-    others.removeDuplicates();
-    addPagesAgain(others);
 void DeskController::applySettings()
 {
     const Preferences preferences = m_settings.preferences();
     m_tools = Nox::ToolSetup(preferences.toolFile);
     m_reader.setTools(m_tools);
     m_downloads.setTools(m_tools);
-    QList<Nox::DownloadRequest> requests;
     m_downloads.setLimit(preferences.parallelDownloads);
     m_streams.setPreference(preferences.stream);
     m_plan.setFolder(m_settings.folder());
@@ -135,11 +135,10 @@ void DeskController::chooseStream(int row)
 void DeskController::startDownload()
 {
     m_plan.setTaken(m_downloads.activeFiles()); // the file may exist by now
-    if (m_plan.isComplete() && m_downloads.contains(m_plan.request())) {
+    if (m_plan.isComplete() && m_downloads.contains(m_plan.request()))
         Q_EMIT startedTwice();
-    } else {
+    else
         startAgain();
-    }
 }
 
 void DeskController::startAgain()
@@ -172,14 +171,13 @@ void DeskController::onEnded(int row)
     const QModelIndex download = m_downloads.index(row);
     const QString file = download.data().toString();
     const auto state = download.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
-    if (state == DownloadQueue::Finished) {
+    const QString error = download.data(DownloadQueue::ErrorRole).toString();
+    if (state == DownloadQueue::Finished)
         Q_EMIT noticed(tr("Download finished"), file);
-    } else if (state == DownloadQueue::Failed) {
-        const QString error = download.data(DownloadQueue::ErrorRole).toString();
+    else if (state == DownloadQueue::Failed)
         Q_EMIT noticed(tr("Download failed"), tr("%1: %2", "file, problem").arg(file, error));
-    } else if (state == DownloadQueue::Cancelled) {
+    else if (state == DownloadQueue::Cancelled)
         Q_EMIT noticed(tr("Download cancelled"), file);
-    }
 }
 
 void DeskController::onSizeFound(const QString &code, qint64 bytes)

@@ -180,10 +180,7 @@ QString DownloadPlan::destinationError() const
 QString DownloadPlan::destinationWarning() const
 {
     const QString file = path();
-    const QLocale locale;
-    const auto sizeText = [&locale](qint64 bytes) {
-        return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
-    };
+    const auto sizeText = [](qint64 bytes) { return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat); };
     const qint64 needed = request().stream.getSize();
     const qint64 room = Destination::availableBytes(QFileInfo(file).absolutePath());
     if (room >= 0 && room < needed)
