@@ -90,7 +90,8 @@ public:
     /** Adds stored downloads. @param stored result of toJson(); unfinished downloads are paused */
     void restore(const QJsonArray &stored);
 
-    /** Adds as paused the downloads that killed processes have left in @p folder, if the list does not have them. */
+    /** Adds as paused the downloads that killed processes have left in @p folder, if the list does not have them. Those
+     * that another running instance of the application has paused are found as well: see DownloadStore::isAlone(). */
     void addInterrupted(const QString &folder);
 
     QJsonArray toJson() const; ///< A form that can be stored.

@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <sys/types.h>
+#include <utility>
 
 namespace Nox {
 
@@ -76,8 +77,21 @@ void JobProcess::terminate()
         connect(m_process, &QProcess::started, this, &JobProcess::terminate);
         return;
     }
-    if (m_process->state() == QProcess::Running && ::kill(-static_cast<pid_t>(m_process->processId()), SIGTERM) != 0)
+    // A second signal could end the programs that remove the files.
+    if (m_process->state() != QProcess::Running || std::exchange(m_isTerminating, true))
+        return;
+    if (::kill(-static_cast<pid_t>(m_process->processId()), SIGTERM) != 0)
         kill();
+}
+
+void JobProcess::terminateAndWait(int milliseconds)
+{
+    m_process->disconnect(this);
+    m_process->discardOutput(QProcess::StandardOutput);
+    m_process->discardOutput(QProcess::StandardError);
+    m_process->waitForStarted(milliseconds);
+    terminate();
+    m_process->waitForFinished(milliseconds);
 }
 
 void JobProcess::readErrors()

@@ -33,6 +33,9 @@ public:
     /** Asks the program and everything it started to end, so that they can remove their files. ended() follows then. */
     void terminate();
 
+    /** As terminate(), but waits for the end, at most @p milliseconds. For destructors: no signal follows. */
+    void terminateAndWait(int milliseconds);
+
     /** The last part of the program's standard error. */
     QString errorOutput() const { return QString::fromUtf8(m_errors); }
 
@@ -57,6 +60,7 @@ private:
     bool m_skipsLine = false;
     bool m_isReading = false;
     bool m_hasEnded = false;
+    bool m_isTerminating = false;
     bool m_isDone = false;
     qint64 m_outputSize = 0;
     QByteArray m_errors;

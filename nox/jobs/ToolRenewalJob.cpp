@@ -9,10 +9,22 @@
 
 namespace Nox {
 
+namespace {
+
+constexpr int destructorMs = 2000; // for the command to remove its files
+
+} // namespace
+
 class ToolRenewalJob::Private : public JobPrivate
 {
 public:
     using JobPrivate::JobPrivate;
+
+    ~Private() override
+    {
+        if (m_process != nullptr)
+            m_process->terminateAndWait(destructorMs);
+    }
 
     QString message;
 

@@ -6,7 +6,8 @@ namespace Nox {
 
 /**
  * Downloads a newer download tool for the user, with the command nox-renew-tool. ToolSetup uses it from then on. The
- * download may take minutes, and the job sets no time limit. A job that fails or is cancelled changes nothing.
+ * download may take minutes, and the job sets no time limit. A job that fails or is cancelled changes nothing. The
+ * destructor of a running job waits up to 2 seconds, in which the command removes its temporary files.
  */
 class NOX_JOBS_EXPORT ToolRenewalJob : public Job
 {

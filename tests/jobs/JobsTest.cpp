@@ -22,6 +22,8 @@ private Q_SLOTS:
     void sideBySide();
     void figures();
     void joiningFigures();
+    void deletedRenewal_data();
+    void deletedRenewal();
 
 private:
     std::unique_ptr<Job> newJob(const QString &kind) const;
@@ -307,6 +309,34 @@ void JobsTest::joiningFigures()
     m_sandbox->let("end"_s);
     QTRY_VERIFY_WITH_TIMEOUT(isEnded(*job), HostSandbox::Timeout);
     QCOMPARE(told.join(QLatin1Char('|')), "50 bytes / 120 bytes10 bytes/s||4 bytes|0:00:50 / 0:01:402.0x"_s);
+}
+
+void JobsTest::deletedRenewal_data()
+{
+    const TextTable row{"cleaning", "left"};
+    row("removes its files", "rm \"$NOX_STAGE/begun\"; exit");
+    row("does not end", ":", "begun");
+}
+
+/** The command of a job that is deleted has some time to remove its files. Then it is killed. */
+void JobsTest::deletedRenewal()
+{
+    QFETCH(QString, cleaning);
+    const QString command = m_sandbox->path("nox-renew-tool"_s);
+    Files::write(command,
+                 "#!/bin/sh\ntrap '" + cleaning.toUtf8()
+                     + "' TERM\ntouch \"$NOX_STAGE/begun\"\n"
+                       "while :; do sleep 300 & wait; done\n");
+    QVERIFY(QFile::setPermissions(command, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    const QByteArray oldPath = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(m_sandbox->path({})) + ':' + oldPath);
+    m_job = std::make_unique<ToolRenewalJob>();
+    m_job->start();
+    qputenv("PATH", oldPath);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_sandbox->path("notes/begun"_s)), HostSandbox::Timeout);
+    m_job.reset();
+    QVERIFY(m_sandbox->isQuiet());
+    QTEST(Files::names(m_sandbox->path("notes"_s)).join(QLatin1Char(' ')), "left");
 }
 
 QTEST_GUILESS_MAIN(JobsTest)
