@@ -251,7 +251,7 @@ void DeskWindowTest::destinations()
 
 void DeskWindowTest::closing()
 {
-    HostSandbox::playPage("18: announce mp4|hang"_s);
+    HostSandbox::playPage("18: touch parts/a.part|announce mp4|hang"_s);
     QVERIFY(m_user->beginDownload("360P"_s));
     QTRY_SOON(m_stage->hangs("18"_s));
     QVERIFY(!m_user->window().close());
