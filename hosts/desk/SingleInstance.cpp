@@ -79,6 +79,7 @@ void SingleInstance::receive(QLocalSocket *socket)
     } else if (socket->canReadLine()) {
         const QJsonArray message = QJsonDocument::fromJson(socket->readLine()).array();
         socket->write(received);
+        socket->flush(); // before the receivers work on the addresses: the other instance waits
         socket->disconnectFromServer();
         QStringList addresses;
         for (const auto &address : message)

@@ -15,27 +15,19 @@
 
 namespace {
 
-/** What the command line asks for. */
-struct CommandLine {
-    QStringList addresses;
-    bool wantsNewWindow = false;
-};
+const QLatin1String newWindow("new-window");
 
 /** Reads the command line. Ends the program for --help and mistakes. */
-CommandLine read(const QStringList &arguments)
+void read(QCommandLineParser &parser)
 {
-    QCommandLineParser parser;
-    const QCommandLineOption newWindow(
-        QStringLiteral("new-window"),
-        QCoreApplication::translate("main", "Open a window of its own, also when there is one already."));
-    parser.addOption(newWindow);
+    parser.addOption(
+        {newWindow, QCoreApplication::translate("main", "Open a window of its own, also when there is one already.")});
     parser.setApplicationDescription(QCoreApplication::translate("main", "Downloads videos from web pages."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("URL"), QCoreApplication::translate("main", "Page to read at once."),
                                  QStringLiteral("[URL...]"));
-    parser.process(arguments);
-    return {parser.positionalArguments(), parser.isSet(newWindow)};
+    parser.process(QCoreApplication::arguments());
 }
 
 } // namespace
@@ -57,9 +49,10 @@ int main(int argc, char *argv[])
     // On the debug channel the library traces; QT_LOGGING_RULES brings it back.
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     installTranslation(QLocale());
-    const CommandLine commandLine = read(QCoreApplication::arguments());
+    QCommandLineParser commandLine;
+    read(commandLine);
     SingleInstance instance;
-    if (!commandLine.wantsNewWindow && !instance.begin(commandLine.addresses))
+    if (!commandLine.isSet(newWindow) && !instance.begin(commandLine.positionalArguments()))
         return EXIT_SUCCESS;
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nox-desk.png")));
 
@@ -69,6 +62,6 @@ int main(int argc, char *argv[])
     QObject::connect(&interrupts, &NoxHost::InterruptWatcher::interrupted, &window, &MainWindow::closeAtOnce);
     QObject::connect(&instance, &SingleInstance::handedOver, &window, &MainWindow::takeOver);
     window.show();
-    window.takeOver(commandLine.addresses);
+    window.takeOver(commandLine.positionalArguments());
     return QApplication::exec();
 }

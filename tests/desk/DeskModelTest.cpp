@@ -2,6 +2,7 @@
 #include "hosts/desk/model/ProgramLog.h"
 #include "hosts/desk/model/StreamTableModel.h"
 #include "hosts/desk/network/ThumbnailLoader.h"
+#include "hosts/desk/network/WebRequest.h"
 #include "hosts/desk/view/ShownText.h"
 #include "tests/jobs/SampleStreams.h"
 #include "tests/util/Files.h"
@@ -55,6 +56,7 @@ private Q_SLOTS:
     void logs();
     void addresses_data();
     void addresses();
+    void proxies();
     void thumbnails_data();
     void thumbnails();
 
@@ -256,6 +258,26 @@ void DeskModelTest::addresses()
     else
         data.setUrls({QUrl(url)});
     QCOMPARE(Nox::AddressList::in(&data).join(QLatin1Char(' ')), address);
+}
+
+/** The window's requests must not bypass the tool's proxy. */
+void DeskModelTest::proxies()
+{
+    const auto text = [](const char *address) {
+        const std::optional<QNetworkProxy> proxy = WebRequest::proxy(QLatin1String(address));
+        return proxy ? "%1 %2:%3 %4/%5"_s.arg(proxy->type())
+                           .arg(proxy->hostName())
+                           .arg(proxy->port())
+                           .arg(proxy->user(), proxy->password())
+                     : QString();
+    };
+    QCOMPARE(text(""), "0 :0 /"_s); // that of the system
+    QCOMPARE(text("http://u%40:p%3A@x:8"), "3 x:8 u@/p:"_s);
+    QCOMPARE(text("x"), "3 x:80 /"_s);
+    QCOMPARE(text("socks5://127.0.0.1:9050"), "1 127.0.0.1:9050 /"_s);
+    QCOMPARE(text("socks5h://[::1]"), "1 ::1:1080 /"_s);
+    for (const char *address : {"socks4://x", "https://x", "http://", "socks5://x:70000", " "})
+        QCOMPARE(text(address), QString());
 }
 
 void DeskModelTest::thumbnails_data()

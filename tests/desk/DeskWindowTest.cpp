@@ -3,6 +3,8 @@
 #include "tests/jobs/SampleStreams.h"
 
 #include <QDeadlineTimer>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QThread>
 
 #include <sys/stat.h>
@@ -22,10 +24,13 @@ private Q_SLOTS:
     void downloadsJoined();
     void destinations();
     void closing();
+    void unsavedList();
     void folderAndSound();
     void clipboard();
     void toolSettings_data();
     void toolSettings();
+    void ownRequests_data();
+    void ownRequests();
     void renewsTool_data();
     void renewsTool();
 };
@@ -53,7 +58,12 @@ void DeskWindowTest::describesPage()
     table->sortByColumn(StreamTableModel::Quality, Qt::AscendingOrder);
     QCOMPARE(m_user->chosen(), "137"_s);
     QCOMPARE(table->model()->index(0, StreamTableModel::Quality).data().toString(), "128K"_s);
-    const auto *sound = m_user->find<QComboBox>("sound");
+    auto *sound = m_user->find<QComboBox>("sound");
+    sound->showPopup();
+    sound->view()->setCurrentIndex(sound->model()->index(1, 0));
+    m_user->controller().plan().setTaken({"/another.mp4"_s}); // a download starts meanwhile
+    QCOMPARE(sound->view()->currentIndex().row(), 1);
+    sound->hidePopup();
     m_user->choose("128K"_s);
     QCOMPARE(sound->currentText(), "The stream has sound only"_s);
     m_user->choose("360P"_s);
@@ -115,6 +125,11 @@ void DeskWindowTest::newestPageWins()
     QVERIFY(m_user->press("cancelReading"));
     QTRY_SOON(!m_user->sees("busy"));
     QVERIFY(!m_user->sees("failureMessage") && m_user->canPress("download"));
+    m_user->readPage();
+    HostSandbox::play("dump: json Third 1"_s);
+    QVERIFY(m_user->press("cancelReading"));
+    m_user->readPage(); // while the tool is still ending
+    QTRY_SOON(m_user->text("title") == "Third"_s);
 }
 
 /** What the tool says about a page is told, and the log ends with it. The page before cannot be taken for that one. */
@@ -236,7 +251,7 @@ void DeskWindowTest::destinations()
 
 void DeskWindowTest::closing()
 {
-    HostSandbox::playPage("18: announce mp4|hang"_s);
+    HostSandbox::playPage("18: touch parts/a.part|announce mp4|hang"_s);
     QVERIFY(m_user->beginDownload("360P"_s));
     QTRY_SOON(m_stage->hangs("18"_s));
     QVERIFY(!m_user->window().close());
@@ -246,6 +261,13 @@ void DeskWindowTest::closing()
     QTRY_SOON(!m_user->sees("stay"));
     QVERIFY(m_user->window().isVisible() && !m_stage->isQuiet());
 
+    int manager = 0; // the window does not use it
+    QVERIFY(QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                                      QGenericArgument("QSessionManager&", &manager)));
+    m_user->find<QToolButton>("menu")->menu()->actions().last()->trigger(); // another program has stopped the logout
+    QTRY_SOON(m_user->canPress("stay"));
+    QVERIFY(m_user->press("stay"));
+    QTRY_SOON(!m_user->sees("stay"));
     QVERIFY(!m_user->window().close());
     QTRY_SOON(m_user->canPress("closeAnyway"));
     const QSize size(617, 513);
@@ -254,6 +276,27 @@ void DeskWindowTest::closing()
     QTRY_SOON(!m_user->window().isVisible());
     restart();
     QCOMPARE(m_user->window().size(), size);
+    QCOMPARE(DeskUser().list(), QString()); // another window must not take the paused download
+
+    HostSandbox::playPage("18: announce mp4|wait go"_s);
+    QVERIFY(m_user->press("retry", 0));
+    QVERIFY(!m_user->window().close());
+    QTRY_SOON(m_user->canPress("stay"));
+    m_stage->let("go"_s);
+    QTRY_SOON(!m_user->window().isVisible()); // nothing is left to ask about
+}
+
+/** As on a full disk. The user is not asked to close the message again and again. */
+void DeskWindowTest::unsavedList()
+{
+    QVERIFY(QDir().mkpath(m_stage->path("state/noxwebmedia/nox-desk-downloads-1.json"_s)));
+    QVERIFY(m_user->beginDownload("360P"_s));
+    QTRY_SOON(m_user->text("warning").contains("disk full"_s));
+    m_user->find("warning")->close();
+    QTRY_SOON(m_user->sees("openFile", 0));
+    QVERIFY(m_user->press("removeEnded"));
+    QTest::qWait(300); // longer than changes are collected
+    QVERIFY(!m_user->sees("warning"));
 }
 
 void DeskWindowTest::clipboard()
@@ -271,6 +314,11 @@ void DeskWindowTest::clipboard()
     QEvent activation(QEvent::ActivationChange); // looks at the clipboard again
     QApplication::sendEvent(&m_user->window(), &activation);
     QVERIFY(!m_user->sees("clipboardOffer"));
+    HostSandbox::play("dump: hang"_s);
+    QSignalSpy counts(&m_user->downloads(), &Nox::DownloadQueue::countsChanged);
+    m_user->window().takeOver({"x.org/1"_s, " www.x/2"_s, "x.org/1"_s}); // of the command line
+    QCOMPARE(counts.size(), 1);                                          // one by one, many would take long
+    QCOMPARE(m_user->list(), "https://x.org/1=Running https://www.x/2=Running"_s);
 }
 
 /** A folder that cannot be used is not passed over in silence; one that is missing is made when it is asked for. */
@@ -316,6 +364,7 @@ void DeskWindowTest::toolSettings_data()
     row("browser with a profile", "--cookies-from-browser firefox:work\n", "1K", "-", "-",
         "--cookies-from-browser firefox:work\n--limit-rate 1K\n");
     row("no rate", "--netrc\n", "fast", "-", "-", "--netrc\n");
+    row("unfinished rate", "--netrc\n", "2.", "-", "-", "--netrc\n");
 }
 
 void DeskWindowTest::toolSettings()
@@ -336,40 +385,86 @@ void DeskWindowTest::toolSettings()
     const mode_t mask = ::umask(0002); // of systems on which each user has a group
     dialog->accept();
     ::umask(mask);
-    QVERIFY(!dialog->isVisible());
+    QCOMPARE(dialog->isVisible(), rate.endsWith(QLatin1Char('.'))); // with an error
+    QCOMPARE(m_user->sees("preferredFolderError"), rate.endsWith(QLatin1Char('.')));
     QCOMPARE(QString::fromUtf8(Files::content(file)), after);
     QVERIFY(!before.isEmpty() || !(QFile::permissions(file) & (QFile::ReadGroup | QFile::WriteGroup)));
 }
 
+void DeskWindowTest::ownRequests_data()
+{
+    const TextTable row{"proxy", "asked"}; // what the server gets, which also plays the proxy; empty for nothing
+    row("no proxy", "", "HEAD /a.mp4 ");
+    row("HTTP", "http://SERVER", "HEAD http://SERVER/a.mp4 ");
+    row("SOCKS", "socks5h://SERVER", "\x05");
+    row("unknown kind", "socks4://SERVER");
+}
+
+/** The window's requests do not bypass the proxy. A size that comes late is compared with the room on the disk. */
+void DeskWindowTest::ownRequests()
+{
+    QPointer<QTcpSocket> client;
+    QString request;
+    QTcpServer server;
+    connect(&server, &QTcpServer::newConnection, this, [&] {
+        client = server.nextPendingConnection();
+        connect(client, &QTcpSocket::readyRead, this, [&] { request += QString::fromLatin1(client->readAll()); });
+    });
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    const QString address = "127.0.0.1:%1"_s.arg(server.serverPort());
+    auto [proxy, asked] = fetchTexts("proxy", "asked");
+    QVERIFY(QDir().mkpath(m_stage->path("config/noxwebmedia"_s)));
+    Files::write(m_stage->path("config/noxwebmedia/tool.conf"_s),
+                 "--proxy '" + proxy.replace("SERVER"_s, address).toUtf8() + '\'');
+    const QString code = "\"format_id\":\"18\","_s;
+    HostSandbox::play(HostSandbox::pageScenario().replace(code, code + "\"url\":\"http://%1/a.mp4\","_s.arg(address)));
+    QVERIFY(m_user->seesPage());
+    m_user->choose("360P"_s);
+    if (asked.isEmpty())
+        QTest::qWait(100);
+    else
+        QTRY_SOON(!request.isEmpty());
+    QVERIFY2(request.startsWith(asked.replace("SERVER"_s, address)), qPrintable(request));
+    QCOMPARE(request.isEmpty(), asked.isEmpty());
+    if (asked.startsWith("HEAD"_s)) {
+        client->write("HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: 900000000000000\r\n\r\n");
+        QTRY_SOON(m_user->text("destinationError").contains("room for"_s));
+    }
+}
+
 void DeskWindowTest::renewsTool_data()
 {
-    const TextTable row{"script", "outcome"};
+    const TextTable row{"script", "outcome", "end"}; // what is done while it runs
     row("renewed", "echo 'yt-dlp 2026.08.19 in a/yt.zip'", "Renewed: yt-dlp 2026.08.19");
     row("failed", "echo 'pip cannot fetch it' >&2; exit 1", "could not be renewed.\npip cannot fetch it");
     row("not there", "", "not installed");
-    row("cancelled", "trap 'touch \"$NOX_STAGE/cleaned\"; exit' TERM; touch \"$NOX_STAGE/begun\"; sleep 300 & wait",
-        "Cancelled");
+    const char endless[] =
+        "trap 'touch \"$NOX_STAGE/cleaned\"; exit' TERM; touch \"$NOX_STAGE/begun\"; sleep 300 & wait";
+    row("cancelled", endless, "Cancelled", "press");
+    for (const char *end : {"accept", "reject"})
+        row(end, endless, "", end); // the dialog
 }
 
 void DeskWindowTest::renewsTool()
 {
-    const auto [script, outcome] = fetchTexts("script", "outcome");
+    const auto [script, outcome, end] = fetchTexts("script", "outcome", "end");
     if (!script.isEmpty())
         installScript("nox-renew-tool"_s, script);
     else
         qputenv("PATH", QFile::encodeName(m_stage->path("bin"_s))); // it may be installed on this machine
-    m_user->openPreferences();
+    QDialog *dialog = m_user->openPreferences();
     QVERIFY(m_user->text("renewal").contains("came with"_s));
     QVERIFY(m_user->press("renewTool"));
-    if (outcome == "Cancelled"_s) {
+    if (!end.isEmpty()) {
         // Without an event loop, so that the job does not know yet that the command runs.
         const QDeadlineTimer deadline(HostSandbox::Timeout);
         while (!QFile::exists(m_stage->path("notes/begun"_s)) && !deadline.hasExpired())
             QThread::msleep(5);
-        QVERIFY(m_user->press("renewTool")); // is the button to cancel
+        QVERIFY(end == "press"_s ? m_user->press("renewTool")
+                                 : QMetaObject::invokeMethod(dialog, end.toLatin1().constData()));
     }
-    QTRY_SOON(m_user->text("renewal").contains(outcome));
-    QCOMPARE(QFile::exists(m_stage->path("notes/cleaned"_s)), outcome == "Cancelled"_s);
+    QTRY_SOON(m_user->sees("renewal") != outcome.isEmpty() && m_user->text("renewal").contains(outcome));
+    QCOMPARE(QFile::exists(m_stage->path("notes/cleaned"_s)), !end.isEmpty());
 }
 
 QTEST_MAIN(DeskWindowTest)

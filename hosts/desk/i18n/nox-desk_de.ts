@@ -71,6 +71,10 @@
         <source>Download cancelled</source>
         <translation>Download abgebrochen</translation>
     </message>
+    <message>
+        <source>Changes of the list of downloads cannot be stored. Is the disk full?</source>
+        <translation>Änderungen an der Liste der Downloads können nicht gespeichert werden. Ist der Datenträger voll?</translation>
+    </message>
 </context>
 <context>
     <name>NoxDesk::DownloadPlan</name>
@@ -585,10 +589,6 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>Erneuert: %1</translation>
     </message>
     <message>
-        <source>Cancelled. The tool has not changed.</source>
-        <translation>Abgebrochen. Das Werkzeug ist dasselbe wie vorher.</translation>
-    </message>
-    <message>
         <source>Cr&amp;eate folder</source>
         <translation>Ordner an&amp;legen</translation>
     </message>
@@ -681,10 +681,6 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
         <translation>keine; oder Bytes pro Sekunde, etwa 500K oder 2M</translation>
     </message>
     <message>
-        <source>&amp;Limit of speed:</source>
-        <translation>&amp;Höchste Geschwindigkeit:</translation>
-    </message>
-    <message>
         <source>proxy of the system; or socks5://127.0.0.1:9050</source>
         <translation>Proxy des Systems; oder socks5://127.0.0.1:9050</translation>
     </message>
@@ -727,6 +723,14 @@ Hier erscheinen dann ihre Streams zur Auswahl.</translation>
     <message>
         <source>The settings of the tool cannot be written to &quot;%1&quot;.</source>
         <translation>Die Einstellungen des Werkzeugs können nicht in „%1“ geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Speed &amp;limit per download:</source>
+        <translation>&amp;Höchstgeschwindigkeit je Download:</translation>
+    </message>
+    <message>
+        <source>The speed limit must be a number, such as 500K or 2.5M.</source>
+        <translation>Die Höchstgeschwindigkeit muss eine Zahl sein, etwa 500K oder 2.5M.</translation>
     </message>
 </context>
 <context>

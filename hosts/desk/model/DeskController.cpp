@@ -1,19 +1,19 @@
 #include "hosts/desk/model/DeskController.h"
 
+#include "hosts/desk/network/WebRequest.h"
+
 #include <nox/jobs/Destination.h>
+#include <nox/jobs/ToolSettings.h>
+#include <nox/jobs/UrlCheck.h>
 
 #include <QFileInfo>
 #include <QSet>
 
+#include <utility>
+
 namespace NoxDesk {
 
 using Nox::DownloadQueue;
-
-namespace {
-
-constexpr int saveMs = 200; // stores several changes at once
-
-} // namespace
 
 DeskController::DeskController(const QString &logFolder, QObject *parent)
     : QObject(parent)
@@ -40,21 +40,32 @@ DeskController::DeskController(const QString &logFolder, QObject *parent)
 
 DeskController::~DeskController()
 {
-    m_store.save(m_downloads.toJson());
+    save();
+}
+
+void DeskController::save()
+{
+    if (!m_store.save(m_downloads.toJson()) && !std::exchange(m_isUnsaved, true))
+        Q_EMIT warned(tr("Changes of the list of downloads cannot be stored. Is the disk full?"));
 }
 
 void DeskController::restoreDownloads()
 {
     m_downloads.restore(m_store.load());
+    if (const QString error = m_store.errorString(); !error.isEmpty())
+        QTimer::singleShot(0, this, [this, error] { Q_EMIT warned(error); }); // when the window exists
     QSet<QString> folders{m_settings.folder()};
     for (int row = 0; row < m_downloads.rowCount(); ++row)
         folders += QFileInfo(m_downloads.index(row).data(DownloadQueue::FileRole).toString()).absolutePath();
+    if (!m_store.isAlone())
+        folders.clear(); // what is paused there may belong to the other instance
     for (const QString &folder : std::as_const(folders))
         m_downloads.addInterrupted(folder);
     m_saveTimer.setSingleShot(true);
+    constexpr int saveMs = 200; // stores several changes at once
     m_saveTimer.setInterval(saveMs);
     const auto saveSoon = [this] { m_saveTimer.start(); };
-    connect(&m_saveTimer, &QTimer::timeout, this, [this] { m_store.save(m_downloads.toJson()); });
+    connect(&m_saveTimer, &QTimer::timeout, this, &DeskController::save);
     connect(&m_downloads, &DownloadQueue::countsChanged, this, saveSoon);
     connect(&m_downloads, &QAbstractItemModel::rowsMoved, this, saveSoon);
     if (m_settings.preferences().resumesAtStart)
@@ -75,21 +86,23 @@ Nox::DownloadRequest DeskController::choose(const Nox::PageJob &page) const
 void DeskController::addPages(const QStringList &addresses)
 {
     QStringList listed;
+    QStringList others;
     for (const QString &address : addresses) {
-        const Nox::DownloadRequest request{address, {}, {}};
-        if (m_downloads.contains(request))
-            listed += address;
-        else
-            m_downloads.add(request);
+        const QString url = Nox::UrlCheck::corrected(address);
+        (m_downloads.contains({url, {}, {}}) ? listed : others) += url;
     }
+    others.removeDuplicates();
+    addPagesAgain(others);
     if (!listed.isEmpty())
         Q_EMIT pagesAddedTwice(listed);
 }
 
 void DeskController::addPagesAgain(const QStringList &addresses)
 {
+    QList<Nox::DownloadRequest> requests;
     for (const QString &address : addresses)
-        m_downloads.add({address, {}, {}});
+        requests += {address, {}, {}};
+    m_downloads.add(requests);
 }
 
 void DeskController::applySettings()
@@ -122,11 +135,10 @@ void DeskController::chooseStream(int row)
 void DeskController::startDownload()
 {
     m_plan.setTaken(m_downloads.activeFiles()); // the file may exist by now
-    if (m_plan.isComplete() && m_downloads.contains(m_plan.request())) {
+    if (m_plan.isComplete() && m_downloads.contains(m_plan.request()))
         Q_EMIT startedTwice();
-    } else {
+    else
         startAgain();
-    }
 }
 
 void DeskController::startAgain()
@@ -143,8 +155,10 @@ void DeskController::onPageChanged()
     m_plan.setPage(m_reader.url(), m_reader.page(), m_reader.streams());
     m_streams.setStreams(m_reader.streams(), m_reader.page().getDuration());
     m_settings.addRecentAddress(m_reader.url());
-    m_thumbnail.load(m_reader.page().getThumbnailUrl());
-    m_sizes.ask(m_reader.streams().all());
+    const auto proxy = WebRequest::proxy(Nox::ToolSettings().value(Nox::ToolSettings::proxy));
+    m_network.setProxy(proxy.value_or(QNetworkProxy()));
+    m_thumbnail.load(proxy ? m_reader.page().getThumbnailUrl() : QString());
+    m_sizes.ask(proxy ? m_reader.streams().all() : QList<Nox::MediaProfile>());
 }
 
 void DeskController::watchLog()
@@ -157,14 +171,13 @@ void DeskController::onEnded(int row)
     const QModelIndex download = m_downloads.index(row);
     const QString file = download.data().toString();
     const auto state = download.data(DownloadQueue::StateRole).value<DownloadQueue::State>();
-    if (state == DownloadQueue::Finished) {
+    const QString error = download.data(DownloadQueue::ErrorRole).toString();
+    if (state == DownloadQueue::Finished)
         Q_EMIT noticed(tr("Download finished"), file);
-    } else if (state == DownloadQueue::Failed) {
-        const QString error = download.data(DownloadQueue::ErrorRole).toString();
+    else if (state == DownloadQueue::Failed)
         Q_EMIT noticed(tr("Download failed"), tr("%1: %2", "file, problem").arg(file, error));
-    } else if (state == DownloadQueue::Cancelled) {
+    else if (state == DownloadQueue::Cancelled)
         Q_EMIT noticed(tr("Download cancelled"), file);
-    }
 }
 
 void DeskController::onSizeFound(const QString &code, qint64 bytes)

@@ -34,7 +34,6 @@ public:
     Nox::DownloadQueue &downloads() { return m_downloads; }
     ThumbnailLoader &thumbnail() { return m_thumbnail; }
     DeskSettings &settings() { return m_settings; }
-    QString storeError() const { return m_store.errorString(); } ///< See Nox::DownloadStore::errorString().
     QString logFile() const { return m_log.fileName(); }
     Nox::ToolSetup tools() const { return m_tools; }
 
@@ -65,6 +64,9 @@ Q_SIGNALS:
     /** The list already has these pages; addPagesAgain() adds them all the same. */
     void pagesAddedTwice(const QStringList &addresses);
 
+    /** The stored list of downloads could not be read or written. The latter comes once. */
+    void warned(const QString &message);
+
     /** An event that the user is waiting for. */
     void noticed(const QString &title, const QString &message);
 
@@ -72,6 +74,7 @@ private:
     void onPageChanged();
     Nox::DownloadRequest choose(const Nox::PageJob &page) const;
     void restoreDownloads();
+    void save();
     void onEnded(int row);
     void watchLog();
     void onSizeFound(const QString &code, qint64 bytes);
@@ -87,7 +90,8 @@ private:
     DownloadPlan m_plan;
     Nox::DownloadQueue m_downloads;
     Nox::DownloadStore m_store;
-    QTimer m_saveTimer; // active while the list must be stored
+    QTimer m_saveTimer;       // active while the list must be stored
+    bool m_isUnsaved = false; // storing it has failed
 };
 
 } // namespace NoxDesk

@@ -67,6 +67,8 @@ void DownloadPlan::setTaken(const QStringList &paths)
 void DownloadPlan::setSize(const QString &code, qint64 bytes)
 {
     m_sizes.insert(code, bytes);
+    if (code == m_stream.getName() || code == audio())
+        Q_EMIT changed();
 }
 
 void DownloadPlan::setStream(const MediaProfile &stream)
@@ -178,10 +180,7 @@ QString DownloadPlan::destinationError() const
 QString DownloadPlan::destinationWarning() const
 {
     const QString file = path();
-    const QLocale locale;
-    const auto sizeText = [&locale](qint64 bytes) {
-        return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
-    };
+    const auto sizeText = [](qint64 bytes) { return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat); };
     const qint64 needed = request().stream.getSize();
     const qint64 room = Destination::availableBytes(QFileInfo(file).absolutePath());
     if (room >= 0 && room < needed)

@@ -17,7 +17,7 @@ void PageReader::read(const QString &text)
         Q_EMIT refused(message);
         return;
     }
-    if (m_state == State::Reading && url == m_requestedUrl)
+    if (m_state == State::Reading && url == m_requestedUrl && m_job->state() != Nox::Job::Stopping)
         return;
     m_requestedUrl = url;
     m_job = std::make_unique<Nox::PageJob>(url, m_tools);

@@ -31,7 +31,7 @@ public:
 
     /**
      * Reads the page with the address @p text, completed if necessary, or emits refused(). If this page is being read
-     * already, nothing happens.
+     * already, and was not cancelled, nothing happens.
      */
     void read(const QString &text);
 

@@ -6,14 +6,9 @@
 
 namespace NoxDesk {
 
-namespace {
-
-constexpr int watchMs = 2000;
-
-} // namespace
-
 ProgramLog::ProgramLog(const QString &folder)
 {
+    constexpr int watchMs = 2000;
     m_watch.setInterval(watchMs);
     QObject::connect(&m_watch, &QTimer::timeout, &m_watch, [this] { rotate(); });
     constexpr auto detail = NoxHost::LibraryLog::Detail::Milestones;

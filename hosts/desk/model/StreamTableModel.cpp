@@ -57,11 +57,8 @@ bool StreamTableModel::hidesAny() const
 void StreamTableModel::setSize(const QString &code, qint64 bytes)
 {
     m_sizes.insert(code, bytes);
-    const int row = rowOf(code);
-    if (row >= 0) {
-        const QModelIndex cell = index(row, Size);
+    if (const QModelIndex cell = index(rowOf(code), Size); cell.isValid())
         Q_EMIT dataChanged(cell, cell);
-    }
 }
 
 int StreamTableModel::startRow(const QString &preferred) const

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QNetworkProxy>
 #include <QNetworkRequest>
 #include <QString>
+
+#include <optional>
 
 /** The common properties of this program's network requests. */
 namespace NoxDesk::WebRequest {
@@ -11,5 +14,8 @@ bool isPossible(const QString &url);
 
 /** A request with a time limit that follows safe redirects only. */
 QNetworkRequest make(const QString &url);
+
+/** The proxy with this address, or that of the system if empty. No value for an unknown kind: request nothing then. */
+std::optional<QNetworkProxy> proxy(const QString &address);
 
 } // namespace NoxDesk::WebRequest

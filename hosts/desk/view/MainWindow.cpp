@@ -34,12 +34,6 @@
 
 namespace NoxDesk {
 
-namespace {
-
-constexpr int noticeMs = 20000;
-
-} // namespace
-
 MainWindow::MainWindow(DeskController &controller, QWidget *parent)
     : QMainWindow(parent)
     , m_controller(controller)
@@ -68,15 +62,13 @@ MainWindow::MainWindow(DeskController &controller, QWidget *parent)
                     [this, addresses] { m_controller.addPagesAgain(addresses); });
     });
     connect(&m_controller, &DeskController::noticed, this, &MainWindow::notice);
+    connect(&m_controller, &DeskController::warned, this, &MainWindow::warn);
     connect(&m_controller.downloads(), &Nox::DownloadQueue::countsChanged, this, &MainWindow::showProgress);
     connect(&m_controller.downloads(), &QAbstractItemModel::dataChanged, this, &MainWindow::showProgress);
     connect(&m_controller.reader(), &PageReader::pageChanged, this, &MainWindow::applySettings);
     showProgress();
     applySettings();
     m_addressBar->focusField();
-    if (!m_controller.storeError().isEmpty())
-        QMetaObject::invokeMethod(
-            this, [this] { warn(m_controller.storeError()); }, Qt::QueuedConnection);
 }
 
 void MainWindow::layOut()
@@ -113,6 +105,7 @@ void MainWindow::layOut()
     m_notice->setObjectName(QStringLiteral("notice"));
     m_noticeTimer->setObjectName(QStringLiteral("noticeTimer"));
     m_noticeTimer->setSingleShot(true);
+    constexpr int noticeMs = 20000;
     m_noticeTimer->setInterval(noticeMs);
     connect(m_noticeTimer, &QTimer::timeout, this, [this] {
         if (isActiveWindow()) // otherwise the user has not seen it
@@ -126,7 +119,7 @@ void MainWindow::addShortcuts()
 {
     new QShortcut(QKeySequence(QStringLiteral("Ctrl+L")), this, m_addressBar, &AddressBar::focusField);
     new QShortcut(Qt::Key_Escape, this, &m_controller.reader(), &PageReader::cancel);
-    new QShortcut(QKeySequence::Quit, this, this, &QWidget::close);
+    new QShortcut(QKeySequence::Quit, this, this, &MainWindow::quit);
     auto *again = new QShortcut(Qt::Key_F5, this, &m_controller.reader(), &PageReader::readAgain);
     again->setAutoRepeat(false);
     // A field with the focus handles the key itself.
@@ -143,7 +136,7 @@ void MainWindow::addMenu()
     menu->addAction(tr("Keyboard &shortcuts…"), this, &MainWindow::showShortcuts);
     menu->addAction(tr("A&bout…"), this, &MainWindow::showAbout);
     menu->addSeparator();
-    menu->addAction(tr("&Quit"), this, &QWidget::close);
+    menu->addAction(tr("&Quit"), this, &MainWindow::quit);
     m_addressBar->addMenu(menu);
 }
 
@@ -176,11 +169,9 @@ void MainWindow::openList()
     dialog->setFileMode(QFileDialog::ExistingFile);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
         const QStringList addresses = Nox::AddressList::inFile(path);
-        if (addresses.isEmpty()) {
+        if (addresses.isEmpty())
             warn(tr("There are no addresses in \"%1\".").arg(path));
-        } else {
-            use(addresses);
-        }
+        use(addresses);
     });
     dialog->open();
 }
@@ -232,12 +223,6 @@ void MainWindow::restore()
     m_splitter->restoreState(m_controller.settings().windowState(QStringLiteral("splitter")));
 }
 
-void MainWindow::remember()
-{
-    m_controller.settings().setWindowState(QStringLiteral("geometry"), saveGeometry());
-    m_controller.settings().setWindowState(QStringLiteral("splitter"), m_splitter->saveState());
-}
-
 void MainWindow::read(const QString &address)
 {
     m_addressBar->setAddress(address);
@@ -253,7 +238,9 @@ void MainWindow::takeOver(const QStringList &addresses)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    remember();
+    m_controller.settings().setWindowState(QStringLiteral("geometry"), saveGeometry());
+    m_controller.settings().setWindowState(QStringLiteral("splitter"), m_splitter->saveState());
+    m_isClosing = m_isClosing && !event->spontaneous(); // the user can close it, so a logout was stopped
     if (m_isClosing || m_controller.downloads().activeCount() == 0) {
         QMainWindow::closeEvent(event);
     } else {
@@ -280,7 +267,17 @@ void MainWindow::askToClose()
     question->setDefaultButton(stayButton);
     question->setEscapeButton(stayButton);
     connect(closeButton, &QPushButton::clicked, this, &MainWindow::closeAtOnce);
+    connect(&m_controller.downloads(), &Nox::DownloadQueue::countsChanged, question, [this, question] {
+        if (m_controller.downloads().activeCount() == 0 && question->close()) // nothing is left to ask about
+            close();
+    });
     question->open();
+}
+
+void MainWindow::quit()
+{
+    m_isClosing = false; // a logout was stopped
+    close();
 }
 
 void MainWindow::closeAtOnce()
@@ -366,11 +363,8 @@ void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 
 void MainWindow::dropEvent(QDropEvent *event)
 {
-    const QStringList addresses = Nox::AddressList::in(event->mimeData());
-    if (!addresses.isEmpty()) {
-        event->acceptProposedAction();
-        use(addresses);
-    }
+    event->acceptProposedAction();
+    use(Nox::AddressList::in(event->mimeData()));
 }
 
 } // namespace NoxDesk

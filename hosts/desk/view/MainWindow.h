@@ -61,8 +61,8 @@ private:
     void showShortcuts();
     void showAbout();
     void restore();
-    void remember();
     void askToClose();
+    void quit();
     void showLog();
     void warn(const QString &message);
 

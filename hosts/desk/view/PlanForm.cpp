@@ -21,12 +21,6 @@ namespace NoxDesk {
 
 using Nox::StreamText;
 
-namespace {
-
-constexpr int soundCharacters = 12; // visible in the narrowest window
-
-} // namespace
-
 PlanForm::PlanForm(DownloadPlan &plan, QWidget *parent)
     : QWidget(parent)
     , m_plan(plan)
@@ -56,7 +50,8 @@ void PlanForm::addSound(QGridLayout &layout)
     m_sound->setObjectName(QStringLiteral("sound"));
     m_sound->setAccessibleName(tr("Sound to join with the picture"));
     m_sound->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_sound->setMinimumContentsLength(soundCharacters);
+    constexpr int characters = 12; // visible in the narrowest window
+    m_sound->setMinimumContentsLength(characters);
     m_soundError->setObjectName(QStringLiteral("soundError"));
     auto *label = new QLabel(tr("&Sound:"));
     label->setBuddy(m_sound);
@@ -110,25 +105,29 @@ void PlanForm::refresh()
 
 void PlanForm::fillSounds()
 {
-    const QSignalBlocker blocker(m_sound);
-    m_sound->clear();
-    m_sound->setEnabled(m_plan.takesAudio());
-    if (!m_plan.takesAudio()) {
-        const bool isSound = m_plan.stream().getMediaType() == Nox::MEDIA_TYPE_AUDIO;
-        m_sound->addItem(isSound                        ? tr("The stream has sound only")
-                             : m_plan.stream().isDash() ? tr("The page has none")
-                                                        : tr("Part of the stream"));
-        return;
-    }
+    QList<QPair<QString, QString>> entries;
     const QList<Nox::MediaProfile> sounds = m_plan.audioChoices();
     for (const Nox::MediaProfile &sound : sounds) {
         const QString label = StreamText::label(sound);
-        m_sound->addItem(tr("%1, %2", "container, bit rate")
-                             .arg(StreamText::container(sound),
-                                  label.isEmpty() ? tr("unknown quality (%1)").arg(sound.getName()) : label),
-                         sound.getName());
+        entries += {tr("%1, %2", "container, bit rate")
+                        .arg(StreamText::container(sound),
+                             label.isEmpty() ? tr("unknown quality (%1)").arg(sound.getName()) : label),
+                    sound.getName()};
     }
-    m_sound->addItem(tr("None, the picture only"), QString());
+    const bool isSound = m_plan.stream().getMediaType() == Nox::MEDIA_TYPE_AUDIO;
+    entries += {m_plan.takesAudio()            ? tr("None, the picture only")
+                    : isSound                  ? tr("The stream has sound only")
+                    : m_plan.stream().isDash() ? tr("The page has none")
+                                               : tr("Part of the stream"),
+                QString()};
+    const QSignalBlocker blocker(m_sound);
+    m_sound->setEnabled(m_plan.takesAudio());
+    if (entries != m_sounds) { // else an open drop-down keeps its highlighted entry
+        m_sounds = entries;
+        m_sound->clear();
+        for (const auto &[text, code] : entries)
+            m_sound->addItem(text, code);
+    }
     m_sound->setCurrentIndex(m_sound->findData(m_plan.audio()));
 }
 

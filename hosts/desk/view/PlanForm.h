@@ -38,6 +38,7 @@ private:
 
     DownloadPlan &m_plan;
     QComboBox *m_sound;
+    QList<QPair<QString, QString>> m_sounds; // its entries: text and format code
     ReasonLabel *m_soundError;
     QLineEdit *m_destination;
     QPushButton *m_browseButton;

@@ -136,7 +136,7 @@ void PreferencesDialog::addNetwork(QFormLayout &form)
     m_limitRate->setObjectName(QStringLiteral("limitRate"));
     m_limitRate->setPlaceholderText(tr("none; or bytes per second, such as 500K or 2M"));
     m_limitRate->setValidator(new QRegularExpressionValidator(rate, m_limitRate));
-    form.addRow(tr("&Limit of speed:"), m_limitRate);
+    form.addRow(tr("Speed &limit per download:"), m_limitRate);
     m_proxy->setObjectName(QStringLiteral("proxy"));
     m_proxy->setPlaceholderText(tr("proxy of the system; or socks5://127.0.0.1:9050"));
     form.addRow(tr("&Proxy:"), m_proxy);
@@ -184,8 +184,6 @@ void PreferencesDialog::renew()
     connect(m_renewal.get(), &Nox::Job::finished, this, [this](const Nox::Job *job) {
         if (job->error() == Nox::Job::NoError) {
             showRenewal(tr("Renewed: %1").arg(m_renewal->message()));
-        } else if (job->error() == Nox::Job::Cancelled) {
-            showRenewal(tr("Cancelled. The tool has not changed."));
         } else {
             showRenewal(QStringList{job->errorString(), job->errorDetails()}.join(QLatin1Char('\n')).trimmed());
         }
@@ -259,8 +257,25 @@ bool PreferencesDialog::checkFolder()
     return error.isEmpty();
 }
 
+/** Closes the dialog; first cancels the renewal, which removes its temporary files then. */
+void PreferencesDialog::done(int result)
+{
+    if (m_renewal == nullptr || !m_renewal->isRunning()) {
+        QDialog::done(result);
+    } else if (isEnabled()) {
+        setEnabled(false);
+        connect(m_renewal.get(), &Nox::Job::finished, this, [this, result] { QDialog::done(result); });
+        m_renewal->cancel();
+    }
+}
+
 void PreferencesDialog::accept()
 {
+    if (!m_limitRate->hasAcceptableInput()) {
+        m_error->explain(tr("The speed limit must be a number, such as 500K or 2.5M."), *m_limitRate);
+        m_limitRate->setFocus();
+        return;
+    }
     if (!checkFolder())
         return;
     m_toolSettings.setValue(Nox::ToolSettings::limitRate, m_limitRate->text());

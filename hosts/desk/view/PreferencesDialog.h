@@ -31,6 +31,7 @@ public:
     explicit PreferencesDialog(DeskSettings &settings, QWidget *parent = nullptr);
 
     void accept() override;
+    void done(int result) override;
 
 private:
     void addStreams(QFormLayout &form);
