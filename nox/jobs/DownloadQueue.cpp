@@ -15,8 +15,8 @@ namespace Nox {
 
 namespace {
 
-/** The part of the list in which the download stands. */
-int part(const QueuedDownload *download)
+/** The section of the list in which the download stands: running, waiting, paused, ended. */
+int section(const QueuedDownload *download)
 {
     return download->isRunning() ? 0 : download->isActive() ? 1 : download->isEnded() ? 3 : 2;
 }
@@ -43,12 +43,12 @@ QSet<QString> partsOf(const QList<QueuedDownload *> &downloads)
 class DownloadQueue::Private
 {
 public:
-    /** Number of downloads in the parts of the list up to @p last. The list is sorted by them. */
+    /** Number of downloads in the sections up to @p last. The list is sorted by them. */
     int countUntil(int last) const
     {
         const auto end =
             std::partition_point(downloads.cbegin(), downloads.cend(),
-                                 [last](const QueuedDownload *download) { return part(download) <= last; });
+                                 [last](const QueuedDownload *download) { return section(download) <= last; });
         return static_cast<int>(end - downloads.cbegin());
     }
 
@@ -56,6 +56,8 @@ public:
     void discard(QueuedDownload *download) const
     {
         const QString key = download->key();
+        if (key.isEmpty())
+            return;
         const bool isShared = std::any_of(downloads.cbegin(), downloads.cend(), [&](const QueuedDownload *other) {
             const bool isOver = other->state() == DownloadQueue::Finished || other->state() == DownloadQueue::Cancelled;
             return other != download && !isOver && other->url() == download->url() && other->key() == key;
@@ -399,13 +401,13 @@ void DownloadQueue::onChanged(QueuedDownload *download)
 void DownloadQueue::place(int row)
 {
     const QueuedDownload *download = d->downloads.at(row);
-    const bool isBehind = row == 0 || part(d->downloads.at(row - 1)) <= part(download);
-    const bool isBefore = row == rowCount() - 1 || part(d->downloads.at(row + 1)) >= part(download);
+    const bool isBehind = row == 0 || section(d->downloads.at(row - 1)) <= section(download);
+    const bool isBefore = row == rowCount() - 1 || section(d->downloads.at(row + 1)) >= section(download);
     if (isBehind && isBefore)
         return;
     const auto count =
         std::count_if(d->downloads.cbegin(), d->downloads.cend(), [download](const QueuedDownload *other) {
-            const int difference = part(other) - part(download);
+            const int difference = section(other) - section(download);
             return other != download && (difference < 0 || (difference == 0 && download->isActive()));
         });
     const int target = static_cast<int>(count);

@@ -270,8 +270,7 @@ void QueueTest::parts()
     QCOMPARE(m_sandbox->files().filter(".nox-"_s), QStringList());
 }
 
-/** A store takes over the list of an instance that has ended, unless the disk is full; and it tells of a running one.
- */
+/** A store takes over the list of an ended instance, unless the disk is full, and tells whether another one runs. */
 void QueueTest::store()
 {
     qputenv("XDG_STATE_HOME", QFile::encodeName(m_sandbox->path("state"_s)));
