@@ -52,8 +52,8 @@ void DeskController::save()
 void DeskController::restoreDownloads()
 {
     m_downloads.restore(m_store.load());
-    if (const QString error = m_store.errorString(); !error.isEmpty())
-        QTimer::singleShot(0, this, [this, error] { Q_EMIT warned(error); }); // when the window exists
+    if (!m_store.errorString().isEmpty()) // told when the window exists
+        QMetaObject::invokeMethod(this, "warned", Qt::QueuedConnection, Q_ARG(QString, m_store.errorString()));
     QSet<QString> folders{m_settings.folder()};
     for (int row = 0; row < m_downloads.rowCount(); ++row)
         folders += QFileInfo(m_downloads.index(row).data(DownloadQueue::FileRole).toString()).absolutePath();

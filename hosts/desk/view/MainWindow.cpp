@@ -145,11 +145,10 @@ void MainWindow::useText(const QString &text)
 {
     const QStringList addresses = Nox::AddressList::in(text);
     const bool isOneWord = text.simplified().count(QLatin1Char(' ')) == 0;
-    if (addresses.isEmpty() || isOneWord) {
+    if (addresses.isEmpty() || isOneWord)
         m_controller.reader().read(text); // completes the address, or shows the error
-    } else {
+    else
         use(addresses);
-    }
 }
 
 void MainWindow::use(const QStringList &addresses)
