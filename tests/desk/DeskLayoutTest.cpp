@@ -127,7 +127,7 @@ void DeskLayoutTest::fits()
     QCOMPARE(cut(), QString());
     const QWidget *status = m_user->find("status", 0);
     const QString figures = "Fetching video · 124.0 kB / 103.4 MB · 850.0 kB/s · 0:01:06 left"_s;
-    QVERIFY(scale > 1 || status->fontMetrics().horizontalAdvance(figures) <= status->width());
+    QVERIFY(scale > 1 || screen.width() <= 640 || status->fontMetrics().horizontalAdvance(figures) <= status->width());
     HostSandbox::play("dump: err ERROR: gone|exit 1"_s);
     m_user->readPage("http://y/"_s);
     QTRY_SOON(m_user->sees("dismissFailure"));
