@@ -27,7 +27,6 @@ DownloadsPanel::DownloadsPanel(DownloadQueue &model, QWidget *parent)
     layout->setContentsMargins({});
     layout->addLayout(makeHead());
     layout->addWidget(makeList(), 1);
-    layout->setSizeConstraint(QLayout::SetMaximumSize); // no room for rows that are not there
 
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, &DownloadsPanel::insertRows);
     connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &DownloadsPanel::removeRows);
@@ -96,7 +95,6 @@ QWidget *DownloadsPanel::makeList()
     m_rowLayout->setSpacing(2);
     m_rowLayout->addStretch();
     m_area = new VerticalScrollArea(rows);
-    m_area->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     m_area->setObjectName(QStringLiteral("downloads"));
     m_area->setAccessibleName(tr("Downloads"));
     return m_area;
