@@ -247,6 +247,8 @@ void DeskModelTest::addresses_data()
         "https://x/y https://example.org/watch?v=1 https://www.x");
     row("no addresses", "", "setup.py, e.g. 1.5/2 a@b.org/c");
     row("only begins so", "", "http://" + QByteArray(5000, 'x'));
+    row("brackets, far too many to count them again for each", "", "http://a.b/" + QByteArray(1000000, ')'),
+        "http://a.b/");
 }
 
 void DeskModelTest::addresses()
