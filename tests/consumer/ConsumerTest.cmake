@@ -91,7 +91,8 @@ function(use_installed)
 endfunction()
 
 if(WAY STREQUAL shared)
-    # New folders are open, and one that was private stays so.
+    # New folders are open, and private ones stay so.
+    file(MAKE_DIRECTORY ${SCRATCH})
     run(sh -c "umask 077 && mkdir -p '${prefix}/share/mine' && exec '${CMAKE_COMMAND}' --install '${BUILD}' --prefix '${prefix}'")
     execute_process(COMMAND find ${SCRATCH} -type d ! -perm 755 OUTPUT_VARIABLE closed COMMAND_ERROR_IS_FATAL ANY)
     if(NOT closed STREQUAL "${prefix}\n${prefix}/share\n${prefix}/share/mine\n")
