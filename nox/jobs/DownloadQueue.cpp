@@ -263,7 +263,9 @@ void DownloadQueue::removeEnded()
     const int firstEnded = rowCount() - endedCount();
     const QSet<QString> keys = partsOf(d->downloads.mid(firstEnded));
     for (int row = rowCount() - 1; row >= firstEnded; --row) {
-        QueuedDownload *download = d->downloads.at(row);
+        QueuedDownload *download = d->downloads.value(row);
+        if (download == nullptr || !download->isEnded())
+            continue; // a host may change the list inside a signal
         const bool hasParts = keys.contains(download->key());
         if (hasParts && download->state() == DownloadQueue::Failed)
             continue;
