@@ -1,4 +1,4 @@
-# Run at the begin of an installation: nox_first_folder becomes the prefix, or the innermost folder above it that exists.
+# Run at the beginning of an installation: nox_first_folder becomes the prefix, or the innermost folder above it that exists.
 
 set(nox_first_folder "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
 while(NOT EXISTS "${nox_first_folder}")
